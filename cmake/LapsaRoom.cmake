@@ -1,0 +1,35 @@
+# SPDX-FileCopyrightText: The Lapsa authors
+# SPDX-License-Identifier: MIT
+
+# lapsa_add_room(NAME SOURCES file... [USES target...] [PRIVATELY_USES target...])
+#
+# Makes the static library Lapsa::NAME of the current folder. Its include root is that folder and nothing else, and its
+# link line is the complete list of what it may use: an arrow that is not drawn here does not compile.
+function(lapsa_add_room NAME)
+    cmake_parse_arguments(PARSE_ARGV 1 ROOM "" "" "SOURCES;USES;PRIVATELY_USES")
+    add_library(lapsa_${NAME} STATIC ${ROOM_SOURCES})
+    add_library(Lapsa::${NAME} ALIAS lapsa_${NAME})
+    set_target_properties(lapsa_${NAME} PROPERTIES AUTOMOC ON)
+    target_include_directories(lapsa_${NAME} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
+    target_link_libraries(lapsa_${NAME}
+        PUBLIC ${ROOM_USES}
+        PRIVATE Lapsa::compiler ${ROOM_PRIVATELY_USES})
+endfunction()
+
+# lapsa_add_test(NAME USES target... [LABELS label...] [TIMEOUT seconds] [ENVIRONMENT name=value...])
+#
+# One Qt Test executable from NAME.cpp of the current folder. The timeout only ends a test that hangs.
+function(lapsa_add_test NAME)
+    cmake_parse_arguments(PARSE_ARGV 1 TEST "" "TIMEOUT" "USES;LABELS;ENVIRONMENT")
+    if(NOT TEST_TIMEOUT)
+        set(TEST_TIMEOUT 300)
+    endif()
+    add_executable(${NAME} ${NAME}.cpp)
+    set_target_properties(${NAME} PROPERTIES AUTOMOC ON)
+    target_link_libraries(${NAME} PRIVATE Lapsa::compiler Qt6::Test ${TEST_USES})
+    add_test(NAME ${NAME} COMMAND ${NAME})
+    set_tests_properties(${NAME} PROPERTIES
+        TIMEOUT ${TEST_TIMEOUT}
+        LABELS "${TEST_LABELS}"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${TEST_ENVIRONMENT}")
+endfunction()
