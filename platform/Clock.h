@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Time.h"
+
+namespace lapsa {
+
+/// Where the engine reads the time. Only its implementation asks the system.
+class Clock
+{
+public:
+    Clock() = default;
+    Clock(const Clock&) = delete;
+    Clock& operator=(const Clock&) = delete;
+    virtual ~Clock() = default;
+
+    [[nodiscard]] virtual TimePoint now() const = 0;
+};
+
+} // namespace lapsa

@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Result.h"
+#include "Time.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+class QUrl;
+
+/// The file system. Paths are absolute and valid UTF-8; a name that is not cannot be said here, so that such a file is
+/// never touched. Asking for existence and kind follows symbolic links; moving and removing act on the link itself.
+namespace lapsa::fileSystem {
+
+/// What may be neither moved nor removed, whatever a record says: "/", the home folder, mount points and everything
+/// above one of these always; the folder named here, and everything above it, too.
+struct Protection
+{
+    QString folder;
+};
+
+struct Status
+{
+    bool exists = false;
+    bool isDirectory = false;
+};
+
+/// The path of a file URL, standardised: absolute, without "." and ".." components, doubled or trailing slashes; links
+/// are not resolved. Nothing for what is no local file URL, for a relative one, and for one whose bytes are not UTF-8.
+[[nodiscard]] std::optional<QString> standardizedPath(const QUrl& url);
+
+/// Both answers about `path` from one look.
+[[nodiscard]] Status status(const QString& path);
+[[nodiscard]] bool exists(const QString& path);
+[[nodiscard]] bool isDirectory(const QString& path);
+
+/// Whether `path` is `folder` or lies inside it once links are resolved. False when either does not exist.
+[[nodiscard]] bool isInside(const QString& path, const QString& folder);
+
+enum class Access
+{
+    /// Mode 0700.
+    OwnerOnly,
+    /// What the process's umask leaves of 0777.
+    Default,
+};
+
+/// Creates a folder with all missing folders above it; one that is there already is success.
+Result<void> createDirectory(const QString& path, Access access);
+
+/// Moves a file or a whole folder, also to another file system, keeping times, modes, links and extended attributes.
+/// Never overwrites: EEXIST when there is something at `to`, be it a dangling link. A move that fails leaves the source
+/// whole and nothing at `to`. EPERM for what is protected, EINVAL for an empty or relative path.
+Result<void> move(const QString& from, const QString& to, const Protection& protection);
+
+/// Removes a file, a link or a whole folder for good. Follows no link and crosses no mount point. EPERM and EINVAL as
+/// for move().
+Result<void> remove(const QString& path, const Protection& protection);
+
+/// The whole content of a file.
+[[nodiscard]] Result<QByteArray> read(const QString& path);
+
+/// Replaces the content of a file (mode 0600), atomically and durably: after a failure or a crash at any point the file
+/// holds either all of the old or all of the new content. A link is written through, not replaced.
+Result<void> writeAtomically(const QString& path, QByteArrayView bytes);
+
+/// One entry of a folder that is being listed. Its questions are asked of the open folder.
+class FolderEntry
+{
+public:
+    FolderEntry() = default;
+    FolderEntry(const FolderEntry&) = delete;
+    FolderEntry& operator=(const FolderEntry&) = delete;
+    virtual ~FolderEntry() = default;
+
+    /// The name inside the folder.
+    [[nodiscard]] virtual const QString& name() const = 0;
+    /// Follows links, as status() does.
+    [[nodiscard]] virtual Status status() const = 0;
+    /// The birth time of the entry itself; nothing where the file system does not keep one.
+    [[nodiscard]] virtual std::optional<TimePoint> creationDate() const = 0;
+};
+
+/// Calls `visit` for each direct entry of a folder in the order in which the file system lists them. Hidden entries (a
+/// leading dot), "." and "..", and names that are not valid UTF-8 are passed over.
+Result<void> forEachVisibleEntry(const QString& folder, const std::function<void(const FolderEntry&)>& visit);
+
+/// Calls `visit` with the name of every direct entry of a folder, hidden ones too, but "." and ".." and names that are
+/// not valid UTF-8.
+Result<void> forEachName(const QString& folder, const std::function<void(const QString& name)>& visit);
+
+/// Removes what moves into `folder` from other file systems left behind when they were cut short by the end of the
+/// process. The copies are known by a name and mode that nothing else has; their sources are still whole.
+void removeInterruptedCopies(const QString& folder);
+
+} // namespace lapsa::fileSystem

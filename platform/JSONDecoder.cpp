@@ -1,0 +1,182 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "JSONDecoder.h"
+
+#include <simdjson.h>
+
+#include <algorithm>
+#include <bit>
+
+namespace lapsa {
+
+namespace dom = simdjson::dom;
+
+struct JSONDecoder::Parser
+{
+    dom::parser parser;
+    dom::element root;
+};
+
+namespace {
+
+// The parser's handles are a pointer and an index, which is what a Place holds.
+template <typename Handle, typename Place>
+Handle handleOf(const Place& place)
+{
+    static_assert(sizeof(Handle) == sizeof(Place));
+    return std::bit_cast<Handle>(place);
+}
+
+template <typename Place, typename Handle>
+Place placeOf(const Handle& handle)
+{
+    static_assert(sizeof(Handle) == sizeof(Place));
+    return std::bit_cast<Place>(handle);
+}
+
+bool isHexDigit(char character)
+{
+    return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'f') ||
+           (character >= 'A' && character <= 'F');
+}
+
+/// The parser of QUuid takes more forms than the canonical one.
+bool isCanonicalUuid(std::string_view text)
+{
+    constexpr std::string_view form = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
+    return std::ranges::equal(text, form, [](char character, char expected) {
+        return expected == '-' ? character == '-' : isHexDigit(character);
+    });
+}
+
+QByteArrayView viewOf(std::string_view text)
+{
+    return {text.data(), static_cast<qsizetype>(text.size())};
+}
+
+/// The value of a key with its exact type; an empty one, and the whole document fails, where it is not so.
+template <typename T>
+T valueOf(const dom::object& object, std::string_view key, bool& failed)
+{
+    T value{};
+    if (object[key].get(value) != simdjson::SUCCESS) {
+        failed = true;
+        return T{};
+    }
+    return value;
+}
+
+} // namespace
+
+JSONDecoder::JSONDecoder() = default;
+
+JSONDecoder::~JSONDecoder() = default;
+
+bool JSONDecoder::parse(const QByteArray& bytes)
+{
+    m_parser = std::make_unique<Parser>();
+    m_failed = m_parser->parser.parse(bytes.constData(), static_cast<std::size_t>(bytes.size())).get(m_parser->root) !=
+               simdjson::SUCCESS;
+    return !m_failed;
+}
+
+std::optional<JSONObject> JSONDecoder::rootObject()
+{
+    dom::object object;
+    if (m_parser->root.get(object) != simdjson::SUCCESS) {
+        m_failed = true;
+        return std::nullopt;
+    }
+    return JSONObject(*this, placeOf<JSONObject::Place>(object));
+}
+
+JSONDecoder::Objects JSONDecoder::rootArray()
+{
+    Objects objects;
+    dom::array array;
+    if (m_parser->root.get(array) != simdjson::SUCCESS) {
+        m_failed = true;
+        return objects;
+    }
+    objects.m_decoder = this;
+    objects.m_next = placeOf<JSONObject::Place>(array.begin());
+    objects.m_end = placeOf<JSONObject::Place>(array.end());
+    objects.m_count = static_cast<qsizetype>(array.size());
+    return objects;
+}
+
+JSONDecoder::Objects JSONDecoder::arrayOf(const JSONObject& object, std::string_view key)
+{
+    Objects objects;
+    const auto array = valueOf<dom::array>(handleOf<dom::object>(object.m_place), key, m_failed);
+    if (m_failed) {
+        return objects;
+    }
+    objects.m_decoder = this;
+    objects.m_next = placeOf<JSONObject::Place>(array.begin());
+    objects.m_end = placeOf<JSONObject::Place>(array.end());
+    objects.m_count = static_cast<qsizetype>(array.size());
+    return objects;
+}
+
+std::optional<JSONObject> JSONDecoder::Objects::next()
+{
+    if (m_decoder == nullptr || m_decoder->m_failed) {
+        return std::nullopt;
+    }
+    auto position = handleOf<dom::array::iterator>(m_next);
+    if (position == handleOf<dom::array::iterator>(m_end)) {
+        return std::nullopt;
+    }
+    dom::object object;
+    if ((*position).get(object) != simdjson::SUCCESS) {
+        m_decoder->m_failed = true;
+        return std::nullopt;
+    }
+    m_next = placeOf<JSONObject::Place>(++position);
+    return JSONObject(*m_decoder, placeOf<JSONObject::Place>(object));
+}
+
+QString JSONObject::text(std::string_view key) const
+{
+    return QString::fromUtf8(
+        viewOf(valueOf<std::string_view>(handleOf<dom::object>(m_place), key, m_decoder->m_failed)));
+}
+
+bool JSONObject::boolean(std::string_view key) const
+{
+    return valueOf<bool>(handleOf<dom::object>(m_place), key, m_decoder->m_failed);
+}
+
+std::int64_t JSONObject::integer(std::string_view key) const
+{
+    return valueOf<std::int64_t>(handleOf<dom::object>(m_place), key, m_decoder->m_failed);
+}
+
+TimePoint JSONObject::timestamp(std::string_view key) const
+{
+    const auto text = valueOf<std::string_view>(handleOf<dom::object>(m_place), key, m_decoder->m_failed);
+    const std::optional<TimePoint> time = timePointFromIso8601(viewOf(text));
+    if (!time) {
+        fail();
+    }
+    return time.value_or(TimePoint{});
+}
+
+QUuid JSONObject::uuid(std::string_view key) const
+{
+    const auto text = valueOf<std::string_view>(handleOf<dom::object>(m_place), key, m_decoder->m_failed);
+    if (!isCanonicalUuid(text)) {
+        fail();
+        return {};
+    }
+    return QUuid::fromString(QLatin1StringView(text.data(), static_cast<qsizetype>(text.size())));
+}
+
+void JSONObject::fail() const
+{
+    m_decoder->m_failed = true;
+}
+
+} // namespace lapsa

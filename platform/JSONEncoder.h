@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Time.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QUuid>
+
+#include <concepts>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lapsa {
+
+/// Writes JSON as every file of Lapsa holds it: indented by two blanks, the keys of each object in ascending byte
+/// order, forward slashes escaped, dates as ISO 8601 in UTC with whole seconds, UUIDs in upper case.
+///
+/// A record takes part by a function `void write(JSONEncoder&, const Record&)` beside it, which opens an object, writes
+/// its fields in ascending order of their keys (anything else ends the process: it is a programming error) and closes
+/// it.
+class JSONEncoder final
+{
+public:
+    /// A fresh encoder with the one configuration there is.
+    [[nodiscard]] static JSONEncoder lapsa() { return {}; }
+
+    /// The whole document of one record, or of a list of records.
+    template <typename T>
+    [[nodiscard]] QByteArray encode(const T& value)
+    {
+        element(value);
+        return takeDocument();
+    }
+
+    void beginObject();
+    void endObject();
+
+    void field(std::string_view key, const QString& text);
+
+    void field(std::string_view key, std::same_as<bool> auto value) { boolean(key, value); }
+
+    void field(std::string_view key, std::int64_t number);
+    void field(std::string_view key, TimePoint time);
+    void field(std::string_view key, const QUuid& uuid);
+
+    template <typename T>
+    void field(std::string_view key, const QList<T>& list)
+    {
+        beginField(key);
+        element(list);
+    }
+
+private:
+    struct Level
+    {
+        /// The last key written; decides the order of the next. Empty in arrays.
+        std::string_view lastKey;
+        bool empty = true;
+    };
+
+    template <typename T>
+    void element(const T& value)
+    {
+        write(*this, value);
+    }
+
+    template <typename T>
+    void element(const QList<T>& list)
+    {
+        beginArray();
+        for (const T& value : list) {
+            beginElement();
+            element(value);
+        }
+        endArray();
+    }
+
+    void boolean(std::string_view key, bool value);
+    void beginArray();
+    void endArray();
+    void beginElement();
+    void beginField(std::string_view key);
+    void open(char bracket);
+    void close(char bracket);
+    void newLine();
+    void text(const QString& text);
+    [[nodiscard]] QByteArray takeDocument();
+
+    QByteArray m_bytes;
+    std::vector<Level> m_levels;
+};
+
+} // namespace lapsa

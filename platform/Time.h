@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+
+namespace lapsa {
+
+/// A point in absolute time (UTC). Microseconds reach from long before year 1 to long after year 9999.
+using TimePoint = std::chrono::sys_time<std::chrono::microseconds>;
+
+/// The start of year 1 (proleptic Gregorian calendar): earlier than the date of any real file.
+inline constexpr TimePoint distantPast{std::chrono::sys_days{std::chrono::year{1} / std::chrono::January / 1}};
+
+/// The last whole second of year 9999, the last that ISO 8601 writes with four digits.
+inline constexpr TimePoint distantFuture{std::chrono::sys_days{std::chrono::year{10000} / std::chrono::January / 1} -
+                                         std::chrono::seconds{1}};
+
+/// `start` plus `minutes` x 60 seconds. The multiplication must fit into 64 bits: an overflow is a programming error
+/// and ends the process. A sum that a TimePoint cannot hold becomes the farthest one that it can.
+[[nodiscard]] TimePoint addingMinutes(TimePoint start, std::int64_t minutes);
+
+/// The same for `hours` x 3600 seconds.
+[[nodiscard]] TimePoint addingHours(TimePoint start, std::int64_t hours);
+
+/// Seconds from `from` until `to`, negative when `to` lies before `from`.
+[[nodiscard]] double secondsBetween(TimePoint from, TimePoint to);
+
+/// ISO 8601 internet date-time in UTC with whole seconds, for example "2026-03-01T14:05:09Z". A fraction is dropped
+/// (towards the past). What lies outside years 1 to 9999 is written as the nearest time inside, so that what was
+/// written can always be read.
+[[nodiscard]] QByteArray iso8601Text(TimePoint time);
+
+/// The time of such a text: whole seconds and a zone designator ("Z" or an offset as "+01:00"), nothing else.
+[[nodiscard]] std::optional<TimePoint> timePointFromIso8601(QByteArrayView text);
+
+} // namespace lapsa
