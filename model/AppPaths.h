@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QUrl>
+
+namespace lapsa {
+
+/// Where Lapsa keeps its data. Every location is worked out anew at each use.
+struct AppPaths
+{
+    /// The data folder "Lapsa". Created (mode 0700) when it is not there; a failure shows up later, as a failed read or
+    /// write. A user without any data home is a programming error of the system around us and ends the process.
+    [[nodiscard]] static QUrl applicationSupportDirectory();
+    /// The folder "Recovery" in it, created in the same way.
+    [[nodiscard]] static QUrl recoveryDirectory();
+
+    // The three files. Asking for one creates the data folder, never the file.
+
+    [[nodiscard]] static QUrl settingsURL();
+    [[nodiscard]] static QUrl stateURL();
+    [[nodiscard]] static QUrl recoveryStateURL();
+};
+
+} // namespace lapsa

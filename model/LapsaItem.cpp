@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "LapsaItem.h"
+
+#include "FileSystem.h"
+#include "JSONDecoder.h"
+#include "JSONEncoder.h"
+
+#include <QUuid>
+
+#include <algorithm>
+
+namespace lapsa {
+
+QUrl LapsaItem::url() const
+{
+    return QUrl::fromLocalFile(path);
+}
+
+bool LapsaItem::exists() const
+{
+    return fileSystem::exists(path);
+}
+
+bool LapsaItem::isDirectory() const
+{
+    return fileSystem::isDirectory(path);
+}
+
+double LapsaItem::remainingSeconds(TimePoint now) const
+{
+    return std::max(0.0, secondsBetween(now, expiresAt));
+}
+
+bool LapsaItem::isExpired(TimePoint now) const
+{
+    return remainingSeconds(now) <= 0.0;
+}
+
+QString newItemId()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+}
+
+void write(JSONEncoder& encoder, const LapsaItem& item)
+{
+    encoder.beginObject();
+    encoder.field("addedAt", item.addedAt);
+    encoder.field("displayName", item.displayName);
+    encoder.field("expiresAt", item.expiresAt);
+    encoder.field("fiveMinuteWarningSent", item.fiveMinuteWarningSent);
+    encoder.field("id", item.id);
+    encoder.field("locked", item.locked);
+    encoder.field("path", item.path);
+    encoder.endObject();
+}
+
+void read(const JSONObject& object, LapsaItem& item)
+{
+    item.id = object.text("id");
+    item.path = object.text("path");
+    item.displayName = object.text("displayName");
+    item.addedAt = object.timestamp("addedAt");
+    item.expiresAt = object.timestamp("expiresAt");
+    item.locked = object.boolean("locked");
+    item.fiveMinuteWarningSent = object.boolean("fiveMinuteWarningSent");
+}
+
+} // namespace lapsa

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Time.h"
+
+#include <QString>
+#include <QUrl>
+
+namespace lapsa {
+
+class JSONEncoder;
+class JSONObject;
+
+/// One file or folder on countdown. Equality is over all fields; `id` identifies it in lists.
+struct LapsaItem
+{
+    /// The upper-case text of a random UUID for a new item; whatever text was stored for one that is read.
+    QString id;
+    /// Absolute.
+    QString path;
+    /// The last path component at the time of adding; shown in the list and in warnings.
+    QString displayName;
+    TimePoint addedAt;
+    TimePoint expiresAt;
+    /// A locked item is neither warned about nor disposed of.
+    bool locked = false;
+    /// Whether the warning was posted, whatever its lead time. The name is older than the setting and is kept, because
+    /// it is the key in the users' files.
+    bool fiveMinuteWarningSent = false;
+
+    [[nodiscard]] QUrl url() const;
+    /// Whether there is something at `path`.
+    [[nodiscard]] bool exists() const;
+    /// Whether there is something at `path` and it is a folder.
+    [[nodiscard]] bool isDirectory() const;
+    /// Seconds from `now` until `expiresAt`, never below 0.
+    [[nodiscard]] double remainingSeconds(TimePoint now) const;
+    /// True from the very instant of `expiresAt` on.
+    [[nodiscard]] bool isExpired(TimePoint now) const;
+
+    friend bool operator==(const LapsaItem&, const LapsaItem&) = default;
+};
+
+/// The identity of a new item: the upper-case canonical text of a fresh random UUID.
+[[nodiscard]] QString newItemId();
+
+void write(JSONEncoder& encoder, const LapsaItem& item);
+void read(const JSONObject& object, LapsaItem& item);
+
+} // namespace lapsa

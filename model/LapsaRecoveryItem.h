@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Time.h"
+
+#include <QString>
+#include <QUuid>
+
+namespace lapsa {
+
+class JSONEncoder;
+class JSONObject;
+
+/// One expired file that is parked in the recovery folder. Equality is over all fields; `id` identifies it in lists.
+struct LapsaRecoveryItem
+{
+    QUuid id;
+    /// Where the file was before it expired, and where restoring puts it back. Absolute.
+    QString originalPath;
+    /// Where its copy is now. Absolute.
+    QString recoveryPath;
+    QString displayName;
+    TimePoint deletedAt;
+    /// When the copy becomes due to be removed for good.
+    TimePoint purgeAfter;
+
+    friend bool operator==(const LapsaRecoveryItem&, const LapsaRecoveryItem&) = default;
+};
+
+void write(JSONEncoder& encoder, const LapsaRecoveryItem& item);
+void read(const JSONObject& object, LapsaRecoveryItem& item);
+
+} // namespace lapsa

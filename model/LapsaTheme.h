@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+#include <array>
+#include <optional>
+
+namespace lapsa {
+
+/// The user's choice of appearance.
+enum class LapsaTheme
+{
+    System,
+    Dark,
+    Light,
+};
+
+/// Every theme, in the order in which it is offered.
+inline constexpr std::array allLapsaThemes{LapsaTheme::System, LapsaTheme::Dark, LapsaTheme::Light};
+
+/// The stored text: "system", "dark" or "light".
+[[nodiscard]] QString rawValue(LapsaTheme theme);
+/// The theme of a stored text; nothing for any other text.
+[[nodiscard]] std::optional<LapsaTheme> lapsaThemeFromRawValue(const QString& rawValue);
+
+} // namespace lapsa

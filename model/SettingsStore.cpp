@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "SettingsStore.h"
+
+#include "AppPaths.h"
+#include "FileSystem.h"
+#include "JSONDecoder.h"
+#include "JSONEncoder.h"
+#include "SystemLog.h"
+
+#include <chrono>
+#include <optional>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::chrono::milliseconds saveDelay{350};
+
+std::optional<LapsaSettings> storedSettings()
+{
+    const Result<QByteArray> bytes = fileSystem::read(AppPaths::settingsURL().toLocalFile());
+    return bytes ? JSONDecoder::lapsa().decode<LapsaSettings>(bytes.value()) : std::nullopt;
+}
+
+} // namespace
+
+SettingsStore::SettingsStore(MainQueue& queue)
+    : m_saveWorkItem(queue, saveDelay, [this] { saveNow(); })
+{
+    load();
+}
+
+void SettingsStore::setSettings(const LapsaSettings& settings)
+{
+    m_settings = settings;
+    emit settingsChanged(m_settings);
+    scheduleSave();
+}
+
+void SettingsStore::load()
+{
+    if (const std::optional<LapsaSettings> stored = storedSettings()) {
+        setSettings(*stored);
+        return;
+    }
+    setSettings(LapsaSettings::defaults());
+    saveNow();
+}
+
+void SettingsStore::scheduleSave()
+{
+    m_saveWorkItem.schedule();
+}
+
+void SettingsStore::saveNow()
+{
+    m_saveWorkItem.cancel();
+    const QByteArray bytes = JSONEncoder::lapsa().encode(m_settings);
+    if (const auto written = fileSystem::writeAtomically(AppPaths::settingsURL().toLocalFile(), bytes); !written) {
+        systemLog(u"Lapsa settings save failed: "_s + written.error().description);
+    }
+}
+
+bool SettingsStore::savePending() const
+{
+    return m_saveWorkItem.pending();
+}
+
+} // namespace lapsa

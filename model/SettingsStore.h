@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "DebouncedTask.h"
+#include "LapsaSettings.h"
+
+#include <QObject>
+
+namespace lapsa {
+
+/// Owner of the live settings: loads them once, publishes every change and saves them shortly after. Main thread only.
+class SettingsStore final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Starts from the defaults and loads the file at once.
+    explicit SettingsStore(MainQueue& queue);
+
+    [[nodiscard]] const LapsaSettings& settings() const { return m_settings; }
+
+    /// Every assignment counts as a change, the same value too. Not sanitised here: LapsaStore is where that happens.
+    void setSettings(const LapsaSettings& settings);
+
+    /// Reads `settings.json`. One that is missing or cannot be read, as a whole, gives the defaults and is replaced by
+    /// them at once, silently.
+    void load();
+    /// Saves 0.35 seconds from now, in place of a save that is already waiting.
+    void scheduleSave();
+    /// Saves at once. A failure is logged; the settings in memory stay, and the next change tries again.
+    void saveNow();
+    [[nodiscard]] bool savePending() const;
+
+signals:
+    void settingsChanged(const lapsa::LapsaSettings& settings);
+
+private:
+    LapsaSettings m_settings = LapsaSettings::defaults();
+    DebouncedTask m_saveWorkItem;
+};
+
+} // namespace lapsa
