@@ -1,0 +1,167 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "DebouncedTask.h"
+#include "LapsaItem.h"
+#include "LapsaRecoveryItem.h"
+#include "LapsaSettings.h"
+#include "Result.h"
+
+#include <QList>
+#include <QObject>
+#include <QSet>
+#include <QString>
+#include <QUrl>
+
+#include <cstdint>
+#include <optional>
+
+namespace lapsa {
+
+class Appearance;
+class Clock;
+class FreeNames;
+class MainQueue;
+class Pasteboard;
+class SettingsStore;
+class Workspace;
+
+/// The one central state: the items on countdown, the files parked for recovery, and every operation on them. Main
+/// thread only. Items are looked up by `id` at each operation; an unknown one changes nothing.
+class LapsaStore final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// What the store stands on. All of it outlives the store.
+    struct Environment
+    {
+        const Clock& clock;
+        MainQueue& mainQueue;
+        Appearance& appearance;
+        Workspace& workspace;
+        Pasteboard& pasteboard;
+    };
+
+    struct AddOptions
+    {
+        /// In minutes; without it the lifespan is found for each file.
+        std::optional<std::int64_t> fixedLifespan = std::nullopt;
+        bool applyFileTypeRules = true;
+    };
+
+    /// Comes up as at launch: sanitises the settings, loads both lists, repairs what cannot be read, purges what is
+    /// due.
+    LapsaStore(SettingsStore& settingsStore, const Environment& environment);
+    ~LapsaStore() override;
+
+    // ---- State -------------------------------------------------------------------------------------------------
+
+    [[nodiscard]] const QList<LapsaItem>& items() const { return m_items; }
+
+    [[nodiscard]] const QList<LapsaRecoveryItem>& recoveryItems() const { return m_recoveryItems; }
+
+    [[nodiscard]] SettingsStore& settingsStore() const { return m_settingsStore; }
+
+    /// A short message for the panel, if there is one.
+    [[nodiscard]] const std::optional<QString>& lastMessage() const { return m_lastMessage; }
+
+    void setLastMessage(const std::optional<QString>& message);
+
+    /// The settings as they stand in the settings store.
+    [[nodiscard]] const LapsaSettings& settings() const;
+    /// Sanitises the value before anyone sees it.
+    void setSettings(const LapsaSettings& settings);
+
+    // ---- Saving ------------------------------------------------------------------------------------------------
+
+    /// Writes `state.json`, then `recovery.json`. A failure is logged; the lists in memory stay.
+    void saveNow();
+    /// saveNow() 0.3 seconds from now, in place of one that is waiting.
+    void saveSoon();
+    void saveRecoveryNow();
+    /// saveRecoveryNow() 0.35 seconds from now, in place of one that is waiting.
+    void saveRecoverySoon();
+
+    // ---- Theme -------------------------------------------------------------------------------------------------
+
+    void applyAppTheme(LapsaTheme theme);
+    void applyCurrentTheme();
+
+    // ---- Adding ------------------------------------------------------------------------------------------------
+
+    /// Puts files and folders on countdown, in order; one that already is starts anew. What does not exist is skipped.
+    void addFiles(const QList<QUrl>& urls);
+    void addFiles(const QList<QUrl>& urls, const AddOptions& options);
+
+    // ---- One item ----------------------------------------------------------------------------------------------
+
+    /// The file stays where it is.
+    void removeFromList(const LapsaItem& item);
+    /// Disposes of the file as the settings say, locked or not, and takes the item off the list.
+    void deleteNow(const LapsaItem& item);
+    void toggleLock(const LapsaItem& item);
+    void lockItem(const QString& id);
+    /// A new expiry `minutes`, at least 1, from now.
+    void updateExpiration(const LapsaItem& item, std::int64_t minutes);
+    void open(const LapsaItem& item);
+    void reveal(const LapsaItem& item);
+    void copyFilePath(const LapsaItem& item);
+    /// The path of a folder item itself, else that of the folder that holds the file.
+    void copyFolderPath(const LapsaItem& item);
+
+    // ---- Expiry ------------------------------------------------------------------------------------------------
+
+    /// Purges the recovery folder, then disposes of every item that is expired and not locked.
+    void deleteExpiredItems();
+    void markWarningSent(const QString& id);
+    /// The same for many at once: the first item of each id.
+    void markWarningsSent(const QSet<QString>& ids);
+
+    // ---- Recovery ----------------------------------------------------------------------------------------------
+
+    /// Puts a copy back where it came from, under a free name. It is an ordinary file again, not on countdown.
+    void restoreRecoveryItem(const LapsaRecoveryItem& item);
+    void deleteRecoveryItem(const LapsaRecoveryItem& item);
+    /// Removes every copy whose retention has run out. A record is dropped even where its copy could not be removed.
+    void purgeExpiredRecovery();
+
+    // ---- Watched folders and rules -----------------------------------------------------------------------------
+
+    /// Puts what newly appeared in the watched folders on countdown.
+    void scanAutoCleanFolders();
+    void addFileTypeRule();
+    void removeFileTypeRule(const QUuid& id);
+    void addAutoCleanFolder(const QUrl& url);
+    void removeAutoCleanFolder(const QUuid& id);
+
+signals:
+    /// Something of the state above, or a setting, is about to change.
+    void willChange();
+
+private:
+    using ItemIterator = QList<LapsaItem>::iterator;
+
+    void subscribeToSettings();
+    void loadItems();
+    void loadRecoveryItems();
+    void addPaths(const QStringList& paths, const AddOptions& options);
+    [[nodiscard]] std::int64_t lifespanFor(const QString& path) const;
+    [[nodiscard]] qsizetype indexOfItem(const QString& id) const;
+    void removeItemsWithId(const QString& id);
+    void deleteFileForItem(const LapsaItem& item, FreeNames& freeNames);
+    [[nodiscard]] Result<void> moveToRecovery(const LapsaItem& item, FreeNames& freeNames);
+    void dropRecoveryRecords(const QUuid& id);
+
+    SettingsStore& m_settingsStore;
+    Environment m_environment;
+    QList<LapsaItem> m_items;
+    QList<LapsaRecoveryItem> m_recoveryItems;
+    std::optional<QString> m_lastMessage;
+    DebouncedTask m_saveWorkItem;
+    DebouncedTask m_recoverySaveWorkItem;
+};
+
+} // namespace lapsa
