@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+namespace lapsa {
+
+/// The two-language string table. Every property asks for the language anew, so that nothing has to be told when the
+/// locale changes. Texts that only one view uses stand in that view, chosen by text().
+class Localized final
+{
+public:
+    /// Whether the language code of the current locale is exactly "it". Every other language, and none, gets English.
+    [[nodiscard]] static bool isItalian();
+
+    /// The one of the two texts that the current language asks for.
+    [[nodiscard]] static QString text(const QString& english, const QString& italian);
+
+    [[nodiscard]] static QString openLapsa();
+    [[nodiscard]] static QString preferences();
+    [[nodiscard]] static QString addFinderSelection();
+    [[nodiscard]] static QString openDataFolder();
+    [[nodiscard]] static QString quit();
+    [[nodiscard]] static QString notificationTitle();
+    /// A format: "%@" stands for an item's display name, "%d" for a number of minutes.
+    [[nodiscard]] static QString notificationBody();
+    [[nodiscard]] static QString temporaryCountdowns();
+    [[nodiscard]] static QString dropFiles();
+    [[nodiscard]] static QString defaultExpiry();
+    [[nodiscard]] static QString filesPresent();
+    [[nodiscard]] static QString filePresent();
+    [[nodiscard]] static QString nothingHere();
+    [[nodiscard]] static QString pauseAll();
+    [[nodiscard]] static QString recovery();
+    [[nodiscard]] static QString useRecovery();
+    [[nodiscard]] static QString retention();
+    [[nodiscard]] static QString fileTypeRules();
+    [[nodiscard]] static QString autoCleanFolders();
+    [[nodiscard]] static QString daysShort();
+    [[nodiscard]] static QString hoursShort();
+    [[nodiscard]] static QString minutesShort();
+    [[nodiscard]] static QString durationDays();
+    [[nodiscard]] static QString durationHours();
+    [[nodiscard]] static QString durationMinutes();
+};
+
+} // namespace lapsa
