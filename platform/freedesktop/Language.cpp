@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "Language.h"
+
+#include <QByteArray>
+
+#include <algorithm>
+
+namespace lapsa {
+
+QString currentLanguageCode()
+{
+    QByteArray locale;
+    for (const char* const variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        locale = qgetenv(variable);
+        if (!locale.isEmpty()) {
+            break;
+        }
+    }
+    // language[_TERRITORY][.codeset][@modifier], as in setlocale(3); a hyphen stands for the underscore at times.
+    const auto end = std::ranges::find_if(locale, [](char c) { return QByteArrayView("_-.@").contains(c); });
+    const QByteArray language = locale.first(end - locale.begin()).toLower();
+    if (language == "c" || language == "posix" ||
+        !std::ranges::all_of(language, [](char c) { return c >= 'a' && c <= 'z'; })) {
+        return {};
+    }
+    return QString::fromLatin1(language);
+}
+
+} // namespace lapsa

@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "SystemLog.h"
+
+#include <QByteArray>
+
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Marks that turn the direction of the text round, or join what they stand between: they can make a line read as
+/// something else.
+bool disguises(char32_t c)
+{
+    return c == 0x200E || c == 0x200F || c == 0x061C || (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+}
+
+bool breaksTheLine(char32_t c)
+{
+    return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x2028 || c == 0x2029;
+}
+
+QString escaped(char32_t c)
+{
+    switch (c) {
+    case '\n':
+        return u"\\n"_s;
+    case '\t':
+        return u"\\t"_s;
+    default:
+        return c <= 0xFF ? u"\\x%1"_s.arg(uint(c), 2, 16, u'0') : u"\\u{%1}"_s.arg(uint(c), 4, 16, u'0');
+    }
+}
+
+} // namespace
+
+void systemLog(const QString& text)
+{
+    QString line;
+    line.reserve(text.size() + 1);
+    for (const QChar c : text) {
+        // All of them stand in the basic plane, so that halves of surrogate pairs pass through together.
+        if (breaksTheLine(c.unicode()) || disguises(c.unicode())) {
+            line += escaped(c.unicode());
+        } else {
+            line += c;
+        }
+    }
+    line += u'\n';
+
+    // In one call, so that lines of several processes do not run into each other. What cannot be written is lost: there
+    // is no other place to complain.
+    const QByteArray bytes = line.toUtf8();
+    QByteArrayView rest = bytes;
+    while (!rest.isEmpty()) {
+        const ssize_t written = ::write(STDERR_FILENO, rest.data(), size_t(rest.size()));
+        if (written < 0 && errno != EINTR) {
+            return;
+        }
+        rest = rest.sliced(written < 0 ? 0 : written);
+    }
+}
+
+} // namespace lapsa

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "UserFolders.h"
+
+#include <QByteArray>
+#include <QDir>
+#include <QUtf8StringView>
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <vector>
+
+namespace lapsa::userFolders {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The path in cleaned form; empty where it is not absolute or cannot be said as text.
+QString usablePath(const QByteArray& path)
+{
+    const bool usable = path.startsWith('/') && QUtf8StringView(path.constData(), path.size()).isValidUtf8();
+    return usable ? QDir::cleanPath(QString::fromUtf8(path)) : QString();
+}
+
+QByteArray homeOfUser(uid_t user)
+{
+    std::vector<char> buffer(1024);
+    passwd entry{};
+    passwd* found = nullptr;
+    while (::getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found) == ERANGE) {
+        buffer.resize(buffer.size() * 2);
+    }
+    return found != nullptr && found->pw_dir != nullptr ? QByteArray(found->pw_dir) : QByteArray();
+}
+
+/// The user database may be far away (a directory service): it is asked once for each user.
+const QString& homeInDatabase()
+{
+    thread_local uid_t user = 0;
+    thread_local QString home;
+    thread_local bool known = false;
+    if (!known || user != ::getuid()) {
+        user = ::getuid();
+        home = usablePath(homeOfUser(user));
+        known = true;
+    }
+    return home;
+}
+
+} // namespace
+
+QStringList applicationSupport()
+{
+    if (const QString dataHome = usablePath(qgetenv("XDG_DATA_HOME")); !dataHome.isEmpty()) {
+        return {dataHome};
+    }
+    const QStringList homes = home();
+    return homes.isEmpty() ? QStringList() : QStringList{QDir::cleanPath(homes.first() + u"/.local/share"_s)};
+}
+
+QStringList home()
+{
+    QStringList homes;
+    for (const QString& path : {usablePath(qgetenv("HOME")), homeInDatabase()}) {
+        if (!path.isEmpty() && !homes.contains(path)) {
+            homes.push_back(path);
+        }
+    }
+    return homes;
+}
+
+} // namespace lapsa::userFolders
