@@ -22,14 +22,14 @@ namespace lapsa {
 
 class Appearance;
 class Clock;
-class FreeNames;
 class MainQueue;
 class Pasteboard;
 class SettingsStore;
 class Workspace;
 
 /// The one central state: the items on countdown, the files parked for recovery, and every operation on them. Main
-/// thread only. Items are looked up by `id` at each operation; an unknown one changes nothing.
+/// thread only. Items are looked up by `id` at each operation; an unknown one changes nothing. Nothing here fails
+/// outwardly: what goes wrong with a file is one line in the system log.
 class LapsaStore final : public QObject
 {
     Q_OBJECT
@@ -57,7 +57,7 @@ public:
     LapsaStore(SettingsStore& settingsStore, const Environment& environment);
     ~LapsaStore() override;
 
-    // ---- State -------------------------------------------------------------------------------------------------
+    // ---- State
 
     [[nodiscard]] const QList<LapsaItem>& items() const { return m_items; }
 
@@ -75,7 +75,7 @@ public:
     /// Sanitises the value before anyone sees it.
     void setSettings(const LapsaSettings& settings);
 
-    // ---- Saving ------------------------------------------------------------------------------------------------
+    // ---- Saving
 
     /// Writes `state.json`, then `recovery.json`. A failure is logged; the lists in memory stay.
     void saveNow();
@@ -85,18 +85,18 @@ public:
     /// saveRecoveryNow() 0.35 seconds from now, in place of one that is waiting.
     void saveRecoverySoon();
 
-    // ---- Theme -------------------------------------------------------------------------------------------------
+    // ---- Theme
 
     void applyAppTheme(LapsaTheme theme);
     void applyCurrentTheme();
 
-    // ---- Adding ------------------------------------------------------------------------------------------------
+    // ---- Adding
 
     /// Puts files and folders on countdown, in order; one that already is starts anew. What does not exist is skipped.
     void addFiles(const QList<QUrl>& urls);
     void addFiles(const QList<QUrl>& urls, const AddOptions& options);
 
-    // ---- One item ----------------------------------------------------------------------------------------------
+    // ---- One item
 
     /// The file stays where it is.
     void removeFromList(const LapsaItem& item);
@@ -112,15 +112,15 @@ public:
     /// The path of a folder item itself, else that of the folder that holds the file.
     void copyFolderPath(const LapsaItem& item);
 
-    // ---- Expiry ------------------------------------------------------------------------------------------------
+    // ---- Expiry
 
     /// Purges the recovery folder, then disposes of every item that is expired and not locked.
     void deleteExpiredItems();
     void markWarningSent(const QString& id);
     /// The same for many at once: the first item of each id.
-    void markWarningsSent(const QSet<QString>& ids);
+    void markWarningsSent(QSet<QString> ids);
 
-    // ---- Recovery ----------------------------------------------------------------------------------------------
+    // ---- Recovery
 
     /// Puts a copy back where it came from, under a free name. It is an ordinary file again, not on countdown.
     void restoreRecoveryItem(const LapsaRecoveryItem& item);
@@ -128,7 +128,7 @@ public:
     /// Removes every copy whose retention has run out. A record is dropped even where its copy could not be removed.
     void purgeExpiredRecovery();
 
-    // ---- Watched folders and rules -----------------------------------------------------------------------------
+    // ---- Watched folders and rules
 
     /// Puts what newly appeared in the watched folders on countdown.
     void scanAutoCleanFolders();
@@ -142,18 +142,21 @@ signals:
     void willChange();
 
 private:
-    using ItemIterator = QList<LapsaItem>::iterator;
+    struct FoundFile;
+    struct DisposalRun;
 
     void subscribeToSettings();
+    void reactToSettings(LapsaTheme theme);
     void loadItems();
     void loadRecoveryItems();
-    void addPaths(const QStringList& paths, const AddOptions& options);
-    [[nodiscard]] std::int64_t lifespanFor(const QString& path) const;
-    [[nodiscard]] qsizetype indexOfItem(const QString& id) const;
-    void removeItemsWithId(const QString& id);
-    void deleteFileForItem(const LapsaItem& item, FreeNames& freeNames);
-    [[nodiscard]] Result<void> moveToRecovery(const LapsaItem& item, FreeNames& freeNames);
-    void dropRecoveryRecords(const QUuid& id);
+    void addFound(const QList<FoundFile>& files, const AddOptions& options);
+    [[nodiscard]] QList<LapsaItem>::iterator firstItem(const QString& id);
+    void removeItems(const QString& id);
+    void deleteFileForItem(const LapsaItem& item);
+    void deleteFileForItem(const LapsaItem& item, DisposalRun& run);
+    [[nodiscard]] Result<void> moveToRecovery(const LapsaItem& item, DisposalRun& run);
+    void removeRecoveryRecords(const QUuid& id);
+    void scanFolder(const LapsaAutoCleanFolderRule& rule);
 
     SettingsStore& m_settingsStore;
     Environment m_environment;

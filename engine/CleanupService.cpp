@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "CleanupService.h"
+
+#include "Clock.h"
+#include "ExpiryWarnings.h"
+#include "LapsaStore.h"
+#include "MainQueue.h"
+
+#include <chrono>
+
+namespace lapsa {
+
+namespace {
+
+constexpr std::chrono::seconds passInterval{60};
+
+} // namespace
+
+CleanupService::CleanupService(LapsaStore& store, ExpiryWarnings& notificationService, const Environment& environment)
+    : m_store(&store)
+    , m_notificationService(notificationService)
+    , m_environment(environment)
+{}
+
+CleanupService::~CleanupService() = default;
+
+void CleanupService::start()
+{
+    stop();
+    m_timer = m_environment.mainQueue.repeatEvery(passInterval, [service = QPointer(this)] {
+        service->m_environment.mainQueue.async([service] {
+            if (service) {
+                service->tick();
+            }
+        });
+    });
+    tick();
+}
+
+void CleanupService::stop()
+{
+    m_timer.reset();
+}
+
+void CleanupService::tick()
+{
+    if (!m_store) {
+        return;
+    }
+    LapsaStore& store = *m_store;
+    // Before the pause is asked for, on purpose: the scan asks for it itself.
+    store.scanAutoCleanFolders();
+    if (store.settings().pauseAllCountdowns) {
+        return;
+    }
+    if (store.settings().enableExpiryNotifications) {
+        sendDueWarnings(store);
+    }
+    store.deleteExpiredItems();
+}
+
+void CleanupService::sendDueWarnings(LapsaStore& store)
+{
+    constexpr double secondsPerMinute = 60;
+    const std::int64_t leadMinutes = store.settings().notifyBeforeMinutes;
+    const TimePoint now = m_environment.clock.now();
+    const QList<LapsaItem> snapshot = store.items();
+    QSet<QString> warned;
+    for (const LapsaItem& item : snapshot) {
+        const double remaining = secondsBetween(now, item.expiresAt);
+        const bool due = remaining > 0 && remaining <= static_cast<double>(leadMinutes) * secondsPerMinute;
+        if (due && !item.locked && !item.fiveMinuteWarningSent) {
+            // The setting and not the time left, on purpose, even where less time is left.
+            m_notificationService.sendWarning(item, leadMinutes);
+            warned.insert(item.id);
+        }
+    }
+    store.markWarningsSent(warned);
+}
+
+} // namespace lapsa

@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FreeNames.h"
+
+#include "FileName.h"
+
+#include <cerrno>
+#include <tuple>
+
+namespace lapsa {
+
+namespace {
+
+QString joined(const QString& folder, const QString& name)
+{
+    return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
+}
+
+/// The longest beginning of `text` that takes at most `bytes` bytes of UTF-8, whole characters only.
+QString shortened(QString text, qsizetype bytes)
+{
+    while (!text.isEmpty() && text.toUtf8().size() > bytes) {
+        const bool pair = text.size() > 1 && text.back().isLowSurrogate();
+        text.chop(pair ? 2 : 1);
+    }
+    return text;
+}
+
+} // namespace
+
+QString fileNameVariant(const QString& name, std::int64_t number)
+{
+    if (number == 0 && name.toUtf8().size() <= maxFileNameBytes) {
+        return name;
+    }
+    const FileName parts = FileName::of(name);
+    const QString mark = number == 0 ? QString() : u'-' + QString::number(number);
+    const QString ending = parts.extension.isEmpty() ? mark : mark + u'.' + parts.extension;
+    const qsizetype room = maxFileNameBytes - ending.toUtf8().size();
+    if (room <= 0) {
+        // An ending that leaves no room for a base is no extension worth keeping.
+        return shortened(name, maxFileNameBytes - mark.size()) + mark;
+    }
+    return shortened(parts.base, room) + ending;
+}
+
+QString FreeNames::uniquePath(const QString& path)
+{
+    const QString folder = parentPath(path);
+    const QString name = lastPathComponent(path);
+    const QString first = joined(folder, fileNameVariant(name, 0));
+    if (!m_folders.contains(folder) && !fileSystem::exists(first)) {
+        return first;
+    }
+
+    Folder& known = look(folder);
+    const auto taken = [&](const QString& candidate) {
+        return known.names ? known.names->contains(candidate) : fileSystem::exists(joined(folder, candidate));
+    };
+    std::int64_t& number = known.nextVariant[name];
+    while (taken(fileNameVariant(name, number))) {
+        ++number;
+    }
+    return joined(folder, fileNameVariant(name, number));
+}
+
+void FreeNames::markTaken(const QString& path)
+{
+    const auto folder = m_folders.find(parentPath(path));
+    if (folder != m_folders.end() && folder->names) {
+        folder->names->insert(lastPathComponent(path));
+    }
+}
+
+void FreeNames::reject(const QString& wanted, const QString& proposal)
+{
+    Folder& known = look(parentPath(wanted));
+    if (known.names) {
+        known.names->insert(lastPathComponent(proposal));
+    } else {
+        ++known.nextVariant[lastPathComponent(wanted)];
+    }
+}
+
+FreeNames::Folder& FreeNames::look(const QString& folder)
+{
+    const auto known = m_folders.find(folder);
+    if (known != m_folders.end()) {
+        return *known;
+    }
+    QSet<QString> names;
+    const auto listed = fileSystem::forEachName(folder, [&names](const QString& name) { names.insert(name); });
+    return *m_folders.insert(
+        folder, Folder{.names = listed ? std::optional(std::move(names)) : std::nullopt, .nextVariant = {}});
+}
+
+Result<QString> moveToFreeName(const QString& from, const QString& wanted, FreeNames& freeNames,
+                               const fileSystem::Protection& protection)
+{
+    // A name can be taken between the look and the move, and a dangling link is seen by the move alone. That a name is
+    // taken over and over again is no accident any more.
+    constexpr int mostTries = 1000;
+    Result<void> moved;
+    for (int attempt = 0; attempt < mostTries; ++attempt) {
+        const QString destination = freeNames.uniquePath(wanted);
+        moved = fileSystem::move(from, destination, protection);
+        if (moved) {
+            freeNames.markTaken(destination);
+            return destination;
+        }
+        if (moved.error().code != EEXIST) {
+            break;
+        }
+        freeNames.reject(wanted, destination);
+    }
+    return moved.error();
+}
+
+} // namespace lapsa

@@ -1,0 +1,162 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "LapsaStore.h"
+
+#include "AppPaths.h"
+#include "Appearance.h"
+#include "FileSystem.h"
+#include "JSONDecoder.h"
+#include "JSONEncoder.h"
+#include "MainQueue.h"
+#include "SettingsStore.h"
+#include "SystemLog.h"
+
+#include <QPointer>
+
+#include <chrono>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::chrono::milliseconds saveDelay{300};
+constexpr std::chrono::milliseconds recoverySaveDelay{350};
+
+template <typename T>
+std::optional<QList<T>> storedList(const QUrl& file)
+{
+    const Result<QByteArray> bytes = fileSystem::read(file.toLocalFile());
+    return bytes ? JSONDecoder::lapsa().decodeList<T>(bytes.value()) : std::nullopt;
+}
+
+template <typename T>
+Result<void> writeList(const QList<T>& list, const QUrl& file)
+{
+    return fileSystem::writeAtomically(file.toLocalFile(), JSONEncoder::lapsa().encode(list));
+}
+
+} // namespace
+
+LapsaStore::LapsaStore(SettingsStore& settingsStore, const Environment& environment)
+    : m_settingsStore(settingsStore)
+    , m_environment(environment)
+    , m_saveWorkItem(environment.mainQueue, saveDelay, [this] { saveNow(); })
+    , m_recoverySaveWorkItem(environment.mainQueue, recoverySaveDelay, [this] { saveRecoveryNow(); })
+{
+    setSettings(settings());
+    subscribeToSettings();
+    applyCurrentTheme();
+    loadItems();
+    loadRecoveryItems();
+    purgeExpiredRecovery();
+}
+
+LapsaStore::~LapsaStore() = default;
+
+void LapsaStore::setLastMessage(const std::optional<QString>& message)
+{
+    emit willChange();
+    m_lastMessage = message;
+}
+
+const LapsaSettings& LapsaStore::settings() const
+{
+    return m_settingsStore.settings();
+}
+
+void LapsaStore::setSettings(const LapsaSettings& settings)
+{
+    m_settingsStore.setSettings(sanitize(settings));
+    m_settingsStore.scheduleSave();
+}
+
+void LapsaStore::saveNow()
+{
+    m_saveWorkItem.cancel();
+    if (const auto written = writeList(m_items, AppPaths::stateURL()); !written) {
+        systemLog(u"Lapsa state save failed: "_s + written.error().description);
+    }
+    saveRecoveryNow();
+}
+
+void LapsaStore::saveSoon()
+{
+    m_saveWorkItem.schedule();
+}
+
+void LapsaStore::saveRecoveryNow()
+{
+    m_recoverySaveWorkItem.cancel();
+    if (const auto written = writeList(m_recoveryItems, AppPaths::recoveryStateURL()); !written) {
+        systemLog(u"Lapsa recovery save failed: "_s + written.error().description);
+    }
+}
+
+void LapsaStore::saveRecoverySoon()
+{
+    m_recoverySaveWorkItem.schedule();
+}
+
+void LapsaStore::applyAppTheme(LapsaTheme theme)
+{
+    switch (theme) {
+    case LapsaTheme::System:
+        m_environment.appearance.setForcedScheme(std::nullopt);
+        return;
+    case LapsaTheme::Dark:
+        m_environment.appearance.setForcedScheme(ColorScheme::Dark);
+        return;
+    case LapsaTheme::Light:
+        m_environment.appearance.setForcedScheme(ColorScheme::Light);
+        return;
+    }
+}
+
+void LapsaStore::applyCurrentTheme()
+{
+    applyAppTheme(settings().theme);
+}
+
+void LapsaStore::subscribeToSettings()
+{
+    connect(&m_settingsStore, &SettingsStore::settingsChanged, this,
+            [this](const LapsaSettings& changed) { reactToSettings(changed.theme); });
+    // A new subscriber is told the current value too.
+    reactToSettings(settings().theme);
+}
+
+// Later, not at once: whoever writes the settings is done by then. Lifespans already given stay, and nothing is saved.
+void LapsaStore::reactToSettings(LapsaTheme theme)
+{
+    m_environment.mainQueue.async([store = QPointer(this), theme] {
+        if (store) {
+            store->applyAppTheme(theme);
+            emit store->willChange();
+        }
+    });
+}
+
+void LapsaStore::loadItems()
+{
+    if (auto stored = storedList<LapsaItem>(AppPaths::stateURL())) {
+        m_items = *std::move(stored);
+        return;
+    }
+    // Kept on purpose: this also writes the recovery list, which has not been read yet, so that an unreadable item list
+    // costs the recovery records as well. Their files stay in the recovery folder.
+    saveNow();
+}
+
+void LapsaStore::loadRecoveryItems()
+{
+    if (auto stored = storedList<LapsaRecoveryItem>(AppPaths::recoveryStateURL())) {
+        m_recoveryItems = *std::move(stored);
+        return;
+    }
+    saveRecoveryNow();
+}
+
+} // namespace lapsa

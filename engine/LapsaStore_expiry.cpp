@@ -1,0 +1,142 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "AppPaths.h"
+#include "Clock.h"
+#include "FileName.h"
+#include "FileSystem.h"
+#include "FreeNames.h"
+#include "LapsaStore.h"
+#include "SystemLog.h"
+#include "Trash.h"
+
+#include <algorithm>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+/// What disposing of many files in a row shares.
+struct LapsaStore::DisposalRun
+{
+    fileSystem::Protection protection{.folder = AppPaths::applicationSupportDirectory().toLocalFile()};
+    FreeNames freeNames;
+};
+
+namespace {
+
+/// A display name as one file name inside the recovery folder: it can come from an edited file and say anything.
+QString recoveryFileName(const LapsaItem& item)
+{
+    QString name = item.displayName;
+    name.replace(u'/', u'_').replace(QChar::Null, u'_');
+    if (name.isEmpty() || name == "."_L1 || name == ".."_L1) {
+        return u"_"_s;
+    }
+    return name;
+}
+
+} // namespace
+
+void LapsaStore::deleteExpiredItems()
+{
+    // First, and even while everything is paused.
+    purgeExpiredRecovery();
+    if (settings().pauseAllCountdowns) {
+        return;
+    }
+
+    const Clock& clock = m_environment.clock;
+    const QList<LapsaItem> snapshot = m_items;
+    std::optional<DisposalRun> run;
+    for (const LapsaItem& item : snapshot) {
+        if (item.isExpired(clock.now()) && !item.locked) {
+            if (!run) {
+                run.emplace();
+            }
+            deleteFileForItem(item, *run);
+        }
+    }
+    if (!run) {
+        return;
+    }
+
+    // Tested anew against the clock, on purpose: an item whose time ran out while the files above were on their way
+    // leaves the list as well, and its file stays where it is.
+    emit willChange();
+    const TimePoint now = clock.now();
+    m_items.removeIf([now](const LapsaItem& item) { return item.isExpired(now) && !item.locked; });
+    saveSoon();
+    saveRecoverySoon();
+}
+
+void LapsaStore::markWarningSent(const QString& id)
+{
+    markWarningsSent({id});
+}
+
+void LapsaStore::markWarningsSent(QSet<QString> ids)
+{
+    bool announced = false;
+    for (qsizetype position = 0; position < m_items.size() && !ids.isEmpty(); ++position) {
+        if (!ids.remove(m_items.at(position).id)) {
+            continue;
+        }
+        if (!announced) {
+            emit willChange();
+            announced = true;
+        }
+        m_items[position].fiveMinuteWarningSent = true;
+    }
+    if (announced) {
+        saveSoon();
+    }
+}
+
+void LapsaStore::deleteFileForItem(const LapsaItem& item)
+{
+    DisposalRun run;
+    deleteFileForItem(item, run);
+}
+
+void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
+{
+    // Somebody else was faster: nothing to do and nothing to say.
+    if (!item.exists()) {
+        return;
+    }
+    Result<void> disposed;
+    if (settings().useRecoveryWindow) {
+        disposed = moveToRecovery(item, run);
+    } else if (settings().useTrash) {
+        disposed = moveToTrash(item.path, run.protection);
+    } else {
+        disposed = fileSystem::remove(item.path, run.protection);
+    }
+    if (!disposed) {
+        systemLog(u"Lapsa failed to delete "_s + item.path + u": "_s + disposed.error().description);
+    }
+}
+
+Result<void> LapsaStore::moveToRecovery(const LapsaItem& item, DisposalRun& run)
+{
+    const QString wanted = AppPaths::recoveryDirectory().toLocalFile() + u'/' + recoveryFileName(item);
+    Result<QString> moved = moveToFreeName(item.path, wanted, run.freeNames, run.protection);
+    if (!moved) {
+        return moved.error();
+    }
+    emit willChange();
+    const Clock& clock = m_environment.clock;
+    const TimePoint deletedAt = clock.now();
+    m_recoveryItems.push_back({
+        .id = QUuid::createUuid(),
+        .originalPath = item.path,
+        .recoveryPath = std::move(moved).value(),
+        .displayName = item.displayName,
+        .deletedAt = deletedAt,
+        .purgeAfter = addingHours(clock.now(), std::max<std::int64_t>(settings().recoveryRetentionHours, 1)),
+    });
+    return {};
+}
+
+} // namespace lapsa

@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "Clock.h"
+#include "FileName.h"
+#include "LapsaStore.h"
+#include "Pasteboard.h"
+#include "Workspace.h"
+
+#include <algorithm>
+
+namespace lapsa {
+
+void LapsaStore::removeFromList(const LapsaItem& item)
+{
+    removeItems(item.id);
+    saveSoon();
+}
+
+// Neither the lock nor the time left is asked for, on purpose: the user said now.
+void LapsaStore::deleteNow(const LapsaItem& item)
+{
+    deleteFileForItem(item);
+    removeItems(item.id);
+    saveSoon();
+}
+
+// The countdown goes on behind a lock, on purpose: locking never adds time.
+void LapsaStore::toggleLock(const LapsaItem& item)
+{
+    const auto found = firstItem(item.id);
+    if (found == m_items.end()) {
+        return;
+    }
+    emit willChange();
+    found->locked = !found->locked;
+    saveSoon();
+}
+
+void LapsaStore::lockItem(const QString& id)
+{
+    const auto found = firstItem(id);
+    if (found == m_items.end()) {
+        return;
+    }
+    emit willChange();
+    found->locked = true;
+    saveSoon();
+}
+
+void LapsaStore::updateExpiration(const LapsaItem& item, std::int64_t minutes)
+{
+    const auto found = firstItem(item.id);
+    if (found == m_items.end()) {
+        return;
+    }
+    emit willChange();
+    // No upper bound here, on purpose: whoever asks the user bounds what the user can say.
+    found->expiresAt = addingMinutes(m_environment.clock.now(), std::max<std::int64_t>(minutes, 1));
+    found->fiveMinuteWarningSent = false;
+    saveSoon();
+}
+
+void LapsaStore::open(const LapsaItem& item)
+{
+    m_environment.workspace.open(item.url());
+}
+
+void LapsaStore::reveal(const LapsaItem& item)
+{
+    m_environment.workspace.reveal(item.url());
+}
+
+void LapsaStore::copyFilePath(const LapsaItem& item)
+{
+    m_environment.pasteboard.setText(item.path);
+}
+
+void LapsaStore::copyFolderPath(const LapsaItem& item)
+{
+    m_environment.pasteboard.setText(item.isDirectory() ? item.path : parentPath(item.path));
+}
+
+QList<LapsaItem>::iterator LapsaStore::firstItem(const QString& id)
+{
+    return std::ranges::find(m_items, id, &LapsaItem::id);
+}
+
+void LapsaStore::removeItems(const QString& id)
+{
+    emit willChange();
+    m_items.removeIf([&id](const LapsaItem& item) { return item.id == id; });
+}
+
+} // namespace lapsa

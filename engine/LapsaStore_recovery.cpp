@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "AppPaths.h"
+#include "Clock.h"
+#include "FileName.h"
+#include "FileSystem.h"
+#include "FreeNames.h"
+#include "LapsaStore.h"
+#include "SystemLog.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+fileSystem::Protection protection()
+{
+    return {.folder = AppPaths::applicationSupportDirectory().toLocalFile()};
+}
+
+Result<void> putBack(const LapsaRecoveryItem& item)
+{
+    FreeNames freeNames;
+    const QString folder = parentPath(item.originalPath);
+    if (auto made = fileSystem::createDirectory(folder, fileSystem::Access::Default); !made) {
+        return made;
+    }
+    const auto moved = moveToFreeName(item.recoveryPath, item.originalPath, freeNames, protection());
+    return moved ? Result<void>() : Result<void>(moved.error());
+}
+
+// Silent on purpose, a copy that is already gone included: the record goes either way.
+void removeCopy(const LapsaRecoveryItem& item)
+{
+    std::ignore = fileSystem::remove(item.recoveryPath, protection());
+}
+
+} // namespace
+
+void LapsaStore::restoreRecoveryItem(const LapsaRecoveryItem& item)
+{
+    // The record of a copy that is gone stays until its time is up.
+    if (!fileSystem::exists(item.recoveryPath)) {
+        return;
+    }
+    if (const auto restored = putBack(item); !restored) {
+        systemLog(u"Lapsa recovery restore failed: "_s + restored.error().description);
+        return;
+    }
+    removeRecoveryRecords(item.id);
+    saveRecoverySoon();
+}
+
+void LapsaStore::deleteRecoveryItem(const LapsaRecoveryItem& item)
+{
+    removeCopy(item);
+    removeRecoveryRecords(item.id);
+    saveRecoverySoon();
+}
+
+void LapsaStore::purgeExpiredRecovery()
+{
+    const TimePoint now = m_environment.clock.now();
+    const auto due = [now](const LapsaRecoveryItem& item) { return item.purgeAfter <= now; };
+    if (std::ranges::none_of(m_recoveryItems, due)) {
+        return;
+    }
+    std::ranges::for_each(m_recoveryItems.cbegin(), m_recoveryItems.cend(), [&due](const LapsaRecoveryItem& item) {
+        if (due(item)) {
+            removeCopy(item);
+        }
+    });
+    emit willChange();
+    m_recoveryItems.removeIf(due);
+    saveRecoverySoon();
+}
+
+void LapsaStore::removeRecoveryRecords(const QUuid& id)
+{
+    emit willChange();
+    m_recoveryItems.removeIf([&id](const LapsaRecoveryItem& item) { return item.id == id; });
+}
+
+} // namespace lapsa

@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "LifespanRules.h"
+
+#include "FileName.h"
+
+#include <algorithm>
+
+namespace lapsa {
+
+namespace {
+
+constexpr std::int64_t minLifespanMinutes = 1;
+
+std::int64_t bounded(std::int64_t minutes)
+{
+    return std::clamp(minutes, minLifespanMinutes, maxLifespanMinutes);
+}
+
+bool isSeparator(QChar character)
+{
+    return character == u',' || character == u';' || character == u' ';
+}
+
+QString normalized(const QString& piece)
+{
+    const QString trimmed = piece.trimmed();
+    return trimmed.startsWith(u'.') ? trimmed.toLower() : u'.' + trimmed.toLower();
+}
+
+} // namespace
+
+QStringList extensionsOf(const QString& extensionsCSV)
+{
+    QStringList extensions;
+    const auto* begin = extensionsCSV.cbegin();
+    while (begin <= extensionsCSV.cend()) {
+        const auto* const end = std::find_if(begin, extensionsCSV.cend(), isSeparator);
+        const QString extension = normalized(QString(begin, end - begin));
+        // A lone full stop is what an empty piece has become.
+        if (extension.size() > 1) {
+            extensions += extension;
+        }
+        begin = end + 1;
+    }
+    return extensions;
+}
+
+LifespanRules::LifespanRules(const LapsaSettings& settings)
+    : m_defaultLifespan(bounded(settings.defaultExpirationMinutes))
+{
+    for (const LapsaFileTypeRule& rule : settings.fileTypeRules) {
+        if (!rule.enabled) {
+            continue;
+        }
+        for (const QString& extension : extensionsOf(rule.extensionsCSV)) {
+            if (!m_lifespans.contains(extension)) {
+                m_lifespans.insert(extension, bounded(rule.lifespanMinutes));
+            }
+        }
+    }
+}
+
+std::int64_t LifespanRules::lifespanFor(const QString& fileName) const
+{
+    const QString extension = FileName::of(fileName).extension;
+    if (extension.isEmpty()) {
+        return m_defaultLifespan;
+    }
+    return m_lifespans.value(u'.' + extension.toLower(), m_defaultLifespan);
+}
+
+} // namespace lapsa
