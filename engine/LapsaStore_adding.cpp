@@ -27,8 +27,9 @@ public:
             return;
         }
         m_positions.reserve(items.size() + expectedLookUps);
-        for (qsizetype position = 0; position < items.size(); ++position) {
-            m_positions.tryInsert(items[position].path, position);
+        // From the back, so that of equal paths the first one stays.
+        for (qsizetype position = items.size() - 1; position >= 0; --position) {
+            m_positions.insert(items[position].path, position);
         }
     }
 
