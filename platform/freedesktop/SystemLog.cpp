@@ -35,7 +35,8 @@ QString escaped(char32_t c)
     case '\t':
         return u"\\t"_s;
     default:
-        return c <= 0xFF ? u"\\x%1"_s.arg(uint(c), 2, 16, u'0') : u"\\u{%1}"_s.arg(uint(c), 4, 16, u'0');
+        return c <= 0xFF ? u"\\x"_s + QString::number(uint(c), 16).rightJustified(2, u'0')
+                         : u"\\u{"_s + QString::number(uint(c), 16).toUpper() + u'}';
     }
 }
 

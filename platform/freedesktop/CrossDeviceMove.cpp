@@ -1,0 +1,205 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "CrossDeviceMove.h"
+
+#include "EntryCopy.h"
+#include "FileAttributes.h"
+#include "FolderRemoval.h"
+#include "InterruptedCopies.h"
+#include "TreeCopy.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace lapsa {
+
+namespace {
+
+FoundEntry foundAt(const Place& place, const struct statx& status)
+{
+    return {.folder = place.folder.get(), .name = place.name.constData(), .status = status};
+}
+
+Place besideAs(const Place& place, const QByteArray& name)
+{
+    return {.folder = FileDescriptor(::fcntl(place.folder.get(), F_DUPFD_CLOEXEC, 0)), .name = name};
+}
+
+/// Makes the names in the folder last.
+int syncFolder(const Place& place)
+{
+    const FileDescriptor folder(
+        retrying([&] { return ::openat(place.folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (folder) {
+        return errorOf([&] { return ::fsync(folder.get()); });
+    }
+    if (errno == EACCES) {
+        ::sync(); // a drop box: it takes files, but cannot be opened
+        return 0;
+    }
+    return errno;
+}
+
+int checkRemovable(const FoundEntry& entry)
+{
+    const Result<struct statx> folder = look(entry.folder, "", STATX_BASIC_STATS);
+    return folder ? removalForbidden(entry, folder.value()) : folder.error().code;
+}
+
+bool unchanged(const CopiedFiles& copied, int folder, const char* name)
+{
+    const Result<struct statx> now = look(folder, name, STATX_BASIC_STATS);
+    const auto before = now ? copied.find(identityOf(now.value())) : copied.end();
+    return before != copied.end() && before->second == ContentStamp::of(now.value());
+}
+
+/// A file that gets its name only when it is whole: nothing is left of it if the process ends before. Returns an
+/// `errno` value: EOPNOTSUPP where the file system has no such files.
+int copyNamelessly(const FoundEntry& entry, int from, const Place& to)
+{
+    FileDescriptor file(
+        retrying([&] { return ::openat(to.folder.get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600); }));
+    if (!file) {
+        return errno == EISDIR || errno == EINVAL || errno == ENOENT ? EOPNOTSUPP : errno;
+    }
+    dropInheritedAccessLists(file.get());
+    int error = copyRegularFile(from, file.get(), entry.status);
+    if (error == 0) {
+        error = errorOf([&] { return ::fsync(file.get()); });
+    }
+    if (error != 0) {
+        return error;
+    }
+    return errorOf([&] {
+        return ::linkat(AT_FDCWD, procPath(file.get()).constData(), to.folder.get(), to.name.constData(),
+                        AT_SYMLINK_FOLLOW);
+    });
+}
+
+/// A file that stands beside its place until it is whole.
+int copyUnderOtherName(const FoundEntry& entry, int from, const Place& to)
+{
+    const Place copy = besideAs(to, interruptedName());
+    FileDescriptor file(retrying([&] {
+        return ::openat(copy.folder.get(), copy.name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                        0600);
+    }));
+    if (!file) {
+        return errno;
+    }
+    dropInheritedAccessLists(file.get());
+    struct statx marked = entry.status;
+    marked.stx_mode = static_cast<decltype(marked.stx_mode)>(S_IFREG | interruptedMode);
+    ::fchmod(file.get(), interruptedMode);
+    int error = copyRegularFile(from, file.get(), marked);
+    if (error == 0) {
+        error = errorOf([&] { return ::fsync(file.get()); });
+    }
+    if (error == 0) {
+        error = renameWithoutReplacing(copy, to);
+    }
+    if (error != 0) {
+        ::unlinkat(copy.folder.get(), copy.name.constData(), 0);
+        return error;
+    }
+    return copyAttributes(from, file.get(), entry.status);
+}
+
+int copyFileTo(const FoundEntry& entry, const Place& to)
+{
+    if (!S_ISREG(entry.status.stx_mode)) {
+        return copyEntry(entry, to.folder.get(), to.name.constData());
+    }
+    const Result<FileDescriptor> from = openFound(entry);
+    if (!from) {
+        return from.error().code;
+    }
+    const int error = copyNamelessly(entry, from.value().get(), to);
+    return error == EOPNOTSUPP ? copyUnderOtherName(entry, from.value().get(), to) : error;
+}
+
+int moveFile(const Place& from, const struct statx& status, const Place& to)
+{
+    const FoundEntry entry = foundAt(from, status);
+    if (const int error = copyFileTo(entry, to)) {
+        return error;
+    }
+    int error = syncFolder(to);
+    if (error == 0) {
+        const CopiedFiles copied = {{identityOf(status), ContentStamp::of(status)}};
+        error = unchanged(copied, entry.folder, entry.name)
+                    ? errorOf([&] { return ::unlinkat(entry.folder, entry.name, 0); })
+                    : EBUSY;
+    }
+    if (error != 0) {
+        ::unlinkat(to.folder.get(), to.name.constData(), 0);
+    }
+    return error;
+}
+
+/// Puts the whole copy of a folder into its place. Its own mode comes last: until then it is known as unfinished.
+int finishFolder(const Place& copy, const struct statx& status, const Place& to)
+{
+    const FileDescriptor folder(retrying([&] {
+        return ::openat(copy.folder.get(), copy.name.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    }));
+    if (!folder) {
+        return errno;
+    }
+    // One call for the whole file system in place of one for each file: far cheaper for folders of many.
+    if (const int error = errorOf([&] { return ::syncfs(folder.get()); })) {
+        return error;
+    }
+    if (const int error = renameWithoutReplacing(copy, to)) {
+        return error;
+    }
+    int error = errorOf([&] { return ::fchmod(folder.get(), status.stx_mode & 07777U); });
+    if (error == 0) {
+        error = errorOf([&] { return ::fsync(folder.get()); });
+    }
+    if (error == 0) {
+        error = syncFolder(to);
+    }
+    if (error != 0) {
+        removeCopy(to);
+    }
+    return error;
+}
+
+int moveFolder(const Place& from, const struct statx& status, const Place& to)
+{
+    const Place copy = besideAs(to, interruptedName());
+    TreeCopy tree(foundAt(from, status));
+    int error = tree.run(copy);
+    if (error == 0) {
+        error = finishFolder(copy, status, to);
+    }
+    if (error != 0) {
+        removeCopy(copy);
+        return error;
+    }
+    // What is new at the source, or changed since it was copied, stays there.
+    FolderRemoval removal([&](int folder, const char* name) { return unchanged(tree.copiedFiles(), folder, name); });
+    error = removal.run(from, identityOf(status));
+    if (error != 0 && !removal.removedAnything()) {
+        removeCopy(to);
+        return error;
+    }
+    return 0; // the copy is whole: what is left of the source is only a second one
+}
+
+} // namespace
+
+int moveAcross(const Place& from, const struct statx& status, const Place& to)
+{
+    if (look(to.folder.get(), to.name.constData(), STATX_TYPE)) {
+        return EEXIST;
+    }
+    if (const int error = checkRemovable(foundAt(from, status))) {
+        return error;
+    }
+    return isFolder(status) ? moveFolder(from, status, to) : moveFile(from, status, to);
+}
+
+} // namespace lapsa

@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Place.h"
+
+#include <sys/stat.h>
+
+namespace lapsa {
+
+/// Moves an entry to another file system: a copy that becomes visible only when it is whole and on the disk, then the
+/// removal of the source. Never overwrites. Returns an `errno` value; after a failure the source is whole and nothing
+/// stands at `to`.
+[[nodiscard]] int moveAcross(const Place& from, const struct statx& status, const Place& to);
+
+} // namespace lapsa

@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "EntryCopy.h"
+
+#include "FileAttributes.h"
+#include "FileContent.h"
+
+#include <fcntl.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+#include <climits>
+
+namespace lapsa {
+
+namespace {
+
+bool sameTime(const statx_timestamp& left, const statx_timestamp& right)
+{
+    return left.tv_sec == right.tv_sec && left.tv_nsec == right.tv_nsec;
+}
+
+int copyRegularEntry(const FoundEntry& entry, int toFolder, const char* toName)
+{
+    const Result<FileDescriptor> from = openFound(entry);
+    if (!from) {
+        return from.error().code;
+    }
+    FileDescriptor to(retrying(
+        [&] { return ::openat(toFolder, toName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600); }));
+    if (!to) {
+        return errno;
+    }
+    int error = copyRegularFile(from.value().get(), to.get(), entry.status);
+    const int closing = to.close();
+    error = error != 0 ? error : closing;
+    if (error != 0) {
+        ::unlinkat(toFolder, toName, 0);
+    }
+    return error;
+}
+
+int makeLink(const FoundEntry& entry, int toFolder, const char* toName)
+{
+    QByteArray target(PATH_MAX, Qt::Uninitialized);
+    const ssize_t length = ::readlinkat(entry.folder, entry.name, target.data(), std::size_t(target.size()));
+    if (length < 0) {
+        return errno;
+    }
+    target.truncate(length);
+    return errorOf([&] { return ::symlinkat(target.constData(), toFolder, toName); });
+}
+
+int makeSpecialFile(const FoundEntry& entry, int toFolder, const char* toName)
+{
+    const mode_t kind = entry.status.stx_mode & S_IFMT;
+    const dev_t device = makedev(entry.status.stx_rdev_major, entry.status.stx_rdev_minor);
+    return errorOf([&] { return ::mknodat(toFolder, toName, kind | 0600U, device); });
+}
+
+/// Links, pipes, sockets and devices: made anew, nothing is read from them.
+int remakeEntry(const FoundEntry& entry, int toFolder, const char* toName)
+{
+    const int made =
+        S_ISLNK(entry.status.stx_mode) ? makeLink(entry, toFolder, toName) : makeSpecialFile(entry, toFolder, toName);
+    if (made != 0) {
+        return made;
+    }
+    const FileDescriptor from(
+        retrying([&] { return ::openat(entry.folder, entry.name, O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
+    const FileDescriptor to(retrying([&] { return ::openat(toFolder, toName, O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
+    int error = from && to ? copyAttributes(from.get(), to.get(), entry.status) : errno;
+    if (error == 0) {
+        const Result<struct statx> now = look(from.get(), "", STATX_BASIC_STATS);
+        error = now && identityOf(now.value()) == identityOf(entry.status) ? 0 : EBUSY;
+    }
+    if (error != 0) {
+        ::unlinkat(toFolder, toName, 0);
+    }
+    return error;
+}
+
+} // namespace
+
+ContentStamp ContentStamp::of(const struct statx& status)
+{
+    // Removing another name of the same file changes its status too, so that it tells nothing then.
+    const bool otherNames = status.stx_nlink > 1;
+    return {.size = status.stx_size,
+            .changed = status.stx_mtime,
+            .statusChanged = otherNames ? statx_timestamp{} : status.stx_ctime};
+}
+
+bool operator==(const ContentStamp& left, const ContentStamp& right)
+{
+    return left.size == right.size && sameTime(left.changed, right.changed) &&
+           (sameTime(left.statusChanged, right.statusChanged) || left.statusChanged.tv_sec == 0 ||
+            right.statusChanged.tv_sec == 0);
+}
+
+Result<FileDescriptor> openFound(const FoundEntry& entry)
+{
+    // Without waiting: it may have become a pipe.
+    FileDescriptor file(retrying(
+        [&] { return ::openat(entry.folder, entry.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+    if (!file) {
+        return FileError::fromErrno(errno == ELOOP ? EBUSY : errno);
+    }
+    const Result<struct statx> opened = look(file.get(), "", STATX_BASIC_STATS);
+    if (!opened || identityOf(opened.value()) != identityOf(entry.status)) {
+        return FileError::fromErrno(EBUSY);
+    }
+    return file;
+}
+
+int copyRegularFile(int from, int to, const struct statx& status)
+{
+    if (const int error = copyContent(from, to, off_t(status.stx_size))) {
+        return error;
+    }
+    if (const int error = copyAttributes(from, to, status)) {
+        return error;
+    }
+    const Result<struct statx> now = look(from, "", STATX_BASIC_STATS);
+    return now && ContentStamp::of(now.value()) == ContentStamp::of(status) ? 0 : EBUSY;
+}
+
+int copyEntry(const FoundEntry& entry, int toFolder, const char* toName)
+{
+    return S_ISREG(entry.status.stx_mode) ? copyRegularEntry(entry, toFolder, toName)
+                                          : remakeEntry(entry, toFolder, toName);
+}
+
+int removalForbidden(const FoundEntry& entry, const struct statx& folder)
+{
+    constexpr std::uint64_t fixed = STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND;
+    if (((entry.status.stx_attributes | folder.stx_attributes) & fixed) != 0) {
+        return EPERM;
+    }
+    const uid_t self = ::geteuid();
+    const bool sticky = (folder.stx_mode & S_ISVTX) != 0;
+    if (sticky && self != 0 && folder.stx_uid != self && entry.status.stx_uid != self) {
+        return EPERM;
+    }
+    return errorOf([&] { return ::faccessat(entry.folder, ".", W_OK | X_OK, AT_EACCESS); });
+}
+
+} // namespace lapsa

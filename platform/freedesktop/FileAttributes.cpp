@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileAttributes.h"
+
+#include "FileDescriptor.h"
+#include "Place.h"
+
+#include <QList>
+
+#include <fcntl.h>
+#include <sys/xattr.h>
+
+namespace lapsa {
+
+namespace {
+
+constexpr const char* accessList = "system.posix_acl_access";
+constexpr const char* defaultAccessList = "system.posix_acl_default";
+
+/// What `read(buffer, size)` gives, however long it is: the length is asked for first and may grow in between.
+template <typename Read>
+int readWhole(Read read, QByteArray& bytes)
+{
+    for (;;) {
+        const ssize_t length = read(nullptr, 0);
+        if (length < 0) {
+            return errno;
+        }
+        bytes.resize(length);
+        const ssize_t got = length == 0 ? 0 : read(bytes.data(), std::size_t(bytes.size()));
+        if (got >= 0) {
+            bytes.truncate(got);
+            return 0;
+        }
+        if (errno != ERANGE) {
+            return errno;
+        }
+    }
+}
+
+/// Labels and capabilities belong to the administrator: without the right to set them they are left behind. What the
+/// user himself attached must not get lost.
+bool mayBeLeftBehind(const QByteArray& name, int error)
+{
+    const bool ofTheUser = name.startsWith("user.") || name.startsWith("system.posix_acl_");
+    return error == EOPNOTSUPP || error == ENODATA ||
+           (!ofTheUser && (error == EPERM || error == EACCES || error == EINVAL));
+}
+
+int copyExtendedAttribute(const QByteArray& from, const QByteArray& to, const QByteArray& name)
+{
+    QByteArray value;
+    int error = readWhole(
+        [&](char* buffer, std::size_t size) { return ::getxattr(from.constData(), name.constData(), buffer, size); },
+        value);
+    if (error == 0) {
+        error = errorOf([&] {
+            return ::setxattr(to.constData(), name.constData(), value.constData(), std::size_t(value.size()), 0);
+        });
+    }
+    return mayBeLeftBehind(name, error) ? 0 : error;
+}
+
+int copyExtendedAttributes(int from, int to)
+{
+    const QByteArray fromPath = procPath(from);
+    const QByteArray toPath = procPath(to);
+    QByteArray names;
+    const int error = readWhole(
+        [&](char* buffer, std::size_t size) { return ::listxattr(fromPath.constData(), buffer, size); }, names);
+    if (error != 0) {
+        return error == EOPNOTSUPP ? 0 : error;
+    }
+    for (const QByteArray& name : names.split('\0')) {
+        if (const int failed = name.isEmpty() ? 0 : copyExtendedAttribute(fromPath, toPath, name)) {
+            return failed;
+        }
+    }
+    return 0;
+}
+
+/// Whether the owner was kept.
+bool copyOwner(int to, const struct statx& status)
+{
+    if (::fchownat(to, "", status.stx_uid, status.stx_gid, AT_EMPTY_PATH) == 0) {
+        return true;
+    }
+    // Only the administrator gives files away; the group may still be one of ours.
+    constexpr auto unchanged = static_cast<uid_t>(-1);
+    const bool groupKept = ::fchownat(to, "", unchanged, status.stx_gid, AT_EMPTY_PATH) == 0;
+    return groupKept && status.stx_uid == ::geteuid();
+}
+
+timespec timeOf(const struct statx_timestamp& time)
+{
+    return {.tv_sec = time.tv_sec, .tv_nsec = time.tv_nsec};
+}
+
+} // namespace
+
+int copyAttributes(int from, int to, const struct statx& status)
+{
+    const bool ownerKept = copyOwner(to, status);
+    if (const int error = copyExtendedAttributes(from, to)) {
+        return error;
+    }
+    if (!S_ISLNK(status.stx_mode)) {
+        // A program must not run with the rights of somebody it never belonged to.
+        const mode_t mode = status.stx_mode & (ownerKept ? 07777U : 01777U);
+        if (const int error = errorOf([&] { return ::chmod(procPath(to).constData(), mode); })) {
+            return error;
+        }
+    }
+    const timespec times[] = {timeOf(status.stx_atime), timeOf(status.stx_mtime)};
+    return errorOf([&] { return ::utimensat(to, "", times, AT_EMPTY_PATH); });
+}
+
+void dropInheritedAccessLists(int file)
+{
+    const QByteArray path = procPath(file);
+    ::removexattr(path.constData(), accessList);
+    ::removexattr(path.constData(), defaultAccessList);
+}
+
+} // namespace lapsa

@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileContent.h"
+
+#include "FileDescriptor.h"
+
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace lapsa {
+
+namespace {
+
+struct Range
+{
+    off_t start = 0;
+    off_t end = 0;
+};
+
+int writeAt(int to, const char* bytes, std::size_t count, off_t place)
+{
+    while (count > 0) {
+        const ssize_t written = retrying([&] { return ::pwrite(to, bytes, count, place); });
+        if (written <= 0) {
+            return written == 0 ? EIO : errno;
+        }
+        bytes += written;
+        count -= std::size_t(written);
+        place += written;
+    }
+    return 0;
+}
+
+int copyThroughMemory(int from, int to, Range range)
+{
+    constexpr std::size_t bufferSize = 256 * 1024;
+    const auto buffer = std::make_unique<char[]>(bufferSize);
+    while (range.start < range.end) {
+        const std::size_t wanted = std::min(bufferSize, std::size_t(range.end - range.start));
+        const ssize_t got = retrying([&] { return ::pread(from, buffer.get(), wanted, range.start); });
+        if (got <= 0) {
+            return got == 0 ? EBUSY : errno;
+        }
+        if (const int error = writeAt(to, buffer.get(), std::size_t(got), range.start)) {
+            return error;
+        }
+        range.start += got;
+    }
+    return 0;
+}
+
+/// Lets the kernel copy; what it cannot, goes through memory.
+int copyRange(int from, int to, Range range)
+{
+    while (range.start < range.end) {
+        off_t readingAt = range.start;
+        off_t writingAt = range.start;
+        const ssize_t copied = retrying([&] {
+            return ::copy_file_range(from, &readingAt, to, &writingAt, std::size_t(range.end - range.start), 0);
+        });
+        if (copied < 0 && (errno == ENOSPC || errno == EDQUOT || errno == EIO || errno == EFBIG)) {
+            return errno;
+        }
+        if (copied <= 0) {
+            return copyThroughMemory(from, to, range);
+        }
+        range.start += copied;
+    }
+    return 0;
+}
+
+/// The next stretch of data at or behind `place`; an empty one at the end. The whole rest is data where the file system
+/// does not tell holes.
+Range nextData(int from, off_t place, off_t size)
+{
+    const off_t start = ::lseek(from, place, SEEK_DATA);
+    if (start < 0) {
+        return errno == ENXIO ? Range{.start = size, .end = size} : Range{.start = place, .end = size};
+    }
+    const off_t end = ::lseek(from, start, SEEK_HOLE);
+    return {.start = std::min(start, size), .end = end < 0 ? size : std::min(end, size)};
+}
+
+} // namespace
+
+int copyContent(int from, int to, off_t size)
+{
+    if (size == 0) {
+        return 0;
+    }
+    if (::ioctl(to, FICLONE, from) == 0) {
+        return 0;
+    }
+    for (Range data = nextData(from, 0, size); data.start < data.end; data = nextData(from, data.end, size)) {
+        if (const int error = copyRange(from, to, data)) {
+            return error;
+        }
+    }
+    // A hole at the end has been left out.
+    return errorOf([&] { return ::ftruncate(to, size); });
+}
+
+} // namespace lapsa

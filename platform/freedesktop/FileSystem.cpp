@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileSystem.h"
+
+#include "FileDescriptor.h"
+#include "Place.h"
+
+#include <QUrl>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <climits>
+#include <cstdlib>
+#include <memory>
+
+namespace lapsa::fileSystem {
+
+namespace {
+
+/// Without "." and "..", doubled and trailing slashes. Links are not looked at.
+QByteArray lexicallyClean(const QByteArray& path)
+{
+    QList<QByteArray> steps;
+    for (const QByteArray& step : path.split('/')) {
+        if (step == "..") {
+            if (!steps.isEmpty()) {
+                steps.removeLast();
+            }
+        } else if (!step.isEmpty() && step != ".") {
+            steps.push_back(step);
+        }
+    }
+    return '/' + steps.join('/');
+}
+
+Result<QByteArray> resolved(const QString& path)
+{
+    const Result<QByteArray> bytes = pathBytes(path);
+    if (!bytes) {
+        return bytes.error();
+    }
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(bytes.value().constData(), nullptr), &std::free);
+    if (!real) {
+        return FileError::fromErrno(errno);
+    }
+    return QByteArray(real.get());
+}
+
+int makeFolder(const QByteArray& path, mode_t mode)
+{
+    const int error = errorOf([&] { return ::mkdir(path.constData(), mode); });
+    if (error == 0 || error == ENOENT) {
+        return error;
+    }
+    // There already, or in a place where nothing may be made: what counts is whether it is a folder.
+    struct stat status = {};
+    return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode) ? 0 : error;
+}
+
+} // namespace
+
+std::optional<QString> standardizedPath(const QUrl& url)
+{
+    const QString host = url.host();
+    if (url.scheme() != QLatin1StringView("file") || !(host.isEmpty() || host == QLatin1StringView("localhost"))) {
+        return std::nullopt;
+    }
+    // Decoded as bytes: Qt's own decoding puts a replacement mark, and so another name, where they are not UTF-8.
+    const QByteArray bytes = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
+    if (!bytes.startsWith('/') || bytes.contains('\0') || !QUtf8StringView(bytes.data(), bytes.size()).isValidUtf8()) {
+        return std::nullopt;
+    }
+    return QString::fromUtf8(lexicallyClean(bytes));
+}
+
+Status status(const QString& path)
+{
+    const Result<QByteArray> bytes = pathBytes(path);
+    struct stat status = {};
+    if (!bytes || retrying([&] { return ::stat(bytes.value().constData(), &status); }) != 0) {
+        return {};
+    }
+    return {.exists = true, .isDirectory = S_ISDIR(status.st_mode)};
+}
+
+bool exists(const QString& path)
+{
+    return status(path).exists;
+}
+
+bool isDirectory(const QString& path)
+{
+    return status(path).isDirectory;
+}
+
+bool isInside(const QString& path, const QString& folder)
+{
+    const Result<QByteArray> inner = resolved(path);
+    const Result<QByteArray> outer = resolved(folder);
+    if (!inner || !outer) {
+        return false;
+    }
+    return inner.value() == outer.value() ||
+           inner.value().startsWith(outer.value().endsWith('/') ? outer.value() : outer.value() + '/');
+}
+
+Result<void> createDirectory(const QString& path, Access access)
+{
+    const Result<QByteArray> bytes = pathBytes(path);
+    if (!bytes) {
+        return bytes.error();
+    }
+    const QByteArray& whole = bytes.value();
+    const mode_t mode = access == Access::OwnerOnly ? 0700 : 0777;
+    int error = makeFolder(whole, mode);
+    for (qsizetype slash = whole.indexOf('/', 1); error == ENOENT && slash > 0; slash = whole.indexOf('/', slash + 1)) {
+        if (const int above = makeFolder(whole.first(slash), mode)) {
+            return FileError::fromErrno(above);
+        }
+    }
+    if (error == ENOENT) {
+        error = makeFolder(whole, mode);
+    }
+    return error == 0 ? Result<void>() : FileError::fromErrno(error);
+}
+
+Result<QByteArray> read(const QString& path)
+{
+    const Result<QByteArray> bytes = pathBytes(path);
+    if (!bytes) {
+        return bytes.error();
+    }
+    // Without waiting: a pipe planted under the name would hold up the program for good.
+    const FileDescriptor file(
+        retrying([&] { return ::open(bytes.value().constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
+    struct stat status = {};
+    if (!file || ::fstat(file.get(), &status) != 0) {
+        return FileError::fromErrno(errno);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return FileError::fromErrno(S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+    }
+    constexpr qsizetype largest = INT_MAX;
+    if (status.st_size >= largest) {
+        return FileError::fromErrno(EFBIG);
+    }
+    // One byte more than expected, so that the end is seen by the read that brings the last bytes.
+    constexpr qsizetype step = 16384;
+    QByteArray content(qsizetype(status.st_size) + 1, Qt::Uninitialized);
+    qsizetype length = 0;
+    for (;;) {
+        const ssize_t got =
+            retrying([&] { return ::read(file.get(), content.data() + length, size_t(content.size() - length)); });
+        if (got < 0) {
+            return FileError::fromErrno(errno);
+        }
+        if (got == 0) {
+            content.truncate(length);
+            return content;
+        }
+        length += got;
+        if (length == content.size()) {
+            if (length >= largest) {
+                return FileError::fromErrno(EFBIG);
+            }
+            content.resize(length + step);
+        }
+    }
+}
+
+} // namespace lapsa::fileSystem

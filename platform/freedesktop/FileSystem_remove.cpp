@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileSystem.h"
+#include "FolderListing.h"
+#include "FolderRemoval.h"
+#include "InterruptedCopies.h"
+#include "Place.h"
+#include "ProtectionCheck.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <vector>
+
+namespace lapsa::fileSystem {
+
+Result<void> remove(const QString& path, const Protection& protection)
+{
+    const Result<Place> place = openPlace(path);
+    if (!place) {
+        return place.error();
+    }
+    const Result<struct statx> status = lookAtUnprotected(place.value(), protection);
+    if (!status) {
+        return status.error();
+    }
+    const int error =
+        isFolder(status.value())
+            ? FolderRemoval().run(place.value(), identityOf(status.value()))
+            : errorOf([&] { return ::unlinkat(place.value().folder.get(), place.value().name.constData(), 0); });
+    return error == 0 ? Result<void>() : FileError::fromErrno(error);
+}
+
+void removeInterruptedCopies(const QString& folder)
+{
+    const Result<QByteArray> path = pathBytes(folder);
+    if (!path) {
+        return;
+    }
+    Place place{.folder = FileDescriptor(
+                    retrying([&] { return ::open(path.value().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); })),
+                .name = {}};
+    std::vector<QByteArray> copies;
+    // What cannot be listed or removed now is tried again at the next start.
+    std::ignore = forEachRawEntry(place.folder.get(), [&](const dirent& entry) {
+        if (isInterruptedCopy(place.folder.get(), entry.d_name)) {
+            copies.emplace_back(entry.d_name);
+        }
+        return true;
+    });
+    for (const QByteArray& name : copies) {
+        place.name = name;
+        removeCopy(place);
+    }
+}
+
+} // namespace lapsa::fileSystem

@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileUri.h"
+
+#include <QStringDecoder>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QByteArrayView scheme = "file:";
+constexpr QByteArrayView authority = "//";
+constexpr QByteArrayView thisMachine = "localhost";
+
+/// What follows the scheme and an authority that names this machine.
+std::optional<QByteArrayView> encodedPath(QByteArrayView uri)
+{
+    if (uri.size() < scheme.size() || uri.first(scheme.size()).compare(scheme, Qt::CaseInsensitive) != 0) {
+        return std::nullopt;
+    }
+    QByteArrayView rest = uri.sliced(scheme.size());
+    if (rest.startsWith(authority)) {
+        rest = rest.sliced(authority.size());
+        if (rest.size() >= thisMachine.size() &&
+            rest.first(thisMachine.size()).compare(thisMachine, Qt::CaseInsensitive) == 0) {
+            rest = rest.sliced(thisMachine.size());
+        }
+    }
+    if (!rest.startsWith('/')) {
+        return std::nullopt;
+    }
+    return rest;
+}
+
+} // namespace
+
+QByteArray fileUri(const QString& path)
+{
+    return "file://" + path.toUtf8().toPercentEncoding("/");
+}
+
+std::optional<QString> pathOfFileUri(QByteArrayView uri)
+{
+    const std::optional<QByteArrayView> encoded = encodedPath(uri);
+    if (!encoded) {
+        return std::nullopt;
+    }
+    const QByteArray bytes = QByteArray::fromPercentEncoding(encoded->toByteArray());
+    if (bytes.contains('\0')) {
+        return std::nullopt;
+    }
+    return textOfUtf8(bytes);
+}
+
+std::optional<QString> textOfUtf8(QByteArrayView bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = decoder(bytes);
+    if (decoder.hasError()) {
+        return std::nullopt;
+    }
+    return text;
+}
+
+} // namespace lapsa

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace lapsa {
+
+/// The file URI of an absolute path, its bytes percent-encoded one by one: nothing in a name has a meaning.
+[[nodiscard]] QByteArray fileUri(const QString& path);
+
+/// The absolute path of a file URI of this machine; nothing for any other text, and for a path that is not UTF-8.
+[[nodiscard]] std::optional<QString> pathOfFileUri(QByteArrayView uri);
+
+/// The text of bytes that are valid UTF-8; nothing for others.
+[[nodiscard]] std::optional<QString> textOfUtf8(QByteArrayView bytes);
+
+} // namespace lapsa

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "FileDescriptor.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+
+#include <cstring>
+#include <memory>
+
+namespace lapsa {
+
+struct CloseFolder
+{
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+/// Calls `visit(const dirent&)` for every entry of an open folder but "." and "..", in the file system's order and with
+/// the names' raw bytes, until it answers false. Returns an `errno` value.
+template <typename Visit>
+[[nodiscard]] int forEachRawEntry(int folder, Visit visit)
+{
+    FileDescriptor copy(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
+    const std::unique_ptr<DIR, CloseFolder> listing(copy ? ::fdopendir(copy.get()) : nullptr);
+    if (!listing) {
+        return errno;
+    }
+    static_cast<void>(copy.release()); // the listing closes it
+    ::rewinddir(listing.get());
+    errno = 0;
+    for (const dirent* entry = ::readdir(listing.get()); entry != nullptr; entry = ::readdir(listing.get())) {
+        const char* const name = entry->d_name;
+        if (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0 && !visit(*entry)) {
+            return 0;
+        }
+        errno = 0;
+    }
+    return errno;
+}
+
+} // namespace lapsa

@@ -1,0 +1,152 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FolderRemoval.h"
+
+#include "FolderListing.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <utility>
+
+namespace lapsa {
+
+FolderRemoval::FolderRemoval(Permission permission)
+    : m_permission(std::move(permission))
+{}
+
+int FolderRemoval::run(const Place& place, const FileIdentity& identity)
+{
+    FileDescriptor parent(::fcntl(place.folder.get(), F_DUPFD_CLOEXEC, 0));
+    if (!parent) {
+        return errno;
+    }
+    FolderTrail trail(std::move(parent));
+    m_trail = &trail;
+    m_identity = identity;
+    m_levels.push_back({.name = {}, .subfolders = {place.name}});
+    while (m_levels.size() > 1 || !m_levels.back().subfolders.empty()) {
+        std::vector<QByteArray>& subfolders = m_levels.back().subfolders;
+        if (subfolders.empty()) {
+            leave();
+        } else {
+            const QByteArray name = std::move(subfolders.back());
+            subfolders.pop_back();
+            enter(name);
+        }
+    }
+    return m_firstError;
+}
+
+void FolderRemoval::enter(const QByteArray& name)
+{
+    switch (const int error = m_trail->descend(name.constData())) {
+    case 0:
+        break;
+    case ENOENT: // somebody else was faster
+        return;
+    case ENOTDIR:
+    case ELOOP: // no folder any more
+        if (m_levels.size() > 1) {
+            removeFile(name.constData());
+        } else {
+            fail(EBUSY);
+        }
+        return;
+    case EACCES: // an empty folder goes even if it cannot be listed
+        if (::unlinkat(m_trail->folder(), name.constData(), AT_REMOVEDIR) == 0) {
+            m_removedAnything = true;
+        } else {
+            fail(error);
+        }
+        return;
+    default:
+        fail(error);
+        return;
+    }
+    m_levels.push_back({.name = name, .subfolders = {}});
+    if (m_levels.size() == 2 && identityOf(m_trail->status()) != m_identity) {
+        fail(EBUSY);
+        return;
+    }
+    removeFiles();
+}
+
+void FolderRemoval::leave()
+{
+    const Level left = std::move(m_levels.back());
+    m_levels.pop_back();
+    if (const int error = m_trail->ascend()) {
+        // The way back is lost, and with it every folder above: they keep what they hold.
+        m_levels.resize(1);
+        m_levels.back().subfolders.clear();
+        fail(error);
+    } else if (left.failed) {
+        m_levels.back().failed = true;
+    } else {
+        removeEmptyFolder(left.name);
+    }
+}
+
+void FolderRemoval::removeFiles()
+{
+    std::vector<QByteArray> subfolders;
+    const int error = forEachRawEntry(m_trail->folder(), [&](const dirent& entry) {
+        unsigned char type = entry.d_type;
+        if (type == DT_UNKNOWN) {
+            const Result<struct statx> status = look(m_trail->folder(), entry.d_name, STATX_TYPE);
+            type = status && isFolder(status.value()) ? DT_DIR : DT_REG;
+        }
+        if (type == DT_DIR) {
+            subfolders.emplace_back(entry.d_name);
+        } else {
+            removeFile(entry.d_name);
+        }
+        return true;
+    });
+    m_levels.back().subfolders = std::move(subfolders);
+    if (error != 0) {
+        fail(error);
+    }
+}
+
+void FolderRemoval::removeFile(const char* name)
+{
+    if (m_permission && !m_permission(m_trail->folder(), name)) {
+        fail(EBUSY);
+        return;
+    }
+    const int error = errorOf([&] { return ::unlinkat(m_trail->folder(), name, 0); });
+    if (error == 0) {
+        m_removedAnything = true;
+    } else if (error != ENOENT) {
+        fail(error);
+    }
+}
+
+void FolderRemoval::removeEmptyFolder(const QByteArray& name)
+{
+    constexpr int mostRepetitions = 8;
+    Level& level = m_levels.back();
+    const int error = errorOf([&] { return ::unlinkat(m_trail->folder(), name.constData(), AT_REMOVEDIR); });
+    if (error == 0) {
+        m_removedAnything = true;
+    } else if (error == ENOTEMPTY && level.repetitions < mostRepetitions) {
+        // Some file systems pass over entries while others of the folder are removed, and others may be adding to it.
+        ++level.repetitions;
+        level.subfolders.push_back(name);
+    } else if (error != ENOENT) {
+        fail(error);
+    }
+}
+
+void FolderRemoval::fail(int error)
+{
+    m_levels.back().failed = true;
+    if (m_firstError == 0) {
+        m_firstError = error;
+    }
+}
+
+} // namespace lapsa

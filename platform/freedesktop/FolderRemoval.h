@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "FolderTrail.h"
+#include "Place.h"
+
+#include <QByteArray>
+
+#include <functional>
+#include <vector>
+
+struct dirent;
+
+namespace lapsa {
+
+/// The removal of a folder with all it holds. Follows no link, crosses no mount, and goes on with the rest where an
+/// entry cannot be removed.
+class FolderRemoval final
+{
+public:
+    /// Whether the entry `name`, no folder, of the open folder may go.
+    using Permission = std::function<bool(int folder, const char* name)>;
+
+    /// Without a permission to ask for, everything goes.
+    explicit FolderRemoval(Permission permission = {});
+
+    /// Removes the folder at `place` if it still is the one of this identity. Returns the `errno` value of the first
+    /// failure.
+    [[nodiscard]] int run(const Place& place, const FileIdentity& identity);
+
+    /// Whether anything at all was removed.
+    [[nodiscard]] bool removedAnything() const { return m_removedAnything; }
+
+private:
+    /// One folder on the way down.
+    struct Level
+    {
+        QByteArray name;
+        std::vector<QByteArray> subfolders;
+        bool failed = false;
+        int repetitions = 0;
+    };
+
+    void enter(const QByteArray& name);
+    void leave();
+    void removeFiles();
+    void removeFile(const char* name);
+    void removeEmptyFolder(const QByteArray& name);
+    void fail(int error);
+
+    Permission m_permission;
+    FileIdentity m_identity;
+    FolderTrail* m_trail = nullptr;
+    std::vector<Level> m_levels;
+    int m_firstError = 0;
+    bool m_removedAnything = false;
+};
+
+} // namespace lapsa

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FolderTrail.h"
+
+#include <fcntl.h>
+
+namespace lapsa {
+
+namespace {
+
+constexpr std::size_t mostKeptOpen = 16;
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
+
+} // namespace
+
+FolderTrail::FolderTrail(FileDescriptor start)
+{
+    m_steps.push_back({.folder = std::move(start), .status = {}});
+}
+
+int FolderTrail::descend(const char* name)
+{
+    FileDescriptor folder(retrying([&] { return ::openat(this->folder(), name, folderFlags); }));
+    if (!folder) {
+        return errno;
+    }
+    const Result<struct statx> status = look(folder.get(), "", STATX_BASIC_STATS);
+    if (!status) {
+        return status.error().code;
+    }
+    if ((status.value().stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0) {
+        return EBUSY;
+    }
+    m_steps.push_back({.folder = std::move(folder), .status = status.value()});
+    if (m_steps.size() > mostKeptOpen + 1) {
+        m_steps[m_steps.size() - 1 - mostKeptOpen].folder = FileDescriptor();
+    }
+    return 0;
+}
+
+int FolderTrail::ascend()
+{
+    const Step left = std::move(m_steps.back());
+    m_steps.pop_back();
+    Step& above = m_steps.back();
+    if (above.folder) {
+        return 0;
+    }
+    FileDescriptor folder(retrying([&] { return ::openat(left.folder.get(), "..", folderFlags); }));
+    if (!folder) {
+        return errno;
+    }
+    const Result<struct statx> status = look(folder.get(), "", STATX_INO);
+    if (!status || identityOf(status.value()) != identityOf(above.status)) {
+        return ESTALE;
+    }
+    above.folder = std::move(folder);
+    return 0;
+}
+
+} // namespace lapsa

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Appearance.h"
+
+#include <functional>
+#include <memory>
+
+class QPalette;
+
+namespace lapsa {
+
+/// Applies the palette of the scheme in force to the whole application. With nothing forced the scheme is the one of
+/// the desktop's settings portal, live; light until the portal has answered, and where there is none.
+class FreedesktopAppearance final : public Appearance
+{
+    Q_OBJECT
+
+public:
+    explicit FreedesktopAppearance(std::function<QPalette(ColorScheme)> paletteFor);
+    ~FreedesktopAppearance() override;
+
+    void setForcedScheme(std::optional<ColorScheme> scheme) override;
+
+    [[nodiscard]] ColorScheme scheme() const override { return m_scheme; }
+
+private:
+    class SettingsPortal;
+
+    void follow();
+    void apply(ColorScheme scheme);
+
+    std::function<QPalette(ColorScheme)> m_paletteFor;
+    std::optional<ColorScheme> m_forced;
+    std::optional<ColorScheme> m_applied;
+    ColorScheme m_scheme = ColorScheme::Light;
+    /// Made when the desktop's setting is asked for first.
+    std::unique_ptr<SettingsPortal> m_portal;
+};
+
+} // namespace lapsa

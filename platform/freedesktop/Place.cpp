@@ -1,0 +1,157 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "Place.h"
+
+#include <QUtf8StringView>
+
+#include <fcntl.h>
+#include <stdio.h>
+
+#include <climits>
+
+namespace lapsa {
+
+namespace {
+
+QByteArray withoutTrailingSlashes(QByteArray path)
+{
+    while (path.endsWith('/')) {
+        path.chop(1);
+    }
+    return path;
+}
+
+/// For file systems that cannot rename without replacing: a second name, then the first one gone.
+int relinked(const Place& from, const Place& to)
+{
+    const char* const fromName = from.name.constData();
+    const char* const toName = to.name.constData();
+    if (const int error = errorOf([&] { return ::linkat(from.folder.get(), fromName, to.folder.get(), toName, 0); })) {
+        return error;
+    }
+    const int error = errorOf([&] { return ::unlinkat(from.folder.get(), fromName, 0); });
+    if (error != 0) {
+        ::unlinkat(to.folder.get(), toName, 0);
+    }
+    return error;
+}
+
+int renamedAfterLooking(const Place& from, const Place& to)
+{
+    if (look(to.folder.get(), to.name.constData(), STATX_TYPE)) {
+        return EEXIST;
+    }
+    return errorOf(
+        [&] { return ::renameat(from.folder.get(), from.name.constData(), to.folder.get(), to.name.constData()); });
+}
+
+int renamedByOtherMeans(const Place& from, const Place& to)
+{
+    const Result<struct statx> status = look(from.folder.get(), from.name.constData(), STATX_TYPE);
+    if (!status) {
+        return status.error().code;
+    }
+    if (!isFolder(status.value())) {
+        const int error = relinked(from, to);
+        // Without hard links either, as on some network and camera file systems, looking first is all that is left.
+        if (error != EPERM && error != EOPNOTSUPP && error != ENOSYS && error != EMLINK) {
+            return error;
+        }
+    }
+    return renamedAfterLooking(from, to);
+}
+
+} // namespace
+
+Result<QByteArray> pathBytes(const QString& path)
+{
+    // A half of a surrogate pair would become a question mark, and so another file's name.
+    if (!path.startsWith(u'/') || path.contains(QChar::Null) || !path.isValidUtf16()) {
+        return FileError::fromErrno(EINVAL);
+    }
+    const QByteArray bytes = withoutTrailingSlashes(path.toUtf8());
+    return bytes.isEmpty() ? QByteArray("/") : bytes;
+}
+
+QString nameText(QByteArrayView bytes)
+{
+    if (!QUtf8StringView(bytes.data(), bytes.size()).isValidUtf8()) {
+        return {};
+    }
+    // Decoded behind another character: at the very start a byte order mark would be dropped, though it is part of the
+    // name.
+    const QByteArray guarded = '/' + bytes.toByteArray();
+    return QString::fromUtf8(guarded).sliced(1);
+}
+
+Result<Place> openPlace(const QString& path)
+{
+    const Result<QByteArray> bytes = pathBytes(path);
+    if (!bytes) {
+        return bytes.error();
+    }
+    return openPlace(AT_FDCWD, bytes.value());
+}
+
+Result<Place> openPlace(int folder, const QByteArray& path)
+{
+    const QByteArray bytes = withoutTrailingSlashes(path);
+    if (bytes.isEmpty()) {
+        return FileError::fromErrno(path.isEmpty() ? EINVAL : EPERM);
+    }
+    const qsizetype slash = bytes.lastIndexOf('/');
+    Place place{.folder = {}, .name = bytes.sliced(slash + 1)};
+    if (place.name == "." || place.name == "..") {
+        return FileError::fromErrno(EINVAL);
+    }
+    const QByteArray parent = slash < 0 ? QByteArray(".") : bytes.first(slash + 1);
+    place.folder = FileDescriptor(
+        retrying([&] { return ::openat(folder, parent.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
+    if (!place.folder) {
+        return FileError::fromErrno(errno);
+    }
+    return place;
+}
+
+Result<struct statx> look(int folder, const char* name, unsigned mask)
+{
+    const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | (*name == '\0' ? AT_EMPTY_PATH : 0);
+    struct statx status = {};
+    if (const int error = errorOf([&] { return ::statx(folder, name, flags, mask, &status); })) {
+        return FileError::fromErrno(error);
+    }
+    return status;
+}
+
+FileIdentity identityOf(const struct statx& status)
+{
+    return {.device = std::uint64_t{status.stx_dev_major} << 32U | status.stx_dev_minor, .inode = status.stx_ino};
+}
+
+QByteArray procPath(int descriptor)
+{
+    return "/proc/self/fd/" + QByteArray::number(descriptor);
+}
+
+Result<QByteArray> realPath(int folder)
+{
+    QByteArray path(PATH_MAX, Qt::Uninitialized);
+    const ssize_t length = ::readlink(procPath(folder).constData(), path.data(), size_t(path.size()));
+    if (length < 0) {
+        return FileError::fromErrno(errno);
+    }
+    path.truncate(length);
+    return path;
+}
+
+int renameWithoutReplacing(const Place& from, const Place& to)
+{
+    const int error = errorOf([&] {
+        return ::renameat2(from.folder.get(), from.name.constData(), to.folder.get(), to.name.constData(),
+                           RENAME_NOREPLACE);
+    });
+    return error == EINVAL || error == ENOSYS ? renamedByOtherMeans(from, to) : error;
+}
+
+} // namespace lapsa

@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "FileDescriptor.h"
+#include "Result.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+
+namespace lapsa {
+
+/// Where an entry stands: the folder, opened, and the one name in it. What is looked at and what is acted upon are then
+/// in the same folder, whatever happens to the path in between.
+struct Place
+{
+    /// Opened with O_PATH.
+    FileDescriptor folder;
+    QByteArray name;
+};
+
+/// What makes two looks the same file.
+struct FileIdentity
+{
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
+struct FileIdentityHash
+{
+    std::size_t operator()(const FileIdentity& identity) const noexcept
+    {
+        return std::hash<std::uint64_t>()(identity.inode * 31 + identity.device);
+    }
+};
+
+/// The bytes of an absolute path without trailing slashes. EINVAL for one that is empty, relative, holds a NUL or is no
+/// valid text.
+[[nodiscard]] Result<QByteArray> pathBytes(const QString& path);
+
+/// The text of a name; empty where its bytes are not UTF-8.
+[[nodiscard]] QString nameText(QByteArrayView bytes);
+
+/// Opens the folder that holds the entry at `path`; the entry itself need not exist. EINVAL as for pathBytes() and for
+/// a path that ends in "." or "..", EPERM for "/".
+[[nodiscard]] Result<Place> openPlace(const QString& path);
+
+/// The same for a path seen from an open folder (an absolute one is taken as such).
+[[nodiscard]] Result<Place> openPlace(int folder, const QByteArray& path);
+
+/// statx(2) of an entry itself, links not followed. An empty name asks about `folder`.
+[[nodiscard]] Result<struct statx> look(int folder, const char* name, unsigned mask);
+
+[[nodiscard]] FileIdentity identityOf(const struct statx& status);
+
+[[nodiscard]] inline bool isFolder(const struct statx& status)
+{
+    return S_ISDIR(status.stx_mode);
+}
+
+/// The path by which /proc reaches an open file, of whatever kind.
+[[nodiscard]] QByteArray procPath(int descriptor);
+
+/// The real path of an open folder.
+[[nodiscard]] Result<QByteArray> realPath(int folder);
+
+/// renameat2(2) with RENAME_NOREPLACE, and its like where the file system does not know that flag. Never overwrites a
+/// file or a link. Returns an `errno` value.
+[[nodiscard]] int renameWithoutReplacing(const Place& from, const Place& to);
+
+} // namespace lapsa

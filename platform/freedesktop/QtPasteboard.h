@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Pasteboard.h"
+
+namespace lapsa {
+
+/// The clipboard of the desktop.
+class QtPasteboard final : public Pasteboard
+{
+public:
+    void setText(const QString& text) override;
+};
+
+} // namespace lapsa

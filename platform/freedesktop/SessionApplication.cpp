@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "SessionApplication.h"
+
+#include "FileUri.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QDeadlineTimer>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <algorithm>
+#include <utility>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString busName = u"org.lapsa.Lapsa"_s;
+const QString objectPath = u"/org/lapsa/Lapsa"_s;
+const QString interfaceName = u"org.freedesktop.Application"_s;
+
+/// The application that runs may be busy with its start-up or on a slow disk.
+constexpr std::chrono::seconds patience{30};
+/// Each try needs a predecessor that vanished in the middle of the last one.
+constexpr int maxTries = 50;
+
+QDBusMessage callFor(const QList<QUrl>& files)
+{
+    if (files.isEmpty()) {
+        auto activate = QDBusMessage::createMethodCall(busName, objectPath, interfaceName, u"Activate"_s);
+        activate.setArguments({QVariantMap()});
+        activate.setAutoStartService(false);
+        return activate;
+    }
+    QStringList uris;
+    std::ranges::transform(files, std::back_inserter(uris),
+                           [](const QUrl& url) { return QString::fromLatin1(fileUri(url.toLocalFile())); });
+    auto open = QDBusMessage::createMethodCall(busName, objectPath, interfaceName, u"Open"_s);
+    open.setArguments({uris, QVariantMap()});
+    open.setAutoStartService(false);
+    return open;
+}
+
+/// Whether a call failed because the application it went to is gone, or going.
+bool vanished(const QDBusMessage& reply)
+{
+    static const QStringList names{
+        u"org.freedesktop.DBus.Error.NoReply"_s,        u"org.freedesktop.DBus.Error.ServiceUnknown"_s,
+        u"org.freedesktop.DBus.Error.NameHasNoOwner"_s, u"org.freedesktop.DBus.Error.Disconnected"_s,
+        u"org.freedesktop.DBus.Error.UnknownObject"_s,
+    };
+    return names.contains(reply.errorName());
+}
+
+QDBusMessage handedOver(const QList<QUrl>& files, const QDeadlineTimer& deadline)
+{
+    return QDBusConnection::sessionBus().call(callFor(files), QDBus::Block, int(deadline.remainingTime()));
+}
+
+} // namespace
+
+/// `org.freedesktop.Application` of the Desktop Entry rules.
+class SessionApplication::Interface final : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit Interface(SessionApplication& application)
+        : m_application(application)
+    {}
+
+public slots: // NOLINT(readability-redundant-access-specifiers): these are the methods on the bus
+
+    Q_SCRIPTABLE void Activate(const QVariantMap& /*platformData*/) { m_application.receive(std::nullopt); }
+
+    Q_SCRIPTABLE void Open(const QStringList& uris, const QVariantMap& /*platformData*/)
+    {
+        QList<QUrl> files;
+        for (const QString& uri : uris) {
+            if (const std::optional<QString> path = pathOfFileUri(uri.toUtf8())) {
+                files.push_back(QUrl::fromLocalFile(*path));
+            }
+        }
+        m_application.receive(files);
+    }
+
+    /// There are no actions by name: any is passed over.
+    Q_SCRIPTABLE void ActivateAction(const QString& /*name*/, const QVariantList& /*parameter*/,
+                                     const QVariantMap& /*platformData*/)
+    {}
+
+private:
+    SessionApplication& m_application;
+};
+
+SessionApplication::SessionApplication()
+    : m_interface(std::make_unique<Interface>(*this))
+{}
+
+SessionApplication::~SessionApplication()
+{
+    QDBusConnection::sessionBus().unregisterObject(objectPath);
+}
+
+SessionApplication::Role SessionApplication::claim(const QList<QUrl>& files)
+{
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        return Role::NoBus;
+    }
+    // The object first: whoever finds the name finds what is behind it.
+    bus.registerObject(objectPath, m_interface.get(), QDBusConnection::ExportScriptableSlots);
+    const QDeadlineTimer deadline(patience);
+    for (int attempt = 0; attempt < maxTries && !deadline.hasExpired(); ++attempt) {
+        const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = bus.interface()->registerService(
+            busName, QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
+        if (!reply.isValid()) {
+            return Role::NoBus;
+        }
+        if (reply.value() == QDBusConnectionInterface::ServiceRegistered) {
+            return Role::First;
+        }
+        const QDBusMessage answer = handedOver(files, deadline);
+        if (answer.type() == QDBusMessage::ReplyMessage) {
+            return Role::HandedOver;
+        }
+        if (!vanished(answer)) {
+            return Role::Unanswered;
+        }
+    }
+    return Role::Unanswered;
+}
+
+SessionApplication::Role SessionApplication::handOver(const QList<QUrl>& files)
+{
+    if (!QDBusConnection::sessionBus().isConnected()) {
+        return Role::NoBus;
+    }
+    const QDBusMessage answer = handedOver(files, QDeadlineTimer(patience));
+    return answer.type() == QDBusMessage::ReplyMessage ? Role::HandedOver : Role::Unanswered;
+}
+
+void SessionApplication::setHandlers(Handlers handlers)
+{
+    m_handlers = std::move(handlers);
+    for (const auto& files : std::exchange(m_waiting, {})) {
+        receive(files);
+    }
+}
+
+void SessionApplication::receive(const std::optional<QList<QUrl>>& files)
+{
+    if (!m_handlers) {
+        m_waiting.push_back(files);
+    } else if (files) {
+        m_handlers->open(*files);
+    } else if (m_handlers->activate) {
+        m_handlers->activate();
+    }
+}
+
+} // namespace lapsa
+
+#include "SessionApplication.moc"

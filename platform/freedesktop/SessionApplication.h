@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace lapsa {
+
+/// One process a session: the bus name `org.lapsa.Lapsa` with `org.freedesktop.Application` behind it.
+class SessionApplication final : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Handlers
+    {
+        /// Files to open with the application, in the order given.
+        std::function<void(const QList<QUrl>&)> open;
+        /// The application was started again without files.
+        std::function<void()> activate = {};
+    };
+
+    enum class Role
+    {
+        /// This process is the application now.
+        First,
+        /// The one that runs has taken the files over.
+        HandedOver,
+        /// Another one runs, but did not answer in time.
+        Unanswered,
+        /// There is no session bus.
+        NoBus,
+    };
+
+    SessionApplication();
+    ~SessionApplication() override;
+
+    /// Becomes the application of this session, or hands `files` to the one that runs and waits for its answer. Calls
+    /// that arrive from now on are kept until there are handlers.
+    [[nodiscard]] Role claim(const QList<QUrl>& files);
+
+    /// Hands `files` to the application if one runs, without becoming it.
+    [[nodiscard]] Role handOver(const QList<QUrl>& files);
+
+    /// From now on calls go to the handlers, those that were kept first.
+    void setHandlers(Handlers handlers);
+
+private:
+    class Interface;
+
+    void receive(const std::optional<QList<QUrl>>& files);
+
+    std::optional<Handlers> m_handlers;
+    /// Calls that came before the handlers: files to open, or nothing for an activation.
+    QList<std::optional<QList<QUrl>>> m_waiting;
+    std::unique_ptr<Interface> m_interface;
+};
+
+} // namespace lapsa

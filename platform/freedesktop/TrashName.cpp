@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "TrashName.h"
+
+#include <QHash>
+
+#include <climits>
+
+namespace lapsa {
+
+namespace {
+
+/// Only a hint: whatever it says, a name is taken only if it is free.
+QHash<QByteArray, std::uint64_t>& nextNumbers()
+{
+    thread_local QHash<QByteArray, std::uint64_t> numbers;
+    return numbers;
+}
+
+constexpr qsizetype mostRemembered = 4096;
+constexpr qsizetype longestStem = NAME_MAX - qsizetype(sizeof(".trashinfo") - 1);
+
+/// Shortened to so many bytes, between two characters.
+QByteArray shortened(QByteArray text, qsizetype length)
+{
+    if (text.size() <= length) {
+        return text;
+    }
+    const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
+    while (length > 0 && continues(text[length])) {
+        --length;
+    }
+    text.truncate(length);
+    return text;
+}
+
+} // namespace
+
+TrashName::TrashName(const FileIdentity& trash, const QByteArray& wanted)
+    : m_key(QByteArray::number(trash.device) + '/' + QByteArray::number(trash.inode) + '/' + wanted)
+    , m_wanted(wanted)
+    , m_number(nextNumbers().value(m_key, 1))
+    , m_current(numbered())
+{}
+
+void TrashName::advance()
+{
+    ++m_number;
+    m_current = numbered();
+}
+
+void TrashName::remember() const
+{
+    if (nextNumbers().size() >= mostRemembered) {
+        nextNumbers().clear();
+    }
+    nextNumbers().insert(m_key, m_number + 1);
+}
+
+QByteArray TrashName::numbered() const
+{
+    if (m_number == 1) {
+        return shortened(m_wanted, longestStem);
+    }
+    const qsizetype dot = m_wanted.lastIndexOf('.');
+    constexpr qsizetype longestExtension = 32;
+    const bool hasExtension = dot > 0 && m_wanted.size() - dot <= longestExtension;
+    const QByteArray stem = hasExtension ? m_wanted.first(dot) : m_wanted;
+    const QByteArray ending = '.' + QByteArray::number(qulonglong(m_number)) + m_wanted.sliced(stem.size());
+    return shortened(stem, longestStem - ending.size()) + ending;
+}
+
+} // namespace lapsa

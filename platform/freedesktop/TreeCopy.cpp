@@ -1,0 +1,162 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "TreeCopy.h"
+
+#include "FileAttributes.h"
+#include "FolderListing.h"
+#include "InterruptedCopies.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <utility>
+
+namespace lapsa {
+
+namespace {
+
+FileDescriptor duplicate(int descriptor)
+{
+    return FileDescriptor(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+}
+
+} // namespace
+
+TreeCopy::TreeCopy(const FoundEntry& source)
+    : m_source(source)
+{}
+
+int TreeCopy::run(const Place& to)
+{
+    const Result<struct statx> toFolder = look(to.folder.get(), "", STATX_INO);
+    FileDescriptor fromStart = duplicate(m_source.folder);
+    FileDescriptor toStart = duplicate(to.folder.get());
+    if (!toFolder || !fromStart || !toStart) {
+        return toFolder ? errno : toFolder.error().code;
+    }
+    m_toFolder = identityOf(toFolder.value());
+    m_toStart = toStart.get();
+    FolderTrail from(std::move(fromStart));
+    FolderTrail copy(std::move(toStart));
+    m_from = &from;
+    m_to = &copy;
+    m_levels.push_back({});
+    if (const int error = enter(m_source.name, to.name)) {
+        return error;
+    }
+    if (identityOf(from.status()) != identityOf(m_source.status)) {
+        return EBUSY;
+    }
+    return walk();
+}
+
+int TreeCopy::walk()
+{
+    int error = copyFiles();
+    while (error == 0 && m_levels.size() > 1) {
+        std::vector<QByteArray>& subfolders = m_levels.back().subfolders;
+        if (subfolders.empty()) {
+            error = leave();
+            continue;
+        }
+        const QByteArray name = std::move(subfolders.back());
+        subfolders.pop_back();
+        error = enter(name, name);
+        if (error == 0) {
+            error = copyFiles();
+        }
+    }
+    return error;
+}
+
+int TreeCopy::enter(const QByteArray& name, const QByteArray& toName)
+{
+    if (const int error = m_from->descend(name.constData())) {
+        return error;
+    }
+    // Seen through another mount, the folder that takes the copy may stand inside the one that is copied.
+    if (identityOf(m_from->status()) == m_toFolder) {
+        return EINVAL;
+    }
+    if (const int error = errorOf([&] { return ::mkdirat(m_to->folder(), toName.constData(), 0700); })) {
+        return error;
+    }
+    if (const int error = m_to->descend(toName.constData())) {
+        return error;
+    }
+    const QByteArray& above = m_levels.back().path;
+    m_levels.push_back({.path = above.isEmpty() ? toName : above + '/' + toName, .subfolders = {}});
+    if (m_levels.size() > 2) {
+        return 0;
+    }
+    dropInheritedAccessLists(m_to->folder());
+    return errorOf([&] { return ::fchmod(m_to->folder(), interruptedMode); });
+}
+
+int TreeCopy::leave()
+{
+    const Result<struct statx> now = look(m_from->folder(), "", STATX_BASIC_STATS);
+    struct statx status = m_from->status();
+    if (!now || !(ContentStamp::of(now.value()) == ContentStamp::of(status))) {
+        return EBUSY;
+    }
+    if (m_levels.size() == 2) {
+        status.stx_mode = static_cast<decltype(status.stx_mode)>(S_IFDIR | interruptedMode);
+    }
+    if (const int error = copyAttributes(m_from->folder(), m_to->folder(), status)) {
+        return error;
+    }
+    m_levels.pop_back();
+    const int error = m_from->ascend();
+    return error != 0 ? error : m_to->ascend();
+}
+
+int TreeCopy::copyFiles()
+{
+    int error = 0;
+    const int listing = forEachRawEntry(m_from->folder(), [&](const dirent& entry) {
+        const Result<struct statx> found = look(m_from->folder(), entry.d_name, STATX_BASIC_STATS);
+        if (!found) {
+            error = found.error().code == ENOENT ? EBUSY : found.error().code;
+            return false;
+        }
+        const FoundEntry file{.folder = m_from->folder(), .name = entry.d_name, .status = found.value()};
+        error = removalForbidden(file, m_from->status());
+        if (error == 0 && isFolder(found.value())) {
+            m_levels.back().subfolders.emplace_back(entry.d_name);
+        } else if (error == 0) {
+            error = copyFile(file);
+        }
+        return error == 0;
+    });
+    return error != 0 ? error : listing;
+}
+
+int TreeCopy::copyFile(const FoundEntry& entry)
+{
+    const FileIdentity identity = identityOf(entry.status);
+    if (entry.status.stx_nlink > 1) {
+        if (const auto earlier = m_hardLinks.find(identity); earlier != m_hardLinks.end()) {
+            return copyHardLink(entry, earlier->second);
+        }
+    }
+    if ((entry.status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0) {
+        return EBUSY;
+    }
+    if (const int error = copyEntry(entry, m_to->folder(), entry.name)) {
+        return error;
+    }
+    m_copiedFiles.emplace(identity, ContentStamp::of(entry.status));
+    if (entry.status.stx_nlink > 1) {
+        m_hardLinks.emplace(identity, m_levels.back().path + '/' + entry.name);
+    }
+    return 0;
+}
+
+int TreeCopy::copyHardLink(const FoundEntry& entry, const QByteArray& earlier)
+{
+    return errorOf([&] { return ::linkat(m_toStart, earlier.constData(), m_to->folder(), entry.name, 0); });
+}
+
+} // namespace lapsa

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "EntryCopy.h"
+#include "FolderTrail.h"
+
+#include <QByteArray>
+
+#include <vector>
+
+namespace lapsa {
+
+/// The copy of a whole folder into another file system. Links stay links, hard links inside the folder stay hard links,
+/// nothing is followed and no mount is entered.
+class TreeCopy final
+{
+public:
+    /// Of the folder that was found as `source`.
+    explicit TreeCopy(const FoundEntry& source);
+
+    /// Makes the copy under a name that must be free; the mode of its top marks it as not yet whole. Returns an `errno`
+    /// value; after a failure a part of the copy may stand there.
+    [[nodiscard]] int run(const Place& to);
+
+    /// The files of the copy as they were at the source.
+    [[nodiscard]] const CopiedFiles& copiedFiles() const { return m_copiedFiles; }
+
+private:
+    /// One folder on the way down.
+    struct Level
+    {
+        /// From the folder that holds the copy.
+        QByteArray path;
+        std::vector<QByteArray> subfolders;
+    };
+
+    [[nodiscard]] int walk();
+    [[nodiscard]] int enter(const QByteArray& name, const QByteArray& toName);
+    [[nodiscard]] int leave();
+    [[nodiscard]] int copyFiles();
+    [[nodiscard]] int copyFile(const FoundEntry& entry);
+    [[nodiscard]] int copyHardLink(const FoundEntry& entry, const QByteArray& earlier);
+
+    FoundEntry m_source;
+    FileIdentity m_toFolder;
+    FolderTrail* m_from = nullptr;
+    FolderTrail* m_to = nullptr;
+    int m_toStart = -1;
+    std::vector<Level> m_levels;
+    CopiedFiles m_copiedFiles;
+    /// Where the first name of a file with several names was copied to, from the folder that holds the copy.
+    std::unordered_map<FileIdentity, QByteArray, FileIdentityHash> m_hardLinks;
+};
+
+} // namespace lapsa
