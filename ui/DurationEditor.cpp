@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "DurationEditor.h"
+
+#include "Localized.h"
+#include "Stepper.h"
+#include "TextLabel.h"
+
+#include <QHBoxLayout>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::int64_t minutesPerHour = 60;
+constexpr std::int64_t minutesPerDay = 1440;
+constexpr std::int64_t lastHour = 23;
+constexpr std::int64_t lastMinute = 59;
+constexpr int columnSpacing = 8;
+constexpr int lineSpacing = 3;
+constexpr int valueSpacing = 3;
+constexpr int columnMinimumWidth = 82;
+constexpr int valueMinimumWidth = 36;
+
+} // namespace
+
+DurationEditor::DurationEditor(Binding totalMinutes, const Bounds& bounds, QWidget* parent)
+    : QWidget(parent)
+    , m_totalMinutes(std::move(totalMinutes))
+    , m_bounds(bounds)
+    , m_columns{Column{.field = &DurationFields::days, .mark = Localized::daysShort()},
+                Column{.field = &DurationFields::hours, .mark = Localized::hoursShort()},
+                Column{.field = &DurationFields::minutes, .mark = Localized::minutesShort()}}
+{
+    auto* const columns = new QHBoxLayout(this);
+    columns->setContentsMargins({});
+    columns->setSpacing(columnSpacing);
+    const std::int64_t lastDay = std::max<std::int64_t>(bounds.maxTotalMinutes / minutesPerDay, 0);
+    columns->addWidget(makeColumn(m_columns[0], Localized::durationDays(), lastDay));
+    columns->addWidget(makeColumn(m_columns[1], Localized::durationHours(), lastHour));
+    columns->addWidget(makeColumn(m_columns[2], Localized::durationMinutes(), lastMinute));
+    columns->addStretch();
+    refresh();
+}
+
+std::int64_t DurationEditor::clampedTotal(std::int64_t total, const Bounds& bounds)
+{
+    return std::max(bounds.minTotalMinutes, std::min(total, bounds.maxTotalMinutes));
+}
+
+DurationFields DurationEditor::fieldsOf(std::int64_t total, const Bounds& bounds)
+{
+    const std::int64_t clamped = clampedTotal(total, bounds);
+    return {.days = clamped / minutesPerDay,
+            .hours = clamped % minutesPerDay / minutesPerHour,
+            .minutes = clamped % minutesPerHour};
+}
+
+std::int64_t DurationEditor::totalOf(const DurationFields& fields, const Bounds& bounds)
+{
+    const std::int64_t rest = std::clamp<std::int64_t>(fields.hours, 0, lastHour) * minutesPerHour +
+                              std::clamp<std::int64_t>(fields.minutes, 0, lastMinute);
+    std::int64_t total = 0;
+    if (__builtin_mul_overflow(std::max<std::int64_t>(fields.days, 0), minutesPerDay, &total) ||
+        __builtin_add_overflow(total, rest, &total)) {
+        qFatal("a duration does not fit into 64 bits");
+    }
+    return clampedTotal(total, bounds);
+}
+
+void DurationEditor::refresh()
+{
+    const DurationFields fields = fieldsOf(m_totalMinutes.read(), m_bounds);
+    for (const Column& column : m_columns) {
+        const std::int64_t value = fields.*column.field;
+        const QSignalBlocker blocker(column.stepper);
+        column.value->setText(u"%1 %2"_s.arg(value).arg(column.mark));
+        column.stepper->setValue(static_cast<int>(value));
+    }
+}
+
+QWidget* DurationEditor::makeColumn(Column& column, const QString& title, std::int64_t highest)
+{
+    auto* const widget = new QWidget(this);
+    widget->setMinimumWidth(columnMinimumWidth);
+    auto* const lines = new QVBoxLayout(widget);
+    lines->setContentsMargins({});
+    lines->setSpacing(lineSpacing);
+    lines->addWidget(new TextLabel(title, secondCaptionText, ColorRole::Secondary, widget));
+
+    column.value = new TextLabel({}, calloutText, ColorRole::Primary, widget);
+    column.value->setTabular(true);
+    column.value->setMinimumWidth(valueMinimumWidth);
+    column.stepper = new Stepper(title, widget);
+    column.stepper->setRange(0, static_cast<int>(highest));
+    connect(column.stepper, &QSpinBox::valueChanged, this,
+            [this, field = column.field](int value) { writeUnit(field, value); });
+
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(valueSpacing);
+    row->addWidget(column.value, 0, Qt::AlignVCenter);
+    row->addWidget(column.stepper, 0, Qt::AlignVCenter);
+    row->addStretch();
+    lines->addLayout(row);
+    return widget;
+}
+
+void DurationEditor::writeUnit(Field field, std::int64_t value)
+{
+    DurationFields fields = fieldsOf(m_totalMinutes.read(), m_bounds);
+    fields.*field = value;
+    m_totalMinutes.write(totalOf(fields, m_bounds));
+    refresh();
+}
+
+} // namespace lapsa

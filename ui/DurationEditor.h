@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QWidget>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+
+namespace lapsa {
+
+class Stepper;
+class TextLabel;
+
+/// A number of minutes as days, hours and minutes.
+struct DurationFields
+{
+    std::int64_t days = 0;
+    std::int64_t hours = 0;
+    std::int64_t minutes = 0;
+
+    friend bool operator==(const DurationFields&, const DurationFields&) = default;
+};
+
+/// Edits a number of minutes, which belongs to the caller, as days, hours and minutes. It holds no number of its own.
+class DurationEditor final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Where the number is read and written.
+    struct Binding
+    {
+        std::function<std::int64_t()> read;
+        std::function<void(std::int64_t)> write;
+    };
+
+    /// The lowest and highest total that is shown or written; the lower one wins where they are the wrong way round.
+    struct Bounds
+    {
+        std::int64_t minTotalMinutes = 1;
+        std::int64_t maxTotalMinutes = 525600;
+    };
+
+    DurationEditor(Binding totalMinutes, const Bounds& bounds, QWidget* parent = nullptr);
+
+    [[nodiscard]] static std::int64_t clampedTotal(std::int64_t total, const Bounds& bounds);
+    [[nodiscard]] static DurationFields fieldsOf(std::int64_t total, const Bounds& bounds);
+    /// The total that is written for three fields. An overflow is a programming error and ends the process.
+    [[nodiscard]] static std::int64_t totalOf(const DurationFields& fields, const Bounds& bounds);
+
+    /// Shows the number as it is now. One outside the bounds is shown clamped and not written back.
+    void refresh();
+
+private:
+    using Field = std::int64_t DurationFields::*;
+
+    struct Column
+    {
+        Field field = nullptr;
+        QString mark;
+        TextLabel* value = nullptr;
+        Stepper* stepper = nullptr;
+    };
+
+    [[nodiscard]] QWidget* makeColumn(Column& column, const QString& title, std::int64_t highest);
+    void writeUnit(Field field, std::int64_t value);
+
+    Binding m_totalMinutes;
+    Bounds m_bounds;
+    std::array<Column, 3> m_columns;
+};
+
+} // namespace lapsa

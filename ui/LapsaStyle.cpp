@@ -1,0 +1,228 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "LapsaStyle.h"
+
+#include "Material.h"
+#include "Motion.h"
+#include "ThemePalette.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyleOption>
+
+#include <algorithm>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int fieldHeight = 30;
+constexpr int fieldPadding = 10;
+constexpr int buttonPadding = 14;
+constexpr int buttonWidth = 72;
+constexpr int comboArrowWidth = 26;
+constexpr int scrollBarExtent = 12;
+constexpr int leastSlider = 28;
+constexpr int menuPadding = 5;
+constexpr int indicatorExtent = 18;
+constexpr int toolTipMargin = 6;
+
+} // namespace
+
+LapsaStyle::LapsaStyle()
+    : QProxyStyle(u"Fusion"_s)
+{}
+
+void LapsaStyle::polish(QWidget* widget)
+{
+    QProxyStyle::polish(widget);
+    if (qobject_cast<QMenu*>(widget) != nullptr && material::translucencyAvailable()) {
+        widget->setAttribute(Qt::WA_TranslucentBackground);
+    }
+    if (qobject_cast<QScrollBar*>(widget) != nullptr || qobject_cast<QComboBox*>(widget) != nullptr) {
+        widget->setAttribute(Qt::WA_Hover);
+    }
+}
+
+void LapsaStyle::unpolish(QWidget* widget)
+{
+    QProxyStyle::unpolish(widget);
+}
+
+void LapsaStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const
+{
+    switch (element) {
+    case PE_PanelLineEdit:
+        drawLineEdit(*option, *painter);
+        return;
+    case PE_IndicatorCheckBox:
+        drawCheckBox(*option, *painter);
+        return;
+    case PE_PanelMenu:
+    case PE_FrameMenu:
+        drawMenuGround(*option, *painter, widget);
+        return;
+    case PE_PanelTipLabel:
+        drawToolTip(*option, *painter);
+        return;
+    case PE_FrameFocusRect: // focus is shown by the ring around the control
+        return;
+    default:
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
+}
+
+void LapsaStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                             const QWidget* widget) const
+{
+    switch (element) {
+    case CE_MenuItem:
+        drawMenuItem(*option, *painter);
+        return;
+    case CE_MenuEmptyArea:
+        return;
+    case CE_PushButtonBevel:
+        drawPushButton(*option, *painter);
+        return;
+    default:
+        QProxyStyle::drawControl(element, option, painter, widget);
+    }
+}
+
+void LapsaStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                                    const QWidget* widget) const
+{
+    switch (control) {
+    case CC_ComboBox:
+        drawComboBox(*option, *painter);
+        return;
+    case CC_ScrollBar:
+        drawScrollBar(*option, *painter, subControlRect(control, option, SC_ScrollBarSlider, widget));
+        return;
+    default:
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+    }
+}
+
+QSize LapsaStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                   const QWidget* widget) const
+{
+    switch (type) {
+    case CT_MenuItem:
+        return menuItemSize(*option, size);
+    case CT_LineEdit:
+        return {size.width() + 2 * fieldPadding, std::max(fieldHeight, size.height() + 10)};
+    case CT_ComboBox:
+        return {size.width() + 2 * fieldPadding + comboArrowWidth, std::max(fieldHeight, size.height() + 10)};
+    case CT_PushButton:
+        return {std::max(buttonWidth, size.width() + 2 * buttonPadding), std::max(fieldHeight, size.height() + 10)};
+    default:
+        return QProxyStyle::sizeFromContents(type, option, size, widget);
+    }
+}
+
+QRect LapsaStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                                 const QWidget* widget) const
+{
+    if (control == CC_ComboBox && part == SC_ComboBoxEditField) {
+        return visualRect(option->direction, option->rect, option->rect.adjusted(fieldPadding, 0, -comboArrowWidth, 0));
+    }
+    if (control == CC_ComboBox && part == SC_ComboBoxArrow) {
+        const QRect arrow(option->rect.right() - comboArrowWidth, option->rect.top(), comboArrowWidth,
+                          option->rect.height());
+        return visualRect(option->direction, option->rect, arrow);
+    }
+    const auto* const bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+    if (control != CC_ScrollBar || bar == nullptr) {
+        return QProxyStyle::subControlRect(control, option, part, widget);
+    }
+    // The bar has no arrows: its groove is all of it.
+    const bool vertical = bar->orientation == Qt::Vertical;
+    const int length = vertical ? bar->rect.height() : bar->rect.width();
+    const qint64 range = qint64(bar->maximum) - bar->minimum;
+    const qint64 wanted = length * qint64(bar->pageStep) / std::max<qint64>(1, range + bar->pageStep);
+    const int slider = static_cast<int>(std::clamp<qint64>(wanted, std::min(leastSlider, length), length));
+    const int start =
+        sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition, length - slider, bar->upsideDown);
+    const auto along = [&](int from, int extent) {
+        const QRect r =
+            vertical ? QRect(0, from, bar->rect.width(), extent) : QRect(from, 0, extent, bar->rect.height());
+        return r.translated(bar->rect.topLeft());
+    };
+    switch (part) {
+    case SC_ScrollBarSlider:
+        return along(start, slider);
+    case SC_ScrollBarSubPage:
+        return along(0, start);
+    case SC_ScrollBarAddPage:
+        return along(start + slider, length - start - slider);
+    case SC_ScrollBarGroove:
+        return bar->rect;
+    default:
+        return {};
+    }
+}
+
+QRect LapsaStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const
+{
+    if (element == SE_LineEditContents) {
+        return option->rect.adjusted(fieldPadding - 2, 0, -fieldPadding + 2, 0);
+    }
+    return QProxyStyle::subElementRect(element, option, widget);
+}
+
+int LapsaStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
+{
+    switch (metric) {
+    case PM_ScrollBarExtent:
+        return scrollBarExtent;
+    case PM_ScrollBarSliderMin:
+        return leastSlider;
+    case PM_MenuPanelWidth:
+    case PM_MenuHMargin:
+        return 0;
+    case PM_MenuVMargin:
+        return menuPadding;
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+        return indicatorExtent;
+    case PM_ToolTipLabelFrameWidth:
+        return toolTipMargin;
+    case PM_ButtonShiftHorizontal:
+    case PM_ButtonShiftVertical:
+        return 0;
+    default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+int LapsaStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* returned) const
+{
+    switch (hint) {
+    case SH_Widget_Animation_Duration:
+        return motion::milliseconds(motion::hoverDuration);
+    case SH_ScrollBar_LeftClickAbsolutePosition:
+        return 0;
+    case SH_ComboBox_Popup:
+        return 0;
+    case SH_UnderlineShortcut:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
+        return 0;
+    case SH_Menu_MouseTracking:
+        return 1;
+    case SH_ToolTipLabel_Opacity:
+        return 255;
+    default:
+        return QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+}
+
+} // namespace lapsa

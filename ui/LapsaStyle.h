@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QProxyStyle>
+
+namespace lapsa {
+
+/// The look of what is the toolkit's own: text fields, combo boxes, check boxes, scroll bars, menus, tooltips, and the
+/// buttons of its dialogs. Everything takes its colours from themePalette().
+class LapsaStyle final : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    LapsaStyle();
+
+    void polish(QWidget* widget) override;
+    void unpolish(QWidget* widget) override;
+    using QProxyStyle::polish;
+    using QProxyStyle::unpolish;
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override;
+    [[nodiscard]] QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                         const QWidget* widget) const override;
+    [[nodiscard]] QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                                       const QWidget* widget) const override;
+    [[nodiscard]] QRect subElementRect(SubElement element, const QStyleOption* option,
+                                       const QWidget* widget) const override;
+    [[nodiscard]] int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+    [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                                QStyleHintReturn* returned) const override;
+
+private:
+    // ---- Fields: LapsaStyle_fields.cpp ---------------------------------------------------------------------------
+
+    static void drawLineEdit(const QStyleOption& option, QPainter& painter);
+    static void drawCheckBox(const QStyleOption& option, QPainter& painter);
+    static void drawPushButton(const QStyleOption& option, QPainter& painter);
+    static void drawComboBox(const QStyleOptionComplex& option, QPainter& painter);
+    static void drawScrollBar(const QStyleOptionComplex& option, QPainter& painter, const QRect& slider);
+
+    // ---- Menus: LapsaStyle_menus.cpp -----------------------------------------------------------------------------
+
+    static void drawMenuGround(const QStyleOption& option, QPainter& painter, const QWidget* widget);
+    static void drawMenuItem(const QStyleOption& option, QPainter& painter);
+    [[nodiscard]] static QSize menuItemSize(const QStyleOption& option, const QSize& size);
+    static void drawToolTip(const QStyleOption& option, QPainter& painter);
+};
+
+} // namespace lapsa

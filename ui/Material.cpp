@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "Material.h"
+
+#include "ThemePalette.h"
+
+#include <QLinearGradient>
+#include <QPainter>
+
+namespace lapsa::material {
+
+namespace {
+
+/// How much lighter than the window's colour its upper end is; the dark theme shows less.
+constexpr double topLightLight = 0.7;
+constexpr double topLightDark = 0.045;
+constexpr double hoverTint = 0.06;
+
+bool& translucency()
+{
+    static bool available = false;
+    return available;
+}
+
+} // namespace
+
+bool translucencyAvailable()
+{
+    return translucency();
+}
+
+void setTranslucencyAvailable(bool available)
+{
+    translucency() = available;
+}
+
+void paintWindow(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette)
+{
+    const QColor window = themeColor(ColorRole::Window, palette);
+    const double light = schemeOf(palette) == ColorScheme::Dark ? topLightDark : topLightLight;
+    QLinearGradient gradient(rect.topLeft(), rect.bottomLeft());
+    gradient.setColorAt(0, mixed(window, Qt::white, light));
+    gradient.setColorAt(1, window);
+    paintShape(painter, rect, radius, gradient);
+    paintBorder(painter, rect, radius, QPen(themeColor(ColorRole::Separator, palette), 1));
+}
+
+void paintSurface(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette, double strength)
+{
+    const QColor surface = themeColor(ColorRole::Surface, palette);
+    const QColor tint = withOpacity(themeColor(ColorRole::Primary, palette), hoverTint * strength);
+    paintShape(painter, rect, radius, blended(tint, surface));
+    paintBorder(painter, rect, radius, QPen(themeColor(ColorRole::Separator, palette), 1));
+}
+
+void paintShape(QPainter& painter, const QRectF& rect, double radius, const QBrush& brush)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(brush);
+    painter.drawRoundedRect(rect, radius, radius);
+    painter.restore();
+}
+
+void paintBorder(QPainter& painter, const QRectF& rect, double radius, const QPen& pen)
+{
+    const double half = pen.widthF() / 2;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
+    painter.restore();
+}
+
+} // namespace lapsa::material

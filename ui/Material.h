@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QPalette>
+#include <QRectF>
+
+class QPainter;
+
+/// The grounds on which everything lies.
+namespace lapsa::material {
+
+/// Whether windows may have round corners with nothing behind them: needs a compositing window manager.
+[[nodiscard]] bool translucencyAvailable();
+/// What the desktop says about that; until it does, windows are opaque and square.
+void setTranslucencyAvailable(bool available);
+
+inline constexpr int panelRadius = 12;
+inline constexpr int cardRadius = 12;
+inline constexpr int controlRadius = 8;
+
+/// The ground of a window: the window colour, a little lighter at the top, with a hairline inside its edge. Opaque,
+/// radius 0 for square corners.
+void paintWindow(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette);
+
+/// A raised piece of the window: a field, a card, a plain button. `strength` 0 to 1 is how far it is hovered.
+void paintSurface(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette, double strength = 0);
+
+/// A filled shape without an edge.
+void paintShape(QPainter& painter, const QRectF& rect, double radius, const QBrush& brush);
+
+/// A line of `width` that lies wholly inside `rect`.
+void paintBorder(QPainter& painter, const QRectF& rect, double radius, const QPen& pen);
+
+} // namespace lapsa::material

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QEasingCurve>
+
+#include <chrono>
+
+class QVariantAnimation;
+
+/// How Lapsa moves: briefly, always slowing down at the end, and not at all where the user does not want it.
+namespace lapsa::motion {
+
+inline constexpr std::chrono::milliseconds hoverDuration{120};
+inline constexpr std::chrono::milliseconds popoverDuration{140};
+inline constexpr std::chrono::milliseconds sheetDuration{160};
+inline constexpr QEasingCurve::Type easing = QEasingCurve::OutCubic;
+
+/// False where the desktop has animations switched off, and where no one can see them (no display).
+[[nodiscard]] bool allowed();
+/// What the desktop says about animations.
+void setAllowedByDesktop(bool allowed);
+
+/// `duration`, or none at all where nothing may move.
+[[nodiscard]] int milliseconds(std::chrono::milliseconds duration);
+
+/// Lets `animation` run from where it stands to `target`; where nothing may move it is there at once.
+void moveTo(QVariantAnimation& animation, double target, std::chrono::milliseconds duration);
+
+} // namespace lapsa::motion

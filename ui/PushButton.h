@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "HoverButton.h"
+
+namespace lapsa {
+
+/// A button with a text, and a symbol before it where one is given.
+class PushButton final : public HoverButton
+{
+    Q_OBJECT
+
+public:
+    enum class Kind
+    {
+        /// What Return does in its surroundings; on the accent colour.
+        Default,
+        Plain,
+        /// Takes something away: its text is red.
+        Destructive,
+    };
+
+    PushButton(const QString& text, Kind kind, QWidget* parent = nullptr);
+    void setSymbol(const QString& symbol);
+
+    [[nodiscard]] Kind kind() const { return m_kind; }
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    [[nodiscard]] QColor foreground() const;
+    void paintGround(QPainter& painter) const;
+
+    Kind m_kind;
+    QString m_symbol;
+};
+
+} // namespace lapsa

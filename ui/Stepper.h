@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QSpinBox>
+#include <QTimer>
+
+namespace lapsa {
+
+/// Steps a number down or up with the two halves of one control; the number itself is shown elsewhere. The keyboard's
+/// arrows, Page, Home and End keys step it too, and a held half repeats.
+class Stepper final : public QSpinBox
+{
+    Q_OBJECT
+
+public:
+    /// `name` is what a screen reader calls it.
+    explicit Stepper(const QString& name, QWidget* parent = nullptr);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+    /// The halves, in this widget's coordinates.
+    [[nodiscard]] QRect decrementRect() const;
+    [[nodiscard]] QRect incrementRect() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    /// -1 or 1 for the half at a place, 0 outside.
+    [[nodiscard]] int halfAt(const QPoint& position) const;
+    void paintHalf(QPainter& painter, int half) const;
+    void stepHeld();
+
+    QTimer m_repeat;
+    int m_hovered = 0;
+    int m_held = 0;
+};
+
+} // namespace lapsa

@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "TextLabel.h"
+
+#include <QEvent>
+#include <QFontMetrics>
+#include <QPainter>
+#include <QStyle>
+#include <QTextLayout>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace lapsa {
+
+TextLabel::TextLabel(const QString& text, const TextStyle& style, ColorRole role, QWidget* parent)
+    : QLabel(text, parent)
+    , m_style(style)
+{
+    setTextFormat(Qt::PlainText);
+    setForegroundRole(paletteRole(role));
+    setFont(fontFor(style));
+    setWordWrap(true);
+}
+
+void TextLabel::setStyle(const TextStyle& style)
+{
+    m_style = style;
+    setFont(fontFor(style));
+}
+
+void TextLabel::setMaximumLines(int lines)
+{
+    m_maximumLines = lines;
+    updateGeometry();
+    update();
+}
+
+void TextLabel::setTabular(bool tabular)
+{
+    m_tabular = tabular;
+    setWordWrap(!tabular);
+    updateGeometry();
+    update();
+}
+
+QSize TextLabel::sizeHint() const
+{
+    if (!m_tabular) {
+        const int width = static_cast<int>(std::ceil(QFontMetricsF(font()).horizontalAdvance(text())));
+        return {width, lineHeight()};
+    }
+    return {static_cast<int>(std::ceil(tabularText::width(text(), font()))), lineHeight()};
+}
+
+QSize TextLabel::minimumSizeHint() const
+{
+    return m_tabular ? sizeHint() : QSize(0, lineHeight());
+}
+
+int TextLabel::heightForWidth(int width) const
+{
+    if (m_tabular) {
+        return lineHeight();
+    }
+    const QRect bounds(0, 0, width, std::numeric_limits<int>::max() / 2);
+    const int height = QFontMetrics(font()).boundingRect(bounds, Qt::TextWordWrap, text()).height();
+    return m_maximumLines > 0 ? std::min(height, m_maximumLines * lineHeight()) : height;
+}
+
+void TextLabel::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setFont(font());
+    painter.setPen(palette().color(foregroundRole()));
+    const Qt::Alignment place = QStyle::visualAlignment(layoutDirection(), alignment());
+    if (m_tabular) {
+        const QRect line = QStyle::alignedRect(Qt::LeftToRight, place, sizeHint(), rect());
+        tabularText::draw(painter, QPointF(line.left(), line.top() + QFontMetricsF(font()).ascent()), text(), font());
+        return;
+    }
+    QString shown = text();
+    if (m_maximumLines > 0) {
+        shown = shortened(shown);
+    }
+    painter.drawText(rect(), static_cast<int>(place | Qt::AlignAbsolute) | Qt::TextWordWrap, shown);
+}
+
+void TextLabel::changeEvent(QEvent* event)
+{
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::ApplicationFontChange) {
+        setFont(fontFor(m_style));
+        updateGeometry();
+    }
+}
+
+int TextLabel::lineHeight() const
+{
+    return QFontMetrics(font()).lineSpacing();
+}
+
+QString TextLabel::shortened(const QString& text) const
+{
+    QTextLayout layout(text, font());
+    layout.beginLayout();
+    for (int line = 0; line < m_maximumLines; ++line) {
+        QTextLine next = layout.createLine();
+        if (!next.isValid()) {
+            break;
+        }
+        next.setLineWidth(width());
+    }
+    layout.endLayout();
+    const QTextLine last = layout.lineAt(layout.lineCount() - 1);
+    if (layout.lineCount() < m_maximumLines || last.textStart() + last.textLength() >= text.size()) {
+        return text;
+    }
+    return text.first(last.textStart()) +
+           QFontMetrics(font()).elidedText(text.sliced(last.textStart()), Qt::ElideRight, width());
+}
+
+} // namespace lapsa

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "TextStyle.h"
+#include "ThemePalette.h"
+
+#include <QLabel>
+
+namespace lapsa {
+
+/// Plain text in a style and a colour role, on as many lines as it needs.
+class TextLabel final : public QLabel
+{
+    Q_OBJECT
+
+public:
+    TextLabel(const QString& text, const TextStyle& style, ColorRole role = ColorRole::Primary,
+              QWidget* parent = nullptr);
+
+    void setStyle(const TextStyle& style);
+    /// Lines beyond these are left out, the last one shown ends in an ellipsis.
+    void setMaximumLines(int lines);
+    /// Digits of equal width, for numbers that run: on one line.
+    void setTabular(bool tabular);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] int heightForWidth(int width) const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    [[nodiscard]] int lineHeight() const;
+    [[nodiscard]] QString shortened(const QString& text) const;
+
+    TextStyle m_style;
+    int m_maximumLines = 0;
+    bool m_tabular = false;
+};
+
+} // namespace lapsa

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Appearance.h"
+
+#include <QColor>
+#include <QPalette>
+
+#include <optional>
+
+namespace lapsa {
+
+/// What a colour is for. Views name roles, never colours.
+enum class ColorRole
+{
+    Window,
+    /// Rows, sheets, cards and fields.
+    Surface,
+    Primary,
+    Secondary,
+    Accent,
+    /// Text and symbols on an accent-coloured ground.
+    OnAccent,
+    Danger,
+    Notice,
+    /// Hairlines.
+    Separator,
+};
+
+/// Text keeps at least this contrast with its ground, symbols the second (WCAG 2.1, levels AA of 1.4.3 and 1.4.11).
+inline constexpr double textContrast = 4.5;
+inline constexpr double symbolContrast = 3.0;
+
+/// The palette of the whole application. A desktop's accent is darkened or lightened until text in it is legible.
+[[nodiscard]] QPalette themePalette(ColorScheme scheme, std::optional<QColor> desktopAccent = std::nullopt);
+
+/// The accent that a desktop's own palette tells; nothing where the palette is the toolkit's, or its accent is a grey.
+[[nodiscard]] std::optional<QColor> accentOf(const QPalette& desktopPalette);
+
+/// Whether a palette is a dark or a light one.
+[[nodiscard]] ColorScheme schemeOf(const QPalette& palette);
+
+/// Where a palette made by themePalette() keeps a role, for widgets that take their colour from there by themselves.
+[[nodiscard]] QPalette::ColorRole paletteRole(ColorRole role);
+/// The colour of a role in a palette made by themePalette().
+[[nodiscard]] QColor themeColor(ColorRole role, const QPalette& palette);
+
+/// `color` with its opacity multiplied, 0 to 1.
+[[nodiscard]] QColor withOpacity(QColor color, double opacity);
+/// What is seen where a translucent colour lies on an opaque ground.
+[[nodiscard]] QColor blended(const QColor& color, const QColor& ground);
+/// The colour at `progress` (0 to 1) on the way between two.
+[[nodiscard]] QColor mixed(const QColor& from, const QColor& to, double progress);
+/// WCAG contrast of two opaque colours, 1 to 21.
+[[nodiscard]] double contrastRatio(const QColor& one, const QColor& other);
+
+} // namespace lapsa

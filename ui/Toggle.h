@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "TextStyle.h"
+
+#include <QCheckBox>
+#include <QVariantAnimation>
+
+namespace lapsa {
+
+/// A check box drawn as a text with a switch at the end of its line. The whole line switches it.
+class Toggle final : public QCheckBox
+{
+    Q_OBJECT
+
+public:
+    explicit Toggle(const QString& text, QWidget* parent = nullptr);
+
+    void setTextStyle(const TextStyle& style);
+    /// With a mode other than ElideNone the text stays on one line and gives way to little room; else it wraps.
+    void setElideMode(Qt::TextElideMode mode);
+    /// What the line says; as setText(), but any name is shown as plain text.
+    void setLabel(const QString& text);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+    [[nodiscard]] bool hasHeightForWidth() const override { return m_elideMode == Qt::ElideNone; }
+
+    [[nodiscard]] int heightForWidth(int width) const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    [[nodiscard]] bool hitButton(const QPoint& position) const override;
+
+private:
+    [[nodiscard]] QRect switchRect() const;
+    void paintSwitch(QPainter& painter) const;
+    void paintLabel(QPainter& painter) const;
+
+    QString m_label;
+    TextStyle m_style = bodyText;
+    Qt::TextElideMode m_elideMode = Qt::ElideNone;
+    QVariantAnimation m_position;
+};
+
+} // namespace lapsa
