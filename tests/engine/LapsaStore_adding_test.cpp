@@ -1,0 +1,387 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "StoreWorld.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <limits>
+
+using namespace lapsa;
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::chrono::minutes lifespanOf(const LapsaItem& item)
+{
+    return std::chrono::duration_cast<std::chrono::minutes>(item.expiresAt - item.addedAt);
+}
+
+QList<QUrl> urlsOf(const QStringList& paths)
+{
+    QList<QUrl> urls;
+    for (const QString& path : paths) {
+        urls += QUrl::fromLocalFile(path);
+    }
+    return urls;
+}
+
+void setRules(test::StoreWorld& world, const QList<LapsaFileTypeRule>& rules)
+{
+    world.changeSettings([&](LapsaSettings& settings) { settings.fileTypeRules = rules; });
+}
+
+} // namespace
+
+class LapsaStore_adding_test final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+
+    void anAddedFileIsAnItemAtTheEndOfTheList()
+    {
+        test::StoreWorld world;
+        const QString path = world.home.makeFile(u"report.odt"_s);
+        world.add(world.home.makeFile(u"first.odt"_s));
+
+        world.store().addFiles(urlsOf({path}));
+
+        QCOMPARE(world.listedNames(), QStringList({u"first.odt"_s, u"report.odt"_s}));
+        const LapsaItem item = world.store().items().last();
+        QCOMPARE(item.path, path);
+        QCOMPARE(item.addedAt, world.time.now());
+        QCOMPARE(item.expiresAt, world.time.now() + 120min);
+        QVERIFY(!item.locked);
+        QVERIFY(!item.fiveMinuteWarningSent);
+        QCOMPARE(item.id, item.id.toUpper());
+        QCOMPARE(item.id.size(), 36);
+    }
+
+    void theListIsSaved300MillisecondsAfterAnAdd()
+    {
+        test::StoreWorld world;
+        world.add(world.home.makeFile(u"a.txt"_s));
+
+        world.time.advance(299ms);
+        QCOMPARE(world.home.dataFile(u"state.json"_s), QByteArray("[]\n"));
+        world.time.advance(1ms);
+        QVERIFY(world.home.dataFile(u"state.json"_s).contains("\"displayName\" : \"a.txt\""));
+    }
+
+    void addingTheSameFileTwiceKeepsOneItem()
+    {
+        test::StoreWorld world;
+        setRules(world, {{.extensionsCSV = u"txt"_s, .lifespanMinutes = 30}});
+        const QString path = world.home.makeFile(u"a.txt"_s);
+        LapsaItem before = world.add(path, 10);
+        world.store().markWarningSent(before.id);
+        world.time.advance(5min);
+
+        world.store().addFiles(urlsOf({path}));
+
+        before.expiresAt = world.time.now() + 30min;
+        QCOMPARE(world.store().items(), QList{before});
+    }
+
+    void theSameFileTwiceInOneAddIsOneItem()
+    {
+        test::StoreWorld world;
+        const QString path = world.home.makeFile(u"a.txt"_s);
+
+        world.store().addFiles(urlsOf({path, world.home.makeFile(u"b.txt"_s), path}));
+
+        QCOMPARE(world.listedNames(), QStringList({u"a.txt"_s, u"b.txt"_s}));
+    }
+
+    void addingALockedItemAgainLeavesItLocked()
+    {
+        test::StoreWorld world;
+        const QString path = world.home.makeFile(u"a.txt"_s);
+        world.store().toggleLock(world.add(path, 10));
+        world.time.advance(5min);
+
+        world.store().addFiles(urlsOf({path}));
+
+        QVERIFY(world.item(path).locked);
+        QCOMPARE(world.item(path).expiresAt, world.time.now() + 120min);
+    }
+
+    void ofTwoItemsWithTheSamePathTheFirstIsRefreshed()
+    {
+        test::StoreWorld world(false);
+        const QString path = world.home.makeFile(u"a.txt"_s);
+        world.home.writeDataFile(u"state.json"_s, R"([
+            {"addedAt":"2026-01-01T00:00:00Z","displayName":"one","expiresAt":"2026-01-02T00:00:00Z",
+             "fiveMinuteWarningSent":true,"id":"1","locked":false,"path":")" +
+                                                      path.toUtf8() + R"("},
+            {"addedAt":"2026-01-01T00:00:00Z","displayName":"two","expiresAt":"2026-01-02T00:00:00Z",
+             "fiveMinuteWarningSent":true,"id":"2","locked":false,"path":")" +
+                                                      path.toUtf8() + R"("}])");
+        world.start();
+        const LapsaItem second = world.store().items().at(1);
+
+        for (const QStringList& paths : {QStringList{path}, QStringList{path, path}}) {
+            world.store().addFiles(urlsOf(paths));
+
+            QCOMPARE(world.store().items().size(), 2);
+            QCOMPARE(world.store().items().first().expiresAt, world.time.now() + 120min);
+            QCOMPARE(world.store().items().at(1), second);
+        }
+    }
+
+    void aFolderGetsTheDefaultLifespanWhateverItsName()
+    {
+        test::StoreWorld world;
+
+        world.store().addFiles(urlsOf({world.home.makeFolder(u"photos.jpg"_s), world.home.makeFile(u"photo.jpg"_s)}));
+
+        QCOMPARE(lifespanOf(world.store().items().at(0)), 120min);
+        QCOMPARE(lifespanOf(world.store().items().at(1)), 43200min);
+    }
+
+    void aLinkToAFolderCountsAsAFolder()
+    {
+        test::StoreWorld world;
+        const QString link = world.home.path(u"link.jpg"_s);
+        QVERIFY(QFile::link(world.home.makeFolder(u"photos"_s), link));
+
+        world.store().addFiles(urlsOf({link}));
+
+        QCOMPARE(world.store().items().first().path, link);
+        QCOMPARE(lifespanOf(world.item(link)), 120min);
+    }
+
+    void aFileWithoutAnExtensionGetsTheDefaultLifespan()
+    {
+        test::StoreWorld world;
+        setRules(world, {{.extensionsCSV = u", ,"_s, .lifespanMinutes = 7}});
+
+        world.store().addFiles(urlsOf({world.home.makeFile(u"Makefile"_s)}));
+
+        QCOMPARE(lifespanOf(world.store().items().first()), 120min);
+    }
+
+    void theFirstEnabledRuleDecides()
+    {
+        test::StoreWorld world;
+        setRules(world, {{.extensionsCSV = u".pdf"_s, .lifespanMinutes = 5, .enabled = false},
+                         {.extensionsCSV = u".pdf"_s, .lifespanMinutes = 7},
+                         {.extensionsCSV = u".pdf"_s, .lifespanMinutes = 9}});
+
+        world.store().addFiles(urlsOf({world.home.makeFile(u"Report.PDF"_s)}));
+
+        QCOMPARE(lifespanOf(world.store().items().first()), 7min);
+    }
+
+    void aRulesLifespanIsBounded_data()
+    {
+        QTest::addColumn<qint64>("given");
+        QTest::addColumn<qint64>("expected");
+
+        QTest::newRow("a rule of 0 minutes gives 1 minute") << qint64{0} << qint64{1};
+        QTest::newRow("a rule of 600000 minutes gives 525600") << qint64{600000} << qint64{525600};
+    }
+
+    void aRulesLifespanIsBounded()
+    {
+        QFETCH(qint64, given);
+        test::StoreWorld world;
+        LapsaSettings settings = world.store().settings();
+        settings.fileTypeRules = {{.extensionsCSV = u".pdf"_s, .lifespanMinutes = given}};
+        world.settingsStore().setSettings(settings); // past the store, which would clamp
+
+        world.store().addFiles(urlsOf({world.home.makeFile(u"a.pdf"_s)}));
+
+        QTEST(qint64{lifespanOf(world.store().items().first()).count()}, "expected");
+    }
+
+    void aFixedLifespanIsTakenAtItsWordFromOneMinuteUp_data()
+    {
+        QTest::addColumn<qint64>("given");
+        QTest::addColumn<qint64>("expected");
+
+        QTest::newRow("0 minutes give 1 minute") << qint64{0} << qint64{1};
+        QTest::newRow("a negative lifespan gives 1 minute") << qint64{-10} << qint64{1};
+        QTest::newRow("600000 minutes are given in full") << qint64{600000} << qint64{600000};
+    }
+
+    void aFixedLifespanIsTakenAtItsWordFromOneMinuteUp()
+    {
+        QFETCH(qint64, given);
+        test::StoreWorld world;
+
+        const LapsaItem item = world.add(world.home.makeFile(u"a.zip"_s), given);
+
+        QTEST(qint64{lifespanOf(item).count()}, "expected");
+    }
+
+    void aDefaultBeyondAYearIsUsedInFullWhereNoRuleIsAsked()
+    {
+        test::StoreWorld world;
+        LapsaSettings settings = world.store().settings();
+        settings.defaultExpirationMinutes = 600000;
+        world.settingsStore().setSettings(settings); // past the store, which would clamp
+
+        world.store().addFiles(urlsOf({world.home.makeFile(u"a.odt"_s)}), {.applyFileTypeRules = false});
+        world.store().addFiles(urlsOf({world.home.makeFile(u"b.odt"_s)}));
+
+        QCOMPARE(lifespanOf(world.store().items().at(0)), 600000min);
+        QCOMPARE(lifespanOf(world.store().items().at(1)), 525600min);
+    }
+
+    void withoutTheRulesAFileGetsTheDefaultLifespan()
+    {
+        test::StoreWorld world;
+
+        world.store().addFiles(urlsOf({world.home.makeFile(u"a.zip"_s)}), {.applyFileTypeRules = false});
+
+        QCOMPARE(lifespanOf(world.store().items().first()), 120min);
+    }
+
+    void aListInWhichNothingExistsChangesNothing()
+    {
+        test::StoreWorld world;
+        world.store().setLastMessage(u"message"_s);
+        QSignalSpy announcements(&world.store(), &LapsaStore::willChange);
+        QFile::remove(world.home.dataPath(u"state.json"_s));
+
+        world.store().addFiles(urlsOf({world.home.path(u"missing"_s)}));
+        world.store().addFiles({});
+        world.letSavesPass();
+
+        QVERIFY(world.store().items().isEmpty());
+        QCOMPARE(world.store().lastMessage(), std::optional(u"message"_s));
+        QCOMPARE(announcements.size(), 0);
+        QVERIFY(world.home.dataFile(u"state.json"_s).isNull());
+    }
+
+    void anAddClearsTheMessage()
+    {
+        test::StoreWorld world;
+        world.store().setLastMessage(u"message"_s);
+
+        world.add(world.home.makeFile(u"a.txt"_s));
+
+        QCOMPARE(world.store().lastMessage(), std::nullopt);
+    }
+
+    void whatDoesNotExistIsSkippedAndTheRestIsAddedInOrder()
+    {
+        test::StoreWorld world;
+        const QString dangling = world.home.path(u"dangling"_s);
+        QVERIFY(QFile::link(world.home.path(u"nowhere"_s), dangling));
+
+        world.store().addFiles(urlsOf(
+            {world.home.makeFile(u"b"_s), world.home.path(u"missing"_s), dangling, world.home.makeFile(u"a"_s)}));
+
+        QCOMPARE(world.listedNames(), QStringList({u"b"_s, u"a"_s}));
+    }
+
+    void pathsAreComparedToTheLetter()
+    {
+        test::StoreWorld world;
+
+        world.store().addFiles(urlsOf({world.home.makeFile(u"A.txt"_s), world.home.makeFile(u"a.txt"_s)}));
+
+        QCOMPARE(world.store().items().size(), 2);
+    }
+
+    void aPathIsStandardisedButItsLinksAreKept()
+    {
+        test::StoreWorld world;
+        const QString path = world.home.makeFile(u"folder/a.txt"_s);
+        QVERIFY(QFile::link(world.home.path(u"folder"_s), world.home.path(u"link"_s)));
+
+        world.store().addFiles(urlsOf({world.home.path(u"folder/./sub/../a.txt"_s), world.home.path(u"folder//a.txt"_s),
+                                       world.home.path(u"link/a.txt"_s)}));
+
+        QCOMPARE(world.store().items().size(), 2);
+        QCOMPARE(world.store().items().at(0).path, path);
+        QCOMPARE(world.store().items().at(1).path, world.home.path(u"link/a.txt"_s));
+    }
+
+    void oddNamesAreAddedAsTheyAre_data()
+    {
+        QTest::addColumn<QString>("name");
+
+        QTest::newRow("a line break") << u"a\nb.txt"_s;
+        QTest::newRow("a percent sign") << u"100%25 %s.txt"_s;
+        QTest::newRow("quotes") << u"\"it's\".txt"_s;
+        QTest::newRow("a backslash") << u"a\\b.txt"_s;
+        QTest::newRow("a hash and a question mark") << u"#1?.txt"_s;
+        QTest::newRow("255 bytes") << QString(251, u'x') + u".txt";
+        QTest::newRow("beyond ASCII") << u"verrà 漢字 🗂.txt"_s;
+        QTest::newRow("a leading dash") << u"-style"_s;
+        QTest::newRow("blanks at both ends") << u" a "_s;
+    }
+
+    void oddNamesAreAddedAsTheyAre()
+    {
+        QFETCH(QString, name);
+        test::StoreWorld world;
+        const QString path = world.home.makeFile(u"folder/"_s + name);
+
+        world.store().addFiles(urlsOf({path}));
+        world.letSavesPass();
+        const QList<LapsaItem> items = world.store().items();
+        world.start();
+
+        QCOMPARE(world.item(path).displayName, name);
+        QCOMPARE(world.item(path).id, items.first().id);
+    }
+
+    void aNameThatIsNotUtf8IsSkippedAndNotTakenForAnother()
+    {
+        test::StoreWorld world;
+        const QByteArray folder = world.home.makeFolder(u"folder"_s).toUtf8();
+        QCOMPARE(QProcess::execute(u"/bin/sh"_s,
+                                   {u"-c"_s, u"touch \"$0/$(printf 'caf\\351')\""_s, QString::fromUtf8(folder)}),
+                 0);
+        world.home.makeFile(u"folder/caf\uFFFD"_s);
+
+        world.store().addFiles({QUrl::fromEncoded("file://" + folder + "/caf%E9")});
+
+        QVERIFY(world.store().items().isEmpty());
+    }
+
+    void whatIsNoLocalFileIsSkipped()
+    {
+        test::StoreWorld world;
+        const QString path = world.home.makeFile(u"a.txt"_s);
+
+        world.store().addFiles({QUrl(u"https://example.org"_s + path), QUrl(u"file://elsewhere"_s + path),
+                                QUrl(u"trash:///a.txt"_s), QUrl(), QUrl::fromLocalFile(u"a.txt"_s)});
+
+        QVERIFY(world.store().items().isEmpty());
+    }
+
+    void aLifespanThatOverflowsEndsTheProcess()
+    {
+        // The only way to see an end of the process is to be another one.
+        if (qEnvironmentVariableIsSet("LAPSA_TEST_OVERFLOW")) {
+            test::StoreWorld world;
+            world.add(world.home.makeFile(u"a.txt"_s), std::numeric_limits<std::int64_t>::max());
+            return;
+        }
+        QProcess child;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"LAPSA_TEST_OVERFLOW"_s, u"1"_s);
+        child.setProcessEnvironment(environment);
+
+        child.start(QCoreApplication::applicationFilePath(), {u"aLifespanThatOverflowsEndsTheProcess"_s});
+
+        QVERIFY(child.waitForFinished());
+        QVERIFY(child.exitStatus() == QProcess::CrashExit || child.exitCode() != 0);
+        QVERIFY(child.readAll().contains("does not fit"));
+    }
+};
+
+QTEST_GUILESS_MAIN(LapsaStore_adding_test)
+
+#include "LapsaStore_adding_test.moc"

@@ -1,0 +1,390 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileSystem.h"
+#include "LogCapture.h"
+#include "StoreWorld.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+using namespace lapsa;
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr TimePoint longAgo = std::chrono::sys_days{std::chrono::year{2000} / 1 / 1};
+
+/// Watches the folder "watched" of the home with a rule made of the defaults and `change`.
+void watch(test::StoreWorld& world, const std::function<void(LapsaAutoCleanFolderRule&)>& change = {})
+{
+    LapsaAutoCleanFolderRule rule{.folderPath = world.home.makeFolder(u"watched"_s), .createdAt = longAgo};
+    if (change) {
+        change(rule);
+    }
+    world.changeSettings([&](LapsaSettings& settings) { settings.autoCleanFolders.push_back(rule); });
+}
+
+QStringList sorted(QStringList names)
+{
+    names.sort();
+    return names;
+}
+
+std::chrono::microseconds lifespan(const LapsaItem& item)
+{
+    return item.expiresAt - item.addedAt;
+}
+
+/// The birth time that the file system keeps of a path.
+TimePoint birthTime(const QString& path)
+{
+    std::optional<TimePoint> time;
+    const qsizetype slash = path.lastIndexOf(u'/');
+    const auto listed = fileSystem::forEachVisibleEntry(path.left(slash), [&](const fileSystem::FolderEntry& entry) {
+        if (entry.name() == QStringView(path).sliced(slash + 1)) {
+            time = entry.creationDate();
+        }
+    });
+    return listed && time ? *time : distantPast;
+}
+
+} // namespace
+
+class LapsaStore_autoclean_test final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+
+    void newFilesOfAWatchedFolderArePutOnCountdown()
+    {
+        test::StoreWorld world;
+        watch(world);
+        world.home.makeFile(u"watched/a.txt"_s);
+        world.home.makeFile(u"watched/b.txt"_s);
+
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(sorted(world.listedNames()), QStringList({u"a.txt"_s, u"b.txt"_s}));
+        QCOMPARE(world.item(world.home.path(u"watched/a.txt"_s)).addedAt, world.time.now());
+        world.letSavesPass();
+        QVERIFY(world.home.dataFile(u"state.json"_s).contains("a.txt"));
+    }
+
+    void whilePausedNothingIsPutOnCountdown()
+    {
+        test::StoreWorld world;
+        watch(world);
+        world.home.makeFile(u"watched/a.txt"_s);
+        world.changeSettings([](LapsaSettings& settings) { settings.pauseAllCountdowns = true; });
+
+        world.store().scanAutoCleanFolders();
+        QCOMPARE(world.listedNames(), QStringList());
+        world.changeSettings([](LapsaSettings& settings) { settings.pauseAllCountdowns = false; });
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(world.listedNames(), QStringList{u"a.txt"_s});
+    }
+
+    void hiddenFilesAndFoldersAreNeverTaken()
+    {
+        test::StoreWorld world;
+        watch(world, [](LapsaAutoCleanFolderRule& rule) { rule.includeExistingFiles = true; });
+        world.home.makeFile(u"watched/.hidden"_s);
+        world.home.makeFile(u"watched/folder/a.txt"_s);
+        QVERIFY(QFile::link(world.home.path(u"watched/folder"_s), world.home.path(u"watched/link to folder"_s)));
+        QVERIFY(QFile::link(world.home.path(u"nowhere"_s), world.home.path(u"watched/dangling"_s)));
+
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(world.listedNames(), QStringList());
+    }
+
+    void aLinkToAFileIsTakenAsItself()
+    {
+        test::StoreWorld world;
+        watch(world);
+        const QString outside = world.home.makeFile(u"outside.txt"_s);
+        QVERIFY(QFile::link(outside, world.home.path(u"watched/link"_s)));
+
+        world.store().scanAutoCleanFolders();
+        QCOMPARE(world.store().items().first().path, world.home.path(u"watched/link"_s));
+        world.time.advance(24h);
+        world.store().deleteExpiredItems();
+
+        QVERIFY(QFile::exists(outside));
+        QCOMPARE(world.home.names(u"watched"_s), QStringList());
+    }
+
+    void theDateOfCreationDecidesToTheInstant_data()
+    {
+        QTest::addColumn<int>("microseconds");
+        QTest::addColumn<bool>("taken");
+
+        QTest::newRow("the rule is of the same instant") << 0 << true;
+        QTest::newRow("the rule is older") << -1 << true;
+        QTest::newRow("the rule is newer") << 1 << false;
+    }
+
+    void theDateOfCreationDecidesToTheInstant()
+    {
+        QFETCH(int, microseconds);
+        QFETCH(bool, taken);
+        test::StoreWorld world;
+        const TimePoint created = birthTime(world.home.makeFile(u"watched/a.txt"_s));
+        if (created == distantPast) {
+            QSKIP("This file system keeps no birth times");
+        }
+        watch(world, [&](LapsaAutoCleanFolderRule& rule) {
+            rule.createdAt = created + std::chrono::microseconds{microseconds};
+        });
+
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(world.store().items().size(), taken ? 1 : 0);
+    }
+
+    void includingExistingFilesLaterTakesThemAll()
+    {
+        test::StoreWorld world;
+        world.home.makeFile(u"watched/old.txt"_s);
+        watch(world, [](LapsaAutoCleanFolderRule& rule) { rule.createdAt = distantFuture; });
+        world.store().scanAutoCleanFolders();
+        QCOMPARE(world.listedNames(), QStringList());
+
+        world.changeSettings([](LapsaSettings& settings) { settings.autoCleanFolders[0].includeExistingFiles = true; });
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(world.listedNames(), QStringList{u"old.txt"_s});
+    }
+
+    void withTheRulesOnTheFoldersOwnLifespanIsNotUsed()
+    {
+        test::StoreWorld world;
+        watch(world, [](LapsaAutoCleanFolderRule& rule) { rule.lifespanMinutes = 7; });
+        const QString plain = world.home.makeFile(u"watched/a.odt"_s);
+        const QString archive = world.home.makeFile(u"watched/a.zip"_s);
+
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(lifespan(world.item(plain)), 120min);
+        QCOMPARE(lifespan(world.item(archive)), 10080min);
+    }
+
+    void withTheRulesOffEveryFileGetsTheFoldersLifespan()
+    {
+        test::StoreWorld world;
+        watch(world, [](LapsaAutoCleanFolderRule& rule) {
+            rule.lifespanMinutes = 7;
+            rule.applyFileTypeRules = false;
+        });
+        const QString archive = world.home.makeFile(u"watched/a.zip"_s);
+
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(lifespan(world.item(archive)), 7min);
+    }
+
+    void aFileOnCountdownIsNotAddedAgain()
+    {
+        test::StoreWorld world;
+        watch(world);
+        world.home.makeFile(u"watched/a.txt"_s);
+        world.store().scanAutoCleanFolders();
+        const QList<LapsaItem> before = world.store().items();
+        world.time.advance(1min);
+
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(world.store().items(), before);
+    }
+
+    void aFileOnCountdownIsKnownHoweverTheFolderIsWritten()
+    {
+        test::StoreWorld world;
+        watch(world, [&](LapsaAutoCleanFolderRule& rule) { rule.folderPath = world.home.path(u"x/..//watched/"_s); });
+        world.home.makeFile(u"watched/a.txt"_s);
+        world.store().scanAutoCleanFolders();
+        const QList<LapsaItem> before = world.store().items();
+        QCOMPARE(before.size(), 1);
+        world.time.advance(1min);
+
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(world.store().items(), before);
+    }
+
+    void aFileTakenOffTheListIsTakenAgainByTheNextScan()
+    {
+        test::StoreWorld world;
+        watch(world);
+        world.home.makeFile(u"watched/a.txt"_s);
+        world.store().scanAutoCleanFolders();
+
+        world.store().removeFromList(world.store().items().first());
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(world.listedNames(), QStringList{u"a.txt"_s});
+    }
+
+    void foldersThatCannotBeScannedArePassedOverWithoutAWord()
+    {
+        test::StoreWorld world;
+        for (const QString& path : {QString(), u"watched"_s, world.home.path(u"missing"_s),
+                                    world.home.makeFile(u"a file"_s), u"relative/folder"_s}) {
+            watch(world, [&](LapsaAutoCleanFolderRule& rule) { rule.folderPath = path; });
+        }
+        watch(world, [](LapsaAutoCleanFolderRule& rule) { rule.enabled = false; });
+        world.home.makeFile(u"watched/a.txt"_s);
+        const test::LogCapture log;
+
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(world.listedNames(), QStringList());
+        QCOMPARE(log.lines(), QStringList());
+    }
+
+    void theScanLeavesTheRulesAndTheSettingsFileAlone()
+    {
+        test::StoreWorld world;
+        watch(world);
+        world.home.makeFile(u"watched/a.txt"_s);
+        const LapsaSettings before = world.store().settings();
+        QFile::remove(world.home.dataPath(u"settings.json"_s));
+
+        world.store().scanAutoCleanFolders();
+        world.letSavesPass();
+
+        QCOMPARE(world.store().settings(), before);
+        QVERIFY(world.home.dataFile(u"settings.json"_s).isNull());
+    }
+
+    void lapsasOwnFilesAreNeverTaken_data()
+    {
+        QTest::addColumn<QString>("folder");
+
+        QTest::newRow("the data folder") << u".local/share/Lapsa"_s;
+        QTest::newRow("the recovery folder") << u".local/share/Lapsa/Recovery"_s;
+        QTest::newRow("the data folder behind a link") << u"link"_s;
+    }
+
+    void lapsasOwnFilesAreNeverTaken()
+    {
+        QFETCH(QString, folder);
+        test::StoreWorld world;
+        QVERIFY(QFile::link(world.home.dataPath(), world.home.path(u"link"_s)));
+        world.home.makeFile(u".local/share/Lapsa/Recovery/parked.txt"_s);
+        watch(world, [&](LapsaAutoCleanFolderRule& rule) {
+            rule.folderPath = world.home.path(folder);
+            rule.includeExistingFiles = true;
+        });
+
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(world.listedNames(), QStringList());
+    }
+
+    void twoFoldersAreScannedInTheirOrder()
+    {
+        test::StoreWorld world;
+        watch(world, [&](LapsaAutoCleanFolderRule& rule) { rule.folderPath = world.home.makeFolder(u"second"_s); });
+        watch(world);
+        world.home.makeFile(u"watched/a.txt"_s);
+        world.home.makeFile(u"second/b.txt"_s);
+
+        world.store().scanAutoCleanFolders();
+
+        QCOMPARE(world.listedNames(), QStringList({u"b.txt"_s, u"a.txt"_s}));
+    }
+
+    void aNewFileTypeRuleIsEmptyAndSaved()
+    {
+        test::StoreWorld world;
+
+        world.store().addFileTypeRule();
+        world.letSavesPass();
+
+        const LapsaFileTypeRule rule = world.store().settings().fileTypeRules.last();
+        QCOMPARE(world.store().settings().fileTypeRules.size(), 4);
+        QCOMPARE(rule.extensionsCSV, QString());
+        QCOMPARE(rule.lifespanMinutes, 120);
+        QVERIFY(rule.enabled);
+        QVERIFY(world.home.dataFile(u"settings.json"_s).contains(rule.id.toByteArray(QUuid::WithoutBraces).toUpper()));
+    }
+
+    void aFileTypeRuleIsRemovedByItsId()
+    {
+        test::StoreWorld world;
+        const QList<LapsaFileTypeRule> rules = world.store().settings().fileTypeRules;
+
+        world.store().removeFileTypeRule(rules[1].id);
+        world.store().removeFileTypeRule(QUuid::createUuid());
+
+        QCOMPARE(world.store().settings().fileTypeRules, (QList{rules[0], rules[2]}));
+    }
+
+    void aNewFolderIsWatchedFromNowOn()
+    {
+        test::StoreWorld world;
+        const QString folder = world.home.makeFolder(u"watched"_s);
+
+        world.store().addAutoCleanFolder(QUrl::fromLocalFile(folder));
+
+        const LapsaAutoCleanFolderRule rule = world.store().settings().autoCleanFolders.last();
+        const LapsaAutoCleanFolderRule expected{.id = rule.id, .folderPath = folder, .createdAt = world.time.now()};
+        QCOMPARE(rule, expected);
+        QCOMPARE(rule.lifespanMinutes, 10080);
+        QCOMPARE(rule.lastScanAt, distantPast);
+    }
+
+    void theSameFolderIsNeverAddedTwice()
+    {
+        test::StoreWorld world;
+        const QString folder = world.home.makeFolder(u"Watched"_s);
+        world.store().addAutoCleanFolder(QUrl::fromLocalFile(folder));
+        world.letSavesPass();
+        QFile::remove(world.home.dataPath(u"settings.json"_s));
+
+        world.store().addAutoCleanFolder(QUrl::fromLocalFile(folder));
+        world.store().addAutoCleanFolder(QUrl::fromLocalFile(folder + u'/'));
+        world.letSavesPass();
+        QCOMPARE(world.store().settings().autoCleanFolders.size(), 1);
+        QVERIFY(world.home.dataFile(u"settings.json"_s).isNull());
+
+        world.store().addAutoCleanFolder(QUrl::fromLocalFile(world.home.makeFolder(u"watched"_s)));
+        QCOMPARE(world.store().settings().autoCleanFolders.size(), 2);
+    }
+
+    void removingAFolderLeavesItsItemsOnCountdown()
+    {
+        test::StoreWorld world;
+        watch(world);
+        world.home.makeFile(u"watched/a.txt"_s);
+        world.store().scanAutoCleanFolders();
+
+        world.store().removeAutoCleanFolder(world.store().settings().autoCleanFolders.first().id);
+        world.letSavesPass();
+
+        QVERIFY(world.store().settings().autoCleanFolders.isEmpty());
+        QCOMPARE(world.listedNames(), QStringList{u"a.txt"_s});
+    }
+
+    void editingTheRulesClampsThem()
+    {
+        test::StoreWorld world;
+        LapsaSettings odd = world.store().settings();
+        odd.fileTypeRules[0].lifespanMinutes = 0;
+        world.settingsStore().setSettings(odd); // past the store, which would clamp
+
+        world.store().addFileTypeRule();
+
+        QCOMPARE(world.store().settings().fileTypeRules[0].lifespanMinutes, 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(LapsaStore_autoclean_test)
+
+#include "LapsaStore_autoclean_test.moc"

@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "Privileges.h"
+
+#include <QDir>
+
+#include <grp.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace lapsa::test {
+
+namespace {
+
+void check(int result, const char* what)
+{
+    if (result != 0) {
+        qFatal("%s: %s", what, qPrintable(qt_error_string(errno)));
+    }
+}
+
+/// Once a process: from then on its mounts are its own.
+bool ownMounts()
+{
+    static const bool own = ::geteuid() == 0 && ::unshare(CLONE_NEWNS) == 0 &&
+                            ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    return own;
+}
+
+} // namespace
+
+bool PrivateMounts::available()
+{
+    return ownMounts();
+}
+
+PrivateMounts::PrivateMounts()
+{
+    if (!available()) {
+        qFatal("no mounts without root");
+    }
+}
+
+PrivateMounts::~PrivateMounts()
+{
+    while (!m_mounted.isEmpty()) {
+        ::umount2(m_mounted.takeLast().toUtf8().constData(), MNT_DETACH);
+    }
+}
+
+void PrivateMounts::mountTemporary(const QString& folder, const QByteArray& options)
+{
+    QDir().mkpath(folder);
+    check(::mount("tmpfs", folder.toUtf8().constData(), "tmpfs", 0, options.constData()), "mount");
+    m_mounted.push_back(folder);
+}
+
+void PrivateMounts::bind(const QString& from, const QString& to)
+{
+    check(::mount(from.toUtf8().constData(), to.toUtf8().constData(), nullptr, MS_BIND, nullptr), "bind");
+    m_mounted.push_back(to);
+}
+
+void PrivateMounts::makeReadOnly(const QString& mountPoint)
+{
+    check(::mount(nullptr, mountPoint.toUtf8().constData(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr),
+          "remount");
+}
+
+void PrivateMounts::unmount(const QString& mountPoint)
+{
+    check(::umount2(mountPoint.toUtf8().constData(), MNT_DETACH), "umount");
+    m_mounted.removeAll(mountPoint);
+}
+
+int asOrdinaryUser(const std::function<int()>& work)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const bool dropped = ::setgroups(0, nullptr) == 0 && ::setgid(ordinaryUser) == 0 && ::setuid(ordinaryUser) == 0;
+        ::_exit(dropped ? work() : 255);
+    }
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    if (!WIFEXITED(status)) {
+        qFatal("the other user's process died");
+    }
+    return WEXITSTATUS(status);
+}
+
+void giveToOrdinaryUser(const QString& path)
+{
+    check(::lchown(path.toUtf8().constData(), ordinaryUser, ordinaryUser), "lchown");
+}
+
+} // namespace lapsa::test
