@@ -14,6 +14,7 @@
 #include <sys/wait.h>
 
 #include <csignal>
+#include <tuple>
 #include <vector>
 
 namespace lapsa {
@@ -32,7 +33,7 @@ public:
     {
         connect(&m_notifier, &QSocketNotifier::activated, this, [this] {
             m_notifier.setEnabled(false);
-            retrying([this] { return ::waitpid(m_child, nullptr, WNOHANG); });
+            std::ignore = retrying([this] { return ::waitpid(m_child, nullptr, WNOHANG); });
             deleteLater();
         });
     }

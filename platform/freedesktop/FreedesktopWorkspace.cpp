@@ -6,6 +6,7 @@
 #include "DetachedProcess.h"
 #include "FileUri.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
