@@ -5,7 +5,8 @@
 
 #include "SystemLog.h"
 
-#include <QtLogging>
+#include <QString>
+#include <QtGlobal>
 
 #include <cstdlib>
 

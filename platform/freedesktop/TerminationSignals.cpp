@@ -8,7 +8,6 @@
 #include <sys/signalfd.h>
 
 #include <csignal>
-#include <tuple>
 
 namespace lapsa {
 
