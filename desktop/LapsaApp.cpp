@@ -1,0 +1,199 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "AppDelegate.h"
+#include "AppPaths.h"
+#include "DataFolderLock.h"
+#include "FreedesktopAppearance.h"
+#include "FreedesktopNotificationCentre.h"
+#include "FreedesktopWorkspace.h"
+#include "LaunchArguments.h"
+#include "QtMainQueue.h"
+#include "QtPasteboard.h"
+#include "QuietMessages.h"
+#include "SessionApplication.h"
+#include "SystemClock.h"
+#include "SystemLog.h"
+#include "TerminationSignals.h"
+#include "ThemePalette.h"
+
+#include <QApplication>
+
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <climits>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+
+namespace lapsa {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// How long a predecessor may take to end: it writes three files.
+constexpr std::chrono::milliseconds predecessorPatience{2000};
+
+QList<QUrl> filesToOpen(int argc, char** argv)
+{
+    QList<QByteArray> arguments;
+    for (int i = 1; i < argc; ++i) {
+        arguments.push_back(argv[i]);
+    }
+    std::array<char, PATH_MAX> folder{};
+    const bool known = ::getcwd(folder.data(), folder.size()) != nullptr;
+    return filesOfArguments(arguments, known ? QByteArray(folder.data()) : QByteArray());
+}
+
+/// A setting of the toolkit that is read from the environment while it comes up, and is not passed on to the programs
+/// that are started later. What the user has set stays.
+class EnvironmentDefault final
+{
+public:
+    EnvironmentDefault(const char* name, const char* value)
+        : m_name(name)
+        , m_setByUser(qEnvironmentVariableIsSet(name))
+    {
+        if (!m_setByUser) {
+            qputenv(name, value);
+        }
+    }
+
+    EnvironmentDefault(const EnvironmentDefault&) = delete;
+    EnvironmentDefault& operator=(const EnvironmentDefault&) = delete;
+
+    ~EnvironmentDefault()
+    {
+        if (!m_setByUser) {
+            qunsetenv(m_name);
+        }
+    }
+
+private:
+    const char* m_name;
+    bool m_setByUser;
+};
+
+bool hasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
+std::unique_ptr<QApplication> makeApplication(int& argc, char** argv)
+{
+    // On a Wayland session through XWayland where there is one: a program may not place its own windows otherwise.
+    const bool wayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    const bool x11 = !qEnvironmentVariableIsEmpty("DISPLAY");
+    std::optional<EnvironmentDefault> platform;
+    if (wayland && x11) {
+        platform.emplace("QT_QPA_PLATFORM", "xcb;wayland");
+    }
+    // Nothing here is drawn by OpenGL, and its drivers would be the larger part of the process.
+    const EnvironmentDefault drawing("QT_XCB_GL_INTEGRATION", "none");
+    return std::make_unique<QApplication>(argc, argv);
+}
+
+/// Without a display nothing can be shown, but an application that runs elsewhere in the session can take the files.
+int handOverOnly(int argc, char** argv)
+{
+    const QList<QUrl> files = filesToOpen(argc, argv);
+    int arguments = 1;
+    const QCoreApplication application(arguments, argv);
+    SessionApplication session;
+    if (session.handOver(files) == SessionApplication::Role::HandedOver) {
+        return EXIT_SUCCESS;
+    }
+    systemLog(u"Lapsa cannot start: there is no display"_s);
+    return EXIT_FAILURE;
+}
+
+/// The delegate while the application runs. The toolkit calls exit() when the X server goes away, so that main() is not
+/// returned to.
+AppDelegate* runningDelegate = nullptr;
+
+void terminateAtExit()
+{
+    if (runningDelegate != nullptr) {
+        runningDelegate->applicationWillTerminate();
+    }
+}
+
+int runApplication(const QApplication& application, SessionApplication& session, const QList<QUrl>& files)
+{
+    SystemClock clock;
+    QtMainQueue mainQueue;
+    FreedesktopAppearance appearance([](ColorScheme scheme) { return themePalette(scheme); });
+    FreedesktopWorkspace workspace;
+    QtPasteboard pasteboard;
+    FreedesktopNotificationCentre notificationCentre;
+    AppDelegate delegate({clock, mainQueue, appearance, workspace, pasteboard, notificationCentre});
+
+    const TerminationSignals terminationSignals;
+    QObject::connect(&terminationSignals, &TerminationSignals::received, &delegate, &AppDelegate::quit);
+    QObject::connect(&application, &QApplication::commitDataRequest, &delegate, &AppDelegate::saveEverything,
+                     Qt::DirectConnection);
+    QObject::connect(&application, &QApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
+
+    delegate.applicationDidFinishLaunching();
+    runningDelegate = &delegate;
+    std::atexit(terminateAtExit);
+    if (!files.isEmpty()) {
+        delegate.applicationOpen(files);
+    }
+    session.setHandlers({.open = [&delegate](const QList<QUrl>& urls) { delegate.applicationOpen(urls); }});
+    QuietMessages::startupDone();
+
+    const int status = QApplication::exec();
+    delegate.applicationWillTerminate();
+    runningDelegate = nullptr;
+    return status;
+}
+
+int launch(int argc, char** argv)
+{
+    TerminationSignals::hold();
+    QuietMessages::install();
+    QCoreApplication::setApplicationName(u"Lapsa"_s);
+    if (!hasDisplay()) {
+        return handOverOnly(argc, argv);
+    }
+
+    const QList<QUrl> files = filesToOpen(argc, argv);
+    // The toolkit has options of its own; here every argument is a file.
+    int arguments = 1;
+    QGuiApplication::setDesktopFileName(u"org.lapsa.Lapsa"_s);
+    QApplication::setStyle(u"Fusion"_s);
+    const auto application = makeApplication(arguments, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    SessionApplication session;
+    switch (session.claim(files)) {
+    case SessionApplication::Role::HandedOver:
+        return EXIT_SUCCESS;
+    case SessionApplication::Role::Unanswered:
+        systemLog(u"Lapsa is running already, but does not answer"_s);
+        return EXIT_FAILURE;
+    case SessionApplication::Role::First:
+    case SessionApplication::Role::NoBus:
+        break;
+    }
+    const DataFolderLock lock(AppPaths::applicationSupportDirectory().toLocalFile(), predecessorPatience);
+    if (lock.takenByAnother()) {
+        systemLog(u"Lapsa cannot start: another one works on the same data folder"_s);
+        return EXIT_FAILURE;
+    }
+    return runApplication(*application, session, files);
+}
+
+} // namespace
+
+} // namespace lapsa
+
+int main(int argc, char** argv)
+{
+    return lapsa::launch(argc, argv);
+}

@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QUrl>
+
+namespace lapsa {
+
+/// The files that the arguments of a start name, in their order: paths, taken from `workingFolder` where they are
+/// relative, and file URLs. There are no options: whatever an argument looks like, it names a file. One that is no
+/// valid UTF-8 is skipped. Whether there is such a file is not asked here.
+[[nodiscard]] QList<QUrl> filesOfArguments(const QList<QByteArray>& arguments, const QByteArray& workingFolder);
+
+} // namespace lapsa
