@@ -1,0 +1,107 @@
+# SPDX-FileCopyrightText: The Lapsa authors
+# SPDX-License-Identifier: MIT
+# shellcheck shell=bash
+#
+# What the tools share. To be sourced, after `set -euo pipefail`.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+say() { printf '%s\n' "$*" >&2; }
+
+fail() {
+    say "${0##*/}: $*"
+    exit 1
+}
+
+# Compilers, Qt and the tests speak UTF-8; a bare machine has no locale set. LC_CTYPE says nothing about the language.
+if [[ "$(locale charmap 2>/dev/null)" != UTF-8 ]]; then
+    unset LC_ALL
+    export LC_CTYPE=C.UTF-8
+fi
+
+as_root() {
+    if [[ $EUID -eq 0 ]]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        say "This needs root, and there is no sudo here: $*"
+        return 1
+    fi
+}
+
+# The packages of the given purposes, one a line.
+packages_for() {
+    local purpose
+    for purpose in "$@"; do
+        sed -e 's/#.*//' -e '/^[[:space:]]*$/d' "$root/tools/packages/$purpose.txt"
+    done | sort -u
+}
+
+# Of the packages named on standard input, those that are not installed.
+not_installed() {
+    local package
+    while read -r package; do
+        if [[ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]]; then
+            printf '%s\n' "$package"
+        fi
+    done
+}
+
+# Installs what is missing of the packages for the given purposes; says nothing and asks nothing when all is there.
+install_missing() {
+    if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+        if ! command -v cmake >/dev/null || ! command -v ninja >/dev/null; then
+            say "This is not a Debian system, so nothing is installed here. Needed is what Debian calls:"
+            packages_for "$@" | sed 's/^/    /' >&2
+            fail "CMake or Ninja is missing"
+        fi
+        return 0
+    fi
+    local missing log
+    mapfile -t missing < <(packages_for "$@" | not_installed)
+    [[ ${#missing[@]} -gt 0 ]] || return 0
+
+    say "Installing: ${missing[*]}"
+    log=$(mktemp)
+    # The lists of a fresh machine are empty or old.
+    if as_root apt-get -q -o DPkg::Lock::Timeout=300 update >"$log" 2>&1 </dev/null &&
+        as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 \
+            -o Dpkg::Options::=--force-confold install --no-install-recommends "${missing[@]}" >"$log" 2>&1 </dev/null; then
+        rm -f "$log"
+        return 0
+    fi
+    tail -n 15 "$log" >&2
+    rm -f "$log"
+    fail "The packages above could not be installed. Install them by hand, then start this again."
+}
+
+# Compiled once is enough, where the cache for that is installed.
+if command -v ccache >/dev/null; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+fi
+
+# configure PRESET [CMAKE OPTION...]: only where it was not done with these presets yet; the build looks at the rest.
+configure() {
+    local preset=$1 folder="$root/build/$1" log
+    shift
+    if [[ -f "$folder/build.ninja" && ! "$root/CMakePresets.json" -nt "$folder/build.ninja" ]]; then
+        return 0
+    fi
+    mkdir -p "$folder"
+    log="$folder/configure.log"
+    if ! (cd "$root" && cmake --preset "$preset" "$@") >"$log" 2>&1 </dev/null; then
+        tail -n 25 "$log" >&2
+        fail "The build could not be prepared; everything it said stands in $log"
+    fi
+}
+
+# build PRESET [TARGET...]: shows what the compiler does only when there is something to do.
+build() {
+    local folder="$root/build/$1"
+    shift
+    if [[ "$(ninja -C "$folder" -n "$@" 2>/dev/null | tail -n 1)" != *"no work to do"* ]]; then
+        say "Building in $folder"
+        ninja -C "$folder" "$@" >&2 </dev/null || fail "The build failed."
+    fi
+}
