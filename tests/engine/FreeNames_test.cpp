@@ -31,13 +31,12 @@ private slots:
         QTest::newRow("a leading dot") << u".profile"_s << qint64{1} << u".profile-1"_s;
         QTest::newRow("two full stops") << u"a.tar.gz"_s << qint64{12} << u"a.tar-12.gz"_s;
         QTest::newRow("a name of 255 bytes is shortened")
-            << QString(251, u'x') + u".pdf" << qint64{1} << QString(249, u'x') + u"-1.pdf";
-        QTest::newRow("whole characters only")
-            << QString(85, u'漢') << qint64{1} << QString(84, u'漢') + u"-1";
+            << QString(251, u'x') + u".pdf"_s << qint64{1} << QString(249, u'x') + u"-1.pdf"_s;
+        QTest::newRow("whole characters only") << QString(85, u'漢') << qint64{1} << QString(84, u'漢') + u"-1"_s;
         QTest::newRow("surrogate pairs stay whole")
-            << u"😀"_s.repeated(63) + u"abc" << qint64{10} << u"😀"_s.repeated(63) + u"-10"_s;
+            << u"😀"_s.repeated(63) + u"abc"_s << qint64{10} << u"😀"_s.repeated(63) + u"-10"_s;
         QTest::newRow("an extension that fills the name")
-            << u"a." + QString(253, u'e') << qint64{1} << u"a." + QString(251, u'e') + u"-1";
+            << u"a."_s + QString(253, u'e') << qint64{1} << u"a."_s + QString(251, u'e') + u"-1"_s;
         QTest::newRow("a name that is too long by itself") << QString(300, u'x') << qint64{0} << QString(255, u'x');
     }
 

@@ -31,6 +31,14 @@ QList<QUrl> urlsOf(const QStringList& paths)
     return urls;
 }
 
+/// An item of a file, as the state file holds it.
+QByteArray expiredRecord(const QByteArray& id, const QString& path)
+{
+    return R"({"addedAt":"2026-01-01T00:00:00Z","displayName":"x","expiresAt":"2026-01-02T00:00:00Z",)"
+           R"("fiveMinuteWarningSent":true,"locked":false,"id":")" +
+           id + R"(","path":")" + path.toUtf8() + "\"}";
+}
+
 void setRules(test::StoreWorld& world, const QList<LapsaFileTypeRule>& rules)
 {
     world.changeSettings([&](LapsaSettings& settings) { settings.fileTypeRules = rules; });
@@ -116,13 +124,8 @@ private slots:
     {
         test::StoreWorld world(false);
         const QString path = world.home.makeFile(u"a.txt"_s);
-        world.home.writeDataFile(u"state.json"_s, R"([
-            {"addedAt":"2026-01-01T00:00:00Z","displayName":"one","expiresAt":"2026-01-02T00:00:00Z",
-             "fiveMinuteWarningSent":true,"id":"1","locked":false,"path":")" +
-                                                      path.toUtf8() + R"("},
-            {"addedAt":"2026-01-01T00:00:00Z","displayName":"two","expiresAt":"2026-01-02T00:00:00Z",
-             "fiveMinuteWarningSent":true,"id":"2","locked":false,"path":")" +
-                                                      path.toUtf8() + R"("}])");
+        world.home.writeDataFile(u"state.json"_s,
+                                 '[' + expiredRecord("1", path) + ',' + expiredRecord("2", path) + ']');
         world.start();
         const LapsaItem second = world.store().items().at(1);
 
@@ -315,7 +318,7 @@ private slots:
         QTest::newRow("quotes") << u"\"it's\".txt"_s;
         QTest::newRow("a backslash") << u"a\\b.txt"_s;
         QTest::newRow("a hash and a question mark") << u"#1?.txt"_s;
-        QTest::newRow("255 bytes") << QString(251, u'x') + u".txt";
+        QTest::newRow("255 bytes") << QString(251, u'x') + u".txt"_s;
         QTest::newRow("beyond ASCII") << u"verrà 漢字 🗂.txt"_s;
         QTest::newRow("a leading dash") << u"-style"_s;
         QTest::newRow("blanks at both ends") << u" a "_s;
