@@ -4,15 +4,12 @@
 #include "ReadOnlyWorld.h"
 
 #include <QByteArray>
-#include <QDir>
 #include <QFile>
 
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <unistd.h>
-
-#include <cstdlib>
 
 namespace lapsa::test {
 
@@ -50,13 +47,14 @@ bool setReadOnly(const char* path, unsigned flags, bool readOnly)
 
 bool enterReadOnlyWorld()
 {
-    QByteArray folder = QDir::tempPath().toUtf8() + "/lapsa-world-XXXXXX";
-    if (!leaveTheCommonMounts() || ::mkdtemp(folder.data()) == nullptr) {
+    if (!leaveTheCommonMounts()) {
         return false;
     }
+    // A folder that every system has and that no test needs; nothing of the mount is left outside.
+    constexpr auto folder = "/mnt";
     entered = ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-              ::mount("lapsa-test", folder.constData(), "tmpfs", 0, "mode=0700") == 0 &&
-              setReadOnly("/", AT_RECURSIVE, true) && setReadOnly(folder.constData(), 0, false);
+              ::mount("lapsa-test", folder, "tmpfs", 0, "mode=0700") == 0 && setReadOnly("/", AT_RECURSIVE, true) &&
+              setReadOnly(folder, 0, false);
     if (entered) {
         qputenv("TMPDIR", folder);
     }
