@@ -28,6 +28,8 @@ constexpr int lineSpacing = 3;
 constexpr int valueSpacing = 3;
 constexpr int columnMinimumWidth = 82;
 constexpr int valueMinimumWidth = 36;
+/// From this text size on the steppers stand below their values, so that the columns stay narrow.
+constexpr double stackedScale = 1.3;
 
 } // namespace
 
@@ -103,10 +105,11 @@ QWidget* DurationEditor::makeColumn(Column& column, const QString& title, std::i
     connect(column.stepper, &QSpinBox::valueChanged, this,
             [this, field = column.field](int value) { writeUnit(field, value); });
 
-    auto* const row = new QHBoxLayout;
+    const bool stacked = textScale() > stackedScale;
+    auto* const row = new QBoxLayout(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     row->setSpacing(valueSpacing);
-    row->addWidget(column.value, 0, Qt::AlignVCenter);
-    row->addWidget(column.stepper, 0, Qt::AlignVCenter);
+    row->addWidget(column.value, 0, stacked ? Qt::AlignLeading : Qt::AlignVCenter);
+    row->addWidget(column.stepper, 0, stacked ? Qt::AlignLeading : Qt::AlignVCenter);
     row->addStretch();
     lines->addLayout(row);
     return widget;

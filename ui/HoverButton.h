@@ -8,8 +8,8 @@
 
 namespace lapsa {
 
-/// What all buttons drawn here have in common: a hover that fades in and out, Return as well as Space, the pointing
-/// hand's absence. A subclass paints its content.
+/// What all buttons drawn here have in common: a hover that fades in and out, Return as well as Space, and
+/// arrow keys that are left to the surroundings. A subclass paints its content.
 class HoverButton : public QAbstractButton
 {
     Q_OBJECT
@@ -19,6 +19,9 @@ public:
 
     /// 0 at rest, 1 under the pointer, between them on the way.
     [[nodiscard]] double hoverProgress() const;
+
+    /// Whether Return presses the button too; else it is left to whatever the surroundings do with it.
+    void setReturnPresses(bool presses) { m_returnPresses = presses; }
 
     /// A button that shows only a symbol: tooltip and accessible name are the same text.
     void setHelp(const QString& help);
@@ -31,6 +34,7 @@ protected:
 
 private:
     QVariantAnimation m_hover;
+    bool m_returnPresses = true;
 };
 
 } // namespace lapsa

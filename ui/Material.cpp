@@ -13,8 +13,8 @@ namespace lapsa::material {
 namespace {
 
 /// How much lighter than the window's colour its upper end is; the dark theme shows less.
-constexpr double topLightLight = 0.7;
-constexpr double topLightDark = 0.045;
+constexpr double topLightLight = 0.35;
+constexpr double topLightDark = 0.025;
 constexpr double hoverTint = 0.06;
 
 bool& translucency()

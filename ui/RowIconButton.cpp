@@ -8,6 +8,7 @@
 #include "Painting.h"
 #include "ThemePalette.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace lapsa {
@@ -73,6 +74,12 @@ void RowIconButton::paintEvent(QPaintEvent*)
     material::paintShape(painter, rect(), radius, background);
     painting::drawSymbol(painter, rect(),
                          {m_systemName, symbolSize, SymbolWeight::Semibold, painting::enabledColor(*this, foreground)});
+}
+
+void RowIconButton::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    // The first click may have taken its row away: the second must not act on the row that moved under the pointer.
+    event->accept();
 }
 
 } // namespace lapsa

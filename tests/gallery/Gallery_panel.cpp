@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "DropZone.h"
+#include "FileListView.h"
+#include "FileRowView.h"
+#include "Gallery.h"
+#include "LapsaPanelView.h"
+#include "RowIconButton.h"
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QMenu>
+#include <QMimeData>
+#include <QTest>
+
+namespace lapsa::test {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::int64_t day = 1440;
+
+std::unique_ptr<LapsaPanelView> shownPanel(Scene& scene)
+{
+    auto panel = std::make_unique<LapsaPanelView>(
+        LapsaPanelView::Environment{*scene.store, scene.time, scene.time, scene.icons}, [] {});
+    panel->setAttribute(Qt::WA_TranslucentBackground);
+    panel->show();
+    QApplication::processEvents();
+    return panel;
+}
+
+void fill(Scene& scene)
+{
+    scene.add(u"Quarterly report.pdf"_s, 90);
+    scene.add(u"Screenshot 2026-03-01.png"_s, 12);
+    scene.add(u"Holiday pictures/"_s, 7 * day);
+    scene.add(u"installer-4.2.1.tar.gz"_s, 2 * day + 185);
+    scene.add(u"notes.txt"_s, 45);
+    scene.add(u"Interview.mp3"_s, 30 * day);
+}
+
+FileRowView* row(const LapsaPanelView& panel, qsizetype index)
+{
+    return panel.findChild<FileListView*>()->visibleRows().at(index);
+}
+
+} // namespace
+
+void Gallery::paintPanel()
+{
+    {
+        Scene scene;
+        save(*shownPanel(scene), u"panel-empty"_s);
+        scene.add(u"Quarterly report.pdf"_s, 90);
+        save(*shownPanel(scene), u"panel-one"_s);
+    }
+    {
+        Scene scene;
+        fill(scene);
+        const auto panel = shownPanel(scene);
+        save(*panel, u"panel-many"_s);
+
+        QTest::mouseMove(row(*panel, 1)->findChildren<RowIconButton*>().at(0), {15, 15});
+        QEnterEvent enter({15, 15}, {15, 15}, {15, 15});
+        QApplication::sendEvent(row(*panel, 1)->findChildren<RowIconButton*>().at(0), &enter);
+        save(*panel, u"panel-hover"_s);
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(row(*panel, 1)->findChildren<RowIconButton*>().at(0), &leave);
+
+        panel->activateWindow();
+        row(*panel, 2)->setFocus(Qt::TabFocusReason);
+        save(*panel, u"panel-focus"_s);
+        row(*panel, 2)->clearFocus();
+
+        auto* const zone = panel->findChild<DropZone*>();
+        QMimeData files;
+        files.setUrls({QUrl::fromLocalFile(scene.home.path(u"notes.txt"_s))});
+        QDragEnterEvent drag({20, 20}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(zone, &drag);
+        save(*panel, u"panel-drag-over"_s);
+        QDragLeaveEvent dragLeave;
+        QApplication::sendEvent(zone, &dragLeave);
+
+        scene.store->toggleLock(scene.item(0));
+        scene.store->toggleLock(scene.item(2));
+        scene.store->setLastMessage(
+            u"Lapsa could not move “Interview.mp3” to Recovery. It will try again in a minute."_s);
+        QApplication::processEvents();
+        save(*panel, u"panel-locked-message"_s);
+    }
+    Scene scene;
+    scene.add(u"A name that goes on for much longer than any row could ever show on its one line.docx"_s,
+              365 * day - 1);
+    scene.add(u"line\nbreak and <b>markup.html"_s, 5);
+    scene.add(u"تقرير الربع الأول.pdf"_s, 61);
+    save(*shownPanel(scene), u"panel-long-names"_s);
+
+    QMenu menu;
+    row(*shownPanel(scene), 0)->fillContextMenu(menu);
+    menu.setFont(row(*shownPanel(scene), 0)->font());
+    menu.popup({});
+    menu.setActiveAction(menu.actions().at(1));
+    save(menu, u"row-menu"_s);
+}
+
+void Gallery::paintSheet()
+{
+    Scene scene;
+    fill(scene);
+    const auto panel = shownPanel(scene);
+    QTest::mouseClick(row(*panel, 0)->findChildren<RowIconButton*>().at(0), Qt::LeftButton);
+    save(*panel, u"sheet"_s);
+}
+
+} // namespace lapsa::test

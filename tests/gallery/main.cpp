@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "Gallery.h"
+#include "LapsaStyle.h"
+
+#include <QApplication>
+#include <QIcon>
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char** argv)
+{
+    const QApplication application(argc, argv);
+    if (QCoreApplication::arguments().size() != 2) {
+        qFatal("usage: lapsa_gallery FOLDER");
+    }
+    QApplication::setStyle(new lapsa::LapsaStyle);
+    QFont font(u"Inter"_s);
+    font.setPointSizeF(10);
+    QApplication::setFont(font);
+    QIcon::setThemeName(u"Adwaita"_s);
+    lapsa::test::Gallery(QCoreApplication::arguments().at(1)).paintEverything();
+    return 0;
+}

@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+namespace lapsa {
+
+/// Teaches the toolkit what a screen reader is told about the views drawn here: the list and its rows, sheets, texts.
+/// Once a process is enough, more do no harm.
+void installAccessibility();
+
+} // namespace lapsa

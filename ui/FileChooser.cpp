@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileChooser.h"
+
+#include "Localized.h"
+
+#include <QAbstractItemView>
+#include <QFileSystemModel>
+
+#include <algorithm>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+FileChooser::FileChooser(QWidget* parent)
+    : QFileDialog(parent)
+{
+    setOption(QFileDialog::DontUseNativeDialog);
+    setFileMode(QFileDialog::ExistingFiles);
+    setAcceptMode(QFileDialog::AcceptOpen);
+    setWindowTitle(Localized::text(u"Choose files or folders"_s, u"Scegli file o cartelle"_s));
+    setLabelText(QFileDialog::Accept, Localized::text(u"Add"_s, u"Aggiungi"_s));
+    setLabelText(QFileDialog::Reject, Localized::text(u"Cancel"_s, u"Annulla"_s));
+}
+
+void FileChooser::accept()
+{
+    // Without this the dialog enters a selected folder instead of taking it.
+    m_chosen = selectedRows();
+    if (m_chosen.isEmpty()) {
+        QFileDialog::accept();
+    } else {
+        QDialog::done(QDialog::Accepted);
+    }
+}
+
+QList<QUrl> FileChooser::chosen() const
+{
+    if (m_chosen.isEmpty()) {
+        return selectedUrls();
+    }
+    QList<QUrl> urls;
+    for (const QString& path : m_chosen) {
+        urls.push_back(QUrl::fromLocalFile(path));
+    }
+    return urls;
+}
+
+QStringList FileChooser::selectedRows() const
+{
+    for (const QString& name : {u"listView"_s, u"treeView"_s}) {
+        const auto* const view = findChild<QAbstractItemView*>(name);
+        if (view == nullptr || !view->isVisible() || view->selectionModel() == nullptr) {
+            continue;
+        }
+        QModelIndexList rows = view->selectionModel()->selectedRows();
+        std::ranges::sort(rows, {}, &QModelIndex::row);
+        QStringList paths;
+        for (const QModelIndex& row : rows) {
+            paths.push_back(row.data(QFileSystemModel::FilePathRole).toString());
+        }
+        return paths;
+    }
+    return {};
+}
+
+} // namespace lapsa

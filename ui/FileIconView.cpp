@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileIconView.h"
+
+#include <QPainter>
+
+namespace lapsa {
+
+FileIconView::FileIconView(QWidget* parent)
+    : QWidget(parent)
+{
+    setFixedSize(extent, extent);
+}
+
+void FileIconView::setIcon(const QIcon& icon)
+{
+    if (icon.cacheKey() != m_icon.cacheKey()) {
+        m_icon = icon;
+        update();
+    }
+}
+
+void FileIconView::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    m_icon.paint(&painter, rect(), Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
+}
+
+} // namespace lapsa

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QIcon>
+#include <QWidget>
+
+namespace lapsa {
+
+/// A file's icon at its fixed size.
+class FileIconView final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit FileIconView(QWidget* parent = nullptr);
+
+    void setIcon(const QIcon& icon);
+
+    /// The icon's edge.
+    static constexpr int extent = 24;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QIcon m_icon;
+};
+
+} // namespace lapsa

@@ -1,0 +1,215 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileListView.h"
+
+#include "FileIconSource.h"
+#include "FileRowView.h"
+#include "LapsaStore.h"
+#include "Localized.h"
+#include "TextLabel.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace lapsa {
+
+namespace {
+
+constexpr int rowSpacing = 10;
+constexpr int emptyPadding = 56;
+/// Between the rows and the scroll bar, in the margin.
+constexpr int barGap = 7;
+/// One notch of a wheel is three lines: about one row.
+constexpr int linesPerRow = 3;
+
+} // namespace
+
+FileListView::FileListView(LapsaStore& store, FileIconSource& icons, QWidget* parent)
+    : QWidget(parent)
+    , m_store(store)
+    , m_icons(icons)
+    , m_empty(new TextLabel(Localized::nothingHere(), captionText, ColorRole::Secondary, this))
+    , m_bar(new QScrollBar(Qt::Vertical, parent))
+{
+    m_empty->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    m_bar->setFocusPolicy(Qt::NoFocus);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    connect(m_bar, &QScrollBar::valueChanged, this, &FileListView::bindRows);
+}
+
+void FileListView::refresh()
+{
+    m_empty->setText(Localized::nothingHere());
+    m_empty->setVisible(count() == 0);
+    keepAnchor();
+    bindRows();
+}
+
+void FileListView::setNow(TimePoint now)
+{
+    m_now = now;
+    for (const Row& row : m_rows) {
+        row.view->setNow(now);
+    }
+}
+
+QList<FileRowView*> FileListView::visibleRows() const
+{
+    QList<FileRowView*> rows;
+    for (const Row& row : m_rows) {
+        if (row.view->geometry().intersects(rect())) {
+            rows.push_back(row.view);
+        }
+    }
+    std::ranges::sort(rows, {}, [](const FileRowView* row) { return row->y(); });
+    return rows;
+}
+
+void FileListView::focusRow(const QString& id)
+{
+    const auto row = std::ranges::find(m_rows, id, [](const Row& bound) { return bound.view->item().id; });
+    if (row != m_rows.end()) {
+        row->view->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void FileListView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    const int width = this->width() - 2 * emptyPadding;
+    m_empty->setGeometry(emptyPadding, emptyPadding, width, m_empty->heightForWidth(width));
+    placeBar();
+    updateRange();
+    bindRows();
+}
+
+void FileListView::moveEvent(QMoveEvent* event)
+{
+    QWidget::moveEvent(event);
+    placeBar();
+}
+
+void FileListView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    refresh();
+}
+
+void FileListView::wheelEvent(QWheelEvent* event)
+{
+    QApplication::sendEvent(m_bar, event);
+}
+
+void FileListView::keyPressEvent(QKeyEvent* event)
+{
+    const Row* const focused = focusedRow();
+    const qsizetype page = std::max(1, height() / pitch());
+    const qsizetype from = focused != nullptr ? focused->index : 0;
+    switch (event->key()) {
+    case Qt::Key_Up:
+        moveCurrent(from - 1);
+        return;
+    case Qt::Key_Down:
+        moveCurrent(from + 1);
+        return;
+    case Qt::Key_PageUp:
+        moveCurrent(from - page);
+        return;
+    case Qt::Key_PageDown:
+        moveCurrent(from + page);
+        return;
+    case Qt::Key_Home:
+        moveCurrent(0);
+        return;
+    case Qt::Key_End:
+        moveCurrent(count() - 1);
+        return;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void FileListView::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ApplicationFontChange || event->type() == QEvent::LayoutDirectionChange) {
+        placeBar();
+        updateRange();
+        bindRows();
+    }
+}
+
+bool FileListView::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::FocusIn) {
+        if (const Row* const focused = focusedRow()) {
+            m_currentId = focused->view->item().id;
+            scrollTo(focused->index);
+            updateTabStops();
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+qsizetype FileListView::count() const
+{
+    return m_store.items().size();
+}
+
+int FileListView::pitch() const
+{
+    return FileRowView::rowHeight() + rowSpacing;
+}
+
+qsizetype FileListView::indexOf(const QString& id, qsizetype hint) const
+{
+    const QList<LapsaItem>& items = m_store.items();
+    if (hint < items.size() && items[hint].id == id) {
+        return hint;
+    }
+    const auto found = std::ranges::find(items, id, &LapsaItem::id);
+    return found != items.end() ? found - items.begin() : -1;
+}
+
+const FileListView::Row* FileListView::focusedRow() const
+{
+    const QWidget* const focus = QApplication::focusWidget();
+    const auto row = std::ranges::find_if(m_rows, [focus](const Row& bound) {
+        return focus != nullptr && (bound.view == focus || bound.view->isAncestorOf(focus));
+    });
+    return row != m_rows.end() ? &*row : nullptr;
+}
+
+/// Scrolls by as much as the item at the upper edge has moved. At the very top the list stays at the top.
+void FileListView::keepAnchor()
+{
+    const int offset = m_bar->value();
+    const qsizetype index = offset > 0 && !m_anchorId.isEmpty() ? indexOf(m_anchorId, m_anchorIndex) : -1;
+    updateRange();
+    if (index >= 0 && index != m_anchorIndex) {
+        m_bar->setValue(offset + static_cast<int>(index - m_anchorIndex) * pitch());
+    }
+}
+
+void FileListView::updateRange()
+{
+    const int length = static_cast<int>(count()) * pitch() - rowSpacing;
+    m_bar->setSingleStep(pitch() / linesPerRow);
+    m_bar->setPageStep(std::max(1, height()));
+    m_bar->setRange(0, std::max(0, length - height()));
+    m_bar->setVisible(m_bar->maximum() > 0);
+}
+
+void FileListView::placeBar()
+{
+    const int extent = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_bar);
+    const int left = isRightToLeft() ? x() - barGap - extent : x() + width() + barGap;
+    m_bar->setGeometry(left, y(), extent, height());
+    m_bar->raise();
+}
+
+} // namespace lapsa

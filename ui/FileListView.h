@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "LapsaItem.h"
+#include "Time.h"
+
+#include <QList>
+#include <QScrollBar>
+#include <QWidget>
+
+#include <vector>
+
+namespace lapsa {
+
+class FileIconSource;
+class FileRowView;
+class LapsaStore;
+class TextLabel;
+
+/// The scrolling list of items. Only the rows on screen exist: a row is bound to an item by its id and moves with it,
+/// so that hover and focus stay with the item while the list changes around it. Any number of items costs the same.
+///
+/// One row is the current one: Tab stops at it and its buttons, the arrow keys make another one current.
+class FileListView final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    FileListView(LapsaStore& store, FileIconSource& icons, QWidget* parent);
+
+    /// Reads the store's items anew; keeps what is seen in its place when something changed above it.
+    void refresh();
+    void setNow(TimePoint now);
+
+    /// The rows on screen, from top to bottom.
+    [[nodiscard]] QList<FileRowView*> visibleRows() const;
+
+    /// Stands beside the list in the surroundings' margin, not over the rows.
+    [[nodiscard]] QScrollBar& scrollBar() { return *m_bar; }
+
+    /// Puts the focus back onto the row of an item after something covered it.
+    void focusRow(const QString& id);
+
+signals:
+    void timeSheetRequested(const lapsa::LapsaItem& item);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    struct Row
+    {
+        FileRowView* view = nullptr;
+        qsizetype index = 0;
+    };
+
+    [[nodiscard]] qsizetype count() const;
+    [[nodiscard]] int pitch() const;
+    [[nodiscard]] qsizetype indexOf(const QString& id, qsizetype hint) const;
+    /// The row that has the focus, itself or inside; none where the focus is elsewhere.
+    [[nodiscard]] const Row* focusedRow() const;
+
+    void keepAnchor();
+    void updateRange();
+    void bindRows();
+    [[nodiscard]] std::vector<qsizetype> wantedIndexes() const;
+    [[nodiscard]] FileRowView* takeRow(std::vector<Row>& from, const QString& id) const;
+    [[nodiscard]] FileRowView* spareRow(std::vector<Row>& from);
+    void place(const Row& row);
+    void updateTabStops();
+    void moveCurrent(qsizetype index);
+    void scrollTo(qsizetype index);
+    void placeBar();
+
+    LapsaStore& m_store;
+    FileIconSource& m_icons;
+    TimePoint m_now;
+    std::vector<Row> m_rows;
+    std::vector<Row> m_spare;
+    /// The item at the upper edge and where its row stood, so that it stays there.
+    QString m_anchorId;
+    qsizetype m_anchorIndex = 0;
+    QString m_currentId;
+    TextLabel* m_empty;
+    QScrollBar* m_bar;
+};
+
+} // namespace lapsa

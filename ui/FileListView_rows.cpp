@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileIconSource.h"
+#include "FileListView.h"
+#include "FileRowView.h"
+#include "LapsaStore.h"
+
+#include <QApplication>
+
+#include <algorithm>
+#include <utility>
+
+namespace lapsa {
+
+void FileListView::bindRows()
+{
+    const Row* const focused = focusedRow();
+    FileRowView* const focusedView = focused != nullptr ? focused->view : nullptr;
+    const qsizetype focusedIndex = focused != nullptr ? focused->index : 0;
+
+    const QList<LapsaItem>& items = m_store.items();
+    const std::vector<qsizetype> wanted = wantedIndexes();
+    std::vector<Row> before = std::exchange(m_rows, {});
+    std::vector<qsizetype> unbound;
+    for (const qsizetype index : wanted) {
+        if (FileRowView* const view = takeRow(before, items[index].id)) {
+            m_rows.push_back({view, index});
+        } else {
+            unbound.push_back(index);
+        }
+    }
+    for (const qsizetype index : unbound) {
+        m_rows.push_back({spareRow(before), index});
+    }
+    for (const Row& row : before) {
+        if (row.view == focusedView) {
+            QApplication::focusWidget()->clearFocus();
+        }
+        row.view->hide();
+        m_spare.push_back(row);
+    }
+    for (const Row& row : m_rows) {
+        row.view->setItem(items[row.index]);
+        row.view->setNow(m_now);
+        place(row);
+    }
+    m_anchorIndex = m_bar->value() / pitch();
+    m_anchorId = m_anchorIndex < items.size() ? items[m_anchorIndex].id : QString();
+
+    const bool focusGone = focusedView != nullptr && std::ranges::find(m_rows, focusedView, &Row::view) == m_rows.end();
+    if (focusGone && !items.isEmpty()) {
+        // To the row, not to its button: a key that is pressed once more must not act on the next item.
+        moveCurrent(focusedIndex);
+    }
+    updateTabStops();
+}
+
+/// The indexes that need a row: those on screen, and that of the row with the focus, wherever it is.
+std::vector<qsizetype> FileListView::wantedIndexes() const
+{
+    std::vector<qsizetype> wanted;
+    const qsizetype first = m_bar->value() / pitch();
+    const qsizetype end = std::min(count(), (m_bar->value() + std::max(0, height() - 1)) / pitch() + qsizetype(1));
+    for (qsizetype index = first; index < end; ++index) {
+        wanted.push_back(index);
+    }
+    if (const Row* const focused = focusedRow()) {
+        const qsizetype index = indexOf(focused->view->item().id, focused->index);
+        if (index >= 0 && (index < first || index >= end)) {
+            wanted.push_back(index);
+        }
+    }
+    return wanted;
+}
+
+FileRowView* FileListView::takeRow(std::vector<Row>& from, const QString& id) const
+{
+    const auto found = std::ranges::find(from, id, [](const Row& row) { return row.view->item().id; });
+    if (found == from.end()) {
+        return nullptr;
+    }
+    FileRowView* const view = found->view;
+    from.erase(found);
+    return view;
+}
+
+FileRowView* FileListView::spareRow(std::vector<Row>& from)
+{
+    for (std::vector<Row>* const rows : {&m_spare, &from}) {
+        const auto free = std::ranges::find_if(*rows, [](const Row& row) {
+            return !row.view->isAncestorOf(QApplication::focusWidget()) && !row.view->hasFocus();
+        });
+        if (free != rows->end()) {
+            FileRowView* const view = free->view;
+            rows->erase(free);
+            return view;
+        }
+    }
+    auto* const view = new FileRowView(m_store, m_icons, this);
+    connect(view, &FileRowView::timeSheetRequested, this, [this, view] { emit timeSheetRequested(view->item()); });
+    view->installEventFilter(this);
+    for (QWidget* const child : view->findChildren<QWidget*>()) {
+        child->installEventFilter(this);
+    }
+    return view;
+}
+
+void FileListView::place(const Row& row)
+{
+    // A row that is kept for its focus alone waits just outside, wherever in the list it would be.
+    const qint64 top = qint64(row.index) * pitch() - m_bar->value();
+    const int y = static_cast<int>(std::clamp<qint64>(top, -2 * pitch(), height() + pitch()));
+    row.view->setGeometry(0, y, width(), FileRowView::rowHeight());
+    row.view->show();
+}
+
+void FileListView::updateTabStops()
+{
+    const FileRowView* current = nullptr;
+    for (const Row& row : m_rows) {
+        if (row.view->item().id == m_currentId) {
+            current = row.view;
+        }
+    }
+    const QList<FileRowView*> visible = visibleRows();
+    if (current == nullptr && !visible.isEmpty()) {
+        current = visible.first();
+    }
+    for (const Row& row : m_rows) {
+        row.view->setTabStop(row.view == current);
+    }
+}
+
+void FileListView::moveCurrent(qsizetype index)
+{
+    if (count() == 0) {
+        return;
+    }
+    const qsizetype target = std::clamp<qsizetype>(index, 0, count() - 1);
+    scrollTo(target);
+    const auto row = std::ranges::find(m_rows, target, &Row::index);
+    if (row != m_rows.end()) {
+        row->view->setFocus(Qt::TabFocusReason);
+    }
+}
+
+void FileListView::scrollTo(qsizetype index)
+{
+    const qint64 top = qint64(index) * pitch();
+    const qint64 bottom = top + FileRowView::rowHeight();
+    if (top < m_bar->value()) {
+        m_bar->setValue(static_cast<int>(top));
+    } else if (bottom > m_bar->value() + height()) {
+        m_bar->setValue(static_cast<int>(bottom - height()));
+    }
+}
+
+} // namespace lapsa

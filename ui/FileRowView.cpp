@@ -1,0 +1,269 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileRowView.h"
+
+#include "DurationFormatter.h"
+#include "ElidedLabel.h"
+#include "FileIconSource.h"
+#include "FileIconView.h"
+#include "FocusRing.h"
+#include "LapsaStore.h"
+#include "Localized.h"
+#include "Material.h"
+#include "RowIconButton.h"
+
+#include <QContextMenuEvent>
+#include <QFontMetrics>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int padding = 12;
+constexpr int spacing = 10;
+constexpr int lineSpacing = 3;
+constexpr int buttonSpacing = 6;
+constexpr int buttonExtent = 30;
+constexpr int cornerRadius = 16;
+constexpr double groundWhite = 0.1;
+constexpr double groundAccent = 0.035;
+constexpr std::int64_t secondsPerMinute = 60;
+/// From this text size on the buttons stand below the text, which needs the whole width.
+constexpr double stackedScale = 1.3;
+
+bool stacked()
+{
+    return textScale() > stackedScale;
+}
+
+int textHeight()
+{
+    return QFontMetrics(fontFor(headlineText)).height() + lineSpacing + QFontMetrics(fontFor(calloutText)).height();
+}
+
+} // namespace
+
+FileRowView::FileRowView(LapsaStore& store, FileIconSource& icons, QWidget* parent)
+    : QWidget(parent)
+    , m_store(store)
+    , m_icons(icons)
+    , m_icon(new FileIconView(this))
+    , m_name(new ElidedLabel(headlineText, ColorRole::Primary, this))
+    , m_remaining(new ElidedLabel(calloutText, ColorRole::Secondary, this))
+{
+    m_remaining->setTabular(true);
+    m_remaining->setElideMode(Qt::ElideRight);
+    makeButtons();
+    arrange();
+    setFocusRadius(*this, cornerRadius);
+    setTabStop(false);
+}
+
+void FileRowView::setItem(const LapsaItem& item)
+{
+    if (item == m_item) {
+        return;
+    }
+    const bool another = item.path != m_item.path;
+    m_item = item;
+    if (another) {
+        m_icon->setIcon(m_icons.icon(item.url()));
+    }
+    refresh();
+}
+
+void FileRowView::setNow(TimePoint now)
+{
+    m_now = now;
+    refreshRemaining();
+}
+
+QString FileRowView::remainingText(const LapsaItem& item, TimePoint now)
+{
+    if (item.locked) {
+        return Localized::text(u"locked"_s, u"bloccato"_s);
+    }
+    const double exact = secondsBetween(now, item.expiresAt);
+    const auto seconds = std::max<std::int64_t>(static_cast<std::int64_t>(exact), 0);
+    const std::int64_t minutes = (seconds + secondsPerMinute - 1) / secondsPerMinute;
+    return DurationFormatter::compact(std::max<std::int64_t>(minutes, 1)) + u' ' +
+           Localized::text(u"left"_s, u"rimanenti"_s);
+}
+
+QLinearGradient FileRowView::groundFor(const QRectF& rect, const QPalette& palette)
+{
+    QLinearGradient gradient(rect.topLeft(), rect.bottomRight());
+    gradient.setColorAt(0, withOpacity(Qt::white, groundWhite));
+    gradient.setColorAt(1, withOpacity(themeColor(ColorRole::Accent, palette), groundAccent));
+    return gradient;
+}
+
+int FileRowView::rowHeight()
+{
+    if (stacked()) {
+        return 2 * padding + std::max(FileIconView::extent, textHeight()) + spacing + buttonExtent;
+    }
+    return 2 * padding + std::max({FileIconView::extent, textHeight(), buttonExtent});
+}
+
+void FileRowView::fillContextMenu(QMenu& menu)
+{
+    const bool folder = m_item.isDirectory();
+    const auto add = [this, &menu](const QString& text, void (LapsaStore::*operation)(const LapsaItem&)) {
+        connect(menu.addAction(text), &QAction::triggered, &m_store,
+                [&store = m_store, item = m_item, operation] { (store.*operation)(item); });
+    };
+    add(folder ? Localized::text(u"Open folder"_s, u"Apri cartella"_s)
+               : Localized::text(u"Open file"_s, u"Apri file"_s),
+        &LapsaStore::open);
+    add(Localized::text(u"Reveal in Finder"_s, u"Mostra nel Finder"_s), &LapsaStore::reveal);
+    menu.addSeparator();
+    add(folder ? Localized::text(u"Copy folder path"_s, u"Copia percorso cartella"_s)
+               : Localized::text(u"Copy file path"_s, u"Copia percorso file"_s),
+        &LapsaStore::copyFilePath);
+    if (!folder) {
+        add(Localized::text(u"Copy containing folder path"_s, u"Copia cartella del file"_s),
+            &LapsaStore::copyFolderPath);
+    }
+}
+
+void FileRowView::setTabStop(bool stop)
+{
+    for (QWidget* const widget : m_focusOrder) {
+        widget->setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);
+    }
+}
+
+void FileRowView::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    material::paintSurface(painter, rect(), cornerRadius, palette());
+    material::paintShape(painter, rect(), cornerRadius, groundFor(rect(), palette()));
+}
+
+void FileRowView::contextMenuEvent(QContextMenuEvent* event)
+{
+    auto* const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setFont(fontFor(bodyText));
+    fillContextMenu(*menu);
+    const bool byKeyboard = event->reason() == QContextMenuEvent::Keyboard;
+    menu->popup(byKeyboard ? mapToGlobal(QPoint(padding, height() - padding)) : event->globalPos());
+}
+
+void FileRowView::keyPressEvent(QKeyEvent* event)
+{
+    const bool opens = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;
+    if (opens && hasFocus() && !event->isAutoRepeat()) {
+        emit timeSheetRequested();
+        return;
+    }
+    const int forward = isRightToLeft() ? Qt::Key_Left : Qt::Key_Right;
+    const int backward = isRightToLeft() ? Qt::Key_Right : Qt::Key_Left;
+    const int step = event->key() == forward ? 1 : event->key() == backward ? -1 : 0;
+    if (step != 0 && moveFocusAlong(step)) {
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void FileRowView::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ApplicationFontChange) {
+        arrange();
+    }
+}
+
+void FileRowView::makeButtons()
+{
+    m_timerButton = new RowIconButton(u"timer"_s, false, this);
+    m_lockButton = new RowIconButton(u"lock.open"_s, false, this);
+    m_removeButton = new RowIconButton(u"xmark"_s, false, this);
+    m_deleteButton = new RowIconButton(u"trash"_s, true, this);
+    m_timerButton->setHelp(Localized::text(u"Change timer"_s, u"Cambia scadenza"_s));
+    m_removeButton->setHelp(Localized::text(u"Remove from list"_s, u"Rimuovi dalla lista"_s));
+    m_deleteButton->setHelp(Localized::text(u"Delete now"_s, u"Elimina ora"_s));
+    m_focusOrder = {this, m_timerButton, m_lockButton, m_removeButton, m_deleteButton};
+
+    connect(m_timerButton, &RowIconButton::clicked, this, &FileRowView::timeSheetRequested);
+    connect(m_lockButton, &RowIconButton::clicked, this, [this] { m_store.toggleLock(m_item); });
+    connect(m_removeButton, &RowIconButton::clicked, this, [this] { m_store.removeFromList(m_item); });
+    connect(m_deleteButton, &RowIconButton::clicked, this, [this] { m_store.deleteNow(m_item); });
+}
+
+void FileRowView::arrange()
+{
+    delete layout();
+    auto* const rows = new QVBoxLayout(this);
+    rows->setContentsMargins(padding, padding, padding, padding);
+    rows->setSpacing(spacing);
+    auto* const line = new QHBoxLayout;
+    line->setSpacing(spacing);
+    rows->addLayout(line, 1);
+
+    auto* const text = new QVBoxLayout;
+    text->setSpacing(lineSpacing);
+    text->addStretch();
+    text->addWidget(m_name);
+    text->addWidget(m_remaining);
+    text->addStretch();
+    line->addWidget(m_icon, 0, Qt::AlignVCenter);
+    line->addLayout(text, 1);
+
+    auto* const buttons = new QHBoxLayout;
+    buttons->setSpacing(buttonSpacing);
+    if (stacked()) {
+        buttons->addStretch();
+        rows->addLayout(buttons);
+    } else {
+        line->addLayout(buttons);
+    }
+    for (RowIconButton* const button : {m_timerButton, m_lockButton, m_removeButton, m_deleteButton}) {
+        buttons->addWidget(button, 0, Qt::AlignVCenter);
+    }
+}
+
+void FileRowView::refresh()
+{
+    m_name->setText(m_item.displayName);
+    m_lockButton->setSystemName(m_item.locked ? u"lock.fill"_s : u"lock.open"_s);
+    m_lockButton->setHelp(m_item.locked ? Localized::text(u"Unlock"_s, u"Sblocca"_s)
+                                        : Localized::text(u"Lock"_s, u"Blocca"_s));
+    setAccessibleName(m_item.displayName);
+    refreshRemaining();
+}
+
+void FileRowView::refreshRemaining()
+{
+    const QString text = remainingText(m_item, m_now);
+    m_remaining->setRole(m_item.locked ? ColorRole::Notice : ColorRole::Secondary);
+    m_remaining->setText(text);
+    if (text != accessibleDescription()) {
+        setAccessibleDescription(text);
+    }
+}
+
+bool FileRowView::moveFocusAlong(int step)
+{
+    const auto current = std::ranges::find_if(m_focusOrder, [](const QWidget* widget) { return widget->hasFocus(); });
+    const auto index = current - m_focusOrder.begin() + step;
+    if (current == m_focusOrder.end() || index < 0 || index >= std::ssize(m_focusOrder)) {
+        return false;
+    }
+    m_focusOrder[static_cast<std::size_t>(index)]->setFocus(Qt::TabFocusReason);
+    return true;
+}
+
+} // namespace lapsa

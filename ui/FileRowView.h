@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "LapsaItem.h"
+#include "Time.h"
+
+#include <QLinearGradient>
+#include <QWidget>
+
+#include <array>
+
+class QBoxLayout;
+class QMenu;
+
+namespace lapsa {
+
+class ElidedLabel;
+class FileIconSource;
+class FileIconView;
+class LapsaStore;
+class RowIconButton;
+
+/// One item of the list: icon, name, remaining time, four buttons and a context menu. It shows a copy of the item and
+/// hands every action to the store.
+class FileRowView final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    FileRowView(LapsaStore& store, FileIconSource& icons, QWidget* parent = nullptr);
+
+    /// Shows an item, also another one than before.
+    void setItem(const LapsaItem& item);
+
+    [[nodiscard]] const LapsaItem& item() const { return m_item; }
+
+    /// The time from which the remaining time is counted, the same for every row.
+    void setNow(TimePoint now);
+
+    /// What is left of an item: in whole minutes, rounded up and at least one, or that it is locked.
+    [[nodiscard]] static QString remainingText(const LapsaItem& item, TimePoint now);
+    [[nodiscard]] static QLinearGradient groundFor(const QRectF& rect, const QPalette& palette);
+    /// The height of every row at the current text size.
+    [[nodiscard]] static int rowHeight();
+
+    /// Fills `menu` with what can be done to the item's file; looks at the file once, to know whether it is a folder.
+    void fillContextMenu(QMenu& menu);
+
+    /// Whether Tab stops here and at the buttons. Only the current row of a list does.
+    void setTabStop(bool stop);
+
+signals:
+    void timeSheetRequested();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void makeButtons();
+    void arrange();
+    void refresh();
+    void refreshRemaining();
+    /// Moves the focus along the row and its buttons; false at their ends.
+    bool moveFocusAlong(int step);
+
+    LapsaStore& m_store;
+    FileIconSource& m_icons;
+    LapsaItem m_item;
+    TimePoint m_now;
+    FileIconView* m_icon;
+    ElidedLabel* m_name;
+    ElidedLabel* m_remaining;
+    RowIconButton* m_timerButton = nullptr;
+    RowIconButton* m_lockButton = nullptr;
+    RowIconButton* m_removeButton = nullptr;
+    RowIconButton* m_deleteButton = nullptr;
+    std::array<QWidget*, 5> m_focusOrder{};
+};
+
+} // namespace lapsa

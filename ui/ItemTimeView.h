@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "LapsaItem.h"
+
+#include <QWidget>
+
+#include <cstdint>
+
+namespace lapsa {
+
+class Clock;
+class DurationEditor;
+class LapsaStore;
+class TextLabel;
+
+/// Gives an item a new remaining time. The content of a sheet: it asks to be dismissed and stores only on "Save".
+class ItemTimeView final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    ItemTimeView(const LapsaItem& item, LapsaStore& store, const Clock& clock, QWidget* parent = nullptr);
+
+    [[nodiscard]] const LapsaItem& item() const { return m_item; }
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+signals:
+    void dismissRequested();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    [[nodiscard]] QWidget* makeDuration();
+    [[nodiscard]] QWidget* makeQuickButtons();
+    [[nodiscard]] QWidget* makeActions();
+    void setMinutes(std::int64_t minutes);
+    void save();
+
+    LapsaItem m_item;
+    LapsaStore& m_store;
+    const Clock& m_clock;
+    /// Seen only if the sheet were never shown.
+    std::int64_t m_minutes = 120;
+    TextLabel* m_choice = nullptr;
+    DurationEditor* m_editor = nullptr;
+    QWidget* m_firstStop = nullptr;
+};
+
+} // namespace lapsa

@@ -1,0 +1,230 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "LapsaPanelView.h"
+
+#include "Accessibility.h"
+#include "Clock.h"
+#include "DropZone.h"
+#include "FileChooser.h"
+#include "FileIconSource.h"
+#include "FileListView.h"
+#include "FocusRing.h"
+#include "ItemTimeView.h"
+#include "LapsaStore.h"
+#include "Localized.h"
+#include "MainQueue.h"
+#include "Material.h"
+#include "Sheet.h"
+#include "SymbolButton.h"
+#include "TextLabel.h"
+
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr QSize panelSize(430, 560);
+constexpr int padding = 24;
+constexpr int spacing = 18;
+constexpr int messageLines = 2;
+constexpr auto tickInterval = 1000ms;
+
+} // namespace
+
+LapsaPanelView::LapsaPanelView(const Environment& environment, std::function<void()> openPreferences, QWidget* parent)
+    : QWidget(parent)
+    , m_environment(environment)
+    , m_openPreferences(std::move(openPreferences))
+{
+    installAccessibility();
+    setFixedSize(panelSize);
+    setWindowTitle(u"Lapsa"_s);
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(padding, padding, padding, padding);
+    column->setSpacing(spacing);
+    column->addWidget(makeHeader());
+    column->addWidget(makeDropZone());
+    column->addWidget(makeMessage());
+    column->addWidget(makeCount());
+    column->addWidget(makeList(), 1);
+    new FocusRing(*this);
+
+    connect(&m_environment.store, &LapsaStore::willChange, this, &LapsaPanelView::noteChange);
+    connect(m_dropZone, &DropZone::clicked, this, &LapsaPanelView::showChooser);
+    connect(m_dropZone, &DropZone::filesDropped, this, &LapsaPanelView::addDroppedFiles);
+    connect(m_list, &FileListView::timeSheetRequested, this, &LapsaPanelView::showTimeSheet);
+}
+
+LapsaPanelView::~LapsaPanelView() = default;
+
+FileChooser* LapsaPanelView::chooser() const
+{
+    return m_chooser;
+}
+
+bool LapsaPanelView::showingSheet() const
+{
+    return m_sheet != nullptr;
+}
+
+void LapsaPanelView::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    const bool round = window()->testAttribute(Qt::WA_TranslucentBackground);
+    material::paintWindow(painter, rect(), round ? material::panelRadius : 0, palette());
+}
+
+void LapsaPanelView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    m_environment.store.applyAppTheme(m_environment.store.settings().theme);
+    m_appliedTheme = m_environment.store.settings().theme;
+    refresh();
+    tick();
+    m_clock = m_environment.mainQueue.repeatEvery(tickInterval, [this] { tick(); });
+}
+
+void LapsaPanelView::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    m_clock.reset();
+}
+
+QWidget* LapsaPanelView::makeHeader()
+{
+    auto* const header = new QWidget(this);
+    auto* const row = new QHBoxLayout(header);
+    row->setContentsMargins({});
+    auto* const title = new TextLabel(u"Lapsa"_s, panelTitleText, ColorRole::Primary, header);
+    auto* const gear = new SymbolButton({.symbol = u"gearshape"_s}, Localized::preferences(), header);
+    row->addWidget(title, 1, Qt::AlignVCenter);
+    row->addWidget(gear, 0, Qt::AlignVCenter);
+    connect(gear, &SymbolButton::clicked, this, [this] { m_openPreferences(); });
+    return header;
+}
+
+QWidget* LapsaPanelView::makeDropZone()
+{
+    m_dropZone = new DropZone(this);
+    return m_dropZone;
+}
+
+QWidget* LapsaPanelView::makeMessage()
+{
+    m_message = new TextLabel({}, captionText, ColorRole::Notice, this);
+    m_message->setMaximumLines(messageLines);
+    m_message->hide();
+    return m_message;
+}
+
+QWidget* LapsaPanelView::makeCount()
+{
+    m_count = new TextLabel({}, countText, ColorRole::Primary, this);
+    m_count->setTabular(true);
+    return m_count;
+}
+
+QWidget* LapsaPanelView::makeList()
+{
+    m_list = new FileListView(m_environment.store, m_environment.icons, this);
+    return m_list;
+}
+
+/// Told before the change: the new state is read once, on the next turn, however many changes there were.
+void LapsaPanelView::noteChange()
+{
+    if (std::exchange(m_changeNoted, true)) {
+        return;
+    }
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_changeNoted = false;
+            applyTheme();
+            if (isVisible()) {
+                refresh();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+void LapsaPanelView::refresh()
+{
+    const LapsaStore& store = m_environment.store;
+    const qsizetype count = store.items().size();
+    m_dropZone->setDefaultExpiry(store.settings().defaultExpirationMinutes);
+    m_message->setText(store.lastMessage().value_or(QString()));
+    m_message->setVisible(store.lastMessage().has_value());
+    m_count->setText(u"%1 %2"_s.arg(count).arg(count == 1 ? Localized::filePresent() : Localized::filesPresent()));
+    m_list->setNow(m_environment.clock.now());
+    m_list->refresh();
+    dismissSheetOfVanishedItem();
+}
+
+void LapsaPanelView::tick()
+{
+    m_list->setNow(m_environment.clock.now());
+}
+
+void LapsaPanelView::applyTheme()
+{
+    const LapsaTheme theme = m_environment.store.settings().theme;
+    if (isVisible() && std::exchange(m_appliedTheme, theme) != theme) {
+        m_environment.store.applyAppTheme(theme);
+    }
+}
+
+void LapsaPanelView::addDroppedFiles(const QList<QUrl>& urls)
+{
+    for (const QUrl& url : urls) {
+        m_environment.store.addFiles({url});
+    }
+}
+
+void LapsaPanelView::showChooser()
+{
+    if (m_chooser != nullptr) {
+        m_chooser->raise();
+        m_chooser->activateWindow();
+        return;
+    }
+    m_chooser = new FileChooser(window());
+    m_chooser->setAttribute(Qt::WA_DeleteOnClose);
+    connect(m_chooser, &QDialog::accepted, this, [this] { m_environment.store.addFiles(m_chooser->chosen()); });
+    m_chooser->open();
+}
+
+void LapsaPanelView::showTimeSheet(const LapsaItem& item)
+{
+    if (m_sheet != nullptr) {
+        return;
+    }
+    auto* const view = new ItemTimeView(item, m_environment.store, m_environment.clock, this);
+    m_sheetItemId = item.id;
+    m_sheet = new Sheet(*this, view);
+    connect(view, &ItemTimeView::dismissRequested, m_sheet, &Sheet::dismiss);
+    connect(m_sheet, &Sheet::dismissed, this, [this] {
+        m_sheet = nullptr;
+        m_list->focusRow(m_sheetItemId);
+    });
+}
+
+/// The sheet belongs to its row: it goes when the item does.
+void LapsaPanelView::dismissSheetOfVanishedItem()
+{
+    const QList<LapsaItem>& items = m_environment.store.items();
+    if (m_sheet != nullptr && std::ranges::find(items, m_sheetItemId, &LapsaItem::id) == items.end()) {
+        m_sheet->dismiss();
+    }
+}
+
+} // namespace lapsa

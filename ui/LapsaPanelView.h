@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "LapsaTheme.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace lapsa {
+
+class Clock;
+class DropZone;
+class FileChooser;
+class FileIconSource;
+class FileListView;
+struct LapsaItem;
+class LapsaStore;
+class MainQueue;
+class ScheduledTask;
+class Sheet;
+class TextLabel;
+
+/// The panel: header, drop zone, message, count and the list of items. It ticks once a second while it is on screen,
+/// and costs nothing while it is not.
+class LapsaPanelView final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// What the panel stands on. All of it outlives the panel.
+    struct Environment
+    {
+        LapsaStore& store;
+        const Clock& clock;
+        MainQueue& mainQueue;
+        FileIconSource& icons;
+    };
+
+    LapsaPanelView(const Environment& environment, std::function<void()> openPreferences, QWidget* parent = nullptr);
+    ~LapsaPanelView() override;
+
+    /// The chooser while it is open.
+    [[nodiscard]] FileChooser* chooser() const;
+    /// Whether a sheet covers the panel; Escape then belongs to it.
+    [[nodiscard]] bool showingSheet() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    [[nodiscard]] QWidget* makeHeader();
+    [[nodiscard]] QWidget* makeDropZone();
+    [[nodiscard]] QWidget* makeMessage();
+    [[nodiscard]] QWidget* makeCount();
+    [[nodiscard]] QWidget* makeList();
+
+    void noteChange();
+    void refresh();
+    void tick();
+    void applyTheme();
+    void addDroppedFiles(const QList<QUrl>& urls);
+    void showChooser();
+    void showTimeSheet(const LapsaItem& item);
+    void dismissSheetOfVanishedItem();
+
+    Environment m_environment;
+    std::function<void()> m_openPreferences;
+    std::unique_ptr<ScheduledTask> m_clock;
+    std::optional<LapsaTheme> m_appliedTheme;
+    bool m_changeNoted = false;
+    DropZone* m_dropZone = nullptr;
+    TextLabel* m_message = nullptr;
+    TextLabel* m_count = nullptr;
+    FileListView* m_list = nullptr;
+    QPointer<FileChooser> m_chooser;
+    QPointer<Sheet> m_sheet;
+    QString m_sheetItemId;
+};
+
+} // namespace lapsa

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+#include <QRectF>
+
+class QPainter;
+
+/// How a choice of one among few looks: a track, and a raised piece under what is chosen.
+namespace lapsa::segments {
+
+struct State
+{
+    bool chosen = false;
+    bool hovered = false;
+    bool enabled = true;
+};
+
+/// Between the track's edge and the raised piece.
+inline constexpr int inset = 3;
+inline constexpr int trackRadius = 9;
+
+void paintTrack(QPainter& painter, const QRectF& rect, const QPalette& palette);
+/// The ground of one segment: raised when it is chosen, tinted when it is hovered, else nothing.
+void paintSegment(QPainter& painter, const QRectF& rect, const State& state, const QPalette& palette);
+[[nodiscard]] QColor textColor(const State& state, const QPalette& palette);
+
+} // namespace lapsa::segments

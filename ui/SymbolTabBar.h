@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QTabBar>
+
+namespace lapsa {
+
+/// The tabs of a window: a symbol and a text each, as segments of one control.
+class SymbolTabBar final : public QTabBar
+{
+    Q_OBJECT
+
+public:
+    explicit SymbolTabBar(QWidget* parent = nullptr);
+
+    /// Adds a tab at the end.
+    void addTab(const QString& symbol, const QString& text);
+
+protected:
+    [[nodiscard]] QSize tabSizeHint(int index) const override;
+    [[nodiscard]] QSize minimumTabSizeHint(int index) const override;
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void paintTab(QPainter& painter, int index) const;
+};
+
+} // namespace lapsa
