@@ -18,7 +18,7 @@ namespace {
 using Warnings = QList<std::pair<QString, std::int64_t>>;
 
 /// The store with the service that drives it.
-struct World : test::StoreWorld
+struct World final : test::StoreWorld
 {
     test::RecordingWarnings warnings;
     std::optional<CleanupService> service;

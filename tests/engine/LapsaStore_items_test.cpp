@@ -20,7 +20,11 @@ namespace {
 
 LapsaItem unknownItem()
 {
-    return {.id = u"unknown"_s, .path = u"/nowhere/at all"_s, .displayName = u"at all"_s};
+    return {.id = u"unknown"_s,
+            .path = u"/nowhere/at all"_s,
+            .displayName = u"at all"_s,
+            .addedAt = distantPast,
+            .expiresAt = distantFuture};
 }
 
 /// An item as the state file holds it.

@@ -15,7 +15,7 @@
 namespace lapsa::test {
 
 /// The real store on real files in a home of its own, with a clock and a main queue moved by hand.
-class StoreWorld final
+class StoreWorld
 {
 public:
     /// Comes up as the program does; with `run` false only what is on disk can be prepared, until start().
