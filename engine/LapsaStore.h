@@ -151,11 +151,11 @@ private:
     void loadRecoveryItems();
     void addFound(const QList<FoundFile>& files, const AddOptions& options);
     [[nodiscard]] QList<LapsaItem>::iterator firstItem(const QString& id);
-    void removeItems(const QString& id);
+    void removeItems(QString id);
     void deleteFileForItem(const LapsaItem& item);
     void deleteFileForItem(const LapsaItem& item, DisposalRun& run);
     [[nodiscard]] Result<void> moveToRecovery(const LapsaItem& item, DisposalRun& run);
-    void removeRecoveryRecords(const QUuid& id);
+    void removeRecoveryRecords(QUuid id);
     void scanFolder(const LapsaAutoCleanFolderRule& rule);
 
     SettingsStore& m_settingsStore;

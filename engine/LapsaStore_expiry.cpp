@@ -101,8 +101,9 @@ void LapsaStore::deleteFileForItem(const LapsaItem& item)
 
 void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
 {
-    // Somebody else was faster: nothing to do and nothing to say.
-    if (!item.exists()) {
+    // Somebody else was faster: nothing to do and nothing to say. A path that leads nowhere by itself, as an edited
+    // file may hold one, is refused below like everything else that must not be touched.
+    if (item.path.startsWith(u'/') && !item.exists()) {
         return;
     }
     Result<void> disposed;

@@ -86,7 +86,8 @@ QList<LapsaItem>::iterator LapsaStore::firstItem(const QString& id)
     return std::ranges::find(m_items, id, &LapsaItem::id);
 }
 
-void LapsaStore::removeItems(const QString& id)
+// The id by value: it may be that of an item in the list itself, which moves while the list closes its gaps.
+void LapsaStore::removeItems(QString id) // NOLINT(performance-unnecessary-value-param)
 {
     emit willChange();
     m_items.removeIf([&id](const LapsaItem& item) { return item.id == id; });

@@ -80,10 +80,11 @@ void LapsaStore::purgeExpiredRecovery()
     saveRecoverySoon();
 }
 
-void LapsaStore::removeRecoveryRecords(const QUuid& id)
+// The id by value: it may be that of a record in the list itself, which moves while the list closes its gaps.
+void LapsaStore::removeRecoveryRecords(QUuid id)
 {
     emit willChange();
-    m_recoveryItems.removeIf([&id](const LapsaRecoveryItem& item) { return item.id == id; });
+    m_recoveryItems.removeIf([id](const LapsaRecoveryItem& item) { return item.id == id; });
 }
 
 } // namespace lapsa

@@ -397,6 +397,8 @@ private slots:
         QTest::newRow("what is above the data folder") << u"%home%/.local/share"_s;
         QTest::newRow("a mount point") << u"/proc"_s;
         QTest::newRow("a relative path") << u"."_s;
+        QTest::newRow("a relative path to nowhere") << u"missing/a.txt"_s;
+        QTest::newRow("no path at all") << QString();
     }
 
     void aPathThatMustNotBeTouchedIsAFailure()
@@ -426,19 +428,6 @@ private slots:
                 QVERIFY(QFileInfo::exists(world.home.dataPath(u"settings.json"_s)));
             }
         }
-    }
-
-    void anItemWithoutAPathIsDroppedWithoutAWord()
-    {
-        test::StoreWorld world(false);
-        writeItem(world, "", "x");
-        world.start();
-        const test::LogCapture log;
-
-        world.store().deleteExpiredItems();
-
-        QVERIFY(world.store().items().isEmpty());
-        QCOMPARE(log.lines(), QStringList());
     }
 
     void aThousandEqualNamesAllArrive()
