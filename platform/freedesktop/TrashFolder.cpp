@@ -95,8 +95,18 @@ int writeRecord(int file, QByteArrayView record)
     return 0;
 }
 
-/// Makes a record under a name that must be free. It is handed to the disk before the file follows, so that the file is
-/// never in the trash without it.
+/// Has the record's bytes written before the file follows, so that a power cut never leaves the file with an empty
+/// record: what a journal commits is in order, and the bytes are then there first. Far cheaper than waiting for the
+/// journal too.
+int writeOut(int file)
+{
+    constexpr unsigned all = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
+    const int error = errorOf([&] { return ::sync_file_range(file, 0, 0, all); });
+    const bool unknown = error == ENOSYS || error == ESPIPE || error == EINVAL || error == EOPNOTSUPP;
+    return unknown ? errorOf([&] { return ::fdatasync(file); }) : error;
+}
+
+/// Makes a record under a name that must be free.
 int makeRecord(int folder, const QByteArray& name, QByteArrayView record)
 {
     FileDescriptor file(retrying([&] {
@@ -107,7 +117,7 @@ int makeRecord(int folder, const QByteArray& name, QByteArrayView record)
     }
     int error = writeRecord(file.get(), record);
     if (error == 0) {
-        error = errorOf([&] { return ::fdatasync(file.get()); });
+        error = writeOut(file.get());
     }
     const int closing = file.close();
     error = error != 0 ? error : closing;

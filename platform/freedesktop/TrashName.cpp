@@ -5,6 +5,7 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <climits>
 
 namespace lapsa {
@@ -40,18 +41,20 @@ QByteArray shortened(QByteArray text, qsizetype length)
 TrashName::TrashName(const FileIdentity& trash, const QByteArray& wanted)
     : m_key(QByteArray::number(trash.device) + '/' + QByteArray::number(trash.inode) + '/' + wanted)
     , m_wanted(wanted)
-    , m_number(nextNumbers().value(m_key, 1))
     , m_current(numbered())
 {}
 
 void TrashName::advance()
 {
-    ++m_number;
+    m_number = std::max(m_number + 1, nextNumbers().value(m_key, 0));
     m_current = numbered();
 }
 
 void TrashName::remember() const
 {
+    if (m_number == 1) {
+        return;
+    }
     if (nextNumbers().size() >= mostRemembered) {
         nextNumbers().clear();
     }
