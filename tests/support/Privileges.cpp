@@ -8,10 +8,12 @@
 #include <grp.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 
 namespace lapsa::test {
 
@@ -24,12 +26,42 @@ void check(int result, const char* what)
     }
 }
 
-/// Once a process: from then on its mounts are its own.
+/// A temporary folder that stands in the place of everybody's, so that no mistake of a test, with its mounts and as
+/// root, can reach what belongs to others. Removed when the process ends.
+class OwnTemporaryFolder final
+{
+public:
+    OwnTemporaryFolder()
+    {
+        m_available = ::geteuid() == 0 && ::mkdtemp(m_path.data()) != nullptr &&
+                      ::chmod(m_path.constData(), 01777) == 0 && ::unshare(CLONE_NEWNS) == 0 &&
+                      ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                      ::mount(m_path.constData(), m_place.constData(), nullptr, MS_BIND, nullptr) == 0;
+    }
+
+    OwnTemporaryFolder(const OwnTemporaryFolder&) = delete;
+    OwnTemporaryFolder& operator=(const OwnTemporaryFolder&) = delete;
+
+    ~OwnTemporaryFolder()
+    {
+        if (m_available && ::getpid() == m_process && ::umount2(m_place.constData(), MNT_DETACH) == 0) {
+            ::rmdir(m_path.constData()); // what a test left in it stays, and is seen
+        }
+    }
+
+    [[nodiscard]] bool available() const { return m_available; }
+
+private:
+    QByteArray m_place = QDir::tempPath().toUtf8();
+    QByteArray m_path = m_place + "/lapsa-mounts-XXXXXX";
+    pid_t m_process = ::getpid();
+    bool m_available = false;
+};
+
 bool ownMounts()
 {
-    static const bool own = ::geteuid() == 0 && ::unshare(CLONE_NEWNS) == 0 &&
-                            ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-    return own;
+    static const OwnTemporaryFolder folder;
+    return folder.available();
 }
 
 } // namespace

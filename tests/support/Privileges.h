@@ -11,7 +11,11 @@
 
 namespace lapsa::test {
 
-/// Mounts that only this process sees, gone with this object. Needs root: ask available() first, and skip the test.
+/// Mounts that only this process sees, gone with this object. Needs root: ask available() before anything is made in
+/// the temporary folder (the process gets one of its own by it), and skip the test without.
+///
+/// Never bind a folder that the test did not make: a temporary folder that is cleaned up through a mount loses what it
+/// shows.
 class PrivateMounts final
 {
 public:
