@@ -147,6 +147,20 @@ private slots:
         QCOMPARE(world.store().items().size(), taken ? 1 : 0);
     }
 
+    void aFileWithoutADateOfCreationIsTakenWithTheExistingOnesAlone()
+    {
+        const QString withoutDates = u"/proc/sys/kernel/random"_s;
+        test::StoreWorld world;
+        watch(world, [&](LapsaAutoCleanFolderRule& rule) { rule.folderPath = withoutDates; });
+        world.store().scanAutoCleanFolders();
+        QCOMPARE(world.listedNames(), QStringList());
+
+        world.changeSettings([](LapsaSettings& settings) { settings.autoCleanFolders[0].includeExistingFiles = true; });
+        world.store().scanAutoCleanFolders();
+
+        QVERIFY(world.listedNames().contains(u"boot_id"_s));
+    }
+
     void includingExistingFilesLaterTakesThemAll()
     {
         test::StoreWorld world;
