@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cmath>
 
 namespace lapsa {
 
@@ -98,8 +99,9 @@ QWidget* DurationEditor::makeColumn(Column& column, const QString& title, std::i
     lines->addWidget(new TextLabel(title, secondCaptionText, ColorRole::Secondary, widget));
 
     column.value = new TextLabel({}, calloutText, ColorRole::Primary, widget);
-    column.value->setTabular(true);
-    column.value->setMinimumWidth(valueMinimumWidth);
+    // As wide as its highest value: the stepper beside it stays where it is.
+    const double widest = tabularText::width(u"%1 %2"_s.arg(highest).arg(column.mark), column.value->font());
+    column.value->setTabular(std::max(valueMinimumWidth, static_cast<int>(std::ceil(widest))));
     column.stepper = new Stepper(title, widget);
     column.stepper->setRange(0, static_cast<int>(highest));
     connect(column.stepper, &QSpinBox::valueChanged, this,

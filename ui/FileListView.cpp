@@ -7,6 +7,7 @@
 #include "FileRowView.h"
 #include "LapsaStore.h"
 #include "Localized.h"
+#include "ScrollFade.h"
 #include "TextLabel.h"
 
 #include <QApplication>
@@ -34,6 +35,8 @@ FileListView::FileListView(LapsaStore& store, FileIconSource& icons, QWidget* pa
     , m_icons(icons)
     , m_empty(new TextLabel(Localized::nothingHere(), captionText, ColorRole::Secondary, this))
     , m_bar(new QScrollBar(Qt::Vertical, parent))
+    , m_topFade(new ScrollFade(Qt::TopEdge, this))
+    , m_bottomFade(new ScrollFade(Qt::BottomEdge, this))
 {
     m_empty->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     m_bar->setFocusPolicy(Qt::NoFocus);
@@ -202,6 +205,17 @@ void FileListView::updateRange()
     m_bar->setPageStep(std::max(1, height()));
     m_bar->setRange(0, std::max(0, length - height()));
     m_bar->setVisible(m_bar->maximum() > 0);
+    updateFades();
+}
+
+void FileListView::updateFades()
+{
+    m_topFade->setGeometry(0, 0, width(), ScrollFade::extent);
+    m_bottomFade->setGeometry(0, height() - ScrollFade::extent, width(), ScrollFade::extent);
+    m_topFade->setVisible(m_bar->value() > 0);
+    m_bottomFade->setVisible(m_bar->value() < m_bar->maximum());
+    m_topFade->raise();
+    m_bottomFade->raise();
 }
 
 void FileListView::placeBar()

@@ -17,6 +17,7 @@ namespace lapsa {
 class FileIconSource;
 class FileRowView;
 class LapsaStore;
+class ScrollFade;
 class TextLabel;
 
 /// The scrolling list of items. Only the rows on screen exist: a row is bound to an item by its id and moves with it,
@@ -79,6 +80,7 @@ private:
     void moveCurrent(qsizetype index);
     void scrollTo(qsizetype index);
     void placeBar();
+    void updateFades();
 
     LapsaStore& m_store;
     FileIconSource& m_icons;
@@ -91,6 +93,8 @@ private:
     QString m_currentId;
     TextLabel* m_empty;
     QScrollBar* m_bar;
+    ScrollFade* m_topFade;
+    ScrollFade* m_bottomFade;
 };
 
 } // namespace lapsa

@@ -103,7 +103,7 @@ QString FileRowView::remainingText(const LapsaItem& item, TimePoint now)
 
 QLinearGradient FileRowView::groundFor(const QRectF& rect, const QPalette& palette)
 {
-    QLinearGradient gradient(rect.topLeft(), rect.bottomRight());
+    QLinearGradient gradient(rect.topLeft(), rect.bottomLeft()); // lit from above
     gradient.setColorAt(0, withOpacity(Qt::white, groundWhite));
     gradient.setColorAt(1, withOpacity(themeColor(ColorRole::Accent, palette), groundAccent));
     return gradient;

@@ -100,7 +100,7 @@ QWidget* ItemTimeView::makeDuration()
     column->setContentsMargins({});
     column->setSpacing(durationSpacing);
     m_choice = new TextLabel({}, headlineText, ColorRole::Primary, widget);
-    m_choice->setTabular(true);
+    m_choice->setTabular();
     m_editor = new DurationEditor(
         {.read = [this] { return m_minutes; }, .write = [this](std::int64_t minutes) { setMinutes(minutes); }}, bounds,
         widget);

@@ -129,7 +129,7 @@ QWidget* LapsaPanelView::makeMessage()
 QWidget* LapsaPanelView::makeCount()
 {
     m_count = new TextLabel({}, countText, ColorRole::Primary, this);
-    m_count->setTabular(true);
+    m_count->setTabular();
     return m_count;
 }
 

@@ -37,13 +37,17 @@ void setTranslucencyAvailable(bool available)
 
 void paintWindow(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette)
 {
-    const QColor window = themeColor(ColorRole::Window, palette);
-    const double light = schemeOf(palette) == ColorScheme::Dark ? topLightDark : topLightLight;
     QLinearGradient gradient(rect.topLeft(), rect.bottomLeft());
-    gradient.setColorAt(0, mixed(window, Qt::white, light));
-    gradient.setColorAt(1, window);
+    gradient.setColorAt(0, windowColorAt(0, palette));
+    gradient.setColorAt(1, windowColorAt(1, palette));
     paintShape(painter, rect, radius, gradient);
     paintBorder(painter, rect, radius, QPen(themeColor(ColorRole::Separator, palette), 1));
+}
+
+QColor windowColorAt(double height, const QPalette& palette)
+{
+    const double light = schemeOf(palette) == ColorScheme::Dark ? topLightDark : topLightLight;
+    return mixed(themeColor(ColorRole::Window, palette), Qt::white, light * (1 - height));
 }
 
 void paintSurface(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette, double strength)

@@ -24,6 +24,9 @@ inline constexpr int controlRadius = 8;
 /// radius 0 for square corners.
 void paintWindow(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette);
 
+/// The colour of that ground at a height, 0 at the top to 1 at the bottom.
+[[nodiscard]] QColor windowColorAt(double height, const QPalette& palette);
+
 /// A raised piece of the window: a field, a card, a plain button. `strength` 0 to 1 is how far it is hovered.
 void paintSurface(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette, double strength = 0);
 

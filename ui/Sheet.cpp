@@ -24,8 +24,9 @@ constexpr int travel = 10;
 constexpr int cardRadius = 14;
 constexpr int margin = 12;
 /// The soft shadow under the card: this many outlines, each fainter.
-constexpr int shadowReach = 12;
-constexpr double shadowOpacity = 0.022;
+constexpr int shadowReach = 24;
+constexpr int shadowDrop = 6;
+constexpr double shadowOpacity = 0.008;
 
 } // namespace
 
@@ -102,7 +103,7 @@ void Sheet::paintEvent(QPaintEvent*)
     painter.setOpacity(progress);
     const QRectF card = m_content->geometry();
     for (int ring = shadowReach; ring > 0; --ring) {
-        const QRectF outline = card.adjusted(-ring, -ring + 3, ring, ring + 3);
+        const QRectF outline = card.adjusted(-ring, -ring + shadowDrop, ring, ring + shadowDrop);
         material::paintShape(painter, outline, cardRadius + ring, withOpacity(Qt::black, shadowOpacity));
     }
     material::paintSurface(painter, card, cardRadius, palette());

@@ -11,9 +11,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace lapsa {
+
+namespace {
+
+/// A height that no text reaches and that text layout can still reckon with.
+constexpr int unlimited = 1 << 20;
+
+} // namespace
 
 TextLabel::TextLabel(const QString& text, const TextStyle& style, ColorRole role, QWidget* parent)
     : QLabel(text, parent)
@@ -38,10 +44,11 @@ void TextLabel::setMaximumLines(int lines)
     update();
 }
 
-void TextLabel::setTabular(bool tabular)
+void TextLabel::setTabular(int leastWidth)
 {
-    m_tabular = tabular;
-    setWordWrap(!tabular);
+    m_tabular = true;
+    m_leastWidth = leastWidth;
+    setWordWrap(false);
     updateGeometry();
     update();
 }
@@ -52,7 +59,8 @@ QSize TextLabel::sizeHint() const
         const int width = static_cast<int>(std::ceil(QFontMetricsF(font()).horizontalAdvance(text())));
         return {width, lineHeight()};
     }
-    return {static_cast<int>(std::ceil(tabularText::width(text(), font()))), lineHeight()};
+    const int width = static_cast<int>(std::ceil(tabularText::width(text(), font())));
+    return {std::max(width, m_leastWidth), lineHeight()};
 }
 
 QSize TextLabel::minimumSizeHint() const
@@ -65,8 +73,7 @@ int TextLabel::heightForWidth(int width) const
     if (m_tabular) {
         return lineHeight();
     }
-    const QRect bounds(0, 0, width, std::numeric_limits<int>::max() / 2);
-    const int height = QFontMetrics(font()).boundingRect(bounds, Qt::TextWordWrap, text()).height();
+    const int height = boundsFor(width).height();
     return m_maximumLines > 0 ? std::min(height, m_maximumLines * lineHeight()) : height;
 }
 
@@ -77,7 +84,8 @@ void TextLabel::paintEvent(QPaintEvent*)
     painter.setPen(palette().color(foregroundRole()));
     const Qt::Alignment place = QStyle::visualAlignment(layoutDirection(), alignment());
     if (m_tabular) {
-        const QRect line = QStyle::alignedRect(Qt::LeftToRight, place, sizeHint(), rect());
+        const QSize size(static_cast<int>(std::ceil(tabularText::width(text(), font()))), lineHeight());
+        const QRect line = QStyle::alignedRect(Qt::LeftToRight, place, size, rect());
         tabularText::draw(painter, QPointF(line.left(), line.top() + QFontMetricsF(font()).ascent()), text(), font());
         return;
     }
@@ -85,7 +93,12 @@ void TextLabel::paintEvent(QPaintEvent*)
     if (m_maximumLines > 0) {
         shown = shortened(shown);
     }
-    painter.drawText(rect(), static_cast<int>(place | Qt::AlignAbsolute) | Qt::TextWordWrap, shown);
+    QRect lines = rect();
+    if (place.testFlag(Qt::AlignHCenter)) {
+        const int width = balancedWidth(lines.width());
+        lines.adjust((lines.width() - width) / 2, 0, -(lines.width() - width) / 2, 0);
+    }
+    painter.drawText(lines, static_cast<int>(place | Qt::AlignAbsolute) | Qt::TextWordWrap, shown);
 }
 
 void TextLabel::changeEvent(QEvent* event)
@@ -100,6 +113,24 @@ void TextLabel::changeEvent(QEvent* event)
 int TextLabel::lineHeight() const
 {
     return QFontMetrics(font()).lineSpacing();
+}
+
+QRect TextLabel::boundsFor(int width) const
+{
+    return QFontMetrics(font()).boundingRect(QRect(0, 0, width, unlimited), Qt::TextWordWrap, text());
+}
+
+int TextLabel::balancedWidth(int width) const
+{
+    const int height = boundsFor(width).height();
+    int tooNarrow = 0;
+    int wideEnough = width;
+    while (wideEnough - tooNarrow > 1) {
+        const int middle = (tooNarrow + wideEnough) / 2;
+        const QRect bounds = boundsFor(middle);
+        (bounds.height() <= height && bounds.width() <= middle ? wideEnough : tooNarrow) = middle;
+    }
+    return wideEnough;
 }
 
 QString TextLabel::shortened(const QString& text) const

@@ -22,8 +22,8 @@ public:
     void setStyle(const TextStyle& style);
     /// Lines beyond these are left out, the last one shown ends in an ellipsis.
     void setMaximumLines(int lines);
-    /// Digits of equal width, for numbers that run: on one line.
-    void setTabular(bool tabular);
+    /// Digits of equal width, for numbers that run: on one line, never narrower than the text or than `leastWidth`.
+    void setTabular(int leastWidth = 0);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -35,10 +35,14 @@ protected:
 
 private:
     [[nodiscard]] int lineHeight() const;
+    [[nodiscard]] QRect boundsFor(int width) const;
+    /// The narrowest width with as many lines as the given one: centred lines of about the same length.
+    [[nodiscard]] int balancedWidth(int width) const;
     [[nodiscard]] QString shortened(const QString& text) const;
 
     TextStyle m_style;
     int m_maximumLines = 0;
+    int m_leastWidth = 0;
     bool m_tabular = false;
 };
 

@@ -16,7 +16,6 @@
 #include <QStyle>
 
 #include <algorithm>
-#include <limits>
 
 namespace lapsa {
 
@@ -29,6 +28,8 @@ constexpr int switchHeight = 20;
 constexpr int knobInset = 2;
 constexpr int labelGap = 16;
 constexpr int leastHeight = 24;
+/// A height that no text reaches and that text layout can still reckon with.
+constexpr int unlimited = 1 << 20;
 /// Track of a switch that is off: strong enough to be seen as a control.
 constexpr double offTrackOpacity = 0.75;
 
@@ -87,7 +88,7 @@ QSize Toggle::minimumSizeHint() const
 
 int Toggle::heightForWidth(int width) const
 {
-    const QRect bounds(0, 0, std::max(1, width - labelGap - switchWidth), std::numeric_limits<int>::max() / 2);
+    const QRect bounds(0, 0, std::max(1, width - labelGap - switchWidth), unlimited);
     return std::max(leastHeight, QFontMetrics(font()).boundingRect(bounds, Qt::TextWordWrap, m_label).height());
 }
 

@@ -28,6 +28,7 @@ std::unique_ptr<LapsaPanelView> shownPanel(Scene& scene)
         LapsaPanelView::Environment{*scene.store, scene.time, scene.time, scene.icons}, [] {});
     panel->setAttribute(Qt::WA_TranslucentBackground);
     panel->show();
+    QTest::mouseMove(panel.get(), {2, 2}); // nothing is hovered
     QApplication::processEvents();
     return panel;
 }

@@ -19,6 +19,7 @@ int main(int argc, char** argv)
     QFont font(u"Inter"_s);
     font.setPointSizeF(10);
     QApplication::setFont(font);
+    QIcon::setThemeSearchPaths({u"/usr/share/icons"_s});
     QIcon::setThemeName(u"Adwaita"_s);
     lapsa::test::Gallery(QCoreApplication::arguments().at(1)).paintEverything();
     return 0;
