@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "LapsaSettings.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+class QStackedWidget;
+class QVBoxLayout;
+
+namespace lapsa {
+
+class AutoCleanFolderView;
+class Card;
+class FileTypeRuleView;
+class FolderChooser;
+class FormSection;
+class LapsaStore;
+class PushButton;
+class SymbolTabBar;
+
+/// Edits the settings: every control writes its field at once, and shows at once what was changed elsewhere. It holds
+/// no copy of them. The content of the preferences window.
+class PreferencesView final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    enum class Tab
+    {
+        General,
+        Rules,
+        Folders,
+    };
+
+    /// `store` outlives the view.
+    explicit PreferencesView(LapsaStore& store, QWidget* parent = nullptr);
+
+    void showTab(Tab tab);
+    /// Whether the folder chooser is open.
+    [[nodiscard]] bool showingFolderPicker() const;
+
+    static constexpr QSize size{620, 620};
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    /// A scrolling page with sections from top to bottom.
+    [[nodiscard]] QVBoxLayout* makePage(const QString& name);
+    void makeShortcuts();
+    void noteChange();
+    void refresh();
+    void applyTheme();
+    /// Scrolls to a card that was just added.
+    void revealNewest(QWidget& view);
+
+    // ---- General tab: PreferencesView_general.cpp
+
+    void makeGeneralTab();
+    [[nodiscard]] FormSection* makeGeneralSection(QWidget* page);
+    [[nodiscard]] FormSection* makeNotificationsSection(QWidget* page);
+    [[nodiscard]] FormSection* makeRecoverySection(QWidget* page);
+    void addToggle(Card& card, const QString& text, bool LapsaSettings::*field);
+    [[nodiscard]] QWidget* makeThemePicker();
+    [[nodiscard]] QWidget* makeRecoveryToggle();
+    [[nodiscard]] QWidget* makeRetention();
+
+    // ---- File type rules: PreferencesView_rules.cpp
+
+    void makeRulesTab();
+    void refreshRules();
+    void addRule();
+
+    // ---- Watched folders: PreferencesView_folders.cpp
+
+    void makeFoldersTab();
+    void refreshFolders();
+    void showFolderPicker();
+    void addChosenFolder();
+
+    LapsaStore& m_store;
+    bool m_changeNoted = false;
+    std::optional<LapsaTheme> m_appliedTheme;
+    SymbolTabBar* m_tabs = nullptr;
+    QStackedWidget* m_pages = nullptr;
+    /// What brings the controls of the general tab up to date.
+    QList<std::function<void()>> m_generalControls;
+    PushButton* m_addRule = nullptr;
+    QVBoxLayout* m_ruleColumn = nullptr;
+    QList<FileTypeRuleView*> m_rules;
+    PushButton* m_addFolder = nullptr;
+    QVBoxLayout* m_folderColumn = nullptr;
+    QList<AutoCleanFolderView*> m_folders;
+    QPointer<FolderChooser> m_folderChooser;
+};
+
+} // namespace lapsa

@@ -1,0 +1,226 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "Card.h"
+#include "DurationEditor.h"
+#include "DurationFormatter.h"
+#include "LapsaStore.h"
+#include "Localized.h"
+#include "PreferencesView.h"
+#include "SegmentedControl.h"
+#include "SettingBinding.h"
+#include "Stepper.h"
+#include "SymbolTabBar.h"
+#include "TextLabel.h"
+#include "Toggle.h"
+
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int stackSpacing = 8;
+constexpr int controlSpacing = 16;
+constexpr int explanationSpacing = 4;
+constexpr DurationEditor::Bounds lifespanBounds{.minTotalMinutes = 1, .maxTotalMinutes = maxLifespanMinutes};
+/// Seven days, kept on purpose although the setting holds no more than an hour: what is above is stored as an hour.
+constexpr DurationEditor::Bounds leadTimeBounds{.minTotalMinutes = 1, .maxTotalMinutes = 10080};
+constexpr int minRetentionHours = 1;
+
+/// A duration as a text and as its editor.
+struct DurationControls
+{
+    TextLabel* text = nullptr;
+    DurationEditor* editor = nullptr;
+
+    void show(std::int64_t minutes) const
+    {
+        text->setText(DurationFormatter::compact(minutes));
+        editor->refresh();
+    }
+};
+
+DurationControls makeDuration(const SettingBinding<std::int64_t>& minutes, const DurationEditor::Bounds& bounds,
+                              ColorRole role, QWidget* parent)
+{
+    auto* const text = new TextLabel({}, bodyText, role, parent);
+    text->setTabular(true);
+    return {.text = text, .editor = new DurationEditor({minutes.read, minutes.write}, bounds, parent)};
+}
+
+QString nameOf(LapsaTheme theme)
+{
+    switch (theme) {
+    case LapsaTheme::System:
+        return Localized::text(u"System"_s, u"Sistema"_s);
+    // The same in both languages, on purpose.
+    case LapsaTheme::Dark:
+        return u"Dark"_s;
+    case LapsaTheme::Light:
+        return u"Light"_s;
+    }
+    return {};
+}
+
+FormSection* makeSection(const QString& heading, QWidget* page)
+{
+    auto* const section = new FormSection(heading, page);
+    // Texts wrap when they are large: the height depends on the width.
+    section->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    section->card().setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    return section;
+}
+
+QWidget* makeStack(QWidget* parent, int spacing)
+{
+    auto* const stack = new QWidget(parent);
+    auto* const column = new QVBoxLayout(stack);
+    column->setContentsMargins({});
+    column->setSpacing(spacing);
+    return stack;
+}
+
+} // namespace
+
+void PreferencesView::makeGeneralTab()
+{
+    QVBoxLayout* const sections = makePage(m_tabs->tabText(static_cast<int>(Tab::General)));
+    QWidget* const page = sections->parentWidget();
+    sections->addWidget(makeGeneralSection(page));
+    sections->addWidget(makeNotificationsSection(page));
+    sections->addWidget(makeRecoverySection(page));
+    sections->addStretch();
+}
+
+FormSection* PreferencesView::makeGeneralSection(QWidget* page)
+{
+    FormSection* const section = makeSection(Localized::text(u"General"_s, u"Generale"_s), page);
+    Card& card = section->card();
+
+    const auto expiry = settingBinding(m_store, &LapsaSettings::defaultExpirationMinutes);
+    auto* const row = new QWidget(&card);
+    auto* const line = new QHBoxLayout(row);
+    line->setContentsMargins({});
+    line->setSpacing(controlSpacing);
+    auto* const label = new TextLabel(Localized::defaultExpiry(), bodyText, ColorRole::Primary, row);
+    const DurationControls controls = makeDuration(expiry, lifespanBounds, ColorRole::Secondary, row);
+    controls.editor->setAccessibleName(Localized::defaultExpiry());
+    auto* const texts = new QVBoxLayout;
+    texts->setSpacing(explanationSpacing);
+    texts->addWidget(label);
+    texts->addWidget(controls.text);
+    line->addLayout(texts, 1);
+    line->addWidget(controls.editor, 0, Qt::AlignVCenter);
+    card.addRow(row);
+    m_generalControls.push_back([controls, expiry] { controls.show(expiry.read()); });
+
+    addToggle(card,
+              Localized::text(u"Use Trash instead of permanent delete"_s,
+                              u"Usa Cestino invece di eliminare definitivamente"_s),
+              &LapsaSettings::useTrash);
+    addToggle(card, Localized::pauseAll(), &LapsaSettings::pauseAllCountdowns);
+    addToggle(card,
+              Localized::text(u"Keep panel open until I click the icon again"_s,
+                              u"Tieni aperto il pannello finché non clicco l'icona"_s),
+              &LapsaSettings::keepPanelOpen);
+    card.addRow(Localized::text(u"Theme"_s, u"Tema"_s), makeThemePicker());
+    return section;
+}
+
+FormSection* PreferencesView::makeNotificationsSection(QWidget* page)
+{
+    FormSection* const section = makeSection(Localized::text(u"Notifications"_s, u"Notifiche"_s), page);
+    Card& card = section->card();
+    const QString title = Localized::text(u"Notify before expiry"_s, u"Avvisa prima della scadenza"_s);
+    addToggle(card, title, &LapsaSettings::enableExpiryNotifications);
+
+    // Shown and editable whether or not the toggle is on, on purpose.
+    const auto leadTime = settingBinding(m_store, &LapsaSettings::notifyBeforeMinutes);
+    QWidget* const stack = makeStack(&card, stackSpacing);
+    const DurationControls controls = makeDuration(leadTime, leadTimeBounds, ColorRole::Secondary, stack);
+    controls.editor->setAccessibleName(title);
+    stack->layout()->addWidget(controls.text);
+    stack->layout()->addWidget(controls.editor);
+    stack->layout()->setAlignment(controls.editor, Qt::AlignLeading);
+    card.addRow(stack);
+    m_generalControls.push_back([controls, leadTime] { controls.show(leadTime.read()); });
+    return section;
+}
+
+FormSection* PreferencesView::makeRecoverySection(QWidget* page)
+{
+    FormSection* const section = makeSection(Localized::recovery(), page);
+    section->card().addRow(makeRecoveryToggle());
+    section->card().addRow(makeRetention());
+    return section;
+}
+
+void PreferencesView::addToggle(Card& card, const QString& text, bool LapsaSettings::*field)
+{
+    const SettingBinding<bool> setting = settingBinding(m_store, field);
+    auto* const toggle = new Toggle(text, &card);
+    connect(toggle, &Toggle::clicked, this, setting.write);
+    card.addRow(toggle);
+    m_generalControls.push_back([toggle, setting] { toggle->setChecked(setting.read()); });
+}
+
+QWidget* PreferencesView::makeThemePicker()
+{
+    QStringList names;
+    for (const LapsaTheme theme : allLapsaThemes) {
+        names.push_back(nameOf(theme));
+    }
+    const auto setting = settingBinding(m_store, &LapsaSettings::theme);
+    auto* const picker = new SegmentedControl(Localized::text(u"Theme"_s, u"Tema"_s), names, this);
+    connect(picker, &SegmentedControl::chosenByUser, this,
+            [setting](int index) { setting.write(allLapsaThemes.at(static_cast<std::size_t>(index))); });
+    m_generalControls.push_back([picker, setting] { picker->setChosen(static_cast<int>(setting.read())); });
+    return picker;
+}
+
+QWidget* PreferencesView::makeRecoveryToggle()
+{
+    const auto setting = settingBinding(m_store, &LapsaSettings::useRecoveryWindow);
+    QWidget* const stack = makeStack(this, explanationSpacing);
+    auto* const toggle = new Toggle(Localized::useRecovery(), stack);
+    auto* const explanation =
+        new TextLabel(Localized::text(u"Expired files are moved to an internal Recovery folder and then purged after "
+                                      u"the selected period."_s,
+                                      u"I file scaduti vengono spostati in una cartella Recupero interna e poi "
+                                      u"eliminati dopo il periodo scelto."_s),
+                      captionText, ColorRole::Secondary, stack);
+    toggle->setAccessibleDescription(explanation->text());
+    stack->layout()->addWidget(toggle);
+    stack->layout()->addWidget(explanation);
+    connect(toggle, &Toggle::clicked, this, setting.write);
+    m_generalControls.push_back([toggle, setting] { toggle->setChecked(setting.read()); });
+    return stack;
+}
+
+QWidget* PreferencesView::makeRetention()
+{
+    const auto setting = settingBinding(m_store, &LapsaSettings::recoveryRetentionHours);
+    auto* const row = new QWidget(this);
+    auto* const line = new QHBoxLayout(row);
+    line->setContentsMargins({});
+    line->setSpacing(controlSpacing);
+    auto* const label = new TextLabel({}, bodyText, ColorRole::Primary, row);
+    auto* const stepper = new Stepper(Localized::retention(), row);
+    stepper->setRange(minRetentionHours, static_cast<int>(maxRecoveryRetentionHours));
+    line->addWidget(label, 1, Qt::AlignVCenter);
+    line->addWidget(stepper, 0, Qt::AlignVCenter);
+    connect(stepper, &QSpinBox::valueChanged, this, setting.write);
+    m_generalControls.push_back([label, stepper, setting] {
+        const std::int64_t hours = setting.read();
+        label->setText(u"%1: %2 h"_s.arg(Localized::retention()).arg(hours));
+        const QSignalBlocker blocker(stepper);
+        stepper->setValue(static_cast<int>(hours));
+    });
+    return row;
+}
+
+} // namespace lapsa

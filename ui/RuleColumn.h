@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QApplication>
+#include <QList>
+#include <QUuid>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace lapsa::ruleColumn {
+
+/// Takes a view out of its column. It goes on a later turn, for it may be what is just being clicked.
+inline void discard(QWidget* view, QVBoxLayout& column, QWidget& focusAfter)
+{
+    const bool focused = view->isAncestorOf(QApplication::focusWidget());
+    column.removeWidget(view);
+    view->hide();
+    view->deleteLater();
+    if (focused) {
+        // Not the next view's button for removing: a second press of the key must not remove that one too.
+        focusAfter.setFocus(Qt::OtherFocusReason);
+    }
+}
+
+/// Brings the views in line with the rules, in their order, by difference: a view stays while its rule does, with its
+/// hover, its focus and the text being typed. `make(id)` makes a new one. The views lie in `column` in their order,
+/// with nothing before them.
+template <typename View, typename Rule, typename Make>
+void bringInLine(QList<View*>& views, const QList<Rule>& rules, QVBoxLayout& column, QWidget& focusAfter,
+                 const Make& make)
+{
+    for (qsizetype index = 0; index < rules.size(); ++index) {
+        const QUuid& id = rules.at(index).id;
+        const auto known =
+            std::find_if(views.begin() + index, views.end(), [&id](const View* view) { return view->id() == id; });
+        if (known == views.end()) {
+            views.insert(index, make(id));
+            column.insertWidget(static_cast<int>(index), views.at(index));
+        } else if (known != views.begin() + index) {
+            views.move(known - views.begin(), index);
+            column.removeWidget(views.at(index));
+            column.insertWidget(static_cast<int>(index), views.at(index));
+        }
+    }
+    while (views.size() > rules.size()) {
+        discard(views.takeLast(), column, focusAfter);
+    }
+    for (View* const view : views) {
+        view->refresh();
+    }
+}
+
+} // namespace lapsa::ruleColumn
