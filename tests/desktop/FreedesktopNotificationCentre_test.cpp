@@ -1,0 +1,363 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FreedesktopNotificationCentre.h"
+#include "LogCapture.h"
+#include "NotificationCentre.h"
+#include "SessionBus.h"
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusMessage>
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTest>
+#include <QVariantMap>
+
+#include <memory>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace lapsa::test {
+
+namespace {
+
+constexpr int patience = 20'000;
+
+const QString name = u"org.freedesktop.Notifications"_s;
+const QString path = u"/org/freedesktop/Notifications"_s;
+
+using UserInfo = QHash<QString, QString>;
+
+NotificationRequest request(const QString& identifier, const QString& body = u"body"_s)
+{
+    return {.identifier = identifier,
+            .title = u"Lapsa <alert>"_s,
+            .body = body,
+            .actionLabel = u"Lock"_s,
+            .userInfo = {{u"itemId"_s, identifier}}};
+}
+
+} // namespace
+
+/// A notification server that is played, on a bus connection of its own.
+class PlayedServer final : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public:
+    struct Notification
+    {
+        uint replaces = 0;
+        QString summary;
+        QString body;
+        QStringList actions;
+        QVariantMap hints;
+    };
+
+    explicit PlayedServer(const QString& address, bool takesName = true)
+        : m_connection(QDBusConnection::connectToBus(address, u"server-%1"_s.arg(++s_count)))
+    {
+        m_connection.registerObject(path, this, QDBusConnection::ExportScriptableSlots);
+        if (takesName && !m_connection.registerService(name)) {
+            qFatal("the name is taken");
+        }
+    }
+
+    ~PlayedServer() override { QDBusConnection::disconnectFromBus(m_connection.name()); }
+
+    void invoke(uint id, const QString& action) { signal(u"ActionInvoked"_s, {id, action}); }
+
+    void close(uint id, uint reason) { signal(u"NotificationClosed"_s, {id, reason}); }
+
+    /// Answers the calls that were kept.
+    void answerAll()
+    {
+        holdsBack = false;
+        for (const QDBusMessage& call : std::exchange(m_kept, {})) {
+            m_connection.send(call.createReply(nextId++));
+        }
+    }
+
+    QList<Notification> shown;
+    int capabilityQuestions = 0;
+    bool holdsBack = false;
+    uint nextId = 1;
+
+public slots:
+
+    Q_SCRIPTABLE QStringList GetCapabilities()
+    {
+        ++capabilityQuestions;
+        return {u"actions"_s, u"body"_s};
+    }
+
+    Q_SCRIPTABLE uint Notify(const QString& /*application*/, uint replaces, const QString& /*icon*/,
+                             const QString& summary, const QString& body, const QStringList& actions,
+                             const QVariantMap& hints, int /*timeout*/)
+    {
+        shown.push_back({replaces, summary, body, actions, hints});
+        if (holdsBack) {
+            setDelayedReply(true);
+            m_kept.push_back(message());
+            return 0;
+        }
+        return replaces != 0 ? replaces : nextId++;
+    }
+
+private:
+    void signal(const QString& member, const QVariantList& arguments)
+    {
+        auto message = QDBusMessage::createSignal(path, name, member);
+        message.setArguments(arguments);
+        m_connection.send(message);
+    }
+
+    static inline int s_count = 0;
+    QDBusConnection m_connection;
+    QList<QDBusMessage> m_kept;
+};
+
+class FreedesktopNotificationCentreTest final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+
+    void init() { m_server = std::make_unique<PlayedServer>(m_bus.address()); }
+
+    void cleanup() { m_server.reset(); }
+
+    void aRequestIsShownWithOneButtonAndTheDefaultSound()
+    {
+        FreedesktopNotificationCentre centre;
+        centre.add(request(u"a"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, patience);
+
+        const PlayedServer::Notification& shown = m_server->shown.constFirst();
+
+        QCOMPARE(shown.replaces, 0U);
+        QCOMPARE(shown.actions, QStringList({u"default"_s, u""_s, u"lock"_s, u"Lock"_s}));
+        QCOMPARE(shown.hints[u"desktop-entry"_s].toString(), u"org.lapsa.Lapsa"_s);
+        QCOMPARE(shown.hints[u"sound-name"_s].toString(), u"message-new-instant"_s);
+        QCOMPARE(shown.hints[u"urgency"_s], QVariant::fromValue(uchar(1)));
+    }
+
+    void markupInABodyIsEscapedAndTheTitleIsPlain()
+    {
+        FreedesktopNotificationCentre centre;
+        centre.add(request(u"a"_s, u"<b>R&D</b> 100%d &amp;"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, patience);
+
+        QCOMPARE(m_server->shown[0].body, u"&lt;b&gt;R&amp;D&lt;/b&gt; 100%d &amp;amp;"_s);
+        QCOMPARE(m_server->shown[0].summary, u"Lapsa <alert>"_s);
+    }
+
+    void aLaterRequestWithTheSameIdentifierReplacesTheEarlier()
+    {
+        FreedesktopNotificationCentre centre;
+        show(centre, u"a"_s);
+        show(centre, u"b"_s);
+
+        centre.add(request(u"a"_s, u"again"_s));
+
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 3, patience);
+        QCOMPARE(m_server->shown[2].replaces, 1U);
+    }
+
+    void requestsMadeWhileTheFirstIsUnderWayReplaceItAndTheLastWins()
+    {
+        m_server->holdsBack = true;
+        FreedesktopNotificationCentre centre;
+        centre.add(request(u"a"_s, u"one"_s));
+        centre.add(request(u"a"_s, u"two"_s));
+        centre.add(request(u"a"_s, u"three"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, patience);
+
+        m_server->answerAll();
+
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 2, patience);
+        QCOMPARE(m_server->shown[1].body, u"three"_s);
+        QCOMPARE(m_server->shown[1].replaces, 1U);
+    }
+
+    void anActionHandsTheUserInfoBack_data()
+    {
+        QTest::addColumn<QString>("action");
+        QTest::addColumn<int>("responses");
+
+        QTest::newRow("a click on the notification") << u"default"_s << 1;
+        QTest::newRow("its button") << u"lock"_s << 1;
+        QTest::newRow("an action that was never offered") << u"other"_s << 0;
+    }
+
+    void anActionHandsTheUserInfoBack()
+    {
+        QFETCH(const QString, action);
+        QFETCH(const int, responses);
+        FreedesktopNotificationCentre centre;
+        const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
+        show(centre, u"a"_s);
+
+        m_server->invoke(1, action);
+        settle(centre);
+
+        QCOMPARE(spy.size(), responses);
+        if (responses > 0) {
+            QCOMPARE(spy[0][0].value<UserInfo>(), (UserInfo{{u"itemId"_s, u"a"_s}}));
+        }
+    }
+
+    void aDismissalIsNoClickAndForgetsTheNumber()
+    {
+        FreedesktopNotificationCentre centre;
+        const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
+        show(centre, u"a"_s);
+
+        m_server->close(1, 2);
+        m_server->invoke(1, u"default"_s);
+        settle(centre);
+        centre.add(request(u"a"_s, u"again"_s));
+
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.constLast().body, u"again"_s, patience);
+        QCOMPARE(m_server->shown.constLast().replaces, 0U);
+        QCOMPARE(spy.size(), 0);
+    }
+
+    void numbersOfOthersMeanNothing()
+    {
+        FreedesktopNotificationCentre centre;
+        const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
+        show(centre, u"a"_s);
+
+        m_server->invoke(0, u"default"_s);
+        m_server->invoke(2, u"default"_s);
+        settle(centre);
+
+        QCOMPARE(spy.size(), 0);
+    }
+
+    void aSignalFromSomeoneWhoIsNotTheServerMeansNothing()
+    {
+        FreedesktopNotificationCentre centre;
+        const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
+        show(centre, u"a"_s);
+        PlayedServer forger(m_bus.address(), false);
+
+        forger.invoke(1, u"default"_s);
+        settle(centre);
+
+        QCOMPARE(spy.size(), 0);
+    }
+
+    void aNewServerKnowsNoneOfTheNumbers()
+    {
+        FreedesktopNotificationCentre centre;
+        const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
+        show(centre, u"a"_s);
+
+        m_server.reset();
+        m_server = std::make_unique<PlayedServer>(m_bus.address());
+        m_server->invoke(1, u"default"_s);
+        show(centre, u"other"_s);
+        settle(centre);
+        QCOMPARE(spy.size(), 0);
+
+        centre.add(request(u"a"_s, u"again"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.constLast().body, u"again"_s, patience);
+        QCOMPARE(m_server->shown.constLast().replaces, 0U);
+        m_server->invoke(m_server->nextId - 1, u"default"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(spy.size(), 1, patience);
+    }
+
+    void aServerThatDiesWithoutAnAnswerDoesNotBlockTheIdentifier()
+    {
+        m_server->holdsBack = true;
+        FreedesktopNotificationCentre centre;
+        centre.add(request(u"a"_s, u"one"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, patience);
+        centre.add(request(u"a"_s, u"two"_s));
+
+        m_server.reset();
+        m_server = std::make_unique<PlayedServer>(m_bus.address());
+        centre.add(request(u"a"_s, u"three"_s));
+
+        QTRY_VERIFY_WITH_TIMEOUT(!m_server->shown.isEmpty() && m_server->shown.constLast().body == u"three"_s,
+                                 patience);
+    }
+
+    void withoutAServerRequestsAreDroppedInSilence()
+    {
+        m_server.reset();
+        const LogCapture log;
+        FreedesktopNotificationCentre centre;
+
+        centre.requestAuthorization();
+        centre.add(request(u"a"_s));
+        m_server = std::make_unique<PlayedServer>(m_bus.address());
+        show(centre, u"b"_s);
+
+        QCOMPARE(m_server->shown.size(), 1);
+        QCOMPARE(log.lines(), QStringList());
+    }
+
+    void aServerThatNeverAnswersHoldsNobodyUp()
+    {
+        m_server->holdsBack = true;
+        constexpr int count = 100;
+        constexpr qint64 limit = 300;
+        QElapsedTimer timer;
+        timer.start();
+
+        FreedesktopNotificationCentre centre;
+        centre.requestAuthorization();
+        for (int i = 0; i < count; ++i) {
+            centre.add(request(QString::number(i)));
+        }
+
+        QVERIFY2(timer.elapsed() < limit, qPrintable(QString::number(timer.elapsed())));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), count, patience);
+    }
+
+    void authorizationIsAskedForOnce()
+    {
+        FreedesktopNotificationCentre centre;
+
+        centre.requestAuthorization();
+        show(centre, u"a"_s);
+
+        QCOMPARE(m_server->capabilityQuestions, 1);
+    }
+
+private:
+    void show(FreedesktopNotificationCentre& centre, const QString& identifier)
+    {
+        const qsizetype before = m_server->shown.size();
+        centre.add(request(identifier));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), before + 1, patience);
+    }
+
+    /// Returns when everything that the server has sent so far has arrived: its messages come in order.
+    void settle(FreedesktopNotificationCentre& centre)
+    {
+        const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
+        const qsizetype before = m_server->shown.size();
+        const uint id = m_server->nextId;
+        centre.add(request(u"settle"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), before + 1, patience);
+        // The reply has arrived as soon as a second request replaces the first.
+        centre.add(request(u"settle"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), before + 2, patience);
+        QCOMPARE(m_server->shown.constLast().replaces, id);
+    }
+
+    SessionBus m_bus;
+    std::unique_ptr<PlayedServer> m_server;
+};
+
+} // namespace lapsa::test
+
+QTEST_GUILESS_MAIN(lapsa::test::FreedesktopNotificationCentreTest)
+#include "FreedesktopNotificationCentre_test.moc"
