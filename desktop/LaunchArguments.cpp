@@ -5,11 +5,15 @@
 
 #include "FileUri.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace lapsa {
 
 namespace {
+
+/// With the slash, so that a file named "file:notes" in the working folder can be said too.
+constexpr QByteArrayView fileUriStart = "file:/";
 
 QByteArray absolute(const QByteArray& path, const QByteArray& workingFolder)
 {
@@ -29,8 +33,9 @@ std::optional<QString> pathOf(const QByteArray& argument, const QByteArray& work
     if (argument.isEmpty()) {
         return std::nullopt;
     }
-    if (const std::optional<QString> path = pathOfFileUri(argument)) {
-        return path;
+    if (argument.first(std::min(argument.size(), fileUriStart.size())).compare(fileUriStart, Qt::CaseInsensitive) ==
+        0) {
+        return pathOfFileUri(argument);
     }
     const QByteArray path = absolute(argument, workingFolder);
     return path.isEmpty() ? std::nullopt : textOfUtf8(path);
