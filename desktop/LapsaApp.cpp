@@ -126,7 +126,9 @@ int runApplication(const QApplication& application, SessionApplication& session,
 {
     SystemClock clock;
     QtMainQueue mainQueue;
-    FreedesktopAppearance appearance([](ColorScheme scheme) { return themePalette(scheme); });
+    // The desktop's accent, asked for before its palette is replaced by ours.
+    FreedesktopAppearance appearance(
+        [accent = accentOf(QApplication::palette())](ColorScheme scheme) { return themePalette(scheme, accent); });
     FreedesktopWorkspace workspace;
     QtPasteboard pasteboard;
     FreedesktopNotificationCentre notificationCentre;
