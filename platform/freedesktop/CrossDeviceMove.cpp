@@ -103,7 +103,11 @@ int copyUnderOtherName(const FoundEntry& entry, int from, const Place& to)
         ::unlinkat(copy.folder.get(), copy.name.constData(), 0);
         return error;
     }
-    return copyAttributes(from, file.get(), entry.status);
+    error = copyAttributes(from, file.get(), entry.status);
+    if (error != 0) {
+        ::unlinkat(to.folder.get(), to.name.constData(), 0);
+    }
+    return error;
 }
 
 int copyFileTo(const FoundEntry& entry, const Place& to)

@@ -59,6 +59,35 @@ int makeFolder(const QByteArray& path, mode_t mode)
     return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode) ? 0 : error;
 }
 
+/// The rest of an open file that says it has `expected` bytes: it may be growing, or not tell.
+Result<QByteArray> readToEnd(int file, off_t expected)
+{
+    constexpr qsizetype largest = INT_MAX;
+    constexpr qsizetype step = 16384;
+    if (expected >= largest) {
+        return FileError::fromErrno(EFBIG);
+    }
+    // One byte more than expected, so that the end is seen without making room once more.
+    QByteArray content(qsizetype(expected) + 1, Qt::Uninitialized);
+    qsizetype length = 0;
+    while (length < largest) {
+        if (length == content.size()) {
+            content.resize(length + step);
+        }
+        const ssize_t got =
+            retrying([&] { return ::read(file, content.data() + length, size_t(content.size() - length)); });
+        if (got < 0) {
+            return FileError::fromErrno(errno);
+        }
+        if (got == 0) {
+            content.truncate(length);
+            return content;
+        }
+        length += got;
+    }
+    return FileError::fromErrno(EFBIG);
+}
+
 } // namespace
 
 std::optional<QString> standardizedPath(const QUrl& url)
@@ -142,32 +171,7 @@ Result<QByteArray> read(const QString& path)
     if (!S_ISREG(status.st_mode)) {
         return FileError::fromErrno(S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
     }
-    constexpr qsizetype largest = INT_MAX;
-    if (status.st_size >= largest) {
-        return FileError::fromErrno(EFBIG);
-    }
-    // One byte more than expected, so that the end is seen by the read that brings the last bytes.
-    constexpr qsizetype step = 16384;
-    QByteArray content(qsizetype(status.st_size) + 1, Qt::Uninitialized);
-    qsizetype length = 0;
-    for (;;) {
-        const ssize_t got =
-            retrying([&] { return ::read(file.get(), content.data() + length, size_t(content.size() - length)); });
-        if (got < 0) {
-            return FileError::fromErrno(errno);
-        }
-        if (got == 0) {
-            content.truncate(length);
-            return content;
-        }
-        length += got;
-        if (length == content.size()) {
-            if (length >= largest) {
-                return FileError::fromErrno(EFBIG);
-            }
-            content.resize(length + step);
-        }
-    }
+    return readToEnd(file.get(), status.st_size);
 }
 
 } // namespace lapsa::fileSystem
