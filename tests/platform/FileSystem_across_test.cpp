@@ -220,7 +220,7 @@ void FileSystem_across_test::namesThatAreNoTextSurviveInsideAFolder()
 void FileSystem_across_test::aFolderOfMoreLevelsThanDescriptorsArrives()
 {
     const QString from = m_home->makeFolder(u"deep"_s);
-    constexpr int levels = 3000;
+    constexpr int levels = 1200;
     int folder = ::open(from.toUtf8().constData(), O_RDONLY | O_DIRECTORY);
     for (int level = 0; level < levels; ++level) {
         QCOMPARE(::mkdirat(folder, "below", 0755), 0);

@@ -41,7 +41,7 @@ private slots:
     void everyKindOfEntryIsRemoved();
     void whereALinkLeadsIsNeverTouched();
     void namesThatAreNoTextAreRemovedInsideAFolder();
-    void aFolderOfThousandsOfLevelsIsRemovedWithFewDescriptors();
+    void aFolderDeeperThanAnyPathIsRemovedWithFewDescriptors();
     void whatIsNotThereCannotBeRemoved();
     void aPathThatNamesNothingIsRefused_data();
     void aPathThatNamesNothingIsRefused();
@@ -131,10 +131,10 @@ void FileSystem_remove_test::namesThatAreNoTextAreRemovedInsideAFolder()
     QVERIFY(rawNames(m_home->path({})).isEmpty());
 }
 
-void FileSystem_remove_test::aFolderOfThousandsOfLevelsIsRemovedWithFewDescriptors()
+void FileSystem_remove_test::aFolderDeeperThanAnyPathIsRemovedWithFewDescriptors()
 {
     int folder = ::open(m_home->makeFolder(u"deep"_s).toUtf8().constData(), O_RDONLY | O_DIRECTORY);
-    for (int level = 0; level < 5000; ++level) {
+    for (int level = 0; level < 1500; ++level) {
         const QByteArray name = "a folder with a longer name";
         QCOMPARE(::mkdirat(folder, name.constData(), 0755), 0);
         const int below = ::openat(folder, name.constData(), O_RDONLY | O_DIRECTORY);
