@@ -117,6 +117,9 @@ void FileSystem_protection_test::whatIsAboveTheHomeStaysWhereItIs()
 {
     QFETCH(QString, path);
     const QString above = m_home->path(u"."_s).chopped(2).section(u'/', 0, -2);
+    if (!path.isEmpty() && !fileSystem::exists(path)) {
+        QSKIP("this user's home folder does not exist");
+    }
 
     // Onto what is there already, so that a mistake here costs nobody his files: it would be EEXIST then.
     const QString taken = m_home->makeFile(u"taken"_s);
