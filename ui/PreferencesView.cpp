@@ -42,7 +42,7 @@ PreferencesView::PreferencesView(LapsaStore& store, QWidget* parent)
     , m_tabs(new SymbolTabBar(this))
     , m_pages(new QStackedWidget(this))
 {
-    setFixedSize(size);
+    setFixedSize(extent);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, topMargin, 0, 0);
     column->setSpacing(tabsToPage);

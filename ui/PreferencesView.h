@@ -46,7 +46,7 @@ public:
     /// Whether the folder chooser is open.
     [[nodiscard]] bool showingFolderPicker() const;
 
-    static constexpr QSize size{620, 620};
+    static constexpr QSize extent{620, 620};
 
 protected:
     void paintEvent(QPaintEvent* event) override;
