@@ -1,0 +1,176 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "PanelController.h"
+
+#include "AlertDialog.h"
+#include "Compositing.h"
+#include "LapsaPanelView.h"
+#include "LapsaStore.h"
+#include "Localized.h"
+#include "MainQueue.h"
+#include "Material.h"
+#include "PreferencesView.h"
+#include "StatusButton.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <chrono>
+#include <utility>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A tray may take the focus before it passes the click on.
+constexpr std::chrono::milliseconds clickAfterFocusLoss{250};
+
+const QScreen& screenOf(const std::optional<QRect>& icon)
+{
+    const QScreen* const screen = icon ? QGuiApplication::screenAt(icon->center()) : nullptr;
+    return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
+}
+
+/// Where the user is looking.
+const QScreen& currentScreen()
+{
+    const QScreen* const screen = QGuiApplication::screenAt(QCursor::pos());
+    return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
+}
+
+void bringToFront(QWidget& window)
+{
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+} // namespace
+
+PanelController::PanelController(const Environment& environment)
+    : m_environment(environment)
+{}
+
+PanelController::~PanelController()
+{
+    delete m_alert;
+}
+
+void PanelController::toggle(StatusButton* button)
+{
+    if (m_popover && m_popover->isVisible()) {
+        close();
+    } else if (m_justClosed) {
+        m_justClosed.reset();
+    } else {
+        show(button);
+    }
+}
+
+void PanelController::show(StatusButton* button)
+{
+    m_justClosed.reset();
+    material::setTranslucencyAvailable(compositingAvailable());
+    ensurePopover();
+    if (button == nullptr) {
+        showAlert();
+        return;
+    }
+    m_popover->setBehavior(behavior());
+    const std::optional<QRect> icon = button->frame();
+    const QRect workArea = screenOf(icon).availableGeometry();
+    m_popover->present(popoverPlacement(icon, workArea, m_popover->content().size()), workArea);
+    button->setHighlighted(true);
+}
+
+void PanelController::close()
+{
+    if (m_popover) {
+        m_popover->close();
+    }
+}
+
+void PanelController::showPreferences()
+{
+    material::setTranslucencyAvailable(compositingAvailable());
+    if (!m_preferencesWindow) {
+        makePreferencesWindow();
+    }
+    applyTheme(m_preferencesWindow.get());
+    bringToFront(*m_preferencesWindow);
+}
+
+void PanelController::applyTheme(const QWidget* window)
+{
+    if (window != nullptr) {
+        m_environment.store.applyCurrentTheme();
+    }
+}
+
+AlertDialog* PanelController::alert() const
+{
+    return m_alert;
+}
+
+void PanelController::ensurePopover()
+{
+    if (m_popover) {
+        return;
+    }
+    auto openPreferences = [controller = QPointer(this)] {
+        if (controller) {
+            controller->showPreferences();
+        }
+    };
+    m_popover = std::make_unique<PopoverWindow>(new LapsaPanelView({.store = m_environment.store,
+                                                                    .clock = m_environment.clock,
+                                                                    .mainQueue = m_environment.mainQueue,
+                                                                    .icons = m_environment.icons},
+                                                                   std::move(openPreferences)));
+    m_popover->setBehavior(behavior());
+    connect(m_popover.get(), &PopoverWindow::didClose, this, &PanelController::reactToClose);
+}
+
+void PanelController::makePreferencesWindow()
+{
+    m_preferencesWindow = std::make_unique<PreferencesView>(m_environment.store);
+    // Titled, closable and to be minimised, but not resizable.
+    m_preferencesWindow->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                        Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                                        Qt::WindowMinimizeButtonHint);
+    m_preferencesWindow->setWindowTitle(Localized::preferences());
+    QRect frame(QPoint(), m_preferencesWindow->size());
+    frame.moveCenter(currentScreen().availableGeometry().center());
+    m_preferencesWindow->move(frame.topLeft());
+}
+
+void PanelController::showAlert()
+{
+    if (m_alert == nullptr) {
+        // In English whatever the language, on purpose.
+        m_alert = new AlertDialog(u"Lapsa"_s, u"Use the menu bar icon to open Lapsa."_s);
+        m_alert->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    bringToFront(*m_alert);
+}
+
+void PanelController::reactToClose(PopoverWindow::CloseReason reason)
+{
+    if (reason == PopoverWindow::CloseReason::FocusLost) {
+        m_justClosed = m_environment.mainQueue.asyncAfter(clickAfterFocusLoss, [this] { m_justClosed.reset(); });
+    }
+    emit popoverDidClose();
+}
+
+PopoverWindow::Behavior PanelController::behavior() const
+{
+    return m_environment.store.settings().keepPanelOpen ? PopoverWindow::Behavior::ApplicationDefined
+                                                        : PopoverWindow::Behavior::Transient;
+}
+
+} // namespace lapsa

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "PopoverWindow.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+
+namespace lapsa {
+
+class AlertDialog;
+class Clock;
+class FileIconSource;
+class LapsaStore;
+class MainQueue;
+class PreferencesView;
+class ScheduledTask;
+class StatusButton;
+
+/// Owner of the panel under the status button and of the preferences window. Each is made when it is asked for first
+/// and kept from then on.
+class PanelController final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// What the panel shows. All of it outlives the controller.
+    struct Environment
+    {
+        LapsaStore& store;
+        const Clock& clock;
+        MainQueue& mainQueue;
+        FileIconSource& icons;
+    };
+
+    explicit PanelController(const Environment& environment);
+    ~PanelController() override;
+
+    /// A click on the status button: opens the panel, or closes it. One that has just closed it, by taking the focus
+    /// away, does not open it again.
+    void toggle(StatusButton* button);
+    /// Opens the panel, or brings it to the front. Without a button there is an alert in its place. Whether the panel
+    /// closes by itself is decided here, by the settings of this moment.
+    void show(StatusButton* button);
+    void close();
+    /// Opens the preferences, or brings them to the front.
+    void showPreferences();
+    /// Puts the theme into force for that window, and with it for all: they are never of two minds. Without a window
+    /// nothing happens.
+    void applyTheme(const QWidget* window);
+
+    /// Null until they were asked for first.
+    [[nodiscard]] PopoverWindow* popover() const { return m_popover.get(); }
+
+    [[nodiscard]] PreferencesView* preferencesWindow() const { return m_preferencesWindow.get(); }
+
+    /// The alert while it is open.
+    [[nodiscard]] AlertDialog* alert() const;
+
+signals:
+    /// The panel is closed, however that came about. The highlight of the status button ends with it.
+    void popoverDidClose();
+
+private:
+    void ensurePopover();
+    void makePreferencesWindow();
+    void showAlert();
+    void reactToClose(PopoverWindow::CloseReason reason);
+    [[nodiscard]] PopoverWindow::Behavior behavior() const;
+
+    Environment m_environment;
+    std::unique_ptr<PopoverWindow> m_popover;
+    std::unique_ptr<PreferencesView> m_preferencesWindow;
+    QPointer<AlertDialog> m_alert;
+    /// There while a click may still be the one that took the focus away.
+    std::unique_ptr<ScheduledTask> m_justClosed;
+};
+
+} // namespace lapsa

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QRect>
+
+#include <optional>
+
+namespace lapsa {
+
+/// Where a popover comes up.
+struct PopoverPlacement
+{
+    enum class Side
+    {
+        BelowIcon,
+        AboveIcon,
+    };
+
+    QRect rect;
+    Side side = Side::BelowIcon;
+
+    friend bool operator==(const PopoverPlacement&, const PopoverPlacement&) = default;
+};
+
+/// Centred under an icon in the upper half of the screen, over one in the lower half, and wholly inside `workArea`.
+/// Without an icon: in the top right corner.
+[[nodiscard]] PopoverPlacement popoverPlacement(const std::optional<QRect>& icon, const QRect& workArea,
+                                                const QSize& size);
+
+} // namespace lapsa

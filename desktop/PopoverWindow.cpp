@@ -1,0 +1,192 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "PopoverWindow.h"
+
+#include "Material.h"
+#include "Motion.h"
+#include "ThemePalette.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QWindow>
+
+#include <algorithm>
+#include <utility>
+
+namespace lapsa {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int shadowExtent = 24;
+constexpr double shadowStepOpacity = 0.0085;
+constexpr int travel = 6;
+/// Focus comes back from a closed dialog by way of nowhere.
+constexpr auto returnPatience = 300ms;
+
+QMargins boundedBy(const QMargins& wanted, const QRect& rect, const QRect& area)
+{
+    const auto room = [](int margin, int space) { return std::clamp(space, 0, margin); };
+    return {room(wanted.left(), rect.left() - area.left()), room(wanted.top(), rect.top() - area.top()),
+            room(wanted.right(), area.right() - rect.right()), room(wanted.bottom(), area.bottom() - rect.bottom())};
+}
+
+} // namespace
+
+PopoverWindow::PopoverWindow(QWidget* content)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+    , m_content(content)
+{
+    setWindowTitle(content->windowTitle());
+    content->setParent(this);
+    m_leaving.setSingleShot(true);
+    connect(&m_leaving, &QTimer::timeout, this, &PopoverWindow::closeIfLeft);
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &PopoverWindow::focusMovedTo);
+}
+
+void PopoverWindow::present(const PopoverPlacement& placement, const QRect& workArea)
+{
+    m_leaving.stop();
+    const bool comesUp = !isVisible();
+    if (comesUp) {
+        m_hadFocus = false;
+        adaptToDesktop();
+    }
+    moveTo(placement, workArea);
+    if (comesUp) {
+        startAnimation(placement.side);
+    }
+    show();
+    raise();
+    activateWindow();
+}
+
+void PopoverWindow::paintEvent(QPaintEvent*)
+{
+    if (!testAttribute(Qt::WA_TranslucentBackground)) {
+        return; // the content covers all of it
+    }
+    QPainter painter(this);
+    const QRectF ground = m_content->geometry();
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(rect(), Qt::transparent);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    // The further out, the later it begins: it leaves the icon's side softly, where there is no room for it.
+    const bool fromTop = ground.top() <= 0;
+    for (int ring = shadowExtent; ring > 0; --ring) {
+        const QRectF outline = ground.adjusted(-ring, fromTop ? ring : -ring, ring, fromTop ? ring : -ring);
+        material::paintShape(painter, outline, material::panelRadius + ring, withOpacity(Qt::black, shadowStepOpacity));
+    }
+}
+
+void PopoverWindow::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape && m_behavior == Behavior::Transient) {
+        close();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void PopoverWindow::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    m_leaving.stop();
+    m_appearance.stop();
+    if (!event->spontaneous()) {
+        emit didClose(std::exchange(m_closeReason, CloseReason::Asked));
+    }
+}
+
+/// A compositing manager may have come or gone since the last time.
+void PopoverWindow::adaptToDesktop()
+{
+    const bool translucent = material::translucencyAvailable();
+    if (testAttribute(Qt::WA_TranslucentBackground) != translucent) {
+        destroy(); // the native window has to be made for the one or the other
+        setAttribute(Qt::WA_TranslucentBackground, translucent);
+    }
+}
+
+void PopoverWindow::moveTo(const PopoverPlacement& placement, const QRect& workArea)
+{
+    QMargins shadow;
+    if (testAttribute(Qt::WA_TranslucentBackground)) {
+        // None towards the icon: it would take the icon's clicks.
+        const bool below = placement.side == PopoverPlacement::Side::BelowIcon;
+        const QMargins wanted(shadowExtent, below ? 0 : shadowExtent, shadowExtent, below ? shadowExtent : 0);
+        shadow = boundedBy(wanted, placement.rect, workArea);
+    }
+    const QRect window = placement.rect.marginsAdded(shadow);
+    setFixedSize(window.size());
+    move(window.topLeft());
+    m_content->setGeometry(QRect(QPoint(shadow.left(), shadow.top()), placement.rect.size()));
+}
+
+void PopoverWindow::startAnimation(PopoverPlacement::Side side)
+{
+    if (!motion::allowed() || !testAttribute(Qt::WA_TranslucentBackground)) {
+        setWindowOpacity(1);
+        return;
+    }
+    const QPoint place = pos();
+    const int from = side == PopoverPlacement::Side::BelowIcon ? -travel : travel;
+    m_appearance.disconnect(this);
+    m_appearance.stop();
+    m_appearance.setStartValue(0.0);
+    m_appearance.setEndValue(1.0);
+    m_appearance.setEasingCurve(motion::easing);
+    m_appearance.setDuration(motion::milliseconds(motion::popoverDuration));
+    connect(&m_appearance, &QVariantAnimation::valueChanged, this, [this, place, from](const QVariant& value) {
+        const double progress = value.toDouble();
+        setWindowOpacity(progress);
+        move(place + QPoint(0, static_cast<int>(from * (1 - progress))));
+        update(); // on X11 a new opacity is seen with the next painting
+    });
+    setWindowOpacity(0);
+    m_appearance.start();
+}
+
+void PopoverWindow::focusMovedTo(QWindow* window)
+{
+    if (!isVisible()) {
+        return;
+    }
+    if (owns(window)) {
+        m_hadFocus = true;
+        m_focusInDialog = window != windowHandle();
+        m_leaving.stop();
+    } else if (m_behavior == Behavior::Transient && m_hadFocus) {
+        m_leaving.start(m_focusInDialog ? returnPatience : 0ms);
+    }
+}
+
+void PopoverWindow::closeIfLeft()
+{
+    if (isVisible() && !owns(QGuiApplication::focusWindow()) && !showsOwnDialog()) {
+        m_closeReason = CloseReason::FocusLost;
+        close();
+    }
+}
+
+bool PopoverWindow::owns(const QWindow* window) const
+{
+    for (; window != nullptr; window = window->transientParent()) {
+        if (window == windowHandle()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool PopoverWindow::showsOwnDialog() const
+{
+    return std::ranges::any_of(QGuiApplication::topLevelWindows(), [this](const QWindow* window) {
+        return window != windowHandle() && window->isVisible() && owns(window);
+    });
+}
+
+} // namespace lapsa

@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "PopoverPlacement.h"
+
+#include <QTimer>
+#include <QVariantAnimation>
+#include <QWidget>
+
+class QWindow;
+
+namespace lapsa {
+
+/// A frameless window that stays on top, with rounded corners and a soft shadow where the desktop can show them, square
+/// with a hairline where it cannot. It is hidden when it is closed, and kept.
+class PopoverWindow final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    enum class Behavior
+    {
+        /// Closes only when it is told to.
+        ApplicationDefined,
+        /// Closes as well when the user turns to something else, and by Escape.
+        Transient,
+    };
+
+    enum class CloseReason
+    {
+        Asked,
+        FocusLost,
+    };
+
+    /// Takes `content`, whose size is the popover's and whose ground is its ground.
+    explicit PopoverWindow(QWidget* content);
+
+    [[nodiscard]] QWidget& content() const { return *m_content; }
+
+    [[nodiscard]] Behavior behavior() const { return m_behavior; }
+
+    void setBehavior(Behavior behavior) { m_behavior = behavior; }
+
+    /// Comes up with its content at that place inside the work area, or goes there when it is up already.
+    void present(const PopoverPlacement& placement, const QRect& workArea);
+
+signals:
+    void didClose(lapsa::PopoverWindow::CloseReason reason);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void adaptToDesktop();
+    void moveTo(const PopoverPlacement& placement, const QRect& workArea);
+    void startAnimation(PopoverPlacement::Side side);
+    void focusMovedTo(QWindow* window);
+    void closeIfLeft();
+    [[nodiscard]] bool owns(const QWindow* window) const;
+    [[nodiscard]] bool showsOwnDialog() const;
+
+    QWidget* m_content;
+    Behavior m_behavior = Behavior::ApplicationDefined;
+    CloseReason m_closeReason = CloseReason::Asked;
+    bool m_hadFocus = false;
+    bool m_focusInDialog = false;
+    QTimer m_leaving;
+    QVariantAnimation m_appearance;
+};
+
+} // namespace lapsa

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "AlertDialog.h"
+
+#include "FocusRing.h"
+#include "Material.h"
+#include "Picture.h"
+#include "PushButton.h"
+#include "TextLabel.h"
+
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr TextStyle messageText{15, QFont::DemiBold};
+constexpr int dialogWidth = 300;
+constexpr int margin = 24;
+constexpr int pictureExtent = 64;
+constexpr int pictureSpacing = 16;
+constexpr int textSpacing = 6;
+constexpr int buttonSpacing = 24;
+
+} // namespace
+
+AlertDialog::AlertDialog(const QString& message, const QString& information, QWidget* parent)
+    : QDialog(parent)
+{
+    setWindowTitle(message);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowModality(Qt::ApplicationModal);
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(margin, margin, margin, margin);
+    column->setSpacing(0);
+    column->addWidget(makePicture(), 0, Qt::AlignHCenter);
+    column->addSpacing(pictureSpacing);
+    auto* const title = new TextLabel(message, messageText, ColorRole::Primary, this);
+    title->setAlignment(Qt::AlignCenter);
+    column->addWidget(title);
+    column->addSpacing(textSpacing);
+    auto* const text = new TextLabel(information, bodyText, ColorRole::Secondary, this);
+    text->setAlignment(Qt::AlignCenter);
+    column->addWidget(text);
+    column->addSpacing(buttonSpacing);
+    auto* const button = new PushButton(u"OK"_s, PushButton::Kind::Default, this);
+    column->addWidget(button);
+    setFixedWidth(dialogWidth);
+    setFixedHeight(column->totalHeightForWidth(dialogWidth));
+    setAccessibleDescription(information);
+    new FocusRing(*this);
+    button->setFocus();
+    connect(button, &PushButton::clicked, this, &QDialog::accept);
+}
+
+void AlertDialog::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    // The window has its edge from the window manager: the ground's own hairline lies outside.
+    material::paintWindow(painter, rect().adjusted(-1, -1, 1, 1), 0, palette());
+}
+
+QWidget* AlertDialog::makePicture()
+{
+    auto* const picture = new QLabel(this);
+    picture->setPixmap(
+        svgPicture(u":/lapsa/LapsaLogo.svg"_s, QSize(pictureExtent, pictureExtent), devicePixelRatioF()));
+    picture->setFixedSize(pictureExtent, pictureExtent);
+    return picture;
+}
+
+} // namespace lapsa
