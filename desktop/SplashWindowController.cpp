@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "SplashWindowController.h"
+
+#include "Compositing.h"
+#include "Material.h"
+#include "Motion.h"
+#include "SplashView.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
+#include <QVariantAnimation>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto fadeIn = 220ms;
+constexpr auto fadeOut = 280ms;
+
+QVariantAnimation* makeFade(QWidget& window)
+{
+    auto* const fade = new QVariantAnimation(&window);
+    fade->setStartValue(0.0);
+    fade->setEndValue(0.0);
+    QObject::connect(fade, &QVariantAnimation::valueChanged, &window, [&window](const QVariant& opacity) {
+        window.setWindowOpacity(opacity.toDouble());
+        window.update(); // on X11 a new opacity is seen with the next painting
+    });
+    return fade;
+}
+
+QWidget* makeWindow()
+{
+    auto* const window = new SplashView;
+    window->setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    window->setAttribute(Qt::WA_TranslucentBackground, material::translucencyAvailable());
+    window->setWindowTitle(u"Lapsa"_s);
+    QRect frame(QPoint(), SplashView::extent);
+    frame.moveCenter(QGuiApplication::primaryScreen()->geometry().center());
+    window->move(frame.topLeft());
+    return window;
+}
+
+} // namespace
+
+void SplashWindowController::showSplash(std::chrono::duration<double> duration)
+{
+    material::setTranslucencyAvailable(compositingAvailable());
+    QWidget* const window = makeWindow();
+    QVariantAnimation* const fade = makeFade(*window);
+    window->setWindowOpacity(0);
+    window->show();
+    window->raise();
+    // Whether it gets the focus is for the window manager to decide: not from somebody who is typing.
+    window->activateWindow();
+    motion::moveTo(*fade, 1, fadeIn);
+    QTimer::singleShot(std::chrono::duration_cast<std::chrono::milliseconds>(duration), window, [window, fade] {
+        QObject::connect(fade, &QVariantAnimation::finished, window, [window] {
+            window->hide();
+            window->deleteLater();
+        });
+        motion::moveTo(*fade, 0, fadeOut);
+    });
+}
+
+} // namespace lapsa
