@@ -5,17 +5,28 @@
 
 #include "AppPaths.h"
 #include "CleanupService.h"
+#include "FileIconProvider.h"
 #include "FileSystem.h"
 #include "LapsaStore.h"
 #include "NotificationCentre.h"
 #include "NotificationService.h"
+#include "PanelController.h"
 #include "SettingsStore.h"
+#include "SplashWindowController.h"
 
 #include <QCoreApplication>
+
+#include <chrono>
 
 namespace lapsa {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::chrono::duration<double> splashDuration{1.35};
+
+} // namespace
 
 AppDelegate::AppDelegate(const Environment& environment)
     : m_environment(environment)
@@ -36,15 +47,27 @@ void AppDelegate::applicationDidFinishLaunching()
     m_notificationService = std::make_unique<NotificationService>(m_environment.notificationCentre);
     m_cleanupService = std::make_unique<CleanupService>(
         *m_store, *m_notificationService, CleanupService::Environment{m_environment.clock, m_environment.mainQueue});
+    m_panelController =
+        std::make_unique<PanelController>(PanelController::Environment{.store = *m_store,
+                                                                       .clock = m_environment.clock,
+                                                                       .mainQueue = m_environment.mainQueue,
+                                                                       .icons = FileIconProvider::shared()});
+    connect(m_panelController.get(), &PanelController::popoverDidClose, this, &AppDelegate::clearStatusButtonHighlight);
     connect(&m_environment.notificationCentre, &NotificationCentre::responseReceived, this,
             &AppDelegate::notificationClicked);
     m_notificationService->requestAuthorization();
+    SplashWindowController::showSplash(splashDuration);
     m_cleanupService->start();
 }
 
 void AppDelegate::applicationOpen(const QList<QUrl>& urls)
 {
     m_store->addFiles(urls, {.applyFileTypeRules = true});
+}
+
+void AppDelegate::openPanel()
+{
+    m_panelController->show(&m_statusButton);
 }
 
 void AppDelegate::saveEverything()
@@ -79,6 +102,12 @@ void AppDelegate::notificationClicked(const QHash<QString, QString>& userInfo)
     if (const auto itemId = userInfo.constFind(u"itemId"_s); itemId != userInfo.cend()) {
         m_store->lockItem(*itemId);
     }
+    openPanel();
+}
+
+void AppDelegate::clearStatusButtonHighlight()
+{
+    m_statusButton.setHighlighted(false);
 }
 
 } // namespace lapsa

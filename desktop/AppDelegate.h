@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "StatusButton.h"
+
 #include <QHash>
 #include <QList>
 #include <QObject>
@@ -20,6 +22,7 @@ class LapsaStore;
 class MainQueue;
 class NotificationCentre;
 class NotificationService;
+class PanelController;
 class Pasteboard;
 class SettingsStore;
 class Workspace;
@@ -50,6 +53,9 @@ public:
     /// Files opened with the application, with the file-type rules applied. The panel is not shown.
     void applicationOpen(const QList<QUrl>& urls);
 
+    /// Opens the panel at the status button; it never closes it.
+    void openPanel();
+
     /// Writes all that waits for its time to be written. The program goes on.
     void saveEverything();
 
@@ -61,6 +67,7 @@ public:
 
 private:
     void notificationClicked(const QHash<QString, QString>& userInfo);
+    void clearStatusButtonHighlight();
 
     Environment m_environment;
     bool m_terminated = false;
@@ -68,6 +75,8 @@ private:
     std::unique_ptr<LapsaStore> m_store;
     std::unique_ptr<NotificationService> m_notificationService;
     std::unique_ptr<CleanupService> m_cleanupService;
+    CornerStatusButton m_statusButton;
+    std::unique_ptr<PanelController> m_panelController;
 };
 
 } // namespace lapsa

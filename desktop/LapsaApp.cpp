@@ -7,6 +7,7 @@
 #include "FreedesktopAppearance.h"
 #include "FreedesktopNotificationCentre.h"
 #include "FreedesktopWorkspace.h"
+#include "LapsaStyle.h"
 #include "LaunchArguments.h"
 #include "QtMainQueue.h"
 #include "QtPasteboard.h"
@@ -146,7 +147,8 @@ int runApplication(const QApplication& application, SessionApplication& session,
     if (!files.isEmpty()) {
         delegate.applicationOpen(files);
     }
-    session.setHandlers({.open = [&delegate](const QList<QUrl>& urls) { delegate.applicationOpen(urls); }});
+    session.setHandlers({.open = [&delegate](const QList<QUrl>& urls) { delegate.applicationOpen(urls); },
+                         .activate = [&delegate] { delegate.openPanel(); }});
     QuietMessages::startupDone();
 
     const int status = QApplication::exec();
@@ -168,7 +170,7 @@ int launch(int argc, char** argv)
     // The toolkit has options of its own; here every argument is a file.
     int arguments = 1;
     QGuiApplication::setDesktopFileName(u"org.lapsa.Lapsa"_s);
-    QApplication::setStyle(u"Fusion"_s);
+    QApplication::setStyle(new LapsaStyle);
     const auto application = makeApplication(arguments, argv);
     QApplication::setQuitOnLastWindowClosed(false);
 
