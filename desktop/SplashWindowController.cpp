@@ -59,6 +59,7 @@ void SplashWindowController::showSplash(std::chrono::duration<double> duration)
     window->raise();
     // Whether it gets the focus is for the window manager to decide: not from somebody who is typing.
     window->activateWindow();
+    QObject::connect(qGuiApp, &QCoreApplication::aboutToQuit, window, &QObject::deleteLater);
     motion::moveTo(*fade, 1, fadeIn);
     QTimer::singleShot(std::chrono::duration_cast<std::chrono::milliseconds>(duration), window, [window, fade] {
         QObject::connect(fade, &QVariantAnimation::finished, window, [window] {
