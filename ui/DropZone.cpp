@@ -49,7 +49,8 @@ DropZone::DropZone(QWidget* parent)
     , m_caption(new TextLabel({}, captionText, ColorRole::Secondary, this))
 {
     setAcceptDrops(true);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Minimum);
+    setMinimumHeight(leastHeight);
     setAccessibleName(Localized::dropFiles());
     setFocusRadius(*this, radius);
 

@@ -101,9 +101,15 @@ QString FileRowView::remainingText(const LapsaItem& item, TimePoint now)
            Localized::text(u"left"_s, u"rimanenti"_s);
 }
 
+QColor FileRowView::baseFor(const QPalette& palette)
+{
+    return themeColor(schemeOf(palette) == ColorScheme::Dark ? ColorRole::Window : ColorRole::Surface, palette);
+}
+
 QLinearGradient FileRowView::groundFor(const QRectF& rect, const QPalette& palette)
 {
-    QLinearGradient gradient(rect.topLeft(), rect.bottomLeft()); // lit from above
+    // Lit from above. It begins above the row, so that text and symbols keep their contrast on the row's upper part.
+    QLinearGradient gradient(rect.topLeft() - QPointF(0, rect.height()), rect.bottomLeft());
     gradient.setColorAt(0, withOpacity(Qt::white, groundWhite));
     gradient.setColorAt(1, withOpacity(themeColor(ColorRole::Accent, palette), groundAccent));
     return gradient;
@@ -148,8 +154,9 @@ void FileRowView::setTabStop(bool stop)
 void FileRowView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    material::paintSurface(painter, rect(), cornerRadius, palette());
+    material::paintShape(painter, rect(), cornerRadius, baseFor(palette()));
     material::paintShape(painter, rect(), cornerRadius, groundFor(rect(), palette()));
+    material::paintBorder(painter, rect(), cornerRadius, QPen(themeColor(ColorRole::Separator, palette()), 1));
 }
 
 void FileRowView::contextMenuEvent(QContextMenuEvent* event)

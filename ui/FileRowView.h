@@ -6,6 +6,7 @@
 #include "LapsaItem.h"
 #include "Time.h"
 
+#include <QColor>
 #include <QLinearGradient>
 #include <QWidget>
 
@@ -41,6 +42,9 @@ public:
 
     /// What is left of an item: in whole minutes, rounded up and at least one, or that it is locked.
     [[nodiscard]] static QString remainingText(const LapsaItem& item, TimePoint now);
+    /// What lies under a row's gradient. In the dark that is the window itself, because the gradient alone lifts the
+    /// row as far as a surface; any lighter, and red symbols would lose their contrast.
+    [[nodiscard]] static QColor baseFor(const QPalette& palette);
     [[nodiscard]] static QLinearGradient groundFor(const QRectF& rect, const QPalette& palette);
     /// The height of every row at the current text size.
     [[nodiscard]] static int rowHeight();

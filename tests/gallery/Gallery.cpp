@@ -25,17 +25,11 @@ QIcon ThemeIcons::icon(const QUrl& url)
     return icon;
 }
 
-Scene::Scene()
-    : settingsStore(std::make_unique<SettingsStore>(time))
-    , store(std::make_unique<LapsaStore>(*settingsStore,
-                                         LapsaStore::Environment{time, time, appearance, workspace, pasteboard}))
-{}
-
 void Scene::add(const QString& name, std::int64_t minutes)
 {
     const bool folder = name.endsWith(u'/');
-    const QString path = folder ? home.makeFolder(name.chopped(1)) : home.makeFile(name);
-    store->addFiles({QUrl::fromLocalFile(path)}, {.fixedLifespan = minutes});
+    const QString path = folder ? world.home.makeFolder(name.chopped(1)) : world.home.makeFile(name);
+    world.add(path, minutes);
 }
 
 Gallery::Gallery(const QString& folder)

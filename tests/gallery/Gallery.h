@@ -5,11 +5,7 @@
 
 #include "Appearance.h"
 #include "FileIconSource.h"
-#include "LapsaStore.h"
-#include "ManualTime.h"
-#include "Recorders.h"
-#include "SettingsStore.h"
-#include "TemporaryHome.h"
+#include "StoreWorld.h"
 
 #include <QDir>
 #include <QHash>
@@ -17,7 +13,7 @@
 #include <QString>
 #include <QWidget>
 
-#include <memory>
+#include <cstdint>
 
 namespace lapsa::test {
 
@@ -34,21 +30,11 @@ private:
 /// A store with files of its own, for one picture.
 struct Scene
 {
-    Scene();
-
     /// Puts a file (or, with a slash at its end, a folder) on countdown.
     void add(const QString& name, std::int64_t minutes);
 
-    [[nodiscard]] const LapsaItem& item(qsizetype index) const { return store->items()[index]; }
-
-    TemporaryHome home;
-    ManualTime time;
-    RecordingAppearance appearance;
-    RecordingWorkspace workspace;
-    RecordingPasteboard pasteboard;
+    StoreWorld world;
     ThemeIcons icons;
-    std::unique_ptr<SettingsStore> settingsStore;
-    std::unique_ptr<LapsaStore> store;
 };
 
 /// Writes pictures named "<surface>-<state>-<scheme>-<language>@<scale>x.png".

@@ -14,6 +14,8 @@
 #include <QMimeData>
 #include <QTest>
 
+#include <memory>
+
 namespace lapsa::test {
 
 using namespace Qt::StringLiterals;
@@ -25,7 +27,7 @@ constexpr std::int64_t day = 1440;
 std::unique_ptr<LapsaPanelView> shownPanel(Scene& scene)
 {
     auto panel = std::make_unique<LapsaPanelView>(
-        LapsaPanelView::Environment{*scene.store, scene.time, scene.time, scene.icons}, [] {});
+        LapsaPanelView::Environment{scene.world.store(), scene.world.time, scene.world.time, scene.icons}, [] {});
     panel->setAttribute(Qt::WA_TranslucentBackground);
     panel->show();
     QTest::mouseMove(panel.get(), {2, 2}); // nothing is hovered
@@ -78,16 +80,16 @@ void Gallery::paintPanel()
 
         auto* const zone = panel->findChild<DropZone*>();
         QMimeData files;
-        files.setUrls({QUrl::fromLocalFile(scene.home.path(u"notes.txt"_s))});
+        files.setUrls({QUrl::fromLocalFile(scene.world.home.path(u"notes.txt"_s))});
         QDragEnterEvent drag({20, 20}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(zone, &drag);
         save(*panel, u"panel-drag-over"_s);
         QDragLeaveEvent dragLeave;
         QApplication::sendEvent(zone, &dragLeave);
 
-        scene.store->toggleLock(scene.item(0));
-        scene.store->toggleLock(scene.item(2));
-        scene.store->setLastMessage(
+        scene.world.store().toggleLock(scene.world.store().items()[0]);
+        scene.world.store().toggleLock(scene.world.store().items()[2]);
+        scene.world.store().setLastMessage(
             u"Lapsa could not move “Interview.mp3” to Recovery. It will try again in a minute."_s);
         QApplication::processEvents();
         save(*panel, u"panel-locked-message"_s);

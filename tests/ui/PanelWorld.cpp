@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "PanelWorld.h"
+
+#include "FileListView.h"
+#include "FileRowView.h"
+#include "LapsaStyle.h"
+#include "RowIconButton.h"
+#include "ThemePalette.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QPixmap>
+
+namespace lapsa::test {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int iconEdge = 24;
+
+} // namespace
+
+QIcon RecordingIcons::icon(const QUrl& url)
+{
+    asked.push_back(url);
+    QPixmap pixmap(iconEdge, iconEdge);
+    pixmap.fill(color);
+    return QIcon(pixmap);
+}
+
+PanelWorld::PanelWorld()
+    : panel({store(), time, time, icons}, [this] { ++preferencesOpened; })
+{
+    panel.show();
+    panel.activateWindow();
+    settle();
+}
+
+void PanelWorld::setUpApplication()
+{
+    QApplication::setStyle(new LapsaStyle);
+    QApplication::setPalette(themePalette(ColorScheme::Light));
+    QFont font(u"DejaVu Sans"_s);
+    font.setPointSizeF(10);
+    QApplication::setFont(font);
+}
+
+LapsaItem PanelWorld::addItem(const QString& name, std::int64_t minutes)
+{
+    const LapsaItem item = add(name.endsWith(u'/') ? home.makeFolder(name.chopped(1)) : home.makeFile(name), minutes);
+    settle();
+    return item;
+}
+
+void PanelWorld::settle()
+{
+    QApplication::sendPostedEvents();
+    QApplication::processEvents();
+}
+
+FileListView& PanelWorld::list()
+{
+    return *panel.findChild<FileListView*>();
+}
+
+FileRowView& PanelWorld::row(qsizetype index)
+{
+    return *list().visibleRows().at(index);
+}
+
+RowIconButton& PanelWorld::button(qsizetype index, const QString& help)
+{
+    return named<RowIconButton>(row(index), help);
+}
+
+Language::Language(const char* locale)
+    : m_before(qgetenv("LC_ALL"))
+{
+    qputenv("LC_ALL", locale);
+}
+
+Language::~Language()
+{
+    qputenv("LC_ALL", m_before);
+}
+
+} // namespace lapsa::test

@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "FileIconSource.h"
+#include "LapsaPanelView.h"
+#include "StoreWorld.h"
+
+#include <QColor>
+#include <QImage>
+#include <QList>
+#include <QUrl>
+
+namespace lapsa {
+
+class FileListView;
+class FileRowView;
+class RowIconButton;
+
+} // namespace lapsa
+
+namespace lapsa::test {
+
+/// Gives every file the same square and notes what it was asked for.
+class RecordingIcons final : public FileIconSource
+{
+public:
+    [[nodiscard]] QIcon icon(const QUrl& url) override;
+
+    QList<QUrl> asked;
+    const QColor color = Qt::magenta;
+};
+
+/// The shown panel over the real store. Call once before it: setUpApplication().
+class PanelWorld : public StoreWorld
+{
+public:
+    PanelWorld();
+
+    /// Style, palette and font as the program sets them.
+    static void setUpApplication();
+
+    /// Puts a file (or, with a slash at its end, a folder) on countdown and lets the panel see it.
+    LapsaItem addItem(const QString& name, std::int64_t minutes = 120);
+    /// Lets the queued redraws pass.
+    static void settle();
+
+    [[nodiscard]] FileListView& list();
+    [[nodiscard]] FileRowView& row(qsizetype index);
+    /// The row's button with that tooltip; ends the test program when there is none.
+    [[nodiscard]] RowIconButton& button(qsizetype row, const QString& help);
+
+    RecordingIcons icons;
+    int preferencesOpened = 0;
+    LapsaPanelView panel;
+};
+
+/// The child of a type whose accessible name is `name`; ends the test program when there is none.
+template <typename T>
+[[nodiscard]] T& named(const QWidget& parent, const QString& name)
+{
+    for (T* const child : parent.findChildren<T*>()) {
+        if (child->accessibleName() == name || child->property("text").toString() == name) {
+            return *child;
+        }
+    }
+    qFatal("there is no %s named %s", T::staticMetaObject.className(), qPrintable(name));
+}
+
+/// Speaks another language until it goes.
+class Language final
+{
+public:
+    explicit Language(const char* locale);
+    Language(const Language&) = delete;
+    Language& operator=(const Language&) = delete;
+    ~Language();
+
+private:
+    QByteArray m_before;
+};
+
+} // namespace lapsa::test
