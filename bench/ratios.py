@@ -1,14 +1,17 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: The Lapsa authors
 # SPDX-License-Identifier: MIT
-"""Turns a result of the benchmarks into the table of ratios and growth, in Markdown."""
+"""ratios.py [--cpu] RESULT: turns a result of the benchmarks into the table of ratios and growth, in Markdown.
+
+With --cpu it takes the processor's time in place of the time that passed: for a machine that is busy with other things.
+"""
 
 import json
 import sys
 from collections import defaultdict
 
 
-def fastest_runs(result):
+def fastest_runs(result, key):
     """Milliseconds by operation, who and size: of the repetitions, the one that was disturbed least."""
     runs = defaultdict(lambda: defaultdict(dict))
     for run in result["benchmarks"]:
@@ -16,7 +19,7 @@ def fastest_runs(result):
             continue
         operation, who, size = run["name"].split("/")[:3]
         sizes = runs[operation][who]
-        time = run["real_time"]
+        time = run[key]
         sizes[int(size)] = min(time, sizes.get(int(size), time))
     return runs
 
@@ -32,11 +35,12 @@ def growth(sizes):
 
 
 def main():
-    with open(sys.argv[1], encoding="utf-8") as file:
+    key = "cpu" if "--cpu" in sys.argv else "real_time"
+    with open(sys.argv[-1], encoding="utf-8") as file:
         result = json.load(file)
     print("| operation | items | Lapsa, ms | peer | peer, ms | ratio | growth of Lapsa | growth of the peer |")
     print("|---|--:|--:|---|--:|--:|--:|--:|")
-    for operation, sides in fastest_runs(result).items():
+    for operation, sides in fastest_runs(result, key).items():
         ours = sides["lapsa"]
         peer, theirs = next((who, sizes) for who, sizes in sides.items() if who != "lapsa")
         for size in sorted(ours):
