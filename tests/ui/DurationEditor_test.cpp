@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <limits>
+#include <tuple>
 
 using namespace lapsa;
 using namespace Qt::StringLiterals;
@@ -54,6 +55,8 @@ struct Editor
                  bounds)
     {
         editor.show();
+        editor.activateWindow();
+        std::ignore = QTest::qWaitForWindowActive(&editor);
     }
 
     [[nodiscard]] Stepper& stepper(const QString& name) { return test::named<Stepper>(editor, name); }
@@ -220,6 +223,7 @@ void DurationEditor_test::aHeldHalfRepeatsAndTheWheelDoesNothing()
     Editor editor(60);
     Stepper& hours = editor.stepper(u"Hours"_s);
 
+    QCursor::setPos(hours.mapToGlobal(hours.incrementRect().center()));
     QTest::mouseMove(&hours, hours.incrementRect().center());
     QTest::mousePress(&hours, Qt::LeftButton, {}, hours.incrementRect().center());
     QTRY_VERIFY(editor.minutes >= 4 * 60);

@@ -12,6 +12,7 @@
 #include <QTest>
 
 #include <memory>
+#include <tuple>
 
 using namespace lapsa;
 using namespace Qt::StringLiterals;
@@ -70,6 +71,7 @@ public:
             LapsaPanelView::Environment{world.store(), world.time, world.time, icons}, [] {});
         panel->show();
         panel->activateWindow();
+        std::ignore = QTest::qWaitForWindowActive(panel.get());
         PanelWorld::settle();
     }
 

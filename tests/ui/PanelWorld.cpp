@@ -6,12 +6,16 @@
 #include "FileListView.h"
 #include "FileRowView.h"
 #include "LapsaStyle.h"
+#include "Motion.h"
 #include "RowIconButton.h"
 #include "ThemePalette.h"
 
 #include <QApplication>
 #include <QIcon>
 #include <QPixmap>
+#include <QTest>
+
+#include <tuple>
 
 namespace lapsa::test {
 
@@ -36,11 +40,13 @@ PanelWorld::PanelWorld()
 {
     panel.show();
     panel.activateWindow();
+    std::ignore = QTest::qWaitForWindowActive(&panel); // on a real display the window manager decides when
     settle();
 }
 
 void PanelWorld::setUpApplication()
 {
+    motion::setAllowedByDesktop(false);
     QApplication::setStyle(new LapsaStyle);
     QApplication::setPalette(themePalette(ColorScheme::Light));
     QFont font(u"DejaVu Sans"_s);
