@@ -50,8 +50,10 @@ bool selectionOwned(xcb_connection_t* connection, const QByteArray& selection)
 
 bool compositingAvailable()
 {
-    if (const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
-        return selectionOwned(x11->connection(), "_NET_WM_CM_S" + QByteArray::number(screenNumber()));
+    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    // Without a screen the toolkit may say it is on X11, but has no connection.
+    if (xcb_connection_t* const connection = x11 != nullptr ? x11->connection() : nullptr) {
+        return selectionOwned(connection, "_NET_WM_CM_S" + QByteArray::number(screenNumber()));
     }
     return QGuiApplication::platformName().startsWith("wayland"_L1);
 }
