@@ -13,11 +13,11 @@
 #include "SettingsStore.h"
 #include "SymbolTabBar.h"
 
-#include <QCoreApplication>
 #include <QPainter>
 #include <QScrollArea>
 #include <QShortcut>
 #include <QStackedWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -164,11 +164,12 @@ void PreferencesView::applyTheme()
 void PreferencesView::revealNewest(QWidget& view)
 {
     auto* const area = qobject_cast<QScrollArea*>(m_pages->currentWidget());
-    // The page has to know its new height first.
-    area->widget()->layout()->activate();
-    QCoreApplication::sendPostedEvents(area->widget(), QEvent::LayoutRequest);
-    view.show();
-    area->ensureWidgetVisible(&view, 0, pageMargin);
+    // Not before the page knows its new height.
+    QTimer::singleShot(0, &view, [area, &view] {
+        area->widget()->layout()->activate();
+        area->widget()->adjustSize();
+        area->ensureWidgetVisible(&view, 0, pageMargin);
+    });
 }
 
 } // namespace lapsa
