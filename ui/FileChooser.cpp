@@ -7,12 +7,20 @@
 
 #include <QAbstractItemView>
 #include <QFileSystemModel>
+#include <QHeaderView>
+#include <QTreeView>
 
 #include <algorithm>
 
 namespace lapsa {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize startSize(720, 480);
+
+} // namespace
 
 FileChooser::FileChooser(QWidget* parent)
     : QFileDialog(parent)
@@ -21,8 +29,11 @@ FileChooser::FileChooser(QWidget* parent)
     setFileMode(QFileDialog::ExistingFiles);
     setAcceptMode(QFileDialog::AcceptOpen);
     setWindowTitle(Localized::text(u"Choose files or folders"_s, u"Scegli file o cartelle"_s));
+    setLabelText(QFileDialog::LookIn, Localized::text(u"Look in:"_s, u"Cerca in:"_s));
+    setLabelText(QFileDialog::FileName, Localized::text(u"Name:"_s, u"Nome:"_s));
     setLabelText(QFileDialog::Accept, Localized::text(u"Add"_s, u"Aggiungi"_s));
     setLabelText(QFileDialog::Reject, Localized::text(u"Cancel"_s, u"Annulla"_s));
+    layOut();
 }
 
 void FileChooser::accept()
@@ -46,6 +57,22 @@ QList<QUrl> FileChooser::chosen() const
         urls.push_back(QUrl::fromLocalFile(path));
     }
     return urls;
+}
+
+/// Leaves out what there is nothing to choose from, and gives the names all the room that there is.
+void FileChooser::layOut()
+{
+    resize(startSize);
+    for (const QString& name : {u"fileTypeLabel"_s, u"fileTypeCombo"_s}) {
+        if (auto* const widget = findChild<QWidget*>(name)) {
+            widget->hide();
+        }
+    }
+    if (auto* const tree = findChild<QTreeView*>(u"treeView"_s)) {
+        tree->header()->setStretchLastSection(false);
+        tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        tree->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    }
 }
 
 QStringList FileChooser::selectedRows() const

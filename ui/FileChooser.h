@@ -24,6 +24,7 @@ public:
     [[nodiscard]] QList<QUrl> chosen() const;
 
 private:
+    void layOut();
     [[nodiscard]] QStringList selectedRows() const;
 
     QStringList m_chosen;

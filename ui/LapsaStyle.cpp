@@ -32,6 +32,7 @@ constexpr int leastSlider = 28;
 constexpr int menuPadding = 5;
 constexpr int indicatorExtent = 18;
 constexpr int toolTipMargin = 6;
+constexpr int listItemHeight = 28;
 
 } // namespace
 
@@ -72,6 +73,17 @@ void LapsaStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     case PE_PanelTipLabel:
         drawToolTip(*option, *painter);
         return;
+    case PE_Frame:
+        drawListFrame(*option, *painter);
+        return;
+    case PE_PanelItemViewItem:
+        drawListItem(*option, *painter);
+        return;
+    case PE_PanelItemViewRow: // the ground of a list is one colour
+        return;
+    case PE_PanelButtonTool:
+        drawToolButton(*option, *painter);
+        return;
     case PE_FrameFocusRect: // focus is shown by the ring around the control
         return;
     default:
@@ -87,6 +99,9 @@ void LapsaStyle::drawControl(ControlElement element, const QStyleOption* option,
         drawMenuItem(*option, *painter);
         return;
     case CE_MenuEmptyArea:
+        return;
+    case CE_HeaderSection:
+        drawHeaderSection(*option, *painter);
         return;
     case CE_PushButtonBevel:
         drawPushButton(*option, *painter);
@@ -117,6 +132,14 @@ QSize LapsaStyle::sizeFromContents(ContentsType type, const QStyleOption* option
     switch (type) {
     case CT_MenuItem:
         return menuItemSize(*option, size);
+    case CT_ItemViewItem: {
+        const QSize item = QProxyStyle::sizeFromContents(type, option, size, widget);
+        return {item.width(), std::max(listItemHeight, item.height() + 6)};
+    }
+    case CT_HeaderSection: {
+        const QSize section = QProxyStyle::sizeFromContents(type, option, size, widget);
+        return {section.width(), std::max(listItemHeight, section.height())};
+    }
     case CT_LineEdit:
         return {size.width() + 2 * fieldPadding, std::max(fieldHeight, size.height() + 10)};
     case CT_ComboBox:

@@ -8,7 +8,7 @@
 namespace lapsa {
 
 /// The look of what is the toolkit's own: text fields, combo boxes, check boxes, scroll bars, menus, tooltips, and the
-/// buttons of its dialogs. Everything takes its colours from themePalette().
+/// buttons and lists of its dialogs. Everything takes its colours from themePalette().
 class LapsaStyle final : public QProxyStyle
 {
     Q_OBJECT
@@ -45,6 +45,13 @@ private:
     static void drawPushButton(const QStyleOption& option, QPainter& painter);
     static void drawComboBox(const QStyleOptionComplex& option, QPainter& painter);
     static void drawScrollBar(const QStyleOptionComplex& option, QPainter& painter, const QRect& slider);
+
+    // ---- Lists of files: LapsaStyle_lists.cpp --------------------------------------------------------------------
+
+    static void drawListFrame(const QStyleOption& option, QPainter& painter);
+    static void drawListItem(const QStyleOption& option, QPainter& painter);
+    static void drawHeaderSection(const QStyleOption& option, QPainter& painter);
+    static void drawToolButton(const QStyleOption& option, QPainter& painter);
 
     // ---- Menus: LapsaStyle_menus.cpp -----------------------------------------------------------------------------
 
