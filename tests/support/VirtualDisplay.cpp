@@ -5,6 +5,8 @@
 
 #include <QList>
 
+#include <tuple>
+
 namespace lapsa::test {
 
 using namespace Qt::StringLiterals;
@@ -69,8 +71,9 @@ std::optional<QRect> VirtualDisplay::windowOfClass(const QString& windowClass)
 
 void VirtualDisplay::click(const QPoint& point)
 {
-    outputOf(u"xdotool"_s,
-             {u"mousemove"_s, QString::number(point.x()), QString::number(point.y()), u"click"_s, u"1"_s});
+    // It writes nothing.
+    std::ignore = outputOf(
+        u"xdotool"_s, {u"mousemove"_s, QString::number(point.x()), QString::number(point.y()), u"click"_s, u"1"_s});
 }
 
 } // namespace lapsa::test
