@@ -28,6 +28,8 @@ constexpr int columnSpacing = 8;
 constexpr int lineSpacing = 3;
 constexpr int valueSpacing = 3;
 constexpr int columnMinimumWidth = 82;
+/// Room behind a stepper, so that it is seen to belong to the value before it and not to the next.
+constexpr int columnEnd = 16;
 constexpr int valueMinimumWidth = 36;
 /// From this text size on the steppers stand below their values, so that the columns stay narrow.
 constexpr double stackedScale = 1.3;
@@ -110,6 +112,8 @@ QWidget* DurationEditor::makeColumn(Column& column, const QString& title, std::i
     const bool stacked = textScale() > stackedScale;
     auto* const row = new QBoxLayout(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     row->setSpacing(valueSpacing);
+    const bool last = column.field == &DurationFields::minutes;
+    row->setContentsMargins(0, 0, last ? 0 : columnEnd, 0);
     row->addWidget(column.value, 0, stacked ? Qt::AlignLeading : Qt::AlignVCenter);
     row->addWidget(column.stepper, 0, stacked ? Qt::AlignLeading : Qt::AlignVCenter);
     row->addStretch();

@@ -25,7 +25,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int sheetWidth = 342;
+constexpr int sheetWidth = 366;
 constexpr int widestSheet = 406;
 constexpr int padding = 24;
 constexpr int sectionSpacing = 18;

@@ -43,8 +43,11 @@ void Gallery::paintEverything()
         QApplication::setPalette(themePalette(scheme));
         paintPanel();
         paintSheet();
+        paintPreferences();
+        paintAlert();
         paintControls();
     }
+    paintSplash();
     paintArtwork();
 }
 

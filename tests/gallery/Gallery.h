@@ -48,6 +48,9 @@ public:
 private:
     void paintPanel();
     void paintSheet();
+    void paintPreferences();
+    void paintAlert();
+    void paintSplash();
     void paintControls();
     void paintArtwork();
 
