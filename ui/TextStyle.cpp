@@ -23,6 +23,8 @@ constexpr double smallestUsualPoints = 9;
 constexpr double largestUsualPoints = 11;
 constexpr double usualPoints = 10;
 constexpr double pixelsPerPoint = 96.0 / 72.0;
+/// Titles, from this many pixels on.
+constexpr int largeText = 18;
 constexpr double leastScale = 0.8;
 constexpr double greatestScale = 3.0;
 
@@ -88,8 +90,11 @@ double textScale()
 
 QFont fontFor(const TextStyle& style)
 {
+    // What is large already needs to grow only half as much, and leaves the room to what is small.
+    const double growth = textScale() - 1;
+    const double scale = 1 + (growth > 0 && style.size >= largeText ? growth / 2 : growth);
     QFont font = QApplication::font();
-    font.setPixelSize(static_cast<int>(std::lround(style.size * textScale())));
+    font.setPixelSize(static_cast<int>(std::lround(style.size * scale)));
     font.setWeight(style.weight);
     return font;
 }

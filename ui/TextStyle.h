@@ -33,7 +33,7 @@ inline constexpr TextStyle secondCaptionText{10, QFont::Normal};
 /// come with.
 [[nodiscard]] double textScale();
 
-/// The desktop's user-interface font in a style, scaled by textScale().
+/// The desktop's user-interface font in a style, scaled by textScale(); titles grow half as much.
 [[nodiscard]] QFont fontFor(const TextStyle& style);
 
 /// Text in which every digit is as wide as the widest, so that a running number does not shake.

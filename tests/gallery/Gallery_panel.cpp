@@ -7,6 +7,7 @@
 #include "Gallery.h"
 #include "LapsaPanelView.h"
 #include "RowIconButton.h"
+#include "TextStyle.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>
@@ -14,6 +15,7 @@
 #include <QMimeData>
 #include <QTest>
 
+#include <chrono>
 #include <memory>
 
 namespace lapsa::test {
@@ -101,9 +103,28 @@ void Gallery::paintPanel()
     scene.add(u"تقرير الربع الأول.pdf"_s, 61);
     save(*shownPanel(scene), u"panel-long-names"_s);
 
+    {
+        Scene mirrored;
+        fill(mirrored);
+        mirrored.world.time.setClock(mirrored.world.time.now() + std::chrono::minutes(60)); // two are overdue
+        const auto panel = shownPanel(mirrored);
+        panel->setLayoutDirection(Qt::RightToLeft);
+        save(*panel, u"panel-overdue-right-to-left"_s);
+    }
+    const QFont usual = QApplication::font();
+    QFont large = usual;
+    large.setPointSizeF(20);
+    QApplication::setFont(large);
+    save(*shownPanel(scene), u"panel-large-text"_s);
+    const auto covered = shownPanel(scene);
+    QTest::mouseClick(row(*covered, 0)->findChildren<RowIconButton*>().at(0), Qt::LeftButton);
+    save(*covered, u"sheet-large-text"_s);
+    QApplication::setFont(usual);
+
+    const auto panel = shownPanel(scene);
     QMenu menu;
-    row(*shownPanel(scene), 0)->fillContextMenu(menu);
-    menu.setFont(row(*shownPanel(scene), 0)->font());
+    row(*panel, 0)->fillContextMenu(menu);
+    menu.setFont(fontFor(bodyText));
     menu.popup({});
     menu.setActiveAction(menu.actions().at(1));
     save(menu, u"row-menu"_s);

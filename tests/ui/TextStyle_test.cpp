@@ -54,6 +54,7 @@ void TextStyle_test::theSizesOfDesktopsAreTakenAsUsual()
 
     QCOMPARE(textScale(), scale);
     QCOMPARE(fontFor(headlineText).pixelSize(), qRound(13 * scale));
+    QCOMPARE(fontFor(panelTitleText).pixelSize(), qRound(28 * (1 + (scale - 1) / 2)));
 }
 
 void TextStyle_test::aStyleIsAFontOfThatManyPixels()
