@@ -73,6 +73,7 @@ private:
     void updateRange();
     void bindRows();
     [[nodiscard]] std::vector<qsizetype> wantedIndexes() const;
+    void assignRows(const std::vector<qsizetype>& wanted, std::vector<Row>& from);
     [[nodiscard]] FileRowView* takeRow(std::vector<Row>& from, const QString& id) const;
     [[nodiscard]] FileRowView* spareRow(std::vector<Row>& from);
     void place(const Row& row);

@@ -16,30 +16,22 @@ namespace lapsa {
 void FileListView::bindRows()
 {
     const Row* const focused = focusedRow();
-    FileRowView* const focusedView = focused != nullptr ? focused->view : nullptr;
+    const FileRowView* const focusedView = focused != nullptr ? focused->view : nullptr;
     const qsizetype focusedIndex = focused != nullptr ? focused->index : 0;
-
-    const QList<LapsaItem>& items = m_store.items();
     const std::vector<qsizetype> wanted = wantedIndexes();
+
     std::vector<Row> before = std::exchange(m_rows, {});
-    std::vector<qsizetype> unbound;
-    for (const qsizetype index : wanted) {
-        if (FileRowView* const view = takeRow(before, items[index].id)) {
-            m_rows.push_back({view, index});
-        } else {
-            unbound.push_back(index);
-        }
-    }
-    for (const qsizetype index : unbound) {
-        m_rows.push_back({spareRow(before), index});
+    assignRows(wanted, before);
+    const bool focusGone = focusedView != nullptr && std::ranges::find(before, focusedView, &Row::view) != before.end();
+    if (focusGone) {
+        QApplication::focusWidget()->clearFocus();
     }
     for (const Row& row : before) {
-        if (row.view == focusedView) {
-            QApplication::focusWidget()->clearFocus();
-        }
         row.view->hide();
         m_spare.push_back(row);
     }
+
+    const QList<LapsaItem>& items = m_store.items();
     for (const Row& row : m_rows) {
         row.view->setItem(items[row.index]);
         row.view->setNow(m_now);
@@ -48,13 +40,27 @@ void FileListView::bindRows()
     updateFades();
     m_anchorIndex = m_bar->value() / pitch();
     m_anchorId = m_anchorIndex < items.size() ? items[m_anchorIndex].id : QString();
-
-    const bool focusGone = focusedView != nullptr && std::ranges::find(m_rows, focusedView, &Row::view) == m_rows.end();
-    if (focusGone && !items.isEmpty()) {
+    if (focusGone) {
         // To the row, not to its button: a key that is pressed once more must not act on the next item.
         moveCurrent(focusedIndex);
     }
     updateTabStops();
+}
+
+/// Gives every wanted index a row: the one that shows its item already, else one of those that are left.
+void FileListView::assignRows(const std::vector<qsizetype>& wanted, std::vector<Row>& from)
+{
+    std::vector<qsizetype> unbound;
+    for (const qsizetype index : wanted) {
+        if (FileRowView* const view = takeRow(from, m_store.items()[index].id)) {
+            m_rows.push_back({view, index});
+        } else {
+            unbound.push_back(index);
+        }
+    }
+    for (const qsizetype index : unbound) {
+        m_rows.push_back({spareRow(from), index});
+    }
 }
 
 /// The indexes that need a row: those on screen, and that of the row with the focus, wherever it is.

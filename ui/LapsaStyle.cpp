@@ -34,6 +34,35 @@ constexpr int indicatorExtent = 18;
 constexpr int toolTipMargin = 6;
 constexpr int listItemHeight = 28;
 
+/// The parts of a scroll bar without arrows: its groove is all of it.
+QRect scrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part)
+{
+    const bool vertical = bar.orientation == Qt::Vertical;
+    const int length = vertical ? bar.rect.height() : bar.rect.width();
+    const qint64 range = qint64(bar.maximum) - bar.minimum;
+    const qint64 wanted = length * qint64(bar.pageStep) / std::max<qint64>(1, range + bar.pageStep);
+    const int slider = static_cast<int>(std::clamp<qint64>(wanted, std::min(leastSlider, length), length));
+    const int start =
+        QStyle::sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition, length - slider, bar.upsideDown);
+    const auto along = [&](int from, int extent) {
+        const QRect place =
+            vertical ? QRect(0, from, bar.rect.width(), extent) : QRect(from, 0, extent, bar.rect.height());
+        return place.translated(bar.rect.topLeft());
+    };
+    switch (part) {
+    case QStyle::SC_ScrollBarSlider:
+        return along(start, slider);
+    case QStyle::SC_ScrollBarSubPage:
+        return along(0, start);
+    case QStyle::SC_ScrollBarAddPage:
+        return along(start + slider, length - start - slider);
+    case QStyle::SC_ScrollBarGroove:
+        return bar.rect;
+    default:
+        return {};
+    }
+}
+
 } // namespace
 
 LapsaStyle::LapsaStyle()
@@ -166,31 +195,7 @@ QRect LapsaStyle::subControlRect(ComplexControl control, const QStyleOptionCompl
     if (control != CC_ScrollBar || bar == nullptr) {
         return QProxyStyle::subControlRect(control, option, part, widget);
     }
-    // The bar has no arrows: its groove is all of it.
-    const bool vertical = bar->orientation == Qt::Vertical;
-    const int length = vertical ? bar->rect.height() : bar->rect.width();
-    const qint64 range = qint64(bar->maximum) - bar->minimum;
-    const qint64 wanted = length * qint64(bar->pageStep) / std::max<qint64>(1, range + bar->pageStep);
-    const int slider = static_cast<int>(std::clamp<qint64>(wanted, std::min(leastSlider, length), length));
-    const int start =
-        sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition, length - slider, bar->upsideDown);
-    const auto along = [&](int from, int extent) {
-        const QRect r =
-            vertical ? QRect(0, from, bar->rect.width(), extent) : QRect(from, 0, extent, bar->rect.height());
-        return r.translated(bar->rect.topLeft());
-    };
-    switch (part) {
-    case SC_ScrollBarSlider:
-        return along(start, slider);
-    case SC_ScrollBarSubPage:
-        return along(0, start);
-    case SC_ScrollBarAddPage:
-        return along(start + slider, length - start - slider);
-    case SC_ScrollBarGroove:
-        return bar->rect;
-    default:
-        return {};
-    }
+    return scrollBarPart(*bar, part);
 }
 
 QRect LapsaStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const
