@@ -7,6 +7,8 @@
 #include "Motion.h"
 #include "ThemePalette.h"
 
+#include <QChildEvent>
+#include <QDialog>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -24,7 +26,7 @@ namespace {
 constexpr int shadowExtent = 24;
 constexpr double shadowStepOpacity = 0.0085;
 constexpr int travel = 6;
-/// Focus comes back from a closed dialog by way of nowhere.
+/// How long the focus may take to come back from a closed dialog.
 constexpr auto returnPatience = 300ms;
 
 QMargins boundedBy(const QMargins& wanted, const QRect& rect, const QRect& area)
@@ -43,6 +45,7 @@ PopoverWindow::PopoverWindow(QWidget* content)
     setWindowTitle(content->windowTitle());
     content->setParent(this);
     m_leaving.setSingleShot(true);
+    m_returning.setSingleShot(true);
     connect(&m_leaving, &QTimer::timeout, this, &PopoverWindow::closeIfLeft);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &PopoverWindow::focusMovedTo);
 }
@@ -62,6 +65,24 @@ void PopoverWindow::present(const PopoverPlacement& placement, const QRect& work
     show();
     raise();
     activateWindow();
+}
+
+bool PopoverWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    // The focus that a closed dialog had is nobody's then, and nobody is told.
+    if (event->type() == QEvent::Hide && qobject_cast<QDialog*>(watched) != nullptr && m_hadFocus) {
+        m_returning.start(returnPatience);
+        m_leaving.start(0ms);
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void PopoverWindow::childEvent(QChildEvent* event)
+{
+    QWidget::childEvent(event);
+    if (event->added()) {
+        event->child()->installEventFilter(this);
+    }
 }
 
 void PopoverWindow::paintEvent(QPaintEvent*)
@@ -157,16 +178,22 @@ void PopoverWindow::focusMovedTo(QWindow* window)
     }
     if (owns(window)) {
         m_hadFocus = true;
-        m_focusInDialog = window != windowHandle();
         m_leaving.stop();
-    } else if (m_behavior == Behavior::Transient && m_hadFocus) {
-        m_leaving.start(m_focusInDialog ? returnPatience : 0ms);
+    } else if (m_hadFocus) {
+        m_leaving.start(0ms);
     }
 }
 
 void PopoverWindow::closeIfLeft()
 {
-    if (isVisible() && !owns(QGuiApplication::focusWindow()) && !showsOwnDialog()) {
+    if (!isVisible() || owns(QGuiApplication::focusWindow()) || showsOwnDialog()) {
+        return;
+    }
+    if (m_returning.isActive()) {
+        // A dialog was closed: the window manager need not know where its focus came from, and may give it away.
+        activateWindow();
+        m_leaving.start(returnPatience);
+    } else if (m_behavior == Behavior::Transient) {
         m_closeReason = CloseReason::FocusLost;
         close();
     }

@@ -46,10 +46,13 @@ public:
     /// Comes up with its content at that place inside the work area, or goes there when it is up already.
     void present(const PopoverPlacement& placement, const QRect& workArea);
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 signals:
     void didClose(lapsa::PopoverWindow::CloseReason reason);
 
 protected:
+    void childEvent(QChildEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -67,8 +70,9 @@ private:
     Behavior m_behavior = Behavior::ApplicationDefined;
     CloseReason m_closeReason = CloseReason::Asked;
     bool m_hadFocus = false;
-    bool m_focusInDialog = false;
     QTimer m_leaving;
+    /// Runs while the focus of a closed dialog is still on its way back.
+    QTimer m_returning;
     QVariantAnimation m_appearance;
 };
 

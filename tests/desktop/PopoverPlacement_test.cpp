@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "PopoverPlacement.h"
+
+#include <QTest>
+
+#include <optional>
+
+namespace lapsa::test {
+
+namespace {
+
+constexpr QSize panel(430, 560);
+/// Full HD with a bar of 30 pixels at the top.
+constexpr QRect workArea(0, 30, 1920, 1050);
+
+using Side = PopoverPlacement::Side;
+
+} // namespace
+
+class PopoverPlacementTest final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+
+    void itHangsUnderItsIconOrStandsOverIt_data()
+    {
+        QTest::addColumn<QRect>("icon");
+        QTest::addColumn<QPoint>("corner");
+        QTest::addColumn<bool>("below");
+        QTest::newRow("an icon in the bar above") << QRect(1000, 3, 24, 24) << QPoint(797, 30) << true;
+        QTest::newRow("an icon inside the work area") << QRect(1000, 40, 24, 24) << QPoint(797, 64) << true;
+        QTest::newRow("an icon at the right end") << QRect(1890, 3, 24, 24) << QPoint(1490, 30) << true;
+        QTest::newRow("an icon at the left end") << QRect(2, 3, 24, 24) << QPoint(0, 30) << true;
+        QTest::newRow("an icon at the bottom") << QRect(1000, 1050, 24, 24) << QPoint(797, 490) << false;
+        QTest::newRow("an icon below the work area") << QRect(1000, 1085, 24, 24) << QPoint(797, 520) << false;
+        QTest::newRow("the point of a click") << QRect(600, 12, 1, 1) << QPoint(385, 30) << true;
+        QTest::newRow("an icon just above the middle") << QRect(1000, 530, 24, 24) << QPoint(797, 520) << true;
+    }
+
+    void itHangsUnderItsIconOrStandsOverIt()
+    {
+        QFETCH(const QRect, icon);
+        QFETCH(const QPoint, corner);
+        QFETCH(const bool, below);
+
+        const PopoverPlacement placement = popoverPlacement(icon, workArea, panel);
+
+        QCOMPARE(placement.rect, QRect(corner, panel));
+        QCOMPARE(placement.side == Side::BelowIcon, below);
+        QVERIFY(workArea.contains(placement.rect));
+    }
+
+    void withoutAnIconItComesUpInTheTopRightCorner()
+    {
+        const PopoverPlacement placement = popoverPlacement(std::nullopt, workArea, panel);
+
+        QCOMPARE(placement.rect, QRect(QPoint(1490, 30), panel));
+    }
+
+    void onAScreenToTheLeftItStaysThere()
+    {
+        const QRect left(-1280, 0, 1280, 1024);
+
+        const PopoverPlacement placement = popoverPlacement(QRect(-30, 1000, 24, 24), left, panel);
+
+        QCOMPARE(placement.rect, QRect(QPoint(-430, 440), panel));
+        QCOMPARE(placement.side, Side::AboveIcon);
+    }
+
+    void whereThereIsTooLittleRoomItsTopLeftCornerIsInSight()
+    {
+        const PopoverPlacement placement = popoverPlacement(QRect(100, 0, 24, 24), QRect(0, 24, 400, 300), panel);
+
+        QCOMPARE(placement.rect.topLeft(), QPoint(0, 24));
+    }
+};
+
+} // namespace lapsa::test
+
+QTEST_APPLESS_MAIN(lapsa::test::PopoverPlacementTest)
+#include "PopoverPlacement_test.moc"
