@@ -20,9 +20,9 @@ QString currentLanguageCode()
     }
     // language[_TERRITORY][.codeset][@modifier], as in setlocale(3); a hyphen stands for the underscore at times.
     const auto end = std::ranges::find_if(locale, [](char c) { return QByteArrayView("_-.@").contains(c); });
-    const QByteArray language = locale.first(end - locale.begin()).toLower();
-    if (language == "c" || language == "posix" ||
-        !std::ranges::all_of(language, [](char c) { return c >= 'a' && c <= 'z'; })) {
+    const QByteArray language = locale.first(end - locale.begin());
+    // Language codes are in lower case; what is not, such as "C" and "POSIX", names no language.
+    if (!std::ranges::all_of(language, [](char c) { return c >= 'a' && c <= 'z'; })) {
         return {};
     }
     return QString::fromLatin1(language);
