@@ -26,8 +26,12 @@ constexpr double symbolSize = 14;
 constexpr int symbolGap = 8;
 constexpr int horizontalPadding = 18;
 constexpr int leastPadding = 8;
+/// Widths are rounded on their way.
+constexpr int slack = 2;
 constexpr int verticalPadding = 9;
 constexpr int leastHeight = 36;
+/// What stays free on each side of the bar.
+constexpr int surroundings = 24;
 
 int symbolEdge()
 {
@@ -58,13 +62,29 @@ void SymbolTabBar::addTab(const QString& symbol, const QString& text)
 QSize SymbolTabBar::tabSizeHint(int index) const
 {
     const QFontMetrics metrics(font());
-    return {symbolEdge() + symbolGap + metrics.horizontalAdvance(tabText(index)) + 2 * horizontalPadding,
-            std::max(leastHeight, metrics.height() + 2 * verticalPadding)};
+    const int width = narrow()
+                          ? metrics.horizontalAdvance(tabText(index)) + 2 * (leastPadding + segments::inset) + slack
+                          : fullWidth(index);
+    return {width, std::max(leastHeight, metrics.height() + 2 * verticalPadding)};
 }
 
 QSize SymbolTabBar::minimumTabSizeHint(int index) const
 {
     return {symbolEdge() + 2 * leastPadding, tabSizeHint(index).height()};
+}
+
+bool SymbolTabBar::narrow() const
+{
+    int wanted = 0;
+    for (int index = 0; index < count(); ++index) {
+        wanted += fullWidth(index);
+    }
+    return wanted > parentWidget()->width() - 2 * surroundings;
+}
+
+int SymbolTabBar::fullWidth(int index) const
+{
+    return symbolEdge() + symbolGap + QFontMetrics(font()).horizontalAdvance(tabText(index)) + 2 * horizontalPadding;
 }
 
 void SymbolTabBar::paintEvent(QPaintEvent*)
@@ -94,16 +114,18 @@ void SymbolTabBar::paintTab(QPainter& painter, int index) const
     segments::paintSegment(painter, piece, state, palette());
 
     const QFontMetrics metrics(font());
-    const int room = piece.width() - 2 * leastPadding - symbolEdge() - symbolGap;
-    const QString text = metrics.elidedText(tabText(index), elideMode(), room);
-    const QSize extent(symbolEdge() + symbolGap + metrics.horizontalAdvance(text), piece.height());
-    const QRect content = QStyle::alignedRect(layoutDirection(), Qt::AlignCenter, extent, piece);
-    const QRect symbol = QStyle::alignedRect(layoutDirection(), Qt::AlignLeading | Qt::AlignVCenter,
-                                             QSize(symbolEdge(), symbolEdge()), content);
     const QColor color = segments::textColor(state, palette());
-    const QColor symbolColor = state.chosen ? themeColor(ColorRole::Accent, palette()) : color;
-    painting::drawSymbol(painter, symbol,
-                         {tabData(index).toString(), symbolSize * textScale(), SymbolWeight::Medium, symbolColor});
+    const int taken = narrow() ? 0 : symbolEdge() + symbolGap;
+    const QString text = metrics.elidedText(tabText(index), elideMode(), piece.width() - 2 * leastPadding - taken);
+    const QSize extent(taken + metrics.horizontalAdvance(text), piece.height());
+    const QRect content = QStyle::alignedRect(layoutDirection(), Qt::AlignCenter, extent, piece);
+    if (!narrow()) {
+        const QRect symbol = QStyle::alignedRect(layoutDirection(), Qt::AlignLeading | Qt::AlignVCenter,
+                                                 QSize(symbolEdge(), symbolEdge()), content);
+        const QColor symbolColor = state.chosen ? themeColor(ColorRole::Accent, palette()) : color;
+        painting::drawSymbol(painter, symbol,
+                             {tabData(index).toString(), symbolSize * textScale(), SymbolWeight::Medium, symbolColor});
+    }
     painter.setFont(font());
     painter.setPen(color);
     const Qt::Alignment side = QStyle::visualAlignment(layoutDirection(), Qt::AlignTrailing | Qt::AlignVCenter);

@@ -25,6 +25,9 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    /// Whether there is room for texts only.
+    [[nodiscard]] bool narrow() const;
+    [[nodiscard]] int fullWidth(int index) const;
     void paintTab(QPainter& painter, int index) const;
 };
 

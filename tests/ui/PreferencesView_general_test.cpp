@@ -365,6 +365,33 @@ private slots:
         QApplication::setFont(usual);
     }
 
+    void atTwiceTheTextSizeTheTabsReadInFullInBothLanguages_data()
+    {
+        QTest::addColumn<QByteArray>("locale");
+        QTest::newRow("English") << QByteArray("en_US.UTF-8");
+        QTest::newRow("Italian") << QByteArray("it_IT.UTF-8");
+    }
+
+    void atTwiceTheTextSizeTheTabsReadInFullInBothLanguages()
+    {
+        QFETCH(const QByteArray, locale);
+        const Language language(locale.constData());
+        const QFont usual = QApplication::font();
+        QFont large = usual;
+        large.setPointSizeF(20);
+        QApplication::setFont(large);
+        {
+            const PreferencesWorld world;
+            const auto* const bar = world.view.findChild<SymbolTabBar*>();
+            for (int index = 0; index < bar->count(); ++index) {
+                const int needed = QFontMetrics(bar->font()).horizontalAdvance(bar->tabText(index)) + 23;
+                QVERIFY2(bar->tabRect(index).width() >= needed, qPrintable(bar->tabText(index)));
+            }
+            QVERIFY(world.view.rect().contains(bar->geometry()));
+        }
+        QApplication::setFont(usual);
+    }
+
     void readFromTheRightTheSwitchesStandOnTheLeft()
     {
         PreferencesWorld world;
