@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QUrl>
 
+#include <tuple>
+
 using namespace Qt::StringLiterals;
 
 namespace lapsa::test {

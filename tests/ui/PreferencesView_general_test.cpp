@@ -16,6 +16,8 @@
 #include <QScrollArea>
 #include <QTest>
 
+#include <algorithm>
+#include <array>
 #include <optional>
 
 using namespace Qt::StringLiterals;
