@@ -254,7 +254,6 @@ int run(int argc, char** argv)
     const TemporaryHome home;
     const SessionBus bus;
     const VirtualDisplay display;
-    const HelperProcess settings(u"/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"_s);
     const HelperProcess windowManager(u"xfwm4"_s, {u"--compositor=off"_s});
     const HelperProcess other(QString::fromLocal8Bit(argv[0]), {otherProgram});
     const QApplication application(argc, argv);
