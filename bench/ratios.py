@@ -34,6 +34,17 @@ def growth(sizes):
     return (sizes[large] / large) / (sizes[small] / small)
 
 
+def repainted_rows(result):
+    """Of the rows on screen, the most that were painted anew, by operation and size."""
+    rows = {}
+    for run in result["benchmarks"]:
+        if run.get("run_type") == "iteration" and "rows_repainted" in run:
+            operation, _, size = run["name"].split("/")[:3]
+            most = max(run["rows_repainted"], rows.get((operation, size), (0, 0))[0])
+            rows[operation, size] = most, run["rows_visible"]
+    return rows
+
+
 def main():
     key = "cpu" if "--cpu" in sys.argv else "real_time"
     with open(sys.argv[-1], encoding="utf-8") as file:
@@ -50,6 +61,13 @@ def main():
             ratio = ours[size] / theirs[size]
             print(f"| {operation} | {size} | {figure(ours[size])} | {peer} | {figure(theirs[size])} "
                   f"| {ratio:.2f} | {grown[0]} | {grown[1]} |")
+    rows = repainted_rows(result)
+    if rows:
+        print()
+        print("| operation | items | rows repainted at most | rows on screen |")
+        print("|---|--:|--:|--:|")
+        for (operation, size), (repainted, visible) in rows.items():
+            print(f"| {operation} | {size} | {repainted:.0f} | {visible:.0f} |")
 
 
 if __name__ == "__main__":
