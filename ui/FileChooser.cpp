@@ -6,6 +6,8 @@
 #include "Localized.h"
 
 #include <QAbstractItemView>
+#include <QDialogButtonBox>
+#include <QEvent>
 #include <QFileSystemModel>
 #include <QHeaderView>
 #include <QTreeView>
@@ -31,9 +33,22 @@ FileChooser::FileChooser(QWidget* parent)
     setWindowTitle(Localized::text(u"Choose files or folders"_s, u"Scegli file o cartelle"_s));
     setLabelText(QFileDialog::LookIn, Localized::text(u"Look in:"_s, u"Cerca in:"_s));
     setLabelText(QFileDialog::FileName, Localized::text(u"Name:"_s, u"Nome:"_s));
-    setLabelText(QFileDialog::Accept, Localized::text(u"Add"_s, u"Aggiungi"_s));
+    setLabelText(QFileDialog::FileType, Localized::text(u"Kind:"_s, u"Tipo:"_s));
+    nameAcceptButton();
     setLabelText(QFileDialog::Reject, Localized::text(u"Cancel"_s, u"Annulla"_s));
     layOut();
+    if (auto* const buttons = findChild<QDialogButtonBox*>()) {
+        buttons->installEventFilter(this);
+    }
+}
+
+bool FileChooser::eventFilter(QObject* watched, QEvent* event)
+{
+    // The dialog names its button anew, and in English, whenever a folder is selected. Another name wants another size.
+    if (event->type() == QEvent::LayoutRequest) {
+        nameAcceptButton();
+    }
+    return QFileDialog::eventFilter(watched, event);
 }
 
 void FileChooser::accept()
@@ -57,6 +72,11 @@ QList<QUrl> FileChooser::chosen() const
         urls.push_back(QUrl::fromLocalFile(path));
     }
     return urls;
+}
+
+void FileChooser::nameAcceptButton()
+{
+    setLabelText(QFileDialog::Accept, Localized::text(u"Add"_s, u"Aggiungi"_s));
 }
 
 /// Leaves out what there is nothing to choose from, and gives the names all the room that there is.

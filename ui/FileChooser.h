@@ -19,12 +19,14 @@ public:
     explicit FileChooser(QWidget* parent);
 
     void accept() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
     /// What was chosen, in the order in which it is shown.
     [[nodiscard]] QList<QUrl> chosen() const;
 
 private:
     void layOut();
+    void nameAcceptButton();
     [[nodiscard]] QStringList selectedRows() const;
 
     QStringList m_chosen;

@@ -11,8 +11,11 @@
 #include "SymbolButton.h"
 #include "TextLabel.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QDragEnterEvent>
+#include <QLabel>
 #include <QListView>
 #include <QMimeData>
 #include <QSignalSpy>
@@ -42,6 +45,8 @@ private slots:
     void aDropThatIsNoFileIsAcceptedAndAddsNothing();
     void theZoneIsHighlightedWhileSomethingIsDraggedOverIt();
     void theChooserTakesFilesAndFoldersInOneCall();
+    void theChooserSpeaksTheLanguageAlsoWithAFolderSelected_data();
+    void theChooserSpeaksTheLanguageAlsoWithAFolderSelected();
     void aCancelledChooserAddsNothing();
     void aMessageOfTheStoreIsShownInOrangeOnTwoLinesAtMost();
     void theClockRunsOnlyWhileThePanelIsShown();
@@ -66,6 +71,19 @@ QStringList texts(const QWidget& parent)
         if (label->isVisible()) {
             shown.push_back(label->text());
         }
+    }
+    return shown;
+}
+
+/// The labels and buttons of a file dialog as they are shown.
+QStringList textsOf(const QFileDialog& dialog)
+{
+    QStringList shown;
+    for (const QString& name : {u"lookInLabel"_s, u"fileNameLabel"_s, u"fileTypeLabel"_s}) {
+        shown.push_back(dialog.findChild<QLabel*>(name)->text());
+    }
+    for (const QAbstractButton* const button : dialog.findChild<QDialogButtonBox*>()->buttons()) {
+        shown.push_back(button->text());
     }
     return shown;
 }
@@ -280,6 +298,39 @@ void LapsaPanelView_test::theChooserTakesFilesAndFoldersInOneCall()
     QStringList names = world.listedNames();
     names.sort();
     QCOMPARE(names, (QStringList{u"a file.txt"_s, u"a folder"_s}));
+    QTRY_VERIFY(world.panel.chooser() == nullptr);
+}
+
+void LapsaPanelView_test::theChooserSpeaksTheLanguageAlsoWithAFolderSelected_data()
+{
+    QTest::addColumn<QByteArray>("locale");
+    QTest::addColumn<QStringList>("texts");
+    QTest::newRow("English") << QByteArray("en_US.UTF-8")
+                             << QStringList{u"Look in:"_s, u"Name:"_s, u"Kind:"_s, u"Add"_s, u"Cancel"_s};
+    QTest::newRow("Italian") << QByteArray("it_IT.UTF-8")
+                             << QStringList{u"Cerca in:"_s, u"Nome:"_s, u"Tipo:"_s, u"Aggiungi"_s, u"Annulla"_s};
+}
+
+void LapsaPanelView_test::theChooserSpeaksTheLanguageAlsoWithAFolderSelected()
+{
+    QFETCH(const QByteArray, locale);
+    QFETCH(const QStringList, texts);
+    const test::Language language(locale.constData());
+    PanelWorld world;
+    world.home.makeFolder(u"chosen/a folder"_s);
+    QTest::mouseClick(&zone(world), Qt::LeftButton);
+    FileChooser& chooser = *world.panel.chooser();
+    QCOMPARE(textsOf(chooser), texts);
+    chooser.setDirectory(world.home.path(u"chosen"_s));
+    auto* const view = chooser.findChild<QListView*>(u"listView"_s);
+    QTRY_COMPARE(view->model()->rowCount(view->rootIndex()), 1);
+
+    view->setCurrentIndex(view->model()->index(0, 0, view->rootIndex()));
+    QTRY_VERIFY(chooser.findChild<QDialogButtonBox*>()->buttons().first()->isEnabled());
+    PanelWorld::settle();
+
+    QCOMPARE(textsOf(chooser), texts);
+    QTest::keyClick(&chooser, Qt::Key_Escape);
     QTRY_VERIFY(world.panel.chooser() == nullptr);
 }
 
