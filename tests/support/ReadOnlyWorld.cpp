@@ -36,6 +36,23 @@ bool leaveTheCommonMounts()
            writeFile("/proc/self/gid_map", group + ' ' + group + " 1");
 }
 
+#ifdef LAPSA_COVERAGE_FOLDER
+
+/// Where the counts of executed lines are written at the end of the process.
+constexpr const char* countsFolder = LAPSA_COVERAGE_FOLDER;
+
+#else
+
+constexpr const char* countsFolder = nullptr;
+
+#endif
+
+/// A mount of the folder itself, which can stay writable by itself.
+bool mountOnItself(const char* folder)
+{
+    return folder == nullptr || ::mount(folder, folder, nullptr, MS_BIND, nullptr) == 0;
+}
+
 bool setReadOnly(const char* path, unsigned flags, bool readOnly)
 {
     mount_attr attributes{};
@@ -53,8 +70,9 @@ bool enterReadOnlyWorld()
     // A folder that every system has and that no test needs; nothing of the mount is left outside.
     constexpr auto folder = "/mnt";
     entered = ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-              ::mount("lapsa-test", folder, "tmpfs", 0, "mode=0700") == 0 && setReadOnly("/", AT_RECURSIVE, true) &&
-              setReadOnly(folder, 0, false);
+              ::mount("lapsa-test", folder, "tmpfs", 0, "mode=0700") == 0 && mountOnItself(countsFolder) &&
+              setReadOnly("/", AT_RECURSIVE, true) && setReadOnly(folder, 0, false) &&
+              (countsFolder == nullptr || setReadOnly(countsFolder, 0, false));
     if (entered) {
         qputenv("TMPDIR", folder);
     }
