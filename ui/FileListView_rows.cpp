@@ -117,7 +117,7 @@ void FileListView::place(const Row& row)
 {
     // A row that is kept for its focus alone waits just outside, wherever in the list it would be.
     const qint64 top = qint64(row.index) * pitch() - m_bar->value();
-    const int y = static_cast<int>(std::clamp<qint64>(top, -2 * pitch(), height() + pitch()));
+    const int y = static_cast<int>(std::clamp<qint64>(top, qint64{-2} * pitch(), height() + pitch()));
     row.view->setGeometry(0, y, width(), FileRowView::rowHeight());
     row.view->show();
 }

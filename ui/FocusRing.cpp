@@ -54,12 +54,11 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event)
     switch (event->type()) {
     case QEvent::FocusIn: {
         const auto reason = static_cast<QFocusEvent*>(event)->reason();
-        if (movedByKeyboard(reason) || isText(*widget)) {
+        const bool clicked = reason == Qt::MouseFocusReason;
+        if (movedByKeyboard(reason) || isText(*widget) || (!clicked && m_target != nullptr)) {
             follow(widget);
-        } else if (reason == Qt::MouseFocusReason) {
+        } else if (clicked) {
             follow(nullptr);
-        } else if (m_target != nullptr) {
-            follow(widget);
         }
         break;
     }

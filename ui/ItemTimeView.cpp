@@ -38,7 +38,7 @@ constexpr double secondsPerMinute = 60;
 struct QuickChoice
 {
     QStringView label;
-    std::int64_t minutes;
+    std::int64_t minutes = 0;
 };
 
 constexpr QuickChoice quickChoices[] = {{u"10m", 10}, {u"2h", 120}, {u"1d", 1440}, {u"7d", 10080}};

@@ -238,9 +238,7 @@ int LapsaStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
     case SH_Widget_Animation_Duration:
         return motion::milliseconds(motion::hoverDuration);
     case SH_ScrollBar_LeftClickAbsolutePosition:
-        return 0;
     case SH_ComboBox_Popup:
-        return 0;
     case SH_UnderlineShortcut:
     case SH_DialogButtonBox_ButtonsHaveIcons:
         return 0;

@@ -23,11 +23,11 @@ using Reply = std::unique_ptr<T, decltype(&std::free)>;
 /// The number in DISPLAY, of a server that has several screens.
 int screenNumber()
 {
-    char* host = nullptr;
+    char* name = nullptr;
     int display = 0;
     int screen = 0;
-    xcb_parse_display(nullptr, &host, &display, &screen);
-    std::free(host);
+    xcb_parse_display(nullptr, &name, &display, &screen);
+    const Reply<char> host(name, &std::free);
     return screen;
 }
 

@@ -38,7 +38,7 @@ int writeAt(int to, const char* bytes, std::size_t count, off_t place)
 
 int copyThroughMemory(int from, int to, Range range)
 {
-    constexpr std::size_t bufferSize = 256 * 1024;
+    constexpr std::size_t bufferSize = std::size_t{256} * 1024;
     const auto buffer = std::make_unique<char[]>(bufferSize);
     while (range.start < range.end) {
         const std::size_t wanted = std::min(bufferSize, std::size_t(range.end - range.start));

@@ -6,9 +6,9 @@
 #include <QUtf8StringView>
 
 #include <fcntl.h>
-#include <stdio.h>
 
 #include <climits>
+#include <cstdio>
 
 namespace lapsa {
 

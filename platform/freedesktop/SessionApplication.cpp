@@ -79,6 +79,8 @@ public:
 
 public slots: // NOLINT(readability-redundant-access-specifiers): these are the methods on the bus
 
+    // NOLINTBEGIN(readability-identifier-naming): their names are given by the interface
+
     Q_SCRIPTABLE void Activate(const QVariantMap& /*platformData*/) { m_application.receive(std::nullopt); }
 
     Q_SCRIPTABLE void Open(const QStringList& uris, const QVariantMap& /*platformData*/)
@@ -96,6 +98,8 @@ public slots: // NOLINT(readability-redundant-access-specifiers): these are the 
     Q_SCRIPTABLE void ActivateAction(const QString& /*name*/, const QVariantList& /*parameter*/,
                                      const QVariantMap& /*platformData*/)
     {}
+
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     SessionApplication& m_application;
