@@ -91,8 +91,7 @@ void Gallery::paintPanel()
 
         scene.world.store().toggleLock(scene.world.store().items()[0]);
         scene.world.store().toggleLock(scene.world.store().items()[2]);
-        scene.world.store().setLastMessage(
-            u"Lapsa could not move “Interview.mp3” to Recovery. It will try again in a minute."_s);
+        scene.world.store().setLastMessage(u"“Interview.mp3” is locked: it stays in its place until you unlock it."_s);
         QApplication::processEvents();
         save(*panel, u"panel-locked-message"_s);
     }
