@@ -8,7 +8,7 @@
 #include "LapsaStyle.h"
 #include "Measured.h"
 #include "PanelController.h"
-#include "StatusButton.h"
+#include "RecordingDesktop.h"
 #include "StoreWorld.h"
 #include "ThemePalette.h"
 
@@ -154,7 +154,7 @@ public:
 
 private:
     test::StoreWorld m_world{false};
-    CornerStatusButton m_button;
+    test::RecordingStatusButton m_button;
 };
 
 /// Counts the rows of a list that are painted.

@@ -7,14 +7,21 @@
 #include "CleanupService.h"
 #include "FileIconProvider.h"
 #include "FileSystem.h"
+#include "FinderSelectionReader.h"
+#include "HotKeyManager.h"
 #include "LapsaStore.h"
+#include "Localized.h"
 #include "NotificationCentre.h"
 #include "NotificationService.h"
 #include "PanelController.h"
 #include "SettingsStore.h"
 #include "SplashWindowController.h"
+#include "StatusButton.h"
+#include "StatusItem.h"
+#include "Workspace.h"
 
 #include <QCoreApplication>
+#include <QPointer>
 
 #include <chrono>
 
@@ -25,6 +32,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::chrono::duration<double> splashDuration{1.35};
+constexpr int statusIconSize = 18;
 
 } // namespace
 
@@ -53,11 +61,43 @@ void AppDelegate::applicationDidFinishLaunching()
                                                                        .mainQueue = m_environment.mainQueue,
                                                                        .icons = FileIconProvider::shared()});
     connect(m_panelController.get(), &PanelController::popoverDidClose, this, &AppDelegate::clearStatusButtonHighlight);
+    m_hotKeyManager = std::make_unique<HotKeyManager>(m_environment.hotKeys, [delegate = QPointer(this)] {
+        if (delegate) {
+            delegate->addFinderSelectionFromShortcut();
+        }
+    });
     connect(&m_environment.notificationCentre, &NotificationCentre::responseReceived, this,
             &AppDelegate::notificationClicked);
     m_notificationService->requestAuthorization();
+    setUpStatusItem();
     SplashWindowController::showSplash(splashDuration);
     m_cleanupService->start();
+    m_hotKeyManager->registerHotKey();
+}
+
+void AppDelegate::setUpStatusItem()
+{
+    m_statusItem = m_environment.statusBar.makeStatusItem();
+    StatusButton* const button = statusButton();
+    if (button == nullptr) {
+        return;
+    }
+    if (!button->setTemplateImage(u"StatusIcon"_s, statusIconSize)) {
+        // Not Lapsa's initial, kept on purpose: users of this program know the letter.
+        button->setTitle(u"C"_s);
+    }
+    button->setToolTip(u"Lapsa"_s);
+    connect(button, &StatusButton::clicked, this, &AppDelegate::togglePanel);
+    // In the language of this moment; another one is spoken after the next start.
+    m_statusItem->setMenu({
+        {.title = Localized::openLapsa(), .shortcut = {}, .action = [this] { openPanel(); }},
+        {.title = Localized::preferences(), .shortcut = u"Ctrl+,"_s, .action = [this] { openPreferences(); }},
+        {},
+        {.title = Localized::addFinderSelection(), .shortcut = {}, .action = [this] { addFinderSelectionMenu(); }},
+        {.title = Localized::openDataFolder(), .shortcut = {}, .action = [this] { openDataFolder(); }},
+        {},
+        {.title = Localized::quit(), .shortcut = u"Ctrl+Q"_s, .action = [] { quit(); }},
+    });
 }
 
 void AppDelegate::applicationOpen(const QList<QUrl>& urls)
@@ -65,9 +105,39 @@ void AppDelegate::applicationOpen(const QList<QUrl>& urls)
     m_store->addFiles(urls, {.applyFileTypeRules = true});
 }
 
+void AppDelegate::togglePanel()
+{
+    m_panelController->toggle(statusButton());
+}
+
 void AppDelegate::openPanel()
 {
-    m_panelController->show(&m_statusButton);
+    m_panelController->show(statusButton());
+}
+
+void AppDelegate::openPreferences()
+{
+    m_panelController->showPreferences();
+}
+
+void AppDelegate::addFinderSelectionFromShortcut()
+{
+    const QList<QUrl> urls =
+        FinderSelectionReader::selectedFileURLs(m_environment.fileManagerSelection, [this] { saveEverything(); });
+    if (!urls.isEmpty()) {
+        m_store->addFiles(urls, {.applyFileTypeRules = true});
+    }
+    openPanel();
+}
+
+void AppDelegate::addFinderSelectionMenu()
+{
+    addFinderSelectionFromShortcut();
+}
+
+void AppDelegate::openDataFolder()
+{
+    m_environment.workspace.reveal(AppPaths::applicationSupportDirectory());
 }
 
 void AppDelegate::saveEverything()
@@ -88,6 +158,7 @@ void AppDelegate::applicationWillTerminate()
     }
     m_terminated = true;
     m_cleanupService->stop();
+    m_hotKeyManager->unregister();
     saveEverything();
 }
 
@@ -95,6 +166,11 @@ void AppDelegate::quit()
 {
     // Not QCoreApplication::quit(), which any open window could refuse.
     QCoreApplication::exit();
+}
+
+StatusButton* AppDelegate::statusButton() const
+{
+    return m_statusItem ? m_statusItem->button() : nullptr;
 }
 
 void AppDelegate::notificationClicked(const QHash<QString, QString>& userInfo)
@@ -107,7 +183,9 @@ void AppDelegate::notificationClicked(const QHash<QString, QString>& userInfo)
 
 void AppDelegate::clearStatusButtonHighlight()
 {
-    m_statusButton.setHighlighted(false);
+    if (StatusButton* const button = statusButton()) {
+        button->setHighlighted(false);
+    }
 }
 
 } // namespace lapsa

@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include "StatusButton.h"
-
 #include <QHash>
 #include <QList>
 #include <QObject>
@@ -18,6 +16,9 @@ namespace lapsa {
 class Appearance;
 class CleanupService;
 class Clock;
+class FileManagerSelection;
+class HotKeyManager;
+class HotKeys;
 class LapsaStore;
 class MainQueue;
 class NotificationCentre;
@@ -25,6 +26,9 @@ class NotificationService;
 class PanelController;
 class Pasteboard;
 class SettingsStore;
+class StatusBar;
+class StatusButton;
+class StatusItem;
 class Workspace;
 
 /// The shell of the program: makes every long-lived object, in a fixed order, passes on what comes from outside, and
@@ -43,6 +47,9 @@ public:
         Workspace& workspace;
         Pasteboard& pasteboard;
         NotificationCentre& notificationCentre;
+        StatusBar& statusBar;
+        HotKeys& hotKeys;
+        FileManagerSelection& fileManagerSelection;
     };
 
     explicit AppDelegate(const Environment& environment);
@@ -53,19 +60,31 @@ public:
     /// Files opened with the application, with the file-type rules applied. The panel is not shown.
     void applicationOpen(const QList<QUrl>& urls);
 
+    /// A left click on the status button: opens the panel, or closes it.
+    void togglePanel();
     /// Opens the panel at the status button; it never closes it.
     void openPanel();
+    void openPreferences();
+    /// Puts what is selected in the file manager on countdown, with the file-type rules applied, and opens the panel,
+    /// whether something was selected or not.
+    void addFinderSelectionFromShortcut();
+    void addFinderSelectionMenu();
+    /// Shows the data folder in the file manager.
+    void openDataFolder();
 
     /// Writes all that waits for its time to be written. The program goes on.
     void saveEverything();
 
-    /// Stops the passes and saves everything; the second time, and before the launch, nothing.
+    /// Stops the passes, gives the hot key back and saves everything; the second time, and before the launch, nothing.
     void applicationWillTerminate();
 
     /// Ends the program.
-    void quit();
+    static void quit();
 
 private:
+    void setUpStatusItem();
+    /// Null where the desktop has no place for one.
+    [[nodiscard]] StatusButton* statusButton() const;
     void notificationClicked(const QHash<QString, QString>& userInfo);
     void clearStatusButtonHighlight();
 
@@ -75,8 +94,9 @@ private:
     std::unique_ptr<LapsaStore> m_store;
     std::unique_ptr<NotificationService> m_notificationService;
     std::unique_ptr<CleanupService> m_cleanupService;
-    CornerStatusButton m_statusButton;
     std::unique_ptr<PanelController> m_panelController;
+    std::unique_ptr<HotKeyManager> m_hotKeyManager;
+    std::unique_ptr<StatusItem> m_statusItem;
 };
 
 } // namespace lapsa

@@ -4,15 +4,19 @@
 #include "AppDelegate.h"
 #include "AppPaths.h"
 #include "DataFolderLock.h"
+#include "DesktopFacilities.h"
+#include "FileManagerSelection.h"
 #include "FreedesktopAppearance.h"
 #include "FreedesktopNotificationCentre.h"
 #include "FreedesktopWorkspace.h"
+#include "HotKeys.h"
 #include "LapsaStyle.h"
 #include "LaunchArguments.h"
 #include "QtMainQueue.h"
 #include "QtPasteboard.h"
 #include "QuietMessages.h"
 #include "SessionApplication.h"
+#include "StatusItem.h"
 #include "SystemClock.h"
 #include "SystemLog.h"
 #include "TerminationSignals.h"
@@ -133,7 +137,11 @@ int runApplication(const QApplication& application, SessionApplication& session,
     FreedesktopWorkspace workspace;
     QtPasteboard pasteboard;
     FreedesktopNotificationCentre notificationCentre;
-    AppDelegate delegate({clock, mainQueue, appearance, workspace, pasteboard, notificationCentre});
+    const std::unique_ptr<StatusBar> statusBar = makeStatusBar();
+    const std::unique_ptr<HotKeys> hotKeys = makeHotKeys();
+    const std::unique_ptr<FileManagerSelection> fileManagerSelection = makeFileManagerSelection();
+    AppDelegate delegate({clock, mainQueue, appearance, workspace, pasteboard, notificationCentre, *statusBar, *hotKeys,
+                          *fileManagerSelection});
 
     const TerminationSignals terminationSignals;
     QObject::connect(&terminationSignals, &TerminationSignals::received, &delegate, &AppDelegate::quit);

@@ -3,8 +3,8 @@
 
 #include "LapsaItem.h"
 #include "Localized.h"
-#include "NotificationCentre.h"
 #include "NotificationService.h"
+#include "RecordingDesktop.h"
 
 #include <QTest>
 
@@ -13,17 +13,6 @@ using namespace Qt::StringLiterals;
 namespace lapsa::test {
 
 namespace {
-
-class RecordingCentre final : public NotificationCentre
-{
-public:
-    void requestAuthorization() override { ++authorizations; }
-
-    void add(const NotificationRequest& request) override { requests.push_back(request); }
-
-    int authorizations = 0;
-    QList<NotificationRequest> requests;
-};
 
 LapsaItem itemNamed(const QString& displayName)
 {
@@ -109,11 +98,11 @@ private slots:
     {
         m_service.requestAuthorization();
 
-        QCOMPARE(m_centre.authorizations, 1);
+        QCOMPARE(m_centre.authorizationRequests, 1);
     }
 
 private:
-    RecordingCentre m_centre;
+    RecordingNotificationCentre m_centre;
     NotificationService m_service{m_centre};
 };
 

@@ -8,10 +8,10 @@
 #include "PanelController.h"
 #include "PanelWorld.h"
 #include "PreferencesView.h"
+#include "RecordingDesktop.h"
 #include "SessionBus.h"
 #include "SplashView.h"
 #include "SplashWindowController.h"
-#include "StatusButton.h"
 #include "StoreWorld.h"
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
@@ -41,6 +41,7 @@ public:
     explicit OpenPanel(bool keepPanelOpen)
     {
         changeSettings([keepPanelOpen](LapsaSettings& settings) { settings.keepPanelOpen = keepPanelOpen; });
+        button.place.reset();
         controller.show(&button);
         if (!QTest::qWaitForWindowActive(controller.popover(), patience)) {
             qFatal("the panel does not become active");
@@ -50,7 +51,8 @@ public:
     [[nodiscard]] QWidget& panel() const { return *controller.popover(); }
 
     RecordingIcons icons;
-    CornerStatusButton button;
+    /// Nobody knows where it is: the panel comes up in the corner.
+    RecordingStatusButton button;
     PanelController controller{{store(), time, time, icons}};
 };
 

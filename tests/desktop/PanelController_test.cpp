@@ -6,7 +6,7 @@
 #include "PanelController.h"
 #include "PanelWorld.h"
 #include "PreferencesView.h"
-#include "StatusButton.h"
+#include "RecordingDesktop.h"
 #include "StoreWorld.h"
 #include "SymbolButton.h"
 #include "TextLabel.h"
@@ -24,17 +24,6 @@ using namespace std::chrono_literals;
 namespace lapsa::test {
 
 namespace {
-
-class RecordingStatusButton final : public StatusButton
-{
-public:
-    [[nodiscard]] std::optional<QRect> frame() const override { return place; }
-
-    void setHighlighted(bool highlighted) override { highlights.push_back(highlighted); }
-
-    std::optional<QRect> place = QRect(400, 0, 24, 24);
-    QList<bool> highlights;
-};
 
 /// The controller over the real store, as AppDelegate wires it.
 class ControllerWorld final : public StoreWorld

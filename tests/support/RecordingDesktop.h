@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "FileManagerSelection.h"
+#include "HotKeys.h"
+#include "NotificationCentre.h"
+#include "StatusButton.h"
+#include "StatusItem.h"
+
+#include <QList>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace lapsa::test {
+
+/// A status button that is only noted down.
+class RecordingStatusButton final : public StatusButton
+{
+public:
+    [[nodiscard]] std::optional<QRect> frame() const override { return place; }
+
+    bool setTemplateImage(const QString& name, int size) override;
+
+    void setTitle(const QString& title) override { titles.push_back(title); }
+
+    void setToolTip(const QString& toolTip) override { toolTips.push_back(toolTip); }
+
+    void setHighlighted(bool highlighted) override { highlights.push_back(highlighted); }
+
+    std::optional<QRect> place = QRect(400, 0, 24, 24);
+    /// Whether there is such an image.
+    bool imageFound = true;
+    QList<std::pair<QString, int>> images;
+    QStringList titles;
+    QStringList toolTips;
+    QList<bool> highlights;
+};
+
+class RecordingStatusItem final : public StatusItem
+{
+public:
+    [[nodiscard]] StatusButton* button() override { return hasButton ? &theButton : nullptr; }
+
+    void setMenu(QList<StatusMenuEntry> entries) override { menu = std::move(entries); }
+
+    bool hasButton = true;
+    RecordingStatusButton theButton;
+    QList<StatusMenuEntry> menu;
+};
+
+class RecordingStatusBar final : public StatusBar
+{
+public:
+    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem() override;
+
+    bool itemsHaveButtons = true;
+    /// The one that was made last.
+    RecordingStatusItem* item = nullptr;
+};
+
+/// Hot keys that a test presses.
+class RecordingHotKeys final : public HotKeys
+{
+public:
+    [[nodiscard]] std::unique_ptr<HotKeyRegistration> registerHotKey(const HotKey& key,
+                                                                     std::function<void()> pressed) override;
+
+    /// Nothing happens while the key is not registered.
+    void press() const;
+
+    QList<HotKey> registered;
+    /// How many of them were given back.
+    int released = 0;
+    std::function<void()> handler;
+};
+
+/// A file manager that answers what it is told to.
+class PlayedSelection final : public FileManagerSelection
+{
+public:
+    [[nodiscard]] Answer ask() override { return answer; }
+
+    Answer answer = Nothing();
+};
+
+class RecordingNotificationCentre final : public NotificationCentre
+{
+public:
+    void requestAuthorization() override { ++authorizationRequests; }
+
+    void add(const NotificationRequest& request) override { requests.push_back(request); }
+
+    int authorizationRequests = 0;
+    QList<NotificationRequest> requests;
+};
+
+} // namespace lapsa::test
