@@ -5,8 +5,8 @@
 
 #include "FileManagerSelection.h"
 #include "HotKeys.h"
-#include "StatusButton.h"
 #include "StatusItem.h"
+#include "TrayStatusItem.h"
 
 namespace lapsa {
 
@@ -27,43 +27,17 @@ public:
     [[nodiscard]] Answer ask() override { return Nothing(); }
 };
 
-/// The top right corner of the work area, with nothing to be seen.
-class CornerStatusButton final : public StatusButton
+class Tray final : public StatusBar
 {
 public:
-    [[nodiscard]] std::optional<QRect> frame() const override { return std::nullopt; }
-
-    bool setTemplateImage(const QString&, int) override { return true; }
-
-    void setTitle(const QString&) override {}
-
-    void setToolTip(const QString&) override {}
-
-    void setHighlighted(bool) override {}
-};
-
-class CornerStatusItem final : public StatusItem
-{
-public:
-    [[nodiscard]] StatusButton* button() override { return &m_button; }
-
-    void setMenu(QList<StatusMenuEntry>) override {}
-
-private:
-    CornerStatusButton m_button;
-};
-
-class NoStatusBar final : public StatusBar
-{
-public:
-    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem() override { return std::make_unique<CornerStatusItem>(); }
+    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem() override { return std::make_unique<TrayStatusItem>(); }
 };
 
 } // namespace
 
 std::unique_ptr<StatusBar> makeStatusBar()
 {
-    return std::make_unique<NoStatusBar>();
+    return std::make_unique<Tray>();
 }
 
 std::unique_ptr<HotKeys> makeHotKeys()

@@ -1,0 +1,161 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "StatusNotifierItem.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QGuiApplication>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString itemPath = u"/StatusNotifierItem"_s;
+const QString menuPathText = u"/StatusNotifierItem/Menu"_s;
+const QString watcherName = u"org.kde.StatusNotifierWatcher"_s;
+const QString watcherPath = u"/StatusNotifierWatcher"_s;
+const QString watcherInterface = u"org.kde.StatusNotifierWatcher"_s;
+
+} // namespace
+
+StatusNotifierItem::StatusNotifierItem()
+    : m_service(u"org.kde.StatusNotifierItem-%1-1"_s.arg(QCoreApplication::applicationPid()))
+    , m_watcher(watcherName, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange)
+{
+    registerStatusNotifierTypes();
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        return;
+    }
+    constexpr auto scriptable = QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportScriptableSignals |
+                                QDBusConnection::ExportScriptableProperties;
+    bus.registerObject(menuPathText, &m_menu, scriptable);
+    bus.registerObject(itemPath, this, scriptable);
+    bus.registerService(m_service);
+    connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &StatusNotifierItem::announce);
+    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { setShown(false); });
+    for (const QString& signal : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s}) {
+        bus.connect(watcherName, watcherPath, watcherInterface, signal, this, SLOT(askForHost()));
+    }
+    // Known before anything is shown elsewhere: asked of the bus itself, which answers at once.
+    if (bus.interface()->isServiceRegistered(watcherName)) {
+        m_shown = true;
+        announce();
+    }
+}
+
+StatusNotifierItem::~StatusNotifierItem()
+{
+    auto bus = QDBusConnection::sessionBus();
+    bus.unregisterService(m_service);
+    bus.unregisterObject(itemPath);
+    bus.unregisterObject(menuPathText);
+}
+
+void StatusNotifierItem::setImages(const QList<QImage>& images)
+{
+    m_pixmaps.clear();
+    for (const QImage& image : images) {
+        m_pixmaps.push_back(statusNotifierPixmap(image));
+    }
+    emit NewIcon();
+}
+
+void StatusNotifierItem::setToolTip(const QString& toolTip)
+{
+    m_toolTip = toolTip;
+    emit NewToolTip();
+}
+
+QString StatusNotifierItem::category() const
+{
+    return u"ApplicationStatus"_s;
+}
+
+QString StatusNotifierItem::id() const
+{
+    return u"lapsa"_s;
+}
+
+QString StatusNotifierItem::title() const
+{
+    return QCoreApplication::applicationName();
+}
+
+QString StatusNotifierItem::status() const
+{
+    return u"Active"_s;
+}
+
+StatusNotifierToolTip StatusNotifierItem::toolTip() const
+{
+    return {.iconName = {}, .pixmaps = {}, .title = m_toolTip, .text = {}};
+}
+
+QDBusObjectPath StatusNotifierItem::menuPath() const
+{
+    return QDBusObjectPath(menuPathText);
+}
+
+void StatusNotifierItem::Activate(int x, int y)
+{
+    emit activated(QPoint(x, y));
+}
+
+void StatusNotifierItem::ContextMenu(int x, int y)
+{
+    emit menuRequested(QPoint(x, y));
+}
+
+/// The window that comes up next may take the focus by it, where a compositor asks for that.
+void StatusNotifierItem::ProvideXdgActivationToken(const QString& token)
+{
+    if (QGuiApplication::platformName().startsWith("wayland"_L1)) {
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // which the toolkit takes away again
+    }
+}
+
+void StatusNotifierItem::announce()
+{
+    auto message =
+        QDBusMessage::createMethodCall(watcherName, watcherPath, watcherInterface, u"RegisterStatusNotifierItem"_s);
+    message.setArguments({m_service});
+    message.setAutoStartService(false);
+    QDBusConnection::sessionBus().asyncCall(message);
+    askForHost();
+}
+
+/// A watcher may be there without a bar that shows what it collects.
+void StatusNotifierItem::askForHost()
+{
+    auto message =
+        QDBusMessage::createMethodCall(watcherName, watcherPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    message.setArguments({watcherInterface, u"IsStatusNotifierHostRegistered"_s});
+    message.setAutoStartService(false);
+    auto* const asked = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
+    connect(asked, &QDBusPendingCallWatcher::finished, this, [this, asked] {
+        asked->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *asked;
+        // One that does not know the question has a bar of its own.
+        setShown(reply.isError() ? reply.error().type() != QDBusError::ServiceUnknown
+                                 : reply.value().variant().toBool());
+    });
+}
+
+void StatusNotifierItem::setShown(bool shown)
+{
+    if (m_shown != shown) {
+        m_shown = shown;
+        emit shownChanged();
+    }
+}
+
+} // namespace lapsa

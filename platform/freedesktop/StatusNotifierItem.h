@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "DBusMenu.h"
+#include "StatusNotifierTypes.h"
+
+#include <QDBusObjectPath>
+#include <QDBusServiceWatcher>
+#include <QImage>
+#include <QList>
+#include <QObject>
+#include <QPoint>
+#include <QString>
+
+namespace lapsa {
+
+/// `org.kde.StatusNotifierItem`, announced to every `org.kde.StatusNotifierWatcher` that comes.
+class StatusNotifierItem final : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
+    Q_PROPERTY(QString Category READ category SCRIPTABLE true)
+    Q_PROPERTY(QString Id READ id SCRIPTABLE true)
+    Q_PROPERTY(QString Title READ title SCRIPTABLE true)
+    Q_PROPERTY(QString Status READ status SCRIPTABLE true)
+    Q_PROPERTY(int WindowId READ windowId SCRIPTABLE true)
+    Q_PROPERTY(QString IconThemePath READ iconName SCRIPTABLE true)
+    Q_PROPERTY(QString IconName READ iconName SCRIPTABLE true)
+    Q_PROPERTY(lapsa::StatusNotifierPixmaps IconPixmap READ iconPixmap SCRIPTABLE true)
+    Q_PROPERTY(QString OverlayIconName READ iconName SCRIPTABLE true)
+    Q_PROPERTY(QString AttentionIconName READ iconName SCRIPTABLE true)
+    Q_PROPERTY(lapsa::StatusNotifierToolTip ToolTip READ toolTip SCRIPTABLE true)
+    Q_PROPERTY(bool ItemIsMenu READ itemIsMenu SCRIPTABLE true)
+    Q_PROPERTY(QDBusObjectPath Menu READ menuPath SCRIPTABLE true)
+
+public:
+    StatusNotifierItem();
+    ~StatusNotifierItem() override;
+
+    void setImages(const QList<QImage>& images);
+    void setToolTip(const QString& toolTip);
+
+    [[nodiscard]] DBusMenu& menu() { return m_menu; }
+
+    /// Whether there is a bar that shows it, as far as is known.
+    [[nodiscard]] bool shown() const { return m_shown; }
+
+    [[nodiscard]] QString category() const;
+    [[nodiscard]] QString id() const;
+    [[nodiscard]] QString title() const;
+    [[nodiscard]] QString status() const;
+
+    [[nodiscard]] int windowId() const { return 0; }
+
+    /// There is no icon by name: a bar would prefer it to the one that is drawn.
+    [[nodiscard]] QString iconName() const { return {}; }
+
+    [[nodiscard]] StatusNotifierPixmaps iconPixmap() const { return m_pixmaps; }
+
+    [[nodiscard]] StatusNotifierToolTip toolTip() const;
+
+    [[nodiscard]] bool itemIsMenu() const { return false; }
+
+    [[nodiscard]] QDBusObjectPath menuPath() const;
+
+public slots: // NOLINT(readability-redundant-access-specifiers): these are the methods on the bus
+
+    // NOLINTBEGIN(readability-identifier-naming): their names are given by the interface
+    Q_SCRIPTABLE void Activate(int x, int y);
+    /// From a bar that cannot show the menu itself.
+    Q_SCRIPTABLE void ContextMenu(int x, int y);
+
+    /// A middle click. It does nothing, and is here so that the bar gets an answer.
+    Q_SCRIPTABLE void SecondaryActivate(int /*x*/, int /*y*/) {}
+
+    Q_SCRIPTABLE void Scroll(int /*delta*/, const QString& /*orientation*/) {}
+
+    Q_SCRIPTABLE void ProvideXdgActivationToken(const QString& token);
+
+signals:
+    Q_SCRIPTABLE void NewIcon();
+    Q_SCRIPTABLE void NewToolTip();
+    // NOLINTEND(readability-identifier-naming)
+
+    void shownChanged();
+    void activated(const QPoint& place);
+    void menuRequested(const QPoint& place);
+
+private slots:
+    void askForHost();
+
+private:
+    void announce();
+    void setShown(bool shown);
+
+    QString m_service;
+    QDBusServiceWatcher m_watcher;
+    DBusMenu m_menu;
+    StatusNotifierPixmaps m_pixmaps;
+    QString m_toolTip;
+    bool m_shown = false;
+};
+
+} // namespace lapsa

@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "TrayIcon.h"
+
+#include <QFile>
+#include <QFont>
+#include <QImage>
+#include <QPainter>
+#include <QPixmap>
+#include <QSvgRenderer>
+
+#include <array>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Seen on white as on black with a contrast above 3 : 1.
+constexpr QColor neutralForeground(0x3F, 0x7F, 0xE8);
+/// What panels use for icons in bars of the usual heights, at once and twice the scale.
+constexpr std::array iconExtents{16, 22, 24, 32, 44, 48, 64};
+constexpr float groundOpacity = 0.28F;
+/// In parts of the icon's extent.
+constexpr double groundRadius = 0.25;
+constexpr double highlightedDrawing = 0.84;
+constexpr double titleHeight = 0.8;
+
+} // namespace
+
+bool TrayIcon::setTemplateImage(const QString& name, int size)
+{
+    QFile file(u":/lapsa/%1.svg"_s.arg(name));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    m_drawing = file.readAll();
+    m_size = size;
+    return true;
+}
+
+void TrayIcon::setTitle(const QString& title)
+{
+    m_title = title;
+}
+
+QImage TrayIcon::image(int extent) const
+{
+    QImage image(extent, extent, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double drawn = m_highlighted ? extent * highlightedDrawing : extent;
+    const QRectF place((extent - drawn) / 2, (extent - drawn) / 2, drawn, drawn);
+    const QColor foreground = m_foreground.value_or(neutralForeground);
+    if (!m_drawing.isEmpty()) {
+        QSvgRenderer(m_drawing).render(&painter, place);
+    } else {
+        QFont font;
+        font.setPixelSize(qRound(drawn * titleHeight));
+        font.setBold(true);
+        painter.setFont(font);
+        painter.drawText(place, Qt::AlignCenter, m_title);
+    }
+    // Of a template only the shape counts.
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(image.rect(), foreground);
+    if (m_highlighted) {
+        QColor ground = foreground;
+        ground.setAlphaF(groundOpacity);
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(ground);
+        painter.drawRoundedRect(image.rect(), extent * groundRadius, extent * groundRadius);
+    }
+    return image;
+}
+
+QList<QImage> TrayIcon::images() const
+{
+    QList<QImage> images{image(m_size), image(2 * m_size)};
+    for (const int extent : iconExtents) {
+        images.push_back(image(extent));
+    }
+    return images;
+}
+
+QIcon TrayIcon::icon() const
+{
+    QIcon icon;
+    for (const QImage& image : images()) {
+        icon.addPixmap(QPixmap::fromImage(image));
+    }
+    return icon;
+}
+
+} // namespace lapsa

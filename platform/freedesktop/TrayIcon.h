@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QColor>
+#include <QIcon>
+#include <QString>
+
+#include <optional>
+
+namespace lapsa {
+
+/// What is drawn into a tray: a template image, or a short text where there is none, in one colour, with a soft ground
+/// behind it while highlighted.
+class TrayIcon final
+{
+public:
+    /// Takes the drawing ":/lapsa/NAME.svg". False when there is none; nothing changes then.
+    [[nodiscard]] bool setTemplateImage(const QString& name, int size);
+    void setTitle(const QString& title);
+
+    void setHighlighted(bool highlighted) { m_highlighted = highlighted; }
+
+    /// What the bar writes its own icons in, where it tells. Without it the drawing keeps its own colour, which is seen
+    /// on light bars and on dark ones.
+    void setForeground(const std::optional<QColor>& foreground) { m_foreground = foreground; }
+
+    /// `extent` pixels wide and high, transparent around the drawing.
+    [[nodiscard]] QImage image(int extent) const;
+    /// In the sizes that bars ask for, from the image's own size up to four times of it. A bar scales down from the
+    /// next larger one.
+    [[nodiscard]] QList<QImage> images() const;
+    [[nodiscard]] QIcon icon() const;
+
+private:
+    QByteArray m_drawing;
+    int m_size = 18;
+    QString m_title;
+    bool m_highlighted = false;
+    std::optional<QColor> m_foreground;
+};
+
+} // namespace lapsa

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "StatusItem.h"
+
+#include <QMenu>
+
+namespace lapsa {
+
+/// The menu of a status item as a window of our own, for trays that do not show it themselves. Its shortcuts work while
+/// it is open.
+class TrayMenu final : public QMenu
+{
+    Q_OBJECT
+
+public:
+    explicit TrayMenu(const QList<StatusMenuEntry>& entries);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+};
+
+} // namespace lapsa

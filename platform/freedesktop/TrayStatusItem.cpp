@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "TrayStatusItem.h"
+
+#include "X11Screen.h"
+#include "X11Tray.h"
+
+#include <QCursor>
+
+#include <chrono>
+#include <utility>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A bar that is started anew is back by then; until then no second icon is shown elsewhere.
+constexpr auto barPatience = 1500ms;
+/// About the size of an icon, of which only a point is known.
+constexpr int iconExtent = 22;
+
+/// The pointer is only known to a program of the X server that the bar is on.
+bool pointerIsKnown()
+{
+    return x11Connection() != nullptr && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+} // namespace
+
+TrayStatusItem::TrayStatusItem()
+{
+    m_embedding.setSingleShot(true);
+    connect(&m_embedding, &QTimer::timeout, this, &TrayStatusItem::showEmbedded);
+    connect(&m_notifierItem, &StatusNotifierItem::shownChanged, this, &TrayStatusItem::chooseTray);
+    connect(&m_notifierItem, &StatusNotifierItem::activated, this, &TrayStatusItem::clickedAt);
+    connect(&m_notifierItem, &StatusNotifierItem::menuRequested, this, &TrayStatusItem::popUpMenu);
+    if (m_notifierItem.shown() || !x11TrayAvailable()) {
+        chooseTray();
+    } else {
+        m_embedding.start(0ms);
+    }
+}
+
+TrayStatusItem::~TrayStatusItem() = default;
+
+void TrayStatusItem::setMenu(QList<StatusMenuEntry> entries)
+{
+    m_entries = std::move(entries);
+    m_notifierItem.menu().setEntries(m_entries);
+    if (m_embedded) {
+        auto menu = std::make_unique<TrayMenu>(m_entries);
+        m_embedded->setContextMenu(menu.get());
+        m_menu = std::move(menu);
+    } else {
+        m_menu.reset();
+    }
+}
+
+std::optional<QRect> TrayStatusItem::frame() const
+{
+    if (m_embedded && m_embedded->isVisible() && !m_embedded->geometry().isEmpty()) {
+        return m_embedded->geometry();
+    }
+    if (!m_clicked) {
+        return std::nullopt;
+    }
+    QRect icon(0, 0, iconExtent, iconExtent);
+    icon.moveCenter(*m_clicked);
+    return icon;
+}
+
+bool TrayStatusItem::setTemplateImage(const QString& name, int size)
+{
+    const bool found = m_icon.setTemplateImage(name, size);
+    showIcon();
+    return found;
+}
+
+void TrayStatusItem::setTitle(const QString& title)
+{
+    m_icon.setTitle(title);
+    showIcon();
+}
+
+void TrayStatusItem::setToolTip(const QString& toolTip)
+{
+    m_toolTip = toolTip;
+    m_notifierItem.setToolTip(toolTip);
+    if (m_embedded) {
+        m_embedded->setToolTip(toolTip);
+    }
+}
+
+void TrayStatusItem::setHighlighted(bool highlighted)
+{
+    m_icon.setHighlighted(highlighted);
+    showIcon();
+}
+
+void TrayStatusItem::showIcon()
+{
+    m_icon.setForeground(x11TrayForeground());
+    m_notifierItem.setImages(m_icon.images());
+    if (m_embedded) {
+        m_embedded->setIcon(m_icon.icon());
+    }
+}
+
+void TrayStatusItem::chooseTray()
+{
+    if (m_notifierItem.shown()) {
+        m_embedding.stop();
+        if (m_embedded) {
+            m_embedded->hide();
+        }
+        showIcon();
+    } else if (x11Connection() != nullptr) {
+        m_embedding.start(barPatience);
+    }
+}
+
+/// The toolkit decides for one kind of tray when its icon is touched first, and stays with it. Here it is only touched
+/// while there is no other kind than this.
+void TrayStatusItem::showEmbedded()
+{
+    if (!m_embedded) {
+        m_embedded = std::make_unique<QSystemTrayIcon>();
+        connect(m_embedded.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+            if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick) {
+                emit clicked();
+            }
+        });
+        setMenu(std::move(m_entries));
+        m_embedded->setToolTip(m_toolTip);
+    }
+    showIcon();
+    m_embedded->show();
+}
+
+void TrayStatusItem::clickedAt(const QPoint& place)
+{
+    // Bars say where the click was in units of their own; some say nothing.
+    if (pointerIsKnown()) {
+        m_clicked = QCursor::pos();
+    } else if (!place.isNull()) {
+        m_clicked = place;
+    }
+    emit clicked();
+}
+
+void TrayStatusItem::popUpMenu(const QPoint& place)
+{
+    if (!m_menu) {
+        m_menu = std::make_unique<TrayMenu>(m_entries);
+    }
+    m_menu->popup(pointerIsKnown() ? QCursor::pos() : place);
+}
+
+} // namespace lapsa

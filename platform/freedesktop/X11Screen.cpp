@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "X11Screen.h"
+
+#include <QGuiApplication>
+
+#include <cstdint>
+
+namespace lapsa {
+
+namespace {
+
+/// The number in DISPLAY, of a server that has several screens.
+int screenNumber()
+{
+    char* name = nullptr;
+    int display = 0;
+    int screen = 0;
+    xcb_parse_display(nullptr, &name, &display, &screen);
+    const auto host = x11Reply(name);
+    return screen;
+}
+
+} // namespace
+
+xcb_connection_t* x11Connection()
+{
+    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    // Without a screen the toolkit may say it is on X11, but has no connection.
+    return x11 != nullptr ? x11->connection() : nullptr;
+}
+
+xcb_atom_t x11ExistingAtom(xcb_connection_t* connection, const QByteArray& name)
+{
+    const auto cookie = xcb_intern_atom(connection, true, static_cast<std::uint16_t>(name.size()), name.constData());
+    const auto atom = x11Reply(xcb_intern_atom_reply(connection, cookie, nullptr));
+    return atom ? atom->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
+xcb_window_t x11ManagerOf(xcb_connection_t* connection, const QByteArray& selection)
+{
+    const xcb_atom_t atom = x11ExistingAtom(connection, selection + QByteArray::number(screenNumber()));
+    if (atom == XCB_ATOM_NONE) {
+        return XCB_WINDOW_NONE;
+    }
+    const auto cookie = xcb_get_selection_owner(connection, atom);
+    const auto owner = x11Reply(xcb_get_selection_owner_reply(connection, cookie, nullptr));
+    return owner ? owner->owner : xcb_window_t(XCB_WINDOW_NONE);
+}
+
+} // namespace lapsa
