@@ -16,6 +16,39 @@ int startInside(int wanted, int length, int from, int end)
     return std::max(from, std::min(wanted, end - length));
 }
 
+/// A bar along an edge is told by the work area that it leaves.
+PopoverPlacement::Side sideOf(const QPoint& icon, const QRect& workArea)
+{
+    using enum PopoverPlacement::Side;
+    const bool besideWorkArea = icon.y() >= workArea.top() && icon.y() <= workArea.bottom();
+    if (besideWorkArea && icon.x() < workArea.left()) {
+        return RightOfIcon;
+    }
+    if (besideWorkArea && icon.x() > workArea.right()) {
+        return LeftOfIcon;
+    }
+    return icon.y() < workArea.y() + workArea.height() / 2 ? BelowIcon : AboveIcon;
+}
+
+/// Beside the icon on that side, centred on it. A tray may lie inside the work area: the popover must not cover its own
+/// icon.
+QPoint cornerBeside(const QRect& icon, PopoverPlacement::Side side, const QSize& size)
+{
+    const QPoint centre(icon.x() + icon.width() / 2, icon.y() + icon.height() / 2);
+    const QPoint centred = centre - QPoint(size.width() / 2, size.height() / 2);
+    switch (side) {
+    case PopoverPlacement::Side::BelowIcon:
+        return {centred.x(), icon.y() + icon.height()};
+    case PopoverPlacement::Side::AboveIcon:
+        return {centred.x(), icon.y() - size.height()};
+    case PopoverPlacement::Side::RightOfIcon:
+        return {icon.x() + icon.width(), centred.y()};
+    case PopoverPlacement::Side::LeftOfIcon:
+        return {icon.x() - size.width(), centred.y()};
+    }
+    return centred;
+}
+
 } // namespace
 
 PopoverPlacement popoverPlacement(const std::optional<QRect>& icon, const QRect& workArea, const QSize& size)
@@ -23,14 +56,11 @@ PopoverPlacement popoverPlacement(const std::optional<QRect>& icon, const QRect&
     const int right = workArea.x() + workArea.width();
     const int bottom = workArea.y() + workArea.height();
     const QRect anchor = icon.value_or(QRect(right - 1, workArea.y(), 0, 0));
-    const QPoint centre(anchor.x() + anchor.width() / 2, anchor.y() + anchor.height() / 2);
-    const bool below = centre.y() < workArea.y() + workArea.height() / 2;
-    // A tray may lie inside the work area: the popover must not cover its own icon.
-    const int y = below ? anchor.y() + anchor.height() : anchor.y() - size.height();
-    const QPoint corner(startInside(centre.x() - size.width() / 2, size.width(), workArea.x(), right),
-                        startInside(y, size.height(), workArea.y(), bottom));
-    return {.rect = QRect(corner, size),
-            .side = below ? PopoverPlacement::Side::BelowIcon : PopoverPlacement::Side::AboveIcon};
+    const PopoverPlacement::Side side = sideOf(anchor.center(), workArea);
+    const QPoint wanted = cornerBeside(anchor, side, size);
+    const QPoint corner(startInside(wanted.x(), size.width(), workArea.x(), right),
+                        startInside(wanted.y(), size.height(), workArea.y(), bottom));
+    return {.rect = QRect(corner, size), .side = side};
 }
 
 } // namespace lapsa

@@ -29,6 +29,30 @@ constexpr int travel = 6;
 /// How long the focus may take to come back from a closed dialog.
 constexpr auto returnPatience = 300ms;
 
+/// None towards the icon: it would take the icon's clicks.
+QMargins shadowFor(PopoverPlacement::Side side)
+{
+    using enum PopoverPlacement::Side;
+    const auto unless = [side](PopoverPlacement::Side iconSide) { return side == iconSide ? 0 : shadowExtent; };
+    return {unless(RightOfIcon), unless(BelowIcon), unless(LeftOfIcon), unless(AboveIcon)};
+}
+
+/// Where it comes from, seen from its place.
+QPoint travelFrom(PopoverPlacement::Side side)
+{
+    switch (side) {
+    case PopoverPlacement::Side::BelowIcon:
+        return {0, -travel};
+    case PopoverPlacement::Side::AboveIcon:
+        return {0, travel};
+    case PopoverPlacement::Side::RightOfIcon:
+        return {-travel, 0};
+    case PopoverPlacement::Side::LeftOfIcon:
+        return {travel, 0};
+    }
+    return {};
+}
+
 QMargins boundedBy(const QMargins& wanted, const QRect& rect, const QRect& area)
 {
     const auto room = [](int margin, int space) { return std::clamp(space, 0, margin); };
@@ -136,10 +160,7 @@ void PopoverWindow::moveTo(const PopoverPlacement& placement, const QRect& workA
 {
     QMargins shadow;
     if (testAttribute(Qt::WA_TranslucentBackground)) {
-        // None towards the icon: it would take the icon's clicks.
-        const bool below = placement.side == PopoverPlacement::Side::BelowIcon;
-        const QMargins wanted(shadowExtent, below ? 0 : shadowExtent, shadowExtent, below ? shadowExtent : 0);
-        shadow = boundedBy(wanted, placement.rect, workArea);
+        shadow = boundedBy(shadowFor(placement.side), placement.rect, workArea);
     }
     const QRect window = placement.rect.marginsAdded(shadow);
     setFixedSize(window.size());
@@ -154,7 +175,7 @@ void PopoverWindow::startAnimation(PopoverPlacement::Side side)
         return;
     }
     const QPoint place = pos();
-    const int from = side == PopoverPlacement::Side::BelowIcon ? -travel : travel;
+    const QPoint from = travelFrom(side);
     m_appearance.disconnect(this);
     m_appearance.stop();
     m_appearance.setStartValue(0.0);
@@ -164,7 +185,7 @@ void PopoverWindow::startAnimation(PopoverPlacement::Side side)
     connect(&m_appearance, &QVariantAnimation::valueChanged, this, [this, place, from](const QVariant& value) {
         const double progress = value.toDouble();
         setWindowOpacity(progress);
-        move(place + QPoint(0, static_cast<int>(from * (1 - progress))));
+        move(place + from * (1 - progress));
         update(); // on X11 a new opacity is seen with the next painting
     });
     setWindowOpacity(0);

@@ -8,7 +8,6 @@
 #include "VirtualDisplay.h"
 
 #include <QDateTime>
-#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
@@ -24,18 +23,6 @@ namespace lapsa::test {
 namespace {
 
 constexpr int patience = 40'000;
-
-/// A daemon of a desktop may lie in a folder of its own for each architecture.
-QString foundProgram(const QString& relative)
-{
-    for (const QString& folder : QDir(u"/usr/lib"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        const QString path = u"/usr/lib/"_s + folder + u'/' + relative;
-        if (QFile::exists(path)) {
-            return path;
-        }
-    }
-    qFatal("%s is not installed", qPrintable(relative));
-}
 
 /// The daemon draws its buttons in the bottom right corner.
 QPoint placeOfButton(const QRect& bubble)

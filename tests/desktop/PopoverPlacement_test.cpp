@@ -19,6 +19,12 @@ using Side = PopoverPlacement::Side;
 
 } // namespace
 
+} // namespace lapsa::test
+
+Q_DECLARE_METATYPE(lapsa::PopoverPlacement::Side)
+
+namespace lapsa::test {
+
 class PopoverPlacementTest final : public QObject
 {
     Q_OBJECT
@@ -29,28 +35,55 @@ private slots:
     {
         QTest::addColumn<QRect>("icon");
         QTest::addColumn<QPoint>("corner");
-        QTest::addColumn<bool>("below");
-        QTest::newRow("an icon in the bar above") << QRect(1000, 3, 24, 24) << QPoint(797, 30) << true;
-        QTest::newRow("an icon inside the work area") << QRect(1000, 40, 24, 24) << QPoint(797, 64) << true;
-        QTest::newRow("an icon at the right end") << QRect(1890, 3, 24, 24) << QPoint(1490, 30) << true;
-        QTest::newRow("an icon at the left end") << QRect(2, 3, 24, 24) << QPoint(0, 30) << true;
-        QTest::newRow("an icon at the bottom") << QRect(1000, 1050, 24, 24) << QPoint(797, 490) << false;
-        QTest::newRow("an icon below the work area") << QRect(1000, 1085, 24, 24) << QPoint(797, 520) << false;
-        QTest::newRow("the point of a click") << QRect(600, 12, 1, 1) << QPoint(385, 30) << true;
-        QTest::newRow("an icon just above the middle") << QRect(1000, 530, 24, 24) << QPoint(797, 520) << true;
+        QTest::addColumn<Side>("side");
+        QTest::newRow("an icon in the bar above") << QRect(1000, 3, 24, 24) << QPoint(797, 30) << Side::BelowIcon;
+        QTest::newRow("an icon inside the work area") << QRect(1000, 40, 24, 24) << QPoint(797, 64) << Side::BelowIcon;
+        QTest::newRow("an icon at the right end") << QRect(1890, 3, 24, 24) << QPoint(1490, 30) << Side::BelowIcon;
+        QTest::newRow("an icon at the left end") << QRect(2, 3, 24, 24) << QPoint(0, 30) << Side::BelowIcon;
+        QTest::newRow("an icon at the bottom") << QRect(1000, 1050, 24, 24) << QPoint(797, 490) << Side::AboveIcon;
+        QTest::newRow("an icon below the work area")
+            << QRect(1000, 1085, 24, 24) << QPoint(797, 520) << Side::AboveIcon;
+        QTest::newRow("the point of a click") << QRect(600, 12, 1, 1) << QPoint(385, 30) << Side::BelowIcon;
+        QTest::newRow("an icon just above the middle")
+            << QRect(1000, 530, 24, 24) << QPoint(797, 520) << Side::BelowIcon;
     }
 
     void itHangsUnderItsIconOrStandsOverIt()
     {
         QFETCH(const QRect, icon);
         QFETCH(const QPoint, corner);
-        QFETCH(const bool, below);
+        QFETCH(const Side, side);
 
         const PopoverPlacement placement = popoverPlacement(icon, workArea, panel);
 
         QCOMPARE(placement.rect, QRect(corner, panel));
-        QCOMPARE(placement.side == Side::BelowIcon, below);
+        QCOMPARE(placement.side, side);
         QVERIFY(workArea.contains(placement.rect));
+    }
+
+    void besideABarAlongTheEdgeItIsCentredOnItsIcon_data()
+    {
+        QTest::addColumn<QRect>("icon");
+        QTest::addColumn<QPoint>("corner");
+        QTest::addColumn<Side>("side");
+        QTest::newRow("left") << QRect(4, 500, 24, 24) << QPoint(40, 232) << Side::RightOfIcon;
+        QTest::newRow("left, at the lower end") << QRect(4, 1040, 24, 24) << QPoint(40, 520) << Side::RightOfIcon;
+        QTest::newRow("right") << QRect(1892, 500, 24, 24) << QPoint(1450, 232) << Side::LeftOfIcon;
+        QTest::newRow("right, at the upper end") << QRect(1892, 4, 24, 24) << QPoint(1450, 0) << Side::LeftOfIcon;
+    }
+
+    void besideABarAlongTheEdgeItIsCentredOnItsIcon()
+    {
+        QFETCH(const QRect, icon);
+        QFETCH(const QPoint, corner);
+        QFETCH(const Side, side);
+        // Bars of 40 pixels at both edges.
+        const QRect between(40, 0, 1840, 1080);
+
+        const PopoverPlacement placement = popoverPlacement(icon, between, panel);
+
+        QCOMPARE(placement.rect, QRect(corner, panel));
+        QCOMPARE(placement.side, side);
     }
 
     void withoutAnIconItComesUpInTheTopRightCorner()

@@ -4,12 +4,16 @@
 #include "HelperProcess.h"
 
 #include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
 
 #include <sys/prctl.h>
 
 #include <csignal>
 
 namespace lapsa::test {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -53,6 +57,17 @@ void HelperProcess::kill()
 {
     m_process.kill();
     m_process.waitForFinished(patience);
+}
+
+QString foundProgram(const QString& relative)
+{
+    for (const QString& folder : QDir(u"/usr/lib"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QString path = u"/usr/lib/"_s + folder + u'/' + relative;
+        if (QFile::exists(path)) {
+            return path;
+        }
+    }
+    qFatal("%s is not installed", qPrintable(relative));
 }
 
 QByteArray outputOf(const QString& program, const QStringList& arguments)

@@ -30,6 +30,10 @@ private:
     QProcess m_process;
 };
 
+/// A daemon of a desktop, which lies in a folder of its own for each architecture: its path below that folder. Ends the
+/// test run when it is not installed.
+[[nodiscard]] QString foundProgram(const QString& relative);
+
 /// What a short-lived program writes to standard output.
 [[nodiscard]] QByteArray outputOf(const QString& program, const QStringList& arguments);
 

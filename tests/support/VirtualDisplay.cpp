@@ -35,12 +35,12 @@ int valueOf(const QByteArray& output, QByteArrayView name)
 
 } // namespace
 
-VirtualDisplay::VirtualDisplay()
+VirtualDisplay::VirtualDisplay(const QString& screen)
     : m_previousDisplay(qgetenv("DISPLAY"))
     , m_previousPlatform(qgetenv("QT_QPA_PLATFORM"))
 {
-    m_server.emplace(u"Xvfb"_s, QStringList{u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1280x1024x24"_s,
-                                            u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
+    m_server.emplace(u"Xvfb"_s, QStringList{u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, screen, u"-nolisten"_s,
+                                            u"tcp"_s, u"-noreset"_s});
     qputenv("DISPLAY", ':' + m_server->readLine().toLatin1());
     qunsetenv("QT_QPA_PLATFORM");
 }
@@ -58,22 +58,36 @@ void VirtualDisplay::crash()
 
 std::optional<QRect> VirtualDisplay::windowOfClass(const QString& windowClass)
 {
-    const QByteArray found =
-        outputOf(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--class"_s, windowClass}).trimmed();
-    if (found.isEmpty()) {
-        return std::nullopt;
-    }
-    const QByteArray geometry = outputOf(
-        u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, QString::fromLatin1(found.split('\n').constLast())});
-    return QRect(valueOf(geometry, "X="), valueOf(geometry, "Y="), valueOf(geometry, "WIDTH="),
-                 valueOf(geometry, "HEIGHT="));
+    const QList<QRect> windows = windowsOfClass(windowClass);
+    return windows.isEmpty() ? std::nullopt : std::optional(windows.constLast());
 }
 
-void VirtualDisplay::click(const QPoint& point)
+QList<QRect> VirtualDisplay::windowsOfClass(const QString& windowClass)
+{
+    QList<QRect> windows;
+    const QByteArray found =
+        outputOf(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--class"_s, windowClass}).trimmed();
+    for (const QByteArray& id : found.split('\n')) {
+        const QByteArray geometry =
+            outputOf(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, QString::fromLatin1(id)});
+        if (!id.isEmpty() && !geometry.isEmpty()) { // it may be gone by now
+            windows.push_back(QRect(valueOf(geometry, "X="), valueOf(geometry, "Y="), valueOf(geometry, "WIDTH="),
+                                    valueOf(geometry, "HEIGHT=")));
+        }
+    }
+    return windows;
+}
+
+void VirtualDisplay::click(const QPoint& point, Button button)
 {
     // It writes nothing.
-    std::ignore = outputOf(
-        u"xdotool"_s, {u"mousemove"_s, QString::number(point.x()), QString::number(point.y()), u"click"_s, u"1"_s});
+    std::ignore = outputOf(u"xdotool"_s, {u"mousemove"_s, QString::number(point.x()), QString::number(point.y()),
+                                          u"click"_s, QString::number(int(button))});
+}
+
+void VirtualDisplay::press(const QString& keys)
+{
+    std::ignore = outputOf(u"xdotool"_s, {u"key"_s, keys});
 }
 
 } // namespace lapsa::test

@@ -6,6 +6,8 @@
 #include "HelperProcess.h"
 
 #include <QByteArray>
+#include <QList>
+#include <QPoint>
 #include <QRect>
 #include <QString>
 
@@ -17,7 +19,8 @@ namespace lapsa::test {
 class VirtualDisplay final
 {
 public:
-    VirtualDisplay();
+    /// `screen` is the size of the screen and the depth of its colours.
+    explicit VirtualDisplay(const QString& screen = QStringLiteral("1280x1024x24"));
     VirtualDisplay(const VirtualDisplay&) = delete;
     VirtualDisplay& operator=(const VirtualDisplay&) = delete;
     ~VirtualDisplay();
@@ -27,8 +30,20 @@ public:
 
     /// Where the newest visible window of that class is, if there is one.
     [[nodiscard]] static std::optional<QRect> windowOfClass(const QString& windowClass);
-    /// A real click of the left button.
-    static void click(const QPoint& point);
+    /// Where the visible windows of that class are, oldest first.
+    [[nodiscard]] static QList<QRect> windowsOfClass(const QString& windowClass);
+
+    enum class Button
+    {
+        Left = 1,
+        Middle = 2,
+        Right = 3,
+    };
+
+    /// A real click.
+    static void click(const QPoint& point, Button button = Button::Left);
+    /// Real key presses, by the names that xdotool has for them ("ctrl+q").
+    static void press(const QString& keys);
 
 private:
     std::optional<HelperProcess> m_server;
