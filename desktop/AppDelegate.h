@@ -72,6 +72,9 @@ public:
     /// Shows the data folder in the file manager.
     void openDataFolder();
 
+    /// Without a button it does nothing.
+    void clearStatusButtonHighlight();
+
     /// Writes all that waits for its time to be written. The program goes on.
     void saveEverything();
 
@@ -86,7 +89,6 @@ private:
     /// Null where the desktop has no place for one.
     [[nodiscard]] StatusButton* statusButton() const;
     void notificationClicked(const QHash<QString, QString>& userInfo);
-    void clearStatusButtonHighlight();
 
     Environment m_environment;
     bool m_terminated = false;

@@ -36,6 +36,7 @@ std::unique_ptr<StatusItem> RecordingStatusBar::makeStatusItem()
 {
     auto made = std::make_unique<RecordingStatusItem>();
     made->hasButton = itemsHaveButtons;
+    made->theButton.imageFound = imagesFound;
     item = made.get();
     return made;
 }

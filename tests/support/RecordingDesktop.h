@@ -60,6 +60,7 @@ public:
     [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem() override;
 
     bool itemsHaveButtons = true;
+    bool imagesFound = true;
     /// The one that was made last.
     RecordingStatusItem* item = nullptr;
 };
