@@ -6,8 +6,11 @@
 #include "Material.h"
 #include "Motion.h"
 #include "ThemePalette.h"
+#include "X11InputMonitor.h"
 
+#include <QApplication>
 #include <QChildEvent>
+#include <QCursor>
 #include <QDialog>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -26,6 +29,9 @@ namespace {
 constexpr int shadowExtent = 24;
 constexpr double shadowStepOpacity = 0.0085;
 constexpr int travel = 6;
+/// On X11 a wheel turns by buttons.
+constexpr quint32 firstWheelButton = 4;
+constexpr quint32 lastWheelButton = 7;
 /// How long the focus may take to come back from a closed dialog.
 constexpr auto returnPatience = 300ms;
 
@@ -74,6 +80,8 @@ PopoverWindow::PopoverWindow(QWidget* content)
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &PopoverWindow::focusMovedTo);
 }
 
+PopoverWindow::~PopoverWindow() = default;
+
 void PopoverWindow::present(const PopoverPlacement& placement, const QRect& workArea)
 {
     m_leaving.stop();
@@ -89,6 +97,7 @@ void PopoverWindow::present(const PopoverPlacement& placement, const QRect& work
     show();
     raise();
     activateWindow();
+    watchClicks();
 }
 
 bool PopoverWindow::eventFilter(QObject* watched, QEvent* event)
@@ -141,6 +150,9 @@ void PopoverWindow::hideEvent(QHideEvent* event)
     QWidget::hideEvent(event);
     m_leaving.stop();
     m_appearance.stop();
+    if (m_clicks) {
+        m_clicks.release()->deleteLater(); // it may be what has closed the window
+    }
     if (!event->spontaneous()) {
         emit didClose(std::exchange(m_closeReason, CloseReason::Asked));
     }
@@ -215,6 +227,27 @@ void PopoverWindow::closeIfLeft()
         activateWindow();
         m_leaving.start(returnPatience);
     } else if (m_behavior == Behavior::Transient) {
+        m_closeReason = CloseReason::FocusLost;
+        close();
+    }
+}
+
+void PopoverWindow::watchClicks()
+{
+    if (m_behavior == Behavior::ApplicationDefined) {
+        m_clicks.reset();
+    } else if (!m_clicks) {
+        m_clicks = std::make_unique<X11InputMonitor>(X11InputMonitor::Kind::Buttons);
+        connect(m_clicks.get(), &X11InputMonitor::pressed, this, &PopoverWindow::closeIfClickedElsewhere);
+    }
+}
+
+/// A click on another window of this program shows in the focus.
+void PopoverWindow::closeIfClickedElsewhere(quint32 button)
+{
+    const bool wheel = button >= firstWheelButton && button <= lastWheelButton;
+    if (!wheel && isVisible() && m_behavior == Behavior::Transient && !showsOwnDialog() &&
+        QApplication::topLevelAt(QCursor::pos()) == nullptr) {
         m_closeReason = CloseReason::FocusLost;
         close();
     }

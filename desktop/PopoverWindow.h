@@ -9,9 +9,13 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
+#include <memory>
+
 class QWindow;
 
 namespace lapsa {
+
+class X11InputMonitor;
 
 /// A frameless window that stays on top, with rounded corners and a soft shadow where the desktop can show them, square
 /// with a hairline where it cannot. It is hidden when it is closed, and kept.
@@ -36,6 +40,7 @@ public:
 
     /// Takes `content`, whose size is the popover's and whose ground is its ground.
     explicit PopoverWindow(QWidget* content);
+    ~PopoverWindow() override;
 
     [[nodiscard]] QWidget& content() const { return *m_content; }
 
@@ -63,6 +68,8 @@ private:
     void startAnimation(PopoverPlacement::Side side);
     void focusMovedTo(QWindow* window);
     void closeIfLeft();
+    void watchClicks();
+    void closeIfClickedElsewhere(quint32 button);
     [[nodiscard]] bool owns(const QWindow* window) const;
     [[nodiscard]] bool showsOwnDialog() const;
 
@@ -74,6 +81,9 @@ private:
     /// Runs while the focus of a closed dialog is still on its way back.
     QTimer m_returning;
     QVariantAnimation m_appearance;
+    /// There while a click elsewhere has to close it. Not every one takes the focus away: one on the bare desktop need
+    /// not.
+    std::unique_ptr<X11InputMonitor> m_clicks;
 };
 
 } // namespace lapsa

@@ -108,7 +108,10 @@ QDBusVariant DBusMenu::GetProperty(int id, const QString& name) const
 void DBusMenu::Event(int id, const QString& name, const QDBusVariant& /*data*/, uint /*timestamp*/)
 {
     if (name == "clicked"_L1) {
+        emit closed();
         trigger(id);
+    } else if (name == "closed"_L1 && id == rootId) {
+        emit closed();
     }
 }
 
@@ -125,13 +128,19 @@ QList<int> DBusMenu::EventGroup(const QList<DBusMenuEvent>& events)
     return unknown;
 }
 
-bool DBusMenu::AboutToShow(int /*id*/) const
+bool DBusMenu::AboutToShow(int id)
 {
+    if (id == rootId) {
+        emit opened();
+    }
     return false; // nothing has changed since the last time
 }
 
-QList<int> DBusMenu::AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors) const
+QList<int> DBusMenu::AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors)
 {
+    if (ids.contains(rootId)) {
+        emit opened();
+    }
     std::ranges::copy_if(ids, std::back_inserter(idErrors), [this](int id) { return !knows(id); });
     return {};
 }

@@ -45,12 +45,17 @@ public slots: // NOLINT(readability-redundant-access-specifiers): these are the 
     Q_SCRIPTABLE QDBusVariant GetProperty(int id, const QString& name) const;
     Q_SCRIPTABLE void Event(int id, const QString& name, const QDBusVariant& data, uint timestamp);
     Q_SCRIPTABLE QList<int> EventGroup(const QList<lapsa::DBusMenuEvent>& events);
-    Q_SCRIPTABLE bool AboutToShow(int id) const;
-    Q_SCRIPTABLE QList<int> AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors) const;
+    Q_SCRIPTABLE bool AboutToShow(int id);
+    Q_SCRIPTABLE QList<int> AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors);
 
 signals:
     Q_SCRIPTABLE void LayoutUpdated(uint revision, int parentId);
     // NOLINTEND(readability-identifier-naming)
+
+    /// A bar shows it, or is about to.
+    void opened();
+    /// Not every bar tells.
+    void closed();
 
 private:
     [[nodiscard]] bool knows(int id) const;

@@ -37,6 +37,8 @@ TrayStatusItem::TrayStatusItem()
     connect(&m_embedding, &QTimer::timeout, this, &TrayStatusItem::showEmbedded);
     connect(&m_notifierItem, &StatusNotifierItem::shownChanged, this, &TrayStatusItem::chooseTray);
     connect(&m_notifierItem, &StatusNotifierItem::activated, this, &TrayStatusItem::clickedAt);
+    connect(&m_notifierItem.menu(), &DBusMenu::opened, &m_barMenuKeys, &BarMenuKeys::menuOpened);
+    connect(&m_notifierItem.menu(), &DBusMenu::closed, &m_barMenuKeys, &BarMenuKeys::menuClosed);
     connect(&m_notifierItem, &StatusNotifierItem::menuRequested, this, &TrayStatusItem::popUpMenu);
     if (m_notifierItem.shown() || !x11TrayAvailable()) {
         chooseTray();
@@ -51,6 +53,7 @@ void TrayStatusItem::setMenu(QList<StatusMenuEntry> entries)
 {
     m_entries = std::move(entries);
     m_notifierItem.menu().setEntries(m_entries);
+    m_barMenuKeys.setEntries(m_entries);
     if (m_embedded) {
         auto menu = std::make_unique<TrayMenu>(m_entries);
         m_embedded->setContextMenu(menu.get());

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "BarMenuKeys.h"
 #include "StatusButton.h"
 #include "StatusItem.h"
 #include "StatusNotifierItem.h"
@@ -49,6 +50,7 @@ private:
     QString m_toolTip;
     QList<StatusMenuEntry> m_entries;
     StatusNotifierItem m_notifierItem;
+    BarMenuKeys m_barMenuKeys;
     /// Made when it is needed first.
     std::unique_ptr<TrayMenu> m_menu;
     std::unique_ptr<QSystemTrayIcon> m_embedded;

@@ -33,6 +33,7 @@ namespace {
 constexpr int patience = 30'000;
 const QString otherProgram = u"other-program"_s;
 constexpr QRect otherPlace(20, 700, 200, 200);
+constexpr QPoint bareDesktop(400, 300);
 
 /// The controller over the real store, its panel open and active.
 class OpenPanel final : public StoreWorld
@@ -96,6 +97,35 @@ private slots:
         VirtualDisplay::click(otherPlace.center());
 
         QTRY_VERIFY_WITH_TIMEOUT(!world.panel().isVisible(), patience);
+    }
+
+    void aClickOnTheBareDesktopClosesATransientPanel()
+    {
+        const OpenPanel world(false);
+
+        VirtualDisplay::click(bareDesktop);
+
+        QTRY_VERIFY_WITH_TIMEOUT(!world.panel().isVisible(), patience);
+    }
+
+    void aClickOnTheBareDesktopLeavesAPanelThatIsKeptOpen()
+    {
+        const OpenPanel world(true);
+
+        VirtualDisplay::click(bareDesktop);
+        letThingsSettle();
+
+        QVERIFY(world.panel().isVisible());
+    }
+
+    void aClickIntoThePanelLeavesIt()
+    {
+        const OpenPanel world(false);
+
+        VirtualDisplay::click(world.panel().geometry().center());
+        letThingsSettle();
+
+        QVERIFY(world.panel().isVisible());
     }
 
     void aClickOnAnotherProgramLeavesAPanelThatIsKeptOpen()

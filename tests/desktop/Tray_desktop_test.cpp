@@ -9,6 +9,7 @@
 #include <QStandardPaths>
 #include <QTest>
 
+#include <algorithm>
 #include <optional>
 #include <tuple>
 
@@ -54,6 +55,13 @@ bool installed(Bar bar)
     if (!installed(bar)) {                                                                                             \
         QSKIP("lxqt-panel is not installed");                                                                          \
     }
+
+bool preferencesAreOpen()
+{
+    constexpr QSize preferencesSize(620, 620);
+    const QList<QRect> windows = VirtualDisplay::windowsOfClass(u"lapsa"_s);
+    return std::ranges::any_of(windows, [&](const QRect& window) { return window.size() == preferencesSize; });
+}
 
 void addBars()
 {
@@ -164,6 +172,54 @@ private slots:
         VirtualDisplay::press(u"Return"_s);
 
         QCOMPARE(lapsa.exitCode(), 0);
+    }
+
+    void theShortcutsOfTheMenuWorkWhileItIsOpen_data() { addBars(); }
+
+    void theShortcutsOfTheMenuWorkWhileItIsOpen()
+    {
+        QFETCH(const Bar, bar);
+        SKIP_UNLESS_INSTALLED(bar);
+        DesktopSession desktop;
+        start(desktop, bar);
+        LapsaProcess lapsa;
+        QTRY_VERIFY_WITH_TIMEOUT(desktop.trayIcon(), patience);
+        const QPoint icon = desktop.trayIcon()->center();
+
+        VirtualDisplay::click(icon, Button::Right);
+        QTRY_VERIFY_WITH_TIMEOUT(desktop.menu(), patience);
+        VirtualDisplay::press(u"ctrl+comma"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(preferencesAreOpen(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(!desktop.menu(), patience);
+        VirtualDisplay::click(icon, Button::Right);
+        QTRY_VERIFY_WITH_TIMEOUT(desktop.menu(), patience);
+        VirtualDisplay::press(u"ctrl+q"_s);
+
+        QCOMPARE(lapsa.exitCode(), 0);
+    }
+
+    void theShortcutsOfAClosedMenuDoNothing_data() { addBars(); }
+
+    void theShortcutsOfAClosedMenuDoNothing()
+    {
+        QFETCH(const Bar, bar);
+        SKIP_UNLESS_INSTALLED(bar);
+        DesktopSession desktop;
+        start(desktop, bar);
+        LapsaProcess lapsa;
+        QTRY_VERIFY_WITH_TIMEOUT(desktop.trayIcon(), patience);
+        const QPoint icon = desktop.trayIcon()->center();
+        VirtualDisplay::click(icon, Button::Right);
+        QTRY_VERIFY_WITH_TIMEOUT(desktop.menu(), patience);
+        VirtualDisplay::press(u"Escape"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!desktop.menu(), patience);
+
+        VirtualDisplay::press(u"ctrl+q"_s);
+
+        // It is alive and does what it is asked, which it could not if it were on its way out.
+        VirtualDisplay::click(icon);
+        QTRY_VERIFY_WITH_TIMEOUT(DesktopSession::lapsaPanel(), patience);
+        QVERIFY(lapsa.running());
     }
 
     void thePanelHangsAtTheIconWhereverTheBarIs_data()

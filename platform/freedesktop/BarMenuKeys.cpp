@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "BarMenuKeys.h"
+
+#include "X11InputMonitor.h"
+#include "X11Screen.h"
+
+#include <QKeySequence>
+
+#include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
+#include <xcb/xtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+
+namespace lapsa {
+
+namespace {
+
+// keysymdef.h of the X protocol.
+constexpr xcb_keysym_t escapeKey = 0xFF1B;
+constexpr xcb_keysym_t leftControlKey = 0xFFE3;
+constexpr xcb_keysym_t rightControlKey = 0xFFE4;
+constexpr std::uint16_t modifiersThatCount =
+    XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
+
+using KeySymbols = std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)>;
+
+xcb_window_t rootOf(xcb_connection_t* connection)
+{
+    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+}
+
+/// An open menu has the keyboard to itself.
+bool menuHasKeyboard(xcb_connection_t* connection)
+{
+    const auto cookie = xcb_grab_keyboard(connection, true, rootOf(connection), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+                                          XCB_GRAB_MODE_ASYNC);
+    const auto grab = x11Reply(xcb_grab_keyboard_reply(connection, cookie, nullptr));
+    if (grab && grab->status == XCB_GRAB_STATUS_SUCCESS) {
+        xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+        xcb_flush(connection);
+    }
+    return grab && grab->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+}
+
+bool onlyControlIsHeld(xcb_connection_t* connection)
+{
+    const auto pointer =
+        x11Reply(xcb_query_pointer_reply(connection, xcb_query_pointer(connection, rootOf(connection)), nullptr));
+    return pointer && (pointer->mask & modifiersThatCount) == XCB_MOD_MASK_CONTROL;
+}
+
+/// As by the user's hand, wherever the keyboard goes.
+void play(xcb_connection_t* connection, const KeySymbols& symbols, xcb_keysym_t key, std::uint8_t type)
+{
+    const X11Reply<xcb_keycode_t> codes = x11Reply(xcb_key_symbols_get_keycode(symbols.get(), key));
+    if (codes && *codes != XCB_NO_SYMBOL) {
+        xcb_test_fake_input(connection, type, *codes, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    }
+}
+
+/// The bar does not know that the entry was chosen.
+void closeMenu(xcb_connection_t* connection, const KeySymbols& symbols)
+{
+    for (const xcb_keysym_t control : {leftControlKey, rightControlKey}) {
+        play(connection, symbols, control, XCB_KEY_RELEASE);
+    }
+    play(connection, symbols, escapeKey, XCB_KEY_PRESS);
+    play(connection, symbols, escapeKey, XCB_KEY_RELEASE);
+    xcb_flush(connection);
+}
+
+/// Whether a key with Control held is the shortcut. Latin letters and signs have the same numbers on both sides.
+bool matches(const StatusMenuEntry& entry, xcb_keysym_t key)
+{
+    const QKeySequence shortcut(entry.shortcut, QKeySequence::PortableText);
+    return !shortcut.isEmpty() && shortcut[0].keyboardModifiers() == Qt::ControlModifier &&
+           QChar(shortcut[0].key()).toLower() == QChar(key);
+}
+
+} // namespace
+
+BarMenuKeys::BarMenuKeys() = default;
+BarMenuKeys::~BarMenuKeys() = default;
+
+void BarMenuKeys::setEntries(QList<StatusMenuEntry> entries)
+{
+    m_entries = std::move(entries);
+}
+
+void BarMenuKeys::menuOpened()
+{
+    if (!m_keys) {
+        m_keys = std::make_unique<X11InputMonitor>(X11InputMonitor::Kind::Keys);
+        connect(m_keys.get(), &X11InputMonitor::pressed, this, &BarMenuKeys::keyPressed);
+    }
+}
+
+void BarMenuKeys::menuClosed()
+{
+    if (m_keys) {
+        m_keys->disconnect(this);
+        m_keys.release()->deleteLater(); // it may be what is calling
+    }
+}
+
+void BarMenuKeys::keyPressed(quint32 keyCode)
+{
+    xcb_connection_t* const connection = x11Connection();
+    if (connection == nullptr || !menuHasKeyboard(connection)) {
+        menuClosed();
+        return;
+    }
+    if (!onlyControlIsHeld(connection)) {
+        return;
+    }
+    const KeySymbols symbols(xcb_key_symbols_alloc(connection), &xcb_key_symbols_free);
+    const xcb_keysym_t key = xcb_key_symbols_get_keysym(symbols.get(), static_cast<xcb_keycode_t>(keyCode), 0);
+    const auto entry =
+        std::ranges::find_if(m_entries, [key](const StatusMenuEntry& candidate) { return matches(candidate, key); });
+    if (entry != m_entries.end()) {
+        closeMenu(connection, symbols);
+        menuClosed();
+        QMetaObject::invokeMethod(this, entry->action, Qt::QueuedConnection);
+    }
+}
+
+} // namespace lapsa
