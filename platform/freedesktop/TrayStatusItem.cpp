@@ -7,6 +7,8 @@
 #include "X11Tray.h"
 
 #include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
 
 #include <chrono>
 #include <utility>
@@ -71,7 +73,11 @@ std::optional<QRect> TrayStatusItem::frame() const
     if (!m_clicked) {
         return std::nullopt;
     }
-    QRect icon(0, 0, iconExtent, iconExtent);
+    const QScreen* const screen = QGuiApplication::screenAt(*m_clicked);
+    // A bar that keeps windows off itself is far enough away from them; of another, at least the icon is kept free.
+    const bool inWorkArea = screen != nullptr && screen->availableGeometry().contains(*m_clicked);
+    const int extent = inWorkArea ? iconExtent : 1;
+    QRect icon(0, 0, extent, extent);
     icon.moveCenter(*m_clicked);
     return icon;
 }
