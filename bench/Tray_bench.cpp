@@ -1,0 +1,217 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+// Lapsa in the tray of a real panel beside other programs there: the start, the hot key, and what it costs to be there.
+// Writes tables to standard output.
+
+#include "DesktopSession.h"
+#include "LapsaProcess.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QThread>
+#include <QTimer>
+
+#include <sys/prctl.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace lapsa::bench {
+
+namespace {
+
+constexpr int patience = 20'000;
+constexpr int repetitions = 9;
+constexpr unsigned long settling = 6000;
+
+struct Candidate
+{
+    QString name;
+    QString program;
+    QStringList arguments;
+};
+
+/// Hears of every icon that is announced to the panel.
+class Announcements final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Announcements(const QString& address)
+        : m_bus(QDBusConnection::connectToBus(address, u"bench"_s))
+    {
+        m_bus.connect(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
+                      u"org.kde.StatusNotifierWatcher"_s, u"StatusNotifierItemRegistered"_s, this, SLOT(note(QString)));
+    }
+
+    [[nodiscard]] bool waitForOne()
+    {
+        QEventLoop loop;
+        QTimer::singleShot(patience, &loop, &QEventLoop::quit);
+        connect(this, &Announcements::announced, &loop, &QEventLoop::quit);
+        m_announced = false;
+        loop.exec();
+        return m_announced;
+    }
+
+signals:
+    void announced();
+
+private slots:
+
+    void note(const QString&)
+    {
+        m_announced = true;
+        emit announced();
+    }
+
+private:
+    QDBusConnection m_bus;
+    bool m_announced = false;
+};
+
+class Running final
+{
+public:
+    explicit Running(const Candidate& candidate)
+    {
+        m_process.setStandardErrorFile(QProcess::nullDevice());
+        m_process.setStandardOutputFile(QProcess::nullDevice());
+        m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+        m_process.start(candidate.program, candidate.arguments);
+        m_process.waitForStarted(patience);
+    }
+
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+    ~Running()
+    {
+        m_process.terminate();
+        if (!m_process.waitForFinished(patience)) {
+            m_process.kill();
+            m_process.waitForFinished(patience);
+        }
+    }
+
+    [[nodiscard]] QString proc(const QString& file) const
+    {
+        return u"/proc/%1/%2"_s.arg(m_process.processId()).arg(file);
+    }
+
+private:
+    QProcess m_process;
+};
+
+double median(std::vector<double> values)
+{
+    std::ranges::sort(values);
+    return values[values.size() / 2];
+}
+
+/// The number in a line "NAME: NUMBER ..." of a file of /proc.
+double numberIn(const QString& path, QByteArrayView name)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    for (const QByteArray& line : file.readAll().split('\n')) {
+        if (line.startsWith(name)) {
+            return line.mid(name.size()).simplified().split(' ').constFirst().toDouble();
+        }
+    }
+    return 0;
+}
+
+/// How often all threads of a process have gone to sleep so far: each wake-up ends in one.
+double sleepsOf(const Running& running)
+{
+    double sleeps = 0;
+    for (const QString& thread : QDir(running.proc(u"task"_s)).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        sleeps += numberIn(running.proc(u"task/"_s + thread + u"/status"_s), "voluntary_ctxt_switches:");
+    }
+    return sleeps;
+}
+
+struct Idle
+{
+    double pssInMegabytes;
+    double wakeUpsAMinute;
+};
+
+Idle idleOf(const Candidate& candidate, Announcements& announcements, int seconds)
+{
+    const Running running(candidate);
+    std::ignore = announcements.waitForOne();
+    QThread::msleep(settling);
+    const double before = sleepsOf(running);
+    QThread::sleep(static_cast<unsigned long>(seconds));
+    const double after = sleepsOf(running);
+    constexpr double kibibytesInMegabyte = 1000.0 * 1000 / 1024;
+    return {.pssInMegabytes = numberIn(running.proc(u"smaps_rollup"_s), "Pss:") / kibibytesInMegabyte,
+            .wakeUpsAMinute = (after - before) * 60 / seconds};
+}
+
+double startToIcon(const Candidate& candidate, Announcements& announcements)
+{
+    std::vector<double> times;
+    for (int i = 0; i < repetitions; ++i) {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        const Running running(candidate);
+        if (!announcements.waitForOne()) {
+            return -1;
+        }
+        times.push_back(double(elapsed.nsecsElapsed()) / 1e6);
+    }
+    return median(times);
+}
+
+int run(const QStringList& arguments)
+{
+    const int seconds = arguments.contains(u"--small"_s) ? 10 : 120;
+    test::DesktopSession desktop;
+    desktop.startXfcePanel();
+    Announcements announcements(desktop.bus().address());
+    std::vector<Candidate> candidates{
+        {u"Lapsa"_s, test::LapsaProcess::program(), {}},
+        {u"a program that only shows an icon"_s, QCoreApplication::applicationDirPath() + u"/lapsa_icon_only"_s, {}}};
+    for (const auto& [name, program] : {std::pair(u"CopyQ"_s, u"copyq"_s), std::pair(u"Flameshot"_s, u"flameshot"_s)}) {
+        if (!QStandardPaths::findExecutable(program).isEmpty()) {
+            candidates.push_back({name, program, {}});
+        }
+    }
+    std::printf("| program | start to icon, ms | PSS idle, MB | wake-ups a minute |\n|---|--:|--:|--:|\n");
+    for (const Candidate& candidate : candidates) {
+        const double start = startToIcon(candidate, announcements);
+        const Idle idle = idleOf(candidate, announcements, seconds);
+        std::printf("| %s | %.1f | %.1f | %.1f |\n", qPrintable(candidate.name), start, idle.pssInMegabytes,
+                    idle.wakeUpsAMinute);
+        std::fflush(stdout);
+    }
+    return 0;
+}
+
+} // namespace
+
+} // namespace lapsa::bench
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    return lapsa::bench::run(QCoreApplication::arguments());
+}
+
+#include "Tray_bench.moc"

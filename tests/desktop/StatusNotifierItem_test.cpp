@@ -1,0 +1,260 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "SessionBus.h"
+#include "StatusNotifierItem.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QGuiApplication>
+#include <QImage>
+#include <QTest>
+
+#include <limits>
+#include <optional>
+#include <tuple>
+
+using namespace Qt::StringLiterals;
+
+namespace lapsa::test {
+
+namespace {
+
+constexpr int patience = 20'000;
+const QString watcherName = u"org.kde.StatusNotifierWatcher"_s;
+const QString busOfTheBar = u"bar"_s;
+
+} // namespace
+
+/// A watcher as a bar has it, over a connection of its own.
+class PlayedWatcher final : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost SCRIPTABLE true)
+
+public:
+    explicit PlayedWatcher(const SessionBus& bus, bool host = true)
+        : m_hasHost(host)
+        , m_bus(QDBusConnection::connectToBus(bus.address(), busOfTheBar))
+    {
+        m_bus.registerObject(u"/StatusNotifierWatcher"_s, this,
+                             QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportScriptableSignals |
+                                 QDBusConnection::ExportScriptableProperties);
+        m_bus.registerService(watcherName);
+    }
+
+    PlayedWatcher(const PlayedWatcher&) = delete;
+    PlayedWatcher& operator=(const PlayedWatcher&) = delete;
+
+    ~PlayedWatcher() override
+    {
+        m_bus.unregisterService(watcherName);
+        m_bus.unregisterObject(u"/StatusNotifierWatcher"_s);
+        QDBusConnection::disconnectFromBus(busOfTheBar);
+    }
+
+    [[nodiscard]] bool hasHost() const { return m_hasHost; }
+
+    void bringHost()
+    {
+        m_hasHost = true;
+        emit StatusNotifierHostRegistered();
+    }
+
+    [[nodiscard]] QDBusMessage ask(const QString& path, const QString& interface, const QString& method,
+                                   const QVariantList& arguments) const
+    {
+        auto call = QDBusMessage::createMethodCall(items.constFirst(), path, interface, method);
+        call.setArguments(arguments);
+        return m_bus.call(call, QDBus::BlockWithGui, patience);
+    }
+
+    QStringList items;
+
+public slots: // NOLINT(readability-redundant-access-specifiers): these are the methods on the bus
+
+    Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString& item) { items.push_back(item); } // NOLINT
+
+signals:
+    Q_SCRIPTABLE void StatusNotifierHostRegistered(); // NOLINT
+
+private:
+    bool m_hasHost;
+    QDBusConnection m_bus;
+};
+
+/// The item towards a bar, at the protocol. One process has one session bus, so that every test shares it.
+class StatusNotifierItemTest final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit StatusNotifierItemTest(const SessionBus& bus)
+        : m_bus(bus)
+    {}
+
+private slots:
+
+    static void initTestCase() { QVERIFY(QDBusConnection::sessionBus().isConnected()); }
+
+    void itIsAnnouncedToAWatcherThatIsThere()
+    {
+        const PlayedWatcher watcher(bus());
+        const StatusNotifierItem item;
+
+        QVERIFY(item.shown());
+        QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
+        QVERIFY(watcher.items.first().startsWith(u"org.kde.StatusNotifierItem-"_s));
+    }
+
+    void itIsAnnouncedToEveryWatcherThatComes()
+    {
+        const StatusNotifierItem item;
+        QVERIFY(!item.shown());
+        for (int i = 0; i < 3; ++i) {
+            const PlayedWatcher watcher(bus());
+            QTRY_VERIFY_WITH_TIMEOUT(item.shown(), patience);
+            QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(!item.shown(), patience);
+    }
+
+    void aWatcherWithoutABarShowsNothingUntilOneComes()
+    {
+        PlayedWatcher watcher(bus(), false);
+        const StatusNotifierItem item;
+        QTRY_VERIFY_WITH_TIMEOUT(!item.shown(), patience);
+
+        watcher.bringHost();
+
+        QTRY_VERIFY_WITH_TIMEOUT(item.shown(), patience);
+    }
+
+    void aClickTellsWhereItWas()
+    {
+        const PlayedWatcher watcher(bus());
+        const StatusNotifierItem item;
+        std::optional<QPoint> place;
+        connect(&item, &StatusNotifierItem::activated, this, [&place](const QPoint& point) { place = point; });
+        QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
+
+        std::ignore = watcher.ask(itemPath, itemInterface, u"Activate"_s, {700, 12});
+
+        QCOMPARE(place, std::optional(QPoint(700, 12)));
+    }
+
+    void theIconIsSentInNetworkByteOrder()
+    {
+        const PlayedWatcher watcher(bus());
+        StatusNotifierItem item;
+        QImage image(1, 2, QImage::Format_ARGB32);
+        image.setPixel(0, 0, 0x11223344);
+        image.setPixel(0, 1, 0xFF00FF00);
+        item.setImages({image});
+        QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
+
+        const auto icon = propertyOf<StatusNotifierPixmaps>(watcher, u"IconPixmap"_s);
+
+        QCOMPARE(icon.size(), 1);
+        QCOMPARE(icon.first().width, 1);
+        QCOMPARE(icon.first().height, 2);
+        QCOMPARE(icon.first().bytes, QByteArray::fromHex("11223344ff00ff00"));
+    }
+
+    void theToolTipIsItsTitle()
+    {
+        const PlayedWatcher watcher(bus());
+        StatusNotifierItem item;
+        item.setToolTip(u"Lapsa"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
+
+        QCOMPARE(propertyOf<StatusNotifierToolTip>(watcher, u"ToolTip"_s).title, u"Lapsa"_s);
+    }
+
+    void theMenuIsLaidOutWithItsShortcuts()
+    {
+        const PlayedWatcher watcher(bus());
+        StatusNotifierItem item;
+        item.menu().setEntries({{.title = u"A_b"_s, .shortcut = u"Ctrl+,"_s, .action = {}},
+                                {},
+                                {.title = u"Quit"_s, .shortcut = u"Ctrl+Q"_s, .action = {}}});
+        QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
+
+        const QDBusMessage reply = watcher.ask(menuPath, menuInterface, u"GetLayout"_s, {0, -1, QStringList()});
+
+        const auto layout = qdbus_cast<DBusMenuLayout>(reply.arguments().value(1));
+        QCOMPARE(layout.children.size(), 3);
+        QCOMPARE(layout.children[0].properties[u"label"_s].toString(), u"A__b"_s);
+        QCOMPARE(qdbus_cast<DBusMenuShortcut>(layout.children[0].properties[u"shortcut"_s]),
+                 (DBusMenuShortcut{{u"Control"_s, u"comma"_s}}));
+        QCOMPARE(layout.children[1].properties[u"type"_s].toString(), u"separator"_s);
+        QCOMPARE(qdbus_cast<DBusMenuShortcut>(layout.children[2].properties[u"shortcut"_s]),
+                 (DBusMenuShortcut{{u"Control"_s, u"q"_s}}));
+    }
+
+    void choosingAnEntryRunsItAndNothingElseDoes_data()
+    {
+        QTest::addColumn<int>("id");
+        QTest::addColumn<QString>("event");
+        QTest::addColumn<int>("runs");
+        QTest::newRow("the entry is chosen") << 1 << u"clicked"_s << 1;
+        QTest::newRow("the pointer is over it") << 1 << u"hovered"_s << 0;
+        QTest::newRow("the separator") << 2 << u"clicked"_s << 0;
+        QTest::newRow("the menu itself") << 0 << u"clicked"_s << 0;
+        QTest::newRow("an entry that is not there") << 3 << u"clicked"_s << 0;
+        QTest::newRow("no entry at all") << -1 << u"clicked"_s << 0;
+        QTest::newRow("the largest number") << std::numeric_limits<int>::max() << u"clicked"_s << 0;
+    }
+
+    void choosingAnEntryRunsItAndNothingElseDoes()
+    {
+        QFETCH(const int, id);
+        QFETCH(const QString, event);
+        QFETCH(const int, runs);
+        const PlayedWatcher watcher(bus());
+        StatusNotifierItem item;
+        int ran = 0;
+        item.menu().setEntries({{.title = u"Run"_s, .shortcut = {}, .action = [&ran] { ++ran; }}, {}});
+        QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
+
+        const QDBusMessage reply =
+            watcher.ask(menuPath, menuInterface, u"Event"_s,
+                        {id, event, QVariant::fromValue(QDBusVariant(u""_s)), QVariant::fromValue(0U)});
+        QCoreApplication::processEvents();
+
+        QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
+        QCOMPARE(ran, runs);
+    }
+
+private:
+    [[nodiscard]] const SessionBus& bus() const { return m_bus; }
+
+    template <typename T>
+    static T propertyOf(const PlayedWatcher& watcher, const QString& name)
+    {
+        const QDBusMessage reply =
+            watcher.ask(itemPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {itemInterface, name});
+        return qdbus_cast<T>(reply.arguments().value(0).value<QDBusVariant>().variant());
+    }
+
+    const SessionBus& m_bus;
+
+    inline static const QString itemPath = u"/StatusNotifierItem"_s;
+    inline static const QString itemInterface = u"org.kde.StatusNotifierItem"_s;
+    inline static const QString menuPath = u"/StatusNotifierItem/Menu"_s;
+    inline static const QString menuInterface = u"com.canonical.dbusmenu"_s;
+};
+
+} // namespace lapsa::test
+
+int main(int argc, char* argv[])
+{
+    // Before the application: its session bus is looked up once.
+    const lapsa::test::SessionBus bus;
+    const QGuiApplication application(argc, argv);
+    lapsa::test::StatusNotifierItemTest test(bus);
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "StatusNotifierItem_test.moc"
