@@ -7,6 +7,7 @@
 #include "HotKeys.h"
 #include "StatusButton.h"
 #include "StatusItem.h"
+#include "X11HotKeys.h"
 
 namespace lapsa {
 
@@ -68,6 +69,9 @@ std::unique_ptr<StatusBar> makeStatusBar()
 
 std::unique_ptr<HotKeys> makeHotKeys()
 {
+    if (xcb_connection_t* const connection = X11HotKeys::toolkitConnection()) {
+        return std::make_unique<X11HotKeys>(connection);
+    }
     return std::make_unique<NoHotKeys>();
 }
 
