@@ -5,6 +5,7 @@
 
 #include "FileManagerSelection.h"
 #include "HotKeys.h"
+#include "PortalHotKeys.h"
 #include "StatusButton.h"
 #include "StatusItem.h"
 #include "X11HotKeys.h"
@@ -60,6 +61,15 @@ public:
     [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem() override { return std::make_unique<CornerStatusItem>(); }
 };
 
+/// Through XWayland they reach as far as its windows have the focus.
+std::unique_ptr<HotKeys> makeGrabs()
+{
+    if (xcb_connection_t* const connection = X11HotKeys::toolkitConnection()) {
+        return std::make_unique<X11HotKeys>(connection);
+    }
+    return std::make_unique<NoHotKeys>();
+}
+
 } // namespace
 
 std::unique_ptr<StatusBar> makeStatusBar()
@@ -69,10 +79,10 @@ std::unique_ptr<StatusBar> makeStatusBar()
 
 std::unique_ptr<HotKeys> makeHotKeys()
 {
-    if (xcb_connection_t* const connection = X11HotKeys::toolkitConnection()) {
-        return std::make_unique<X11HotKeys>(connection);
+    if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        return makeGrabs();
     }
-    return std::make_unique<NoHotKeys>();
+    return std::make_unique<PortalHotKeys>(makeGrabs());
 }
 
 std::unique_ptr<FileManagerSelection> makeFileManagerSelection()
