@@ -23,6 +23,7 @@
 #include "ThemePalette.h"
 
 #include <QApplication>
+#include <QIcon>
 
 #include <unistd.h>
 
@@ -38,6 +39,8 @@ namespace lapsa {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+const QString applicationId = u"org.lapsa.Lapsa"_s;
 
 /// How long a predecessor may take to end: it writes three files.
 constexpr std::chrono::milliseconds predecessorPatience{2000};
@@ -177,10 +180,12 @@ int launch(int argc, char** argv)
     const QList<QUrl> files = filesToOpen(argc, argv);
     // The toolkit has options of its own; here every argument is a file.
     int arguments = 1;
-    QGuiApplication::setDesktopFileName(u"org.lapsa.Lapsa"_s);
+    QGuiApplication::setDesktopFileName(applicationId);
     QApplication::setStyle(new LapsaStyle);
     const auto application = makeApplication(arguments, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    // The drawing of our own where Lapsa runs without being installed, or the theme has none.
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(applicationId, QIcon(u":/lapsa/%1.svg"_s.arg(applicationId))));
 
     SessionApplication session;
     switch (session.claim(files)) {
