@@ -217,6 +217,9 @@ private:
 PortalHotKeys::PortalHotKeys(std::unique_ptr<HotKeys> fallback)
     : m_fallback(std::move(fallback))
 {
+    // A signal cannot be connected to a slot whose types are unknown, and the toolkit makes its own known with the
+    // first message only.
+    qRegisterMetaType<QDBusObjectPath>();
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<QList<PortalShortcut>>();
 }

@@ -222,19 +222,7 @@ private slots:
 
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
-    void theKeyIsBoundWithItsTriggerAndDescription()
-    {
-        const PlayedPortal portal(m_bus.address());
-        const CountedKey key;
-
-        QTRY_COMPARE_WITH_TIMEOUT(portal.bound.size(), 1, patience);
-
-        QCOMPARE(portal.bound[0].identifier, u"add"_s);
-        QCOMPARE(portal.bound[0].properties[u"preferred_trigger"_s].toString(), u"LOGO+SHIFT+y"_s);
-        QCOMPARE(portal.bound[0].properties[u"description"_s].toString(), u"Add the selection"_s);
-        QVERIFY(!key.fallenBack());
-    }
-
+    // The first one: in a fresh process the toolkit knows no types of the bus yet.
     void anActivationCallsTheHandlerOnce_data()
     {
         QTest::addColumn<Manner>("manner");
@@ -257,6 +245,19 @@ private slots:
         portal.activate(portal.bound[0].session, u"add"_s);
         portal.activate(portal.bound[0].session, u"add"_s);
         QTRY_COMPARE_WITH_TIMEOUT(key.presses, before + 2, patience);
+        QVERIFY(!key.fallenBack());
+    }
+
+    void theKeyIsBoundWithItsTriggerAndDescription()
+    {
+        const PlayedPortal portal(m_bus.address());
+        const CountedKey key;
+
+        QTRY_COMPARE_WITH_TIMEOUT(portal.bound.size(), 1, patience);
+
+        QCOMPARE(portal.bound[0].identifier, u"add"_s);
+        QCOMPARE(portal.bound[0].properties[u"preferred_trigger"_s].toString(), u"LOGO+SHIFT+y"_s);
+        QCOMPARE(portal.bound[0].properties[u"description"_s].toString(), u"Add the selection"_s);
         QVERIFY(!key.fallenBack());
     }
 
