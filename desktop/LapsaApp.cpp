@@ -7,11 +7,13 @@
 #include "DesktopFacilities.h"
 #include "FileManagerSelection.h"
 #include "FreedesktopAppearance.h"
+#include "FreedesktopMotionPreference.h"
 #include "FreedesktopNotificationCentre.h"
 #include "FreedesktopWorkspace.h"
 #include "HotKeys.h"
 #include "LapsaStyle.h"
 #include "LaunchArguments.h"
+#include "Motion.h"
 #include "QtMainQueue.h"
 #include "QtPasteboard.h"
 #include "QuietMessages.h"
@@ -137,6 +139,10 @@ int runApplication(const QApplication& application, SessionApplication& session,
     // The desktop's accent, asked for before its palette is replaced by ours.
     FreedesktopAppearance appearance(
         [accent = accentOf(QApplication::palette())](ColorScheme scheme) { return themePalette(scheme, accent); });
+    const FreedesktopMotionPreference motionPreference;
+    motion::setAllowedByDesktop(motionPreference.animationsEnabled());
+    QObject::connect(&motionPreference, &MotionPreference::animationsEnabledChanged, &application,
+                     &motion::setAllowedByDesktop);
     FreedesktopWorkspace workspace;
     QtPasteboard pasteboard;
     FreedesktopNotificationCentre notificationCentre;
