@@ -7,11 +7,13 @@
 #include "DesktopFacilities.h"
 #include "FileManagerSelection.h"
 #include "FreedesktopAppearance.h"
+#include "FreedesktopMotionPreference.h"
 #include "FreedesktopNotificationCentre.h"
 #include "FreedesktopWorkspace.h"
 #include "HotKeys.h"
 #include "LapsaStyle.h"
 #include "LaunchArguments.h"
+#include "Motion.h"
 #include "QtMainQueue.h"
 #include "QtPasteboard.h"
 #include "QuietMessages.h"
@@ -23,6 +25,7 @@
 #include "ThemePalette.h"
 
 #include <QApplication>
+#include <QIcon>
 
 #include <unistd.h>
 
@@ -38,6 +41,8 @@ namespace lapsa {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+const QString applicationId = u"org.lapsa.Lapsa"_s;
 
 /// How long a predecessor may take to end: it writes three files.
 constexpr std::chrono::milliseconds predecessorPatience{2000};
@@ -134,6 +139,10 @@ int runApplication(const QApplication& application, SessionApplication& session,
     // The desktop's accent, asked for before its palette is replaced by ours.
     FreedesktopAppearance appearance(
         [accent = accentOf(QApplication::palette())](ColorScheme scheme) { return themePalette(scheme, accent); });
+    const FreedesktopMotionPreference motionPreference;
+    motion::setAllowedByDesktop(motionPreference.animationsEnabled());
+    QObject::connect(&motionPreference, &MotionPreference::animationsEnabledChanged, &application,
+                     &motion::setAllowedByDesktop);
     FreedesktopWorkspace workspace;
     QtPasteboard pasteboard;
     FreedesktopNotificationCentre notificationCentre;
@@ -177,10 +186,12 @@ int launch(int argc, char** argv)
     const QList<QUrl> files = filesToOpen(argc, argv);
     // The toolkit has options of its own; here every argument is a file.
     int arguments = 1;
-    QGuiApplication::setDesktopFileName(u"org.lapsa.Lapsa"_s);
+    QGuiApplication::setDesktopFileName(applicationId);
     QApplication::setStyle(new LapsaStyle);
     const auto application = makeApplication(arguments, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    // The drawing of our own where Lapsa runs without being installed, or the theme has none.
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(applicationId, QIcon(u":/lapsa/%1.svg"_s.arg(applicationId))));
 
     SessionApplication session;
     switch (session.claim(files)) {

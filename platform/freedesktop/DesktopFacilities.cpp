@@ -5,8 +5,10 @@
 
 #include "FileManagerSelection.h"
 #include "HotKeys.h"
+#include "PortalHotKeys.h"
 #include "StatusItem.h"
 #include "TrayStatusItem.h"
+#include "X11HotKeys.h"
 
 namespace lapsa {
 
@@ -33,6 +35,15 @@ public:
     [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem() override { return std::make_unique<TrayStatusItem>(); }
 };
 
+/// Through XWayland they reach as far as its windows have the focus.
+std::unique_ptr<HotKeys> makeGrabs()
+{
+    if (xcb_connection_t* const connection = X11HotKeys::toolkitConnection()) {
+        return std::make_unique<X11HotKeys>(connection);
+    }
+    return std::make_unique<NoHotKeys>();
+}
+
 } // namespace
 
 std::unique_ptr<StatusBar> makeStatusBar()
@@ -42,7 +53,10 @@ std::unique_ptr<StatusBar> makeStatusBar()
 
 std::unique_ptr<HotKeys> makeHotKeys()
 {
-    return std::make_unique<NoHotKeys>();
+    if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        return makeGrabs();
+    }
+    return std::make_unique<PortalHotKeys>(makeGrabs());
 }
 
 std::unique_ptr<FileManagerSelection> makeFileManagerSelection()

@@ -12,6 +12,8 @@ class QPalette;
 
 namespace lapsa {
 
+class PortalSetting;
+
 /// Applies the palette of the scheme in force to the whole application. With nothing forced the scheme is the one of
 /// the desktop's settings portal, live; light until the portal has answered, and where there is none.
 class FreedesktopAppearance final : public Appearance
@@ -27,8 +29,6 @@ public:
     [[nodiscard]] ColorScheme scheme() const override { return m_scheme; }
 
 private:
-    class SettingsPortal;
-
     void follow();
     void apply(ColorScheme scheme);
 
@@ -37,7 +37,7 @@ private:
     std::optional<ColorScheme> m_applied;
     ColorScheme m_scheme = ColorScheme::Light;
     /// Made when the desktop's setting is asked for first.
-    std::unique_ptr<SettingsPortal> m_portal;
+    std::unique_ptr<PortalSetting> m_setting;
 };
 
 } // namespace lapsa

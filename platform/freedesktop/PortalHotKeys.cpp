@@ -1,0 +1,234 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "PortalHotKeys.h"
+
+#include "PortalRequest.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusServiceWatcher>
+#include <QList>
+#include <QVariantMap>
+
+#include <utility>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString service = u"org.freedesktop.portal.Desktop"_s;
+const QString path = u"/org/freedesktop/portal/desktop"_s;
+const QString interface = u"org.freedesktop.portal.GlobalShortcuts"_s;
+const QString sessionInterface = u"org.freedesktop.portal.Session"_s;
+
+QDBusMessage callOf(const QString& method)
+{
+    return QDBusMessage::createMethodCall(service, path, interface, method);
+}
+
+/// Names a session among those of this process.
+QString newSessionToken()
+{
+    static int count = 0;
+    return u"lapsa%1"_s.arg(++count);
+}
+
+/// As the "shortcuts" specification of the free desktop writes a key.
+QString triggerOf(const HotKey& key)
+{
+    return (key.super ? u"LOGO+"_s : QString()) + (key.shift ? u"SHIFT+"_s : QString()) + QLatin1Char(key.letter);
+}
+
+} // namespace
+
+/// A shortcut as the portal takes it: (sa{sv}).
+struct PortalShortcut
+{
+    QString identifier;
+    QVariantMap properties;
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const PortalShortcut& shortcut)
+{
+    argument.beginStructure();
+    argument << shortcut.identifier << shortcut.properties;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcut& shortcut)
+{
+    argument.beginStructure();
+    argument >> shortcut.identifier >> shortcut.properties;
+    argument.endStructure();
+    return argument;
+}
+
+namespace {
+
+/// One key, in a session of its own with the portal.
+class PortalRegistration final : public QObject, public HotKeyRegistration
+{
+    Q_OBJECT
+
+public:
+    PortalRegistration(HotKey key, std::function<void()> pressed, HotKeys& fallback)
+        : m_key(std::move(key))
+        , m_pressed(std::move(pressed))
+        , m_fallback(fallback)
+        , m_watcher(service, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange)
+    {
+        QDBusConnection::sessionBus().connect(service, path, interface, u"Activated"_s, this,
+                                              SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
+        connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+                [this](const QString&, const QString& oldOwner, const QString& newOwner) {
+                    ownerChanged(oldOwner, newOwner);
+                });
+        createSession();
+    }
+
+    PortalRegistration(const PortalRegistration&) = delete;
+    PortalRegistration& operator=(const PortalRegistration&) = delete;
+
+    ~PortalRegistration() override
+    {
+        if (!m_session.isEmpty()) {
+            QDBusConnection::sessionBus().send(
+                QDBusMessage::createMethodCall(service, m_session, sessionInterface, u"Close"_s));
+        }
+    }
+
+private slots:
+
+    void activated(const QDBusObjectPath& session, const QString& identifier, qulonglong /*timestamp*/,
+                   const QVariantMap& /*options*/)
+    {
+        if (m_bound && session.path() == m_session && identifier == m_key.identifier) {
+            // A copy, because the one who hears it may give the key back.
+            const std::function<void()> pressed = m_pressed;
+            pressed();
+        }
+    }
+
+    void sessionClosed()
+    {
+        endSession();
+        useFallback();
+    }
+
+private:
+    void createSession()
+    {
+        m_request = std::make_unique<PortalRequest>(
+            callOf(u"CreateSession"_s), QVariantMap{{u"session_handle_token"_s, newSessionToken()}},
+            [this](const PortalRequest::Answer& answer) { sessionCreated(answer); });
+    }
+
+    void sessionCreated(const PortalRequest::Answer& answer)
+    {
+        const QVariant handle = answer ? answer->value(u"session_handle"_s) : QVariant();
+        // A text, though it is documented to become a path.
+        m_session = handle.metaType() == QMetaType::fromType<QDBusObjectPath>() ? handle.value<QDBusObjectPath>().path()
+                                                                                : handle.toString();
+        if (m_session.isEmpty()) {
+            useFallback();
+            return;
+        }
+        QDBusConnection::sessionBus().connect(service, m_session, sessionInterface, u"Closed"_s, this,
+                                              SLOT(sessionClosed()));
+        bindShortcut();
+    }
+
+    void bindShortcut()
+    {
+        const QList<PortalShortcut> shortcuts{
+            {m_key.identifier, {{u"description"_s, m_key.description}, {u"preferred_trigger"_s, triggerOf(m_key)}}}};
+        const QString noParentWindow;
+        QDBusMessage call = callOf(u"BindShortcuts"_s);
+        call << QVariant::fromValue(QDBusObjectPath(m_session)) << QVariant::fromValue(shortcuts) << noParentWindow;
+        m_request = std::make_unique<PortalRequest>(
+            call, QVariantMap(), [this](const PortalRequest::Answer& answer) { shortcutBound(answer); });
+    }
+
+    void shortcutBound(const PortalRequest::Answer& answer)
+    {
+        m_request.reset();
+        m_bound = answer.has_value();
+        if (m_bound) {
+            m_fallbackRegistration.reset();
+        } else {
+            useFallback();
+        }
+    }
+
+    void ownerChanged(const QString& oldOwner, const QString& newOwner)
+    {
+        if (oldOwner.isEmpty() && m_request && m_request->pending()) {
+            // The portal was started by our own question, and is going to answer it.
+            return;
+        }
+        endSession();
+        if (newOwner.isEmpty()) {
+            useFallback();
+        } else {
+            createSession();
+        }
+    }
+
+    /// Forgets a session that is no more.
+    void endSession()
+    {
+        if (!m_session.isEmpty()) {
+            QDBusConnection::sessionBus().disconnect(service, m_session, sessionInterface, u"Closed"_s, this,
+                                                     SLOT(sessionClosed()));
+        }
+        m_request.reset();
+        m_session.clear();
+        m_bound = false;
+    }
+
+    void useFallback()
+    {
+        m_request.reset();
+        if (!m_fallbackRegistration) {
+            m_fallbackRegistration = m_fallback.registerHotKey(m_key, m_pressed);
+        }
+    }
+
+    HotKey m_key;
+    std::function<void()> m_pressed;
+    HotKeys& m_fallback;
+    QDBusServiceWatcher m_watcher;
+    std::unique_ptr<PortalRequest> m_request;
+    /// The object of the session; empty without one.
+    QString m_session;
+    bool m_bound = false;
+    std::unique_ptr<HotKeyRegistration> m_fallbackRegistration;
+};
+
+} // namespace
+
+PortalHotKeys::PortalHotKeys(std::unique_ptr<HotKeys> fallback)
+    : m_fallback(std::move(fallback))
+{
+    // A signal cannot be connected to a slot whose types are unknown, and the toolkit makes its own known with the
+    // first message only.
+    qRegisterMetaType<QDBusObjectPath>();
+    qDBusRegisterMetaType<PortalShortcut>();
+    qDBusRegisterMetaType<QList<PortalShortcut>>();
+}
+
+std::unique_ptr<HotKeyRegistration> PortalHotKeys::registerHotKey(const HotKey& key, std::function<void()> pressed)
+{
+    return std::make_unique<PortalRegistration>(key, std::move(pressed), *m_fallback);
+}
+
+} // namespace lapsa
+
+#include "PortalHotKeys.moc"

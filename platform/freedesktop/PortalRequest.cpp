@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "PortalRequest.h"
+
+#include <QDBusConnection>
+#include <QDBusObjectPath>
+#include <QDBusPendingCallWatcher>
+
+#include <utility>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString service = u"org.freedesktop.portal.Desktop"_s;
+const QString interface = u"org.freedesktop.portal.Request"_s;
+
+/// "0: Success, the request is carried out" of the portal's documentation.
+constexpr uint success = 0;
+
+QString newToken()
+{
+    static int count = 0;
+    return u"lapsa%1"_s.arg(++count);
+}
+
+/// Where the portal puts the request that is made with a token, so that its answer cannot come too early to be heard.
+QString predictedPath(const QString& token)
+{
+    const QString sender = QDBusConnection::sessionBus().baseService().remove(u':').replace(u'.', u'_');
+    return u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(sender, token);
+}
+
+} // namespace
+
+PortalRequest::PortalRequest(QDBusMessage call, QVariantMap options, std::function<void(const Answer&)> answered)
+    : m_answered(std::move(answered))
+{
+    const QString token = newToken();
+    listenTo(predictedPath(token));
+    options[u"handle_token"_s] = token;
+    call << options;
+    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        replied(watcher->reply());
+    });
+}
+
+PortalRequest::~PortalRequest()
+{
+    stopListening();
+    if (m_pending) {
+        QDBusConnection::sessionBus().send(QDBusMessage::createMethodCall(service, m_path, interface, u"Close"_s));
+    }
+}
+
+void PortalRequest::listenTo(const QString& path)
+{
+    m_path = path;
+    QDBusConnection::sessionBus().connect(service, path, interface, u"Response"_s, this,
+                                          SLOT(responded(uint, QVariantMap)));
+}
+
+void PortalRequest::stopListening()
+{
+    QDBusConnection::sessionBus().disconnect(service, m_path, interface, u"Response"_s, this,
+                                             SLOT(responded(uint, QVariantMap)));
+}
+
+void PortalRequest::replied(const QDBusMessage& reply)
+{
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        finish(std::nullopt);
+        return;
+    }
+    // Portals before 0.9 choose a path of their own.
+    const QString path = reply.arguments().value(0).value<QDBusObjectPath>().path();
+    if (m_pending && !path.isEmpty() && path != m_path) {
+        stopListening();
+        listenTo(path);
+    }
+}
+
+void PortalRequest::responded(uint response, const QVariantMap& results)
+{
+    finish(response == success ? Answer(results) : std::nullopt);
+}
+
+void PortalRequest::finish(const Answer& answer)
+{
+    if (!std::exchange(m_pending, false)) {
+        return;
+    }
+    // Later, so that whoever hears it may destroy this.
+    QMetaObject::invokeMethod(
+        this,
+        [this, answer] {
+            const auto answered = std::exchange(m_answered, {});
+            answered(answer);
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace lapsa

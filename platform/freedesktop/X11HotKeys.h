@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "HotKeys.h"
+
+struct xcb_connection_t;
+
+namespace lapsa {
+
+/// Global keys of an X server: grabs on its root windows, over the toolkit's own connection. They follow the keyboard
+/// layout. A key that another program holds is tried again when the layout changes.
+class X11HotKeys final : public HotKeys
+{
+public:
+    /// The toolkit's connection, which has to outlive this and all registrations.
+    explicit X11HotKeys(xcb_connection_t* connection);
+
+    [[nodiscard]] std::unique_ptr<HotKeyRegistration> registerHotKey(const HotKey& key,
+                                                                     std::function<void()> pressed) override;
+
+    /// The toolkit's connection to an X server; null where it runs without one.
+    [[nodiscard]] static xcb_connection_t* toolkitConnection();
+
+private:
+    xcb_connection_t* m_connection;
+};
+
+} // namespace lapsa
