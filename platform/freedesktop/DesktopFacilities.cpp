@@ -9,6 +9,7 @@
 #include "StatusItem.h"
 #include "TrayStatusItem.h"
 #include "X11HotKeys.h"
+#include "X11Screen.h"
 
 namespace lapsa {
 
@@ -38,7 +39,7 @@ public:
 /// Through XWayland they reach as far as its windows have the focus.
 std::unique_ptr<HotKeys> makeGrabs()
 {
-    if (xcb_connection_t* const connection = X11HotKeys::toolkitConnection()) {
+    if (xcb_connection_t* const connection = x11Connection()) {
         return std::make_unique<X11HotKeys>(connection);
     }
     return std::make_unique<NoHotKeys>();

@@ -7,7 +7,6 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QList>
 #include <QObject>
 
@@ -226,13 +225,6 @@ X11HotKeys::X11HotKeys(xcb_connection_t* connection)
 std::unique_ptr<HotKeyRegistration> X11HotKeys::registerHotKey(const HotKey& key, std::function<void()> pressed)
 {
     return std::make_unique<X11Registration>(m_connection, key, std::move(pressed));
-}
-
-xcb_connection_t* X11HotKeys::toolkitConnection()
-{
-    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    // Without a screen the toolkit may say it is on X11, but has no connection.
-    return x11 != nullptr ? x11->connection() : nullptr;
 }
 
 } // namespace lapsa

@@ -20,9 +20,6 @@ public:
     [[nodiscard]] std::unique_ptr<HotKeyRegistration> registerHotKey(const HotKey& key,
                                                                      std::function<void()> pressed) override;
 
-    /// The toolkit's connection to an X server; null where it runs without one.
-    [[nodiscard]] static xcb_connection_t* toolkitConnection();
-
 private:
     xcb_connection_t* m_connection;
 };

@@ -5,6 +5,7 @@
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
 #include "X11HotKeys.h"
+#include "X11Screen.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QApplication>
@@ -88,7 +89,7 @@ class CountedKey final
 {
 public:
     CountedKey()
-        : m_hotKeys(X11HotKeys::toolkitConnection())
+        : m_hotKeys(x11Connection())
         , m_registration(m_hotKeys.registerHotKey(superShiftY(), [this] { ++presses; }))
     {}
 
