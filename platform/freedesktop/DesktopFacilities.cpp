@@ -7,6 +7,8 @@
 #include "HotKeys.h"
 #include "StatusButton.h"
 #include "StatusItem.h"
+#include "ToolkitConnection.h"
+#include "X11FileManagerSelection.h"
 
 namespace lapsa {
 
@@ -73,6 +75,9 @@ std::unique_ptr<HotKeys> makeHotKeys()
 
 std::unique_ptr<FileManagerSelection> makeFileManagerSelection()
 {
+    if (toolkitConnection() != nullptr) {
+        return std::make_unique<X11FileManagerSelection>();
+    }
     return std::make_unique<NoFileManagerSelection>();
 }
 
