@@ -215,33 +215,14 @@ void PlayedProgram::roundTrip()
         xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
 }
 
-namespace {
-
-void onItsOwnConnection(void (*act)(xcb_connection_t*))
+void noActiveWindow()
 {
     xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
-    act(connection);
+    setNumbers(connection, rootOf(connection), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW, {XCB_WINDOW_NONE});
+    xcb_set_input_focus(connection, XCB_INPUT_FOCUS_NONE, XCB_WINDOW_NONE, XCB_CURRENT_TIME);
     const Pointer<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
     xcb_disconnect(connection);
-}
-
-} // namespace
-
-void emptyClipboard()
-{
-    onItsOwnConnection([](xcb_connection_t* connection) {
-        xcb_set_selection_owner(connection, XCB_WINDOW_NONE, PlayedProgram::atom(connection, "CLIPBOARD"),
-                                XCB_CURRENT_TIME);
-    });
-}
-
-void noActiveWindow()
-{
-    onItsOwnConnection([](xcb_connection_t* connection) {
-        setNumbers(connection, rootOf(connection), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW, {XCB_WINDOW_NONE});
-        xcb_set_input_focus(connection, XCB_INPUT_FOCUS_NONE, XCB_WINDOW_NONE, XCB_CURRENT_TIME);
-    });
 }
 
 } // namespace lapsa::test

@@ -83,8 +83,6 @@ private:
     std::thread m_thread;
 };
 
-/// The clipboard has no owner.
-void emptyClipboard();
 /// No window is active.
 void noActiveWindow();
 
