@@ -7,6 +7,8 @@
 
 #include <QObject>
 
+#include <xcb/xcb.h>
+
 namespace lapsa {
 
 /// Puts back what was on the clipboard, in the name of this program.
@@ -15,14 +17,20 @@ class ClipboardRestore final : public QObject
 public:
     using QObject::QObject;
 
-    /// Takes the clipboard from whoever has it now, as soon as the event loop runs.
-    void begin(const ClipboardContent& content);
+    /// Takes the clipboard from the client of `window`, or from nobody, as soon as the event loop runs. What another
+    /// program has put there by then stays.
+    void begin(const ClipboardContent& content, xcb_window_t window);
 
     /// Whether it has begun and is not done: what is on the clipboard now is not the user's.
-    [[nodiscard]] bool pending() const { return m_pending; }
+    [[nodiscard]] bool pending() const { return m_triesLeft > 0; }
 
 private:
-    bool m_pending = false;
+    void attempt();
+    [[nodiscard]] static bool clipboardIsOf(xcb_window_t window);
+
+    ClipboardContent m_content;
+    xcb_window_t m_window = XCB_WINDOW_NONE;
+    int m_triesLeft = 0;
 };
 
 } // namespace lapsa

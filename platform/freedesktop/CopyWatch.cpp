@@ -17,9 +17,11 @@ constexpr std::uint32_t pingMark = 0x4c617073;
 
 } // namespace
 
-CopyWatch::CopyWatch(X11Connection& connection, xcb_window_t fileManager, const QDeadlineTimer& deadline)
+CopyWatch::CopyWatch(X11Connection& connection, xcb_window_t fileManager, std::uint32_t ours,
+                     const QDeadlineTimer& deadline)
     : m_connection(connection)
     , m_fileManager(fileManager)
+    , m_ours(ours)
     , m_clipboard(connection.atom("CLIPBOARD", deadline))
     , m_protocols(connection.atom("WM_PROTOCOLS", deadline))
     , m_ping(connection.atom("_NET_WM_PING", deadline))
@@ -47,26 +49,29 @@ void CopyWatch::asked(const QDeadlineTimer& deadline)
     }
 }
 
-void CopyWatch::done()
-{
-    if (m_state == State::Waiting) {
-        m_state = State::Settled;
-    }
-}
-
 void CopyWatch::handle(const xcb_generic_event_t& event)
 {
     if (m_ownerChanged != 0 && kindOf(event) == m_ownerChanged) {
         const auto& change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
         if (change.selection == m_clipboard) {
-            m_state = m_connection.sameClient(change.owner, m_fileManager) ? State::Copied : State::TakenByAnother;
+            noteOwner(change.owner);
         }
-    } else if (isAnswer(event) && m_state == State::Waiting) {
+    } else if (isAnswer(event)) {
         if (m_pings < pingsToSettle) {
             ping();
         } else {
-            m_state = State::Settled;
+            m_settled = true;
         }
+    }
+}
+
+void CopyWatch::noteOwner(xcb_window_t owner)
+{
+    if (m_connection.sameClient(owner, m_fileManager)) {
+        m_copied = true;
+        m_takenByAnother = false;
+    } else if (owner != XCB_WINDOW_NONE && !m_connection.sameClient(owner, m_ours)) {
+        m_takenByAnother = true;
     }
 }
 

@@ -25,7 +25,7 @@ std::chrono::milliseconds patienceFor(const CopyWatch& watch)
     if (!watch.canSettle()) {
         return untoldPatience;
     }
-    return watch.state() == CopyWatch::State::Settled ? settledPatience : patience;
+    return watch.settled() ? settledPatience : patience;
 }
 
 } // namespace
@@ -47,28 +47,27 @@ LateCopy::~LateCopy() = default;
 
 bool LateCopy::unanswered() const
 {
-    return m_end.isActive() && m_parts.watch->canSettle() && m_parts.watch->state() == CopyWatch::State::Waiting;
+    return m_end.isActive() && m_parts.watch->canSettle() && !m_parts.watch->settled();
 }
 
 void LateCopy::readEvents()
 {
-    using State = CopyWatch::State;
     if (!m_parts.connection) {
         return;
     }
-    const bool settledBefore = m_parts.watch->state() == State::Settled;
+    const CopyWatch& watch = *m_parts.watch;
+    const bool settledBefore = watch.settled();
     while (const X11Event event = m_parts.connection->nextEvent(QDeadlineTimer(0))) {
         m_parts.watch->handle(*event);
-        if (m_parts.watch->state() == State::Copied) {
+        if (watch.copied()) {
             m_restore(m_parts.content);
             stop();
             return;
         }
     }
-    const State state = m_parts.watch->state();
-    if (state == State::TakenByAnother || !m_parts.connection->usable()) {
+    if (watch.takenByAnother() || !m_parts.connection->usable()) {
         stop();
-    } else if (state == State::Settled && !settledBefore) {
+    } else if (watch.settled() && !settledBefore) {
         m_end.start(settledPatience);
     }
 }

@@ -8,6 +8,7 @@
 #include "KeyStrokes.h"
 #include "LateCopy.h"
 #include "ToolkitConnection.h"
+#include "UnfinishedTransfer.h"
 #include "UriList.h"
 #include "X11Connection.h"
 #include "X11Selection.h"
@@ -51,6 +52,10 @@ struct X11FileManagerSelection::Question
     QDeadlineTimer answerEnd;
     std::unique_ptr<CopyWatch> watch;
     ClipboardContent content;
+    std::unique_ptr<X11Selection> selection;
+    /// Nobody could ask us for it while we wait, and some file managers look at the clipboard before they copy: what is
+    /// ours is taken off the clipboard meanwhile.
+    bool takenOff = false;
 };
 
 X11FileManagerSelection::X11FileManagerSelection()
@@ -71,7 +76,9 @@ FileManagerSelection::Answer X11FileManagerSelection::ask()
                       .keepingEnd = QDeadlineTimer(m_limits.keeping, Qt::PreciseTimer),
                       .answerEnd = QDeadlineTimer(m_limits.answer, Qt::PreciseTimer),
                       .watch = nullptr,
-                      .content = {}};
+                      .content = {},
+                      .selection = nullptr,
+                      .takenOff = false};
     if (m_restore.pending() || (m_late && m_late->unanswered())) {
         return Failure{u"the last question is not done with"_s};
     }
@@ -85,58 +92,97 @@ FileManagerSelection::Answer X11FileManagerSelection::ask()
         return Nothing();
     }
     question.front = *front;
-    return askThere(question);
+    Answer answer = askThere(question);
+    if (question.selection && question.selection->unfinished()) {
+        m_unfinished =
+            std::make_unique<UnfinishedTransfer>(std::move(question.connection), std::move(question.selection));
+    }
+    return answer;
 }
 
 FileManagerSelection::Answer X11FileManagerSelection::askThere(Question& question)
 {
-    X11Connection& connection = *question.connection;
-    question.watch = std::make_unique<CopyWatch>(connection, question.front.window, question.keepingEnd);
-    {
-        X11Selection selection(connection, question.keepingEnd);
-        auto content = clipboardContent(connection, selection, toolkitClient(), question.keepingEnd);
-        if (const auto* const reason = std::get_if<QString>(&content)) {
-            return Failure{*reason};
-        }
-        question.content = std::get<ClipboardContent>(std::move(content));
+    if (const std::optional<Answer> failure = keepClipboard(question)) {
+        return *failure;
     }
+    if (const std::optional<Answer> failure = requestCopy(question)) {
+        if (question.takenOff) {
+            m_restore.begin(question.content, question.front.window);
+        }
+        return *failure;
+    }
+    waitForCopy(question);
+    if (!question.watch->copied()) {
+        return withoutCopy(question);
+    }
+    Answer answer = readAnswer(question);
+    m_restore.begin(question.content, question.front.window);
+    return answer;
+}
+
+std::optional<FileManagerSelection::Answer> X11FileManagerSelection::keepClipboard(Question& question)
+{
+    X11Connection& connection = *question.connection;
+    const std::uint32_t ours = toolkitClient();
+    question.watch = std::make_unique<CopyWatch>(connection, question.front.window, ours, question.keepingEnd);
+    question.selection = std::make_unique<X11Selection>(connection, question.keepingEnd);
+    X11Selection& selection = *question.selection;
+    auto content = clipboardContent(connection, selection, ours, question.keepingEnd);
+    if (const auto* const reason = std::get_if<QString>(&content)) {
+        return Failure{*reason};
+    }
+    question.content = std::get<ClipboardContent>(std::move(content));
     while (const X11Event event = connection.nextEvent(QDeadlineTimer(0))) {
         question.watch->handle(*event);
     }
-    if (question.watch->state() != CopyWatch::State::Waiting) {
+    if (question.watch->copied() || question.watch->takenByAnother()) {
         return Failure{u"the clipboard changed while it was being kept"_s};
     }
-    if (const std::optional<Answer> refusal = requestCopy(question)) {
-        return *refusal;
+    if (connection.sameClient(selection.owner(question.keepingEnd), ours)) {
+        selection.clear();
+        question.takenOff = true;
     }
-    waitForCopy(question);
-    if (question.watch->state() == CopyWatch::State::Copied) {
-        Answer answer = readAnswer(question);
-        m_restore.begin(question.content);
-        return answer;
-    }
-    const bool busy = question.watch->state() == CopyWatch::State::Waiting && question.watch->canSettle();
-    if (question.watch->state() != CopyWatch::State::TakenByAnother) {
+    return std::nullopt;
+}
+
+FileManagerSelection::Answer X11FileManagerSelection::withoutCopy(Question& question)
+{
+    const CopyWatch& watch = *question.watch;
+    const bool unanswered = watch.canSettle() && !watch.settled();
+    if (!watch.takenByAnother()) {
+        if (question.takenOff) {
+            m_restore.begin(question.content, question.front.window);
+        }
+        question.selection.reset();
         m_late = std::make_unique<LateCopy>(
             LateCopy::Parts{std::move(question.connection), std::move(question.watch), std::move(question.content)},
-            [this](const ClipboardContent& content) { m_restore.begin(content); });
+            [this, window = question.front.window](const ClipboardContent& content) {
+                m_restore.begin(content, window);
+            });
     }
-    return busy ? Answer(Failure{u"the file manager does not answer in time"_s}) : Answer(Nothing());
+    return unanswered ? Answer(Failure{u"the file manager does not answer in time"_s}) : Answer(Nothing());
 }
 
 std::optional<FileManagerSelection::Answer> X11FileManagerSelection::requestCopy(Question& question)
 {
-    if (question.front.way == FileManagerWindow::Way::DolphinAction) {
-        switch (copyInDolphin(question.front.processId, question.front.window, question.answerEnd)) {
-        case DolphinOutcome::Copied:
-            question.watch->done();
-            return std::nullopt;
-        case DolphinOutcome::Unanswered:
-            return std::nullopt;
-        case DolphinOutcome::NotAsked:
-            return Failure{u"Dolphin does not answer on the session bus"_s};
-        }
+    if (question.front.way == FileManagerWindow::Way::Keys) {
+        return pressKeys(question);
     }
+    switch (copyInDolphin(question.front.processId, question.front.window, question.answerEnd)) {
+    case DolphinOutcome::Copied:
+        question.watch->done();
+        break;
+    case DolphinOutcome::Unanswered:
+        question.watch->asked(question.answerEnd);
+        break;
+    case DolphinOutcome::NotAsked:
+        return Failure{u"Dolphin does not answer on the session bus"_s};
+    }
+    return std::nullopt;
+}
+
+std::optional<FileManagerSelection::Answer> X11FileManagerSelection::pressKeys(Question& question)
+{
     KeysOutcome outcome = KeysOutcome::FocusElsewhere;
     do {
         outcome = pressCopy(*question.connection, question.front.window, question.keepingEnd);
@@ -158,14 +204,9 @@ std::optional<FileManagerSelection::Answer> X11FileManagerSelection::requestCopy
 
 void X11FileManagerSelection::waitForCopy(Question& question)
 {
-    using State = CopyWatch::State;
     std::optional<QDeadlineTimer> settled;
-    while (true) {
-        const State state = question.watch->state();
-        if (state == State::Copied || state == State::TakenByAnother) {
-            return;
-        }
-        if (state == State::Settled && !settled) {
+    while (!question.watch->copied()) {
+        if (question.watch->settled() && !settled) {
             settled = earlier(QDeadlineTimer(settleTime, Qt::PreciseTimer), question.answerEnd);
         }
         const X11Event event = question.connection->nextEvent(settled.value_or(question.answerEnd));
@@ -180,7 +221,7 @@ FileManagerSelection::Answer X11FileManagerSelection::readAnswer(Question& quest
 {
     X11Connection& connection = *question.connection;
     const QDeadlineTimer& end = question.answerEnd;
-    X11Selection selection(connection, end);
+    X11Selection& selection = *question.selection;
     // Owners of plain text give it for whatever they are asked for, so what counts is what they announce.
     const QList<xcb_atom_t> announced = selection.targets(end);
     for (const char* const name : listTargets) {

@@ -14,6 +14,7 @@ namespace lapsa {
 
 class CopyWatch;
 class LateCopy;
+class UnfinishedTransfer;
 class X11Connection;
 class X11Selection;
 
@@ -42,15 +43,20 @@ private:
     struct Question;
 
     [[nodiscard]] Answer askThere(Question& question);
-    /// Whether the file manager was asked; if not, why.
-    [[nodiscard]] std::optional<Answer> requestCopy(Question& question);
+    /// Puts the clipboard's content into the question; if that fails, why.
+    [[nodiscard]] static std::optional<Answer> keepClipboard(Question& question);
+    /// Asks the file manager; if that fails, why.
+    [[nodiscard]] static std::optional<Answer> requestCopy(Question& question);
+    [[nodiscard]] static std::optional<Answer> pressKeys(Question& question);
     /// Follows the file manager until it has copied, or will not any more.
     static void waitForCopy(Question& question);
     [[nodiscard]] static Answer readAnswer(Question& question);
+    [[nodiscard]] Answer withoutCopy(Question& question);
 
     Limits m_limits;
     ClipboardRestore m_restore;
     std::unique_ptr<LateCopy> m_late;
+    std::unique_ptr<UnfinishedTransfer> m_unfinished;
 };
 
 } // namespace lapsa

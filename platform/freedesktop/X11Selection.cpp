@@ -44,6 +44,12 @@ xcb_window_t X11Selection::owner(const QDeadlineTimer& deadline)
     return answer ? answer->owner : xcb_window_t{XCB_WINDOW_NONE};
 }
 
+void X11Selection::clear()
+{
+    xcb_set_selection_owner(m_connection.get(), XCB_WINDOW_NONE, m_clipboard, XCB_CURRENT_TIME);
+    xcb_flush(m_connection.get());
+}
+
 QList<xcb_atom_t> X11Selection::targets(const QDeadlineTimer& deadline)
 {
     const SelectionAnswer answer = read(m_targets, deadline, targetsLimit);
@@ -58,6 +64,23 @@ QList<xcb_atom_t> X11Selection::targets(const QDeadlineTimer& deadline)
 }
 
 SelectionAnswer X11Selection::read(xcb_atom_t target, const QDeadlineTimer& deadline, qsizetype limit)
+{
+    SelectionAnswer answer = readWhole(target, deadline, limit);
+    using enum SelectionAnswer::Outcome;
+    m_unfinished = answer.outcome == NoAnswer || answer.outcome == TooLarge;
+    return answer;
+}
+
+void X11Selection::takeRest()
+{
+    while (m_connection.nextEvent(QDeadlineTimer(0))) {
+    }
+    // The owner sends the next piece when this one is gone, which may have been read in part.
+    xcb_delete_property(m_connection.get(), m_window, m_property);
+    xcb_flush(m_connection.get());
+}
+
+SelectionAnswer X11Selection::readWhole(xcb_atom_t target, const QDeadlineTimer& deadline, qsizetype limit)
 {
     xcb_delete_property(m_connection.get(), m_window, m_property);
     xcb_convert_selection(m_connection.get(), m_window, m_clipboard, target, m_property, XCB_CURRENT_TIME);

@@ -46,14 +46,23 @@ public:
     /// The window that owns it; none when nobody does.
     [[nodiscard]] xcb_window_t owner(const QDeadlineTimer& deadline);
 
+    /// From now on nobody owns it.
+    void clear();
+
     /// What the owner says it can give; empty when it does not say.
     [[nodiscard]] QList<xcb_atom_t> targets(const QDeadlineTimer& deadline);
 
     [[nodiscard]] SelectionAnswer read(xcb_atom_t target, const QDeadlineTimer& deadline, qsizetype limit);
 
-    [[nodiscard]] xcb_atom_t clipboard() const { return m_clipboard; }
+    /// Whether an answer has not come whole. Some owners end when the one who asked has gone meanwhile, and the content
+    /// with them: then stay, and take the rest.
+    [[nodiscard]] bool unfinished() const { return m_unfinished; }
+
+    /// Takes what has come of the rest, and drops it.
+    void takeRest();
 
 private:
+    [[nodiscard]] SelectionAnswer readWhole(xcb_atom_t target, const QDeadlineTimer& deadline, qsizetype limit);
     /// Takes what stands in our property, all of it.
     [[nodiscard]] SelectionAnswer takeProperty(const QDeadlineTimer& deadline, qsizetype limit);
     /// The rest of an answer that comes in pieces.
@@ -65,6 +74,7 @@ private:
     xcb_atom_t m_property;
     xcb_atom_t m_targets;
     xcb_atom_t m_pieces;
+    bool m_unfinished = false;
 };
 
 } // namespace lapsa

@@ -33,7 +33,7 @@ using Paths = FileManagerSelection::Paths;
 using Failure = FileManagerSelection::Failure;
 using Forms = QList<std::pair<QByteArray, QByteArray>>;
 
-constexpr int patience = 30'000;
+constexpr int patience = 8000;
 /// What a question may take, and what a machine under load may add to it.
 constexpr int limit = 300;
 constexpr int tolerance = 200;
@@ -360,6 +360,29 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!fileManager.ownsClipboard(), patience);
         QCOMPARE(clipboardOfOthers(u"UTF8_STRING"_s), theirText);
         QCOMPARE(clipboardOfOthers(u"text/html"_s), "<p>");
+    }
+
+    void aFileManagerMayLookAtOurClipboardBeforeItCopies_data()
+    {
+        QTest::addColumn<Forms>("forms");
+        QTest::newRow("and copies") << twoFiles;
+        QTest::newRow("and copies nothing") << Forms();
+    }
+
+    void aFileManagerMayLookAtOurClipboardBeforeItCopies()
+    {
+        QFETCH(Forms, forms);
+        QtPasteboard().setText(QString::fromUtf8(theirText));
+        QTRY_VERIFY_WITH_TIMEOUT(ownedByUs(), patience);
+        PlayedProgram fileManager({.forms = forms, .looksFirst = true});
+        fileManager.activate();
+
+        const Answer answer = m_selection->ask();
+
+        QCOMPARE(std::holds_alternative<Paths>(answer), !forms.isEmpty());
+        QVERIFY(!failed(answer));
+        QTRY_VERIFY_WITH_TIMEOUT(!fileManager.ownsClipboard(), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(clipboardOfOthers(u"UTF8_STRING"_s), theirText, patience);
     }
 
     void questionAfterQuestionKeepsTheClipboard()

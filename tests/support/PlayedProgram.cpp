@@ -150,12 +150,30 @@ void PlayedProgram::handle(const xcb_generic_event_t& event)
 
 void PlayedProgram::pressed(const xcb_key_press_event_t& event)
 {
+    if (m_part.looksFirst && event.detail == keyC) {
+        lookAtClipboard();
+    }
     if (event.detail == keyC && event.state == XCB_MOD_MASK_CONTROL && !m_part.forms.isEmpty()) {
         xcb_set_selection_owner(m_connection, m_window, atom(m_connection, "CLIPBOARD"), event.time);
         xcb_flush(m_connection);
     }
     const std::lock_guard lock(m_mutex);
     m_keys.push_back({event.detail, event.state});
+}
+
+void PlayedProgram::lookAtClipboard()
+{
+    xcb_convert_selection(m_connection, m_window, atom(m_connection, "CLIPBOARD"), atom(m_connection, "TARGETS"),
+                          atom(m_connection, "LOOK"), XCB_CURRENT_TIME);
+    xcb_flush(m_connection);
+    while (!m_ending) {
+        const Pointer<xcb_generic_event_t> event(xcb_poll_for_event(m_connection));
+        if (event && (event->response_type & 0x7f) == XCB_SELECTION_NOTIFY) {
+            return;
+        }
+        pollfd input{.fd = xcb_get_file_descriptor(m_connection), .events = POLLIN, .revents = 0};
+        ::poll(&input, 1, pollTime);
+    }
 }
 
 void PlayedProgram::answer(const xcb_selection_request_event_t& request)

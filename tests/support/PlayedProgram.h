@@ -29,6 +29,8 @@ public:
         /// Whether it tells which targets it has, and hands out what it has.
         bool handsOut = true;
         bool answersPings = true;
+        /// Whether it waits to know what is on the clipboard before it copies, as some do to offer "Paste".
+        bool looksFirst = false;
     };
 
     struct Key
@@ -67,6 +69,7 @@ private:
     void run();
     void handle(const xcb_generic_event_t& event);
     void pressed(const xcb_key_press_event_t& event);
+    void lookAtClipboard();
     void answer(const xcb_selection_request_event_t& request);
     [[nodiscard]] bool handOut(const xcb_selection_request_event_t& request);
     void pong(const xcb_client_message_event_t& message);
