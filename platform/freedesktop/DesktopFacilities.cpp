@@ -8,6 +8,7 @@
 #include "PortalHotKeys.h"
 #include "StatusItem.h"
 #include "TrayStatusItem.h"
+#include "X11FileManagerSelection.h"
 #include "X11HotKeys.h"
 #include "X11Screen.h"
 
@@ -62,6 +63,9 @@ std::unique_ptr<HotKeys> makeHotKeys()
 
 std::unique_ptr<FileManagerSelection> makeFileManagerSelection()
 {
+    if (x11Connection() != nullptr) {
+        return std::make_unique<X11FileManagerSelection>();
+    }
     return std::make_unique<NoFileManagerSelection>();
 }
 

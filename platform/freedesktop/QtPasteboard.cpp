@@ -3,6 +3,8 @@
 
 #include "QtPasteboard.h"
 
+#include "EventTime.h"
+
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QString>
@@ -11,7 +13,8 @@ namespace lapsa {
 
 void QtPasteboard::setText(const QString& text)
 {
-    QGuiApplication::clipboard()->setText(text);
+    QClipboard* const clipboard = QGuiApplication::clipboard();
+    whenEventTimeIsFresh(clipboard, [clipboard, text] { clipboard->setText(text); });
 }
 
 } // namespace lapsa

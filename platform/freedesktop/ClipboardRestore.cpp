@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "ClipboardRestore.h"
+
+#include "EventTime.h"
+#include "X11Connection.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QTimer>
+
+#include <chrono>
+
+namespace lapsa {
+
+namespace {
+
+/// For a file manager that takes the clipboard once more for the same copy.
+constexpr int tries = 10;
+constexpr std::chrono::milliseconds nextTry{20};
+constexpr std::chrono::milliseconds serverPatience{200};
+
+} // namespace
+
+void ClipboardRestore::begin(const ClipboardContent& content, xcb_window_t window)
+{
+    m_content = content;
+    m_window = window;
+    m_triesLeft = tries;
+    whenEventTimeIsFresh(this, [this] { attempt(); });
+}
+
+void ClipboardRestore::attempt()
+{
+    --m_triesLeft;
+    QClipboard* const clipboard = QGuiApplication::clipboard();
+    if (m_content.owned) {
+        clipboard->setMimeData(mimeDataOf(m_content).release()); // the clipboard's from now on
+    } else {
+        clipboard->clear();
+    }
+    if (pending() && clipboardIsOf(m_window)) {
+        QTimer::singleShot(nextTry, this, [this] { whenEventTimeIsFresh(this, [this] { attempt(); }); });
+    } else {
+        m_triesLeft = 0;
+        m_content = {};
+    }
+}
+
+bool ClipboardRestore::clipboardIsOf(xcb_window_t window)
+{
+    // The toolkit believes that it owns what it wanted to own.
+    const QDeadlineTimer deadline(serverPatience);
+    X11Connection connection;
+    const auto owner = connection.reply<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(connection.get(), connection.atom("CLIPBOARD", deadline)), deadline);
+    return owner && connection.sameClient(owner->owner, window);
+}
+
+} // namespace lapsa

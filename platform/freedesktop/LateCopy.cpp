@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "LateCopy.h"
+
+#include "X11Connection.h"
+
+#include <chrono>
+#include <utility>
+
+namespace lapsa {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// For a file manager that hangs. What comes later than this is taken for the user's own doing.
+constexpr std::chrono::milliseconds patience = 10s;
+/// For one that has read its events, or does not tell: in less time than a user takes to copy something.
+constexpr auto settledPatience = 200ms;
+constexpr auto untoldPatience = 1s;
+
+std::chrono::milliseconds patienceFor(const CopyWatch& watch)
+{
+    if (!watch.canSettle()) {
+        return untoldPatience;
+    }
+    return watch.settled() ? settledPatience : patience;
+}
+
+} // namespace
+
+LateCopy::LateCopy(Parts parts, std::function<void(const ClipboardContent&)> restore)
+    : m_parts(std::move(parts))
+    , m_restore(std::move(restore))
+    , m_input(m_parts.connection->fileDescriptor(), QSocketNotifier::Read)
+{
+    m_end.setSingleShot(true);
+    connect(&m_end, &QTimer::timeout, this, &LateCopy::stop);
+    connect(&m_input, &QSocketNotifier::activated, this, &LateCopy::readEvents);
+    m_end.start(patienceFor(*m_parts.watch));
+    // What has been read already makes no noise.
+    QMetaObject::invokeMethod(this, &LateCopy::readEvents, Qt::QueuedConnection);
+}
+
+LateCopy::~LateCopy() = default;
+
+bool LateCopy::unanswered() const
+{
+    return m_end.isActive() && m_parts.watch->canSettle() && !m_parts.watch->settled();
+}
+
+void LateCopy::readEvents()
+{
+    if (!m_parts.connection) {
+        return;
+    }
+    const CopyWatch& watch = *m_parts.watch;
+    const bool settledBefore = watch.settled();
+    while (const X11Event event = m_parts.connection->nextEvent(QDeadlineTimer(0))) {
+        m_parts.watch->handle(*event);
+        if (watch.copied()) {
+            m_restore(m_parts.content);
+            stop();
+            return;
+        }
+    }
+    if (watch.takenByAnother() || !m_parts.connection->usable()) {
+        stop();
+    } else if (watch.settled() && !settledBefore) {
+        m_end.start(settledPatience);
+    }
+}
+
+void LateCopy::stop()
+{
+    m_end.stop();
+    m_input.setEnabled(false);
+    // Nobody reads the connection any more, and the content may be large.
+    m_parts.watch.reset();
+    m_parts.connection.reset();
+    m_parts.content = {};
+}
+
+} // namespace lapsa

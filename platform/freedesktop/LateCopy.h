@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ClipboardContent.h"
+#include "CopyWatch.h"
+
+#include <QObject>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+namespace lapsa {
+
+class X11Connection;
+
+/// Waits for a file manager that was asked to copy and has not done so in time: should it take the clipboard now, the
+/// user's content is put back. Lets go when another program takes the clipboard, and after a while.
+class LateCopy final : public QObject
+{
+public:
+    struct Parts
+    {
+        std::unique_ptr<X11Connection> connection;
+        /// Stands on the connection.
+        std::unique_ptr<CopyWatch> watch;
+        ClipboardContent content;
+    };
+
+    LateCopy(Parts parts, std::function<void(const ClipboardContent&)> restore);
+    ~LateCopy() override;
+
+    /// Whether the file manager may still be busy with the question.
+    [[nodiscard]] bool unanswered() const;
+
+private:
+    void readEvents();
+    void stop();
+
+    Parts m_parts;
+    std::function<void(const ClipboardContent&)> m_restore;
+    QSocketNotifier m_input;
+    QTimer m_end;
+};
+
+} // namespace lapsa

@@ -1,0 +1,385 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileUri.h"
+#include "HelperProcess.h"
+#include "SessionBus.h"
+#include "TemporaryHome.h"
+#include "VirtualDisplay.h"
+#include "X11FileManagerSelection.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTest>
+
+#include <algorithm>
+#include <cstdio>
+#include <optional>
+#include <tuple>
+
+using namespace Qt::StringLiterals;
+
+namespace lapsa::test {
+
+namespace {
+
+using Answer = FileManagerSelection::Answer;
+using Nothing = FileManagerSelection::Nothing;
+using Paths = FileManagerSelection::Paths;
+
+constexpr int patience = 20'000;
+/// Between one act of a user and the next.
+constexpr int handTime = 80;
+const QByteArray theirText = "their text";
+
+/// A file manager of the desktop.
+struct Program
+{
+    QString command;
+    QStringList options;
+    /// Of its windows.
+    QString windowClass;
+    /// Whether it keeps the bytes of a name that is not UTF-8, which then has no path.
+    bool keepsBytes = true;
+};
+
+const QList<Program> programs{
+    {u"thunar"_s, {}, u"Thunar"_s},
+    {u"pcmanfm"_s, {u"--new-win"_s}, u"Pcmanfm"_s},
+    {u"pcmanfm-qt"_s, {u"--new-window"_s}, u"pcmanfm-qt"_s},
+    {u"nautilus"_s, {u"--new-window"_s}, u"org.gnome.Nautilus"_s},
+    {u"dolphin"_s, {u"--new-window"_s}, u"dolphin"_s, false},
+    {u"nemo"_s, {u"--no-desktop"_s}, u"Nemo"_s},
+    {u"caja"_s, {u"--no-desktop"_s, u"--browser"_s}, u"Caja"_s},
+};
+
+void xdotool(const QStringList& arguments)
+{
+    // It writes nothing.
+    std::ignore = outputOf(u"xdotool"_s, arguments);
+}
+
+/// What another program gets when it asks for the clipboard. Asked without waiting: we may be the ones who answer.
+QByteArray clipboardText()
+{
+    QProcess reader;
+    reader.start(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-o"_s});
+    const bool ended = QTest::qWaitFor([&reader] { return reader.state() == QProcess::NotRunning; }, patience);
+    return ended ? reader.readAllStandardOutput() : QByteArray("no answer");
+}
+
+/// An answer in words.
+QByteArray told(const Answer& answer)
+{
+    if (const auto* const failure = std::get_if<FileManagerSelection::Failure>(&answer)) {
+        return failure->description.toUtf8();
+    }
+    QByteArray text = std::holds_alternative<Nothing>(answer) ? "nothing" : "";
+    if (const auto* const paths = std::get_if<Paths>(&answer)) {
+        for (const std::optional<QString>& path : *paths) {
+            text += path.value_or(u"(no path)"_s).toUtf8() + '|';
+        }
+    }
+    return text;
+}
+
+/// The paths in an order of their own; the entries without one first.
+QStringList sortedPaths(const Answer& answer)
+{
+    QStringList found;
+    if (const auto* const paths = std::get_if<Paths>(&answer)) {
+        for (const std::optional<QString>& path : *paths) {
+            found.push_back(path.value_or(QString()));
+        }
+    }
+    found.sort();
+    return found;
+}
+
+} // namespace
+
+/// Real file managers, on a real X server with a window manager. Those that are too large to install for a test are
+/// tried where they are installed.
+class FileManagersDesktopTest final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+
+    void initTestCase()
+    {
+        QTRY_VERIFY_WITH_TIMEOUT(!outputOf(u"xdotool"_s, {u"get_num_desktops"_s}).trimmed().isEmpty(), patience);
+    }
+
+    void init() { m_home.emplace(); }
+
+    void cleanup()
+    {
+        m_owner.reset();
+        m_program.reset();
+        m_home.reset();
+    }
+
+    void selectedFilesAreTheAnswerInViewOrder_data() { rows(); }
+
+    void selectedFilesAreTheAnswerInViewOrder()
+    {
+        const Paths expected{m_home->makeFile(u"shown/one.txt"_s), m_home->makeFile(u"shown/two.txt"_s)};
+        if (!installed(chosen())) {
+            QSKIP("not installed");
+        }
+        QVERIFY(open());
+
+        fillClipboard();
+        QCOMPARE(finalAnswer(All, told(expected)), told(expected));
+
+        QTRY_COMPARE_WITH_TIMEOUT(clipboardText(), theirText, patience);
+    }
+
+    void everyNameIsRead_data() { rows(); }
+
+    void everyNameIsRead()
+    {
+        QStringList expected{m_home->makeFile(u"shown/a b.txt"_s),
+                             m_home->makeFile(u"shown/100%25.txt"_s),
+                             m_home->makeFile(u"shown/a#b?c.txt"_s),
+                             m_home->makeFile(u"shown/a\nb.txt"_s),
+                             m_home->makeFile(u"shown/perch\u00E9 \u65E5.txt"_s),
+                             m_home->makeFolder(u"shown/folder"_s),
+                             m_home->path(u"shown/link"_s)};
+        QVERIFY(QFile::link(u"/nowhere"_s, expected.last()));
+        const QByteArray latin1 = m_home->path(u"shown"_s).toUtf8() + "/caf\xE9";
+        std::FILE* const file = std::fopen(latin1.constData(), "w");
+        QVERIFY(file != nullptr);
+        std::fclose(file);
+        if (!installed(chosen())) {
+            QSKIP("not installed");
+        }
+        QVERIFY(open());
+        // The one that is no UTF-8 has no path; the one that the file manager has changed names no file.
+        const bool keeps = chosen().keepsBytes;
+        expected.push_back(keeps ? QString() : m_home->path(u"shown/caf\uFFFD"_s));
+        expected.sort();
+
+        QCOMPARE(finalAnswer(All, expected), expected);
+    }
+
+    void withNothingSelectedTheAnswerIsNothing_data() { rows(); }
+
+    void withNothingSelectedTheAnswerIsNothing()
+    {
+        const Paths all{m_home->makeFile(u"shown/one.txt"_s)};
+        if (!installed(chosen())) {
+            QSKIP("not installed");
+        }
+        QVERIFY(open());
+        fillClipboard();
+        QCOMPARE(finalAnswer(All, told(all)), told(all));
+
+        QCOMPARE(finalAnswer(None, told(Nothing())), told(Nothing()));
+        QTRY_COMPARE_WITH_TIMEOUT(clipboardText(), theirText, patience);
+    }
+
+    void inTheLocationEntryTheAnswerIsNothing_data() { rows(); }
+
+    void inTheLocationEntryTheAnswerIsNothing()
+    {
+        const Paths all{m_home->makeFile(u"shown/one.txt"_s)};
+        if (!installed(chosen())) {
+            QSKIP("not installed");
+        }
+        QVERIFY(open());
+        if (chosen().windowClass == u"dolphin"_s) {
+            QSKIP("its copy action takes the files wherever the keyboard is");
+        }
+        fillClipboard();
+        QCOMPARE(finalAnswer(All, told(all)), told(all));
+
+        xdotool({u"key"_s, u"ctrl+l"_s});
+
+        QCOMPARE(finalAnswer(AsItIs, told(Nothing())), told(Nothing()));
+        QTRY_COMPARE_WITH_TIMEOUT(clipboardText(), theirText, patience);
+    }
+
+    void tenThousandFilesAreWholeOrAFailure_data() { rows(); }
+
+    void tenThousandFilesAreWholeOrAFailure()
+    {
+        constexpr int count = 10'000;
+        constexpr int limit = 300;
+        constexpr int tolerance = 200;
+        if (!installed(chosen())) {
+            QSKIP("not installed");
+        }
+        for (int i = 0; i < count; ++i) {
+            m_home->makeFile(u"shown/%1"_s.arg(i));
+        }
+        QVERIFY(open());
+        fillClipboard();
+        QElapsedTimer timer;
+        qint64 longest = 0;
+        const auto isWhole = [&] {
+            selectAll();
+            QTest::qWait(handTime);
+            timer.start();
+            const Answer answer = m_selection.ask();
+            longest = std::max(longest, timer.elapsed());
+            const auto* const paths = std::get_if<Paths>(&answer);
+            const auto* const failure = std::get_if<FileManagerSelection::Failure>(&answer);
+            qInfo("%s: %d of %d in %lld ms %s", qPrintable(chosen().command), paths != nullptr ? int(paths->size()) : 0,
+                  count, timer.elapsed(), failure != nullptr ? qPrintable(failure->description) : "");
+            return (paths != nullptr && paths->size() == count) || failure != nullptr;
+        };
+
+        QVERIFY(QTest::qWaitFor(isWhole, patience));
+
+        QVERIFY2(longest <= limit + tolerance, QByteArray::number(longest));
+        QTRY_COMPARE_WITH_TIMEOUT(clipboardText(), theirText, patience);
+    }
+
+    void iconsOnTheDesktopCount_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QStringList>("options");
+        QTest::newRow("xfdesktop") << u"xfdesktop"_s << QStringList();
+        QTest::newRow("pcmanfm") << u"pcmanfm"_s << QStringList{u"--desktop"_s};
+        QTest::newRow("pcmanfm-qt") << u"pcmanfm-qt"_s << QStringList{u"--desktop"_s};
+    }
+
+    void iconsOnTheDesktopCount()
+    {
+        QFETCH(QString, command);
+        QFETCH(QStringList, options);
+        const QString file = m_home->makeFile(u"Desktop/one.txt"_s);
+        if (QStandardPaths::findExecutable(command).isEmpty()) {
+            QSKIP("not installed");
+        }
+        m_program.emplace(command, options);
+        const auto contains = [&] {
+            xdotool({u"mousemove"_s, u"1200"_s, u"900"_s, u"click"_s, u"1"_s, u"key"_s, u"ctrl+a"_s});
+            return sortedPaths(ask()).contains(file);
+        };
+
+        QVERIFY(QTest::qWaitFor(contains, patience));
+    }
+
+private:
+    static void rows()
+    {
+        QTest::addColumn<int>("program");
+        for (int i = 0; i < programs.size(); ++i) {
+            QTest::newRow(qPrintable(programs[i].command)) << i;
+        }
+    }
+
+    [[nodiscard]] static bool installed(const Program& program)
+    {
+        return !QStandardPaths::findExecutable(program.command).isEmpty();
+    }
+
+    /// Another program has a text on the clipboard.
+    void fillClipboard()
+    {
+        m_owner.emplace(u"sh"_s,
+                        QStringList{u"-c"_s, u"printf '%s' '%1' | exec xclip -selection clipboard -i -quiet"_s.replace(
+                                                 u"%1"_s, QString::fromLatin1(theirText))});
+        QTRY_COMPARE_WITH_TIMEOUT(clipboardText(), theirText, patience);
+    }
+
+    [[nodiscard]] static const Program& chosen()
+    {
+        QFETCH(int, program);
+        return programs[program];
+    }
+
+    /// Opens the folder "shown" in the file manager of the row.
+    [[nodiscard]] bool open()
+    {
+        constexpr int leastWidth = 200; // there are small helper windows of the same class
+        m_class = chosen().windowClass;
+        m_program.emplace(chosen().command, chosen().options + QStringList{m_home->path(u"shown"_s)});
+        return QTest::qWaitFor(
+            [this] { return VirtualDisplay::windowOfClass(m_class).value_or(QRect()).width() > leastWidth; }, patience);
+    }
+
+    void clickInTheView()
+    {
+        constexpr int aboveTheStatusBar = 100;
+        // Never twice at the same place, or it is a double click.
+        m_clickPlace = m_clickPlace == aboveTheStatusBar ? 2 * aboveTheStatusBar : aboveTheStatusBar;
+        const QRect window = VirtualDisplay::windowOfClass(m_class).value_or(QRect());
+        VirtualDisplay::click(window.bottomRight() - QPoint(m_clickPlace, aboveTheStatusBar));
+    }
+
+    void selectAll()
+    {
+        clickInTheView();
+        xdotool({u"key"_s, u"ctrl+a"_s});
+    }
+
+    [[nodiscard]] Answer ask() { return m_selection.ask(); }
+
+    enum What
+    {
+        All,
+        None,
+        AsItIs,
+    };
+
+    /// The answer once it is as expected, or the last one: programs take their time to come up and to follow.
+    template <typename Form>
+    [[nodiscard]] Form finalAnswer(What what, const Form& expected)
+    {
+        Form last;
+        std::ignore = QTest::qWaitFor(
+            [&] {
+                if (what == All) {
+                    selectAll();
+                } else if (what == None) {
+                    clickInTheView();
+                }
+                // Some look at the clipboard when the selection changes: it is ours, and we do not answer while asking.
+                QTest::qWait(handTime);
+                last = formOf(ask(), last);
+                return last == expected;
+            },
+            patience);
+        return last;
+    }
+
+    [[nodiscard]] static QByteArray formOf(const Answer& answer, const QByteArray&) { return told(answer); }
+
+    [[nodiscard]] static QStringList formOf(const Answer& answer, const QStringList&) { return sortedPaths(answer); }
+
+    std::optional<TemporaryHome> m_home;
+    std::optional<HelperProcess> m_program;
+    std::optional<HelperProcess> m_owner;
+    QString m_class;
+    int m_clickPlace = 0;
+    X11FileManagerSelection m_selection;
+};
+
+} // namespace lapsa::test
+
+int main(int argc, char** argv)
+{
+    using namespace lapsa::test;
+    // Before the application, which connects to them.
+    const SessionBus bus;
+    const VirtualDisplay display;
+    const QTemporaryDir runtime;
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    qputenv("GSETTINGS_BACKEND", "memory");
+    qputenv("GTK_USE_PORTAL", "0");
+    const HelperProcess settings(u"/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"_s);
+    const HelperProcess windowManager(u"xfwm4"_s, {u"--compositor=off"_s});
+    QGuiApplication application(argc, argv);
+    FileManagersDesktopTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "FileManagers_desktop_test.moc"
