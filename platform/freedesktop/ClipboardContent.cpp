@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype sizeLimit = 128 * 1024 * 1024;
+constexpr qsizetype sizeLimit = 128LL * 1024 * 1024;
 constexpr qsizetype targetsLimit = 200;
 constexpr QByteArrayView utf8Text = "UTF8_STRING";
 constexpr QByteArrayView latin1Text = "STRING";

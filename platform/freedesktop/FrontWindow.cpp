@@ -17,7 +17,7 @@ using Way = FileManagerWindow::Way;
 struct KnownClass
 {
     QByteArrayView name;
-    Way way;
+    Way way = Way::Keys;
 };
 
 constexpr std::array<KnownClass, 10> knownClasses{{

@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype answerLimit = 64 * 1024 * 1024;
+constexpr qsizetype answerLimit = 64LL * 1024 * 1024;
 /// How long a program may take from reading its events to taking the clipboard.
 constexpr std::chrono::milliseconds settleTime{50};
 constexpr std::chrono::milliseconds focusStep{5};

@@ -222,6 +222,7 @@ private slots:
         fillClipboard();
         QElapsedTimer timer;
         qint64 longest = 0;
+        bool failed = false;
         const auto isWhole = [&] {
             selectAll();
             QTest::qWait(handTime);
@@ -229,14 +230,15 @@ private slots:
             const Answer answer = m_selection.ask();
             longest = std::max(longest, timer.elapsed());
             const auto* const paths = std::get_if<Paths>(&answer);
-            const auto* const failure = std::get_if<FileManagerSelection::Failure>(&answer);
-            qInfo("%s: %d of %d in %lld ms %s", qPrintable(chosen().command), paths != nullptr ? int(paths->size()) : 0,
-                  count, timer.elapsed(), failure != nullptr ? qPrintable(failure->description) : "");
-            return (paths != nullptr && paths->size() == count) || failure != nullptr;
+            failed = std::holds_alternative<FileManagerSelection::Failure>(answer);
+            return paths != nullptr && paths->size() == count;
         };
 
-        QVERIFY(QTest::qWaitFor(isWhole, patience));
+        // A file manager may need longer than there is, but then it is said.
+        const bool whole = QTest::qWaitFor(isWhole, patience);
 
+        qInfo("%s: %s, at most %lld ms", qPrintable(chosen().command), whole ? "whole" : "not in time", longest);
+        QVERIFY(whole || failed);
         QVERIFY2(longest <= limit + tolerance, QByteArray::number(longest));
         QTRY_COMPARE_WITH_TIMEOUT(clipboardText(), theirText, patience);
     }
