@@ -26,6 +26,10 @@ int screenNumber()
 
 xcb_connection_t* x11Connection()
 {
+    // It is asked by what outlives the application, too.
+    if (qGuiApp == nullptr) {
+        return nullptr;
+    }
     const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     // Without a screen the toolkit may say it is on X11, but has no connection.
     return x11 != nullptr ? x11->connection() : nullptr;

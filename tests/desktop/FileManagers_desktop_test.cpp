@@ -31,7 +31,7 @@ using Answer = FileManagerSelection::Answer;
 using Nothing = FileManagerSelection::Nothing;
 using Paths = FileManagerSelection::Paths;
 
-constexpr int patience = 20'000;
+constexpr int patience = 60'000;
 /// Between one act of a user and the next.
 constexpr int handTime = 80;
 const QByteArray theirText = "their text";

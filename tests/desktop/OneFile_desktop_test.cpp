@@ -22,7 +22,7 @@ namespace {
 
 constexpr int patience = 60'000;
 /// From the corner of the panel to the middle of the first row's lock.
-constexpr QPoint lockOfFirstRow(323, 299);
+constexpr QPoint lockOfFirstRow(307, 299);
 
 QString inMinutes(int minutes)
 {
@@ -80,7 +80,8 @@ private slots:
             QCOMPARE(lapsa.terminate(), 0);
         }
 
-        // The next pass parks it.
+        // Over, and not locked any more: the next pass parks it.
+        editItem(desktop, u"expiresAt"_s, inMinutes(-1));
         {
             LapsaProcess lapsa;
             QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(parked), patience);
@@ -163,7 +164,8 @@ private:
     /// One try: a row takes clicks as soon as it is laid out. A second click would lock it again.
     static bool unlockedInThePanel(const DesktopSession& desktop)
     {
-        if (const std::optional<QRect> panel = DesktopSession::lapsaPanel()) {
+        const std::optional<QRect> panel = DesktopSession::lapsaPanel();
+        if (panel && item(desktop)[u"locked"_s].toBool()) {
             VirtualDisplay::click(panel->topLeft() + lockOfFirstRow);
             constexpr int saving = 2000;
             std::ignore = QTest::qWaitFor([&] { return !item(desktop)[u"locked"_s].toBool(); }, saving);
