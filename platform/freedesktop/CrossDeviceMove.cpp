@@ -93,8 +93,9 @@ int copyUnderOtherName(const FoundEntry& entry, int from, const Place& to)
 {
     const Place copy = besideAs(to, interruptedName());
     FileDescriptor file(retrying([&] {
+        // Marked from its first moment on.
         return ::openat(copy.folder.get(), copy.name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                        0600);
+                        interruptedMode);
     }));
     if (!file) {
         return errno;

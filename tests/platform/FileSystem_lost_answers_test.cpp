@@ -30,6 +30,8 @@ enum class Answers
     Lost,
     /// The same on a file system that cannot rename without replacing.
     LostWithoutRenaming,
+    /// No removal and no change of a mode any more.
+    Refused,
 };
 
 Answers answers = Answers::True;
@@ -53,7 +55,12 @@ int refused(int error)
 
 extern "C" int unlinkat(int folder, const char* name, int flags) noexcept
 {
-    return answered(::syscall(SYS_unlinkat, folder, name, flags));
+    return answers == Answers::Refused ? refused(EIO) : answered(::syscall(SYS_unlinkat, folder, name, flags));
+}
+
+extern "C" int fchmod(int file, mode_t mode) noexcept
+{
+    return answers == Answers::Refused ? refused(EIO) : static_cast<int>(::syscall(SYS_fchmod, file, mode));
 }
 
 extern "C" int renameat2(int from, const char* fromName, int to, const char* toName, unsigned flags) noexcept
@@ -63,7 +70,7 @@ extern "C" int renameat2(int from, const char* fromName, int to, const char* toN
                : answered(::syscall(SYS_renameat2, from, fromName, to, toName, flags));
 }
 
-/// Calls that are carried out and reported as failed.
+/// Calls that are carried out and reported as failed, and others that fail from one moment on.
 class FileSystem_lost_answers_test final : public QObject
 {
     Q_OBJECT
@@ -81,6 +88,7 @@ private slots:
     void aFileMovedToAnotherFileSystemIsKept_data();
     void aFileMovedToAnotherFileSystemIsKept();
     void aFileInTheTrashKeepsItsRecord();
+    void whatIsLeftOfACopyIsKnownFromItsFirstMomentOn();
 
 private:
     std::unique_ptr<TemporaryHome> m_home;
@@ -152,6 +160,28 @@ void FileSystem_lost_answers_test::aFileInTheTrashKeepsItsRecord()
     QVERIFY(moved);
     QCOMPARE(m_home->names(u".local/share/Trash/files"_s), QStringList{u"a.txt"_s});
     QCOMPARE(m_home->names(u".local/share/Trash/info"_s), QStringList{u"a.txt.trashinfo"_s});
+}
+
+void FileSystem_lost_answers_test::whatIsLeftOfACopyIsKnownFromItsFirstMomentOn()
+{
+    if (!PrivateMounts::available()) {
+        QSKIP("a second file system is mounted for this test, which needs root");
+    }
+    m_mounts = std::make_unique<PrivateMounts>();
+    m_mounts->mountTemporary(m_home->path(u"other"_s));
+    const QString from = m_home->path(u"folder"_s);
+    m_home->makeFile(u"folder/file"_s);
+    const auto before = treeAt(from);
+
+    answers = Answers::Refused;
+    const Result<void> moved = fileSystem::move(from, m_home->path(u"other/b"_s), {});
+    answers = Answers::True;
+
+    QVERIFY(!moved);
+    QCOMPARE(treeAt(from), before);
+    QCOMPARE(rawNames(m_home->path(u"other"_s)).size(), 1);
+    fileSystem::removeInterruptedCopies(m_home->path(u"other"_s));
+    QVERIFY(rawNames(m_home->path(u"other"_s)).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(FileSystem_lost_answers_test)
