@@ -65,6 +65,19 @@ int putInPlace(const Place& copy, int open, const Place& to)
     return status && hasArrived(copy, identityOf(status.value()), to) ? 0 : error;
 }
 
+/// Gives a whole copy, which is open and has no name yet, its own name.
+int linkInPlace(int open, const Place& to)
+{
+    const int error = errorOf([&] {
+        return ::linkat(AT_FDCWD, procPath(open).constData(), to.folder.get(), to.name.constData(), AT_SYMLINK_FOLLOW);
+    });
+    if (error == 0) {
+        return 0;
+    }
+    const Result<struct statx> status = look(open, "", STATX_INO);
+    return status && stands(to, identityOf(status.value())) ? 0 : error;
+}
+
 /// A file that gets its name only when it is whole: nothing is left of it if the process ends before. Returns an
 /// `errno` value: EOPNOTSUPP where the file system has no such files.
 int copyNamelessly(const FoundEntry& entry, int from, const Place& to)
@@ -82,10 +95,7 @@ int copyNamelessly(const FoundEntry& entry, int from, const Place& to)
     if (error != 0) {
         return error;
     }
-    return errorOf([&] {
-        return ::linkat(AT_FDCWD, procPath(file.get()).constData(), to.folder.get(), to.name.constData(),
-                        AT_SYMLINK_FOLLOW);
-    });
+    return linkInPlace(file.get(), to);
 }
 
 /// A file that stands beside its place until it is whole.

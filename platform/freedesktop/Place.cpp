@@ -27,8 +27,10 @@ int relinked(const Place& from, const FileIdentity& identity, const Place& to)
 {
     const char* const fromName = from.name.constData();
     const char* const toName = to.name.constData();
-    if (const int error = errorOf([&] { return ::linkat(from.folder.get(), fromName, to.folder.get(), toName, 0); })) {
-        return error;
+    const int linking = errorOf([&] { return ::linkat(from.folder.get(), fromName, to.folder.get(), toName, 0); });
+    // EEXIST says nothing here: the name may have been a second one of this file before.
+    if (linking == EEXIST || (linking != 0 && !stands(to, identity))) {
+        return linking;
     }
     const int error = errorOf([&] { return ::unlinkat(from.folder.get(), fromName, 0); });
     if (error == 0 || !stands(from, identity)) {

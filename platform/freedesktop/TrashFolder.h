@@ -26,8 +26,8 @@ public:
     /// Whether the entry is this trash folder itself, lies above it, or is one of its records.
     [[nodiscard]] bool contains(const Place& place, const struct statx& status) const;
 
-    /// Puts the entry of this identity into the trash under a free name. Returns an `errno` value; after a failure the entry is where it
-    /// was and nothing is in the trash.
+    /// Puts the entry of this identity into the trash under a free name. Returns an `errno` value; after a failure the
+    /// entry is where it was and nothing is in the trash.
     [[nodiscard]] int take(const Place& place, const FileIdentity& identity) const;
 
 private:

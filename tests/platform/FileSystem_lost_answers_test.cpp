@@ -26,7 +26,7 @@ namespace {
 enum class Answers
 {
     True,
-    /// Removals and renamings happen and are reported as failed, as over a network that loses the answer.
+    /// Removals, links and renamings happen and are reported as failed, as over a network that loses the answer.
     Lost,
     /// The same on a file system that cannot rename without replacing.
     LostWithoutRenaming,
@@ -61,6 +61,11 @@ extern "C" int unlinkat(int folder, const char* name, int flags) noexcept
 extern "C" int fchmod(int file, mode_t mode) noexcept
 {
     return answers == Answers::Refused ? refused(EIO) : static_cast<int>(::syscall(SYS_fchmod, file, mode));
+}
+
+extern "C" int linkat(int from, const char* fromName, int to, const char* toName, int flags) noexcept
+{
+    return answered(::syscall(SYS_linkat, from, fromName, to, toName, flags));
 }
 
 extern "C" int renameat2(int from, const char* fromName, int to, const char* toName, unsigned flags) noexcept
