@@ -154,6 +154,7 @@ void LapsaStore::loadRecoveryItems()
 {
     if (auto stored = storedList<LapsaRecoveryItem>(AppPaths::recoveryStateURL())) {
         m_recoveryItems = *std::move(stored);
+        removeInterruptedRestores();
         return;
     }
     saveRecoveryNow();

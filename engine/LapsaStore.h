@@ -156,6 +156,7 @@ private:
     void deleteFileForItem(const LapsaItem& item, DisposalRun& run);
     [[nodiscard]] Result<void> moveToRecovery(const LapsaItem& item, DisposalRun& run);
     void removeRecoveryRecords(QUuid id);
+    void removeInterruptedRestores() const;
     void scanFolder(const LapsaAutoCleanFolderRule& rule);
 
     SettingsStore& m_settingsStore;

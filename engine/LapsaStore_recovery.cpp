@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 namespace lapsa {
 
@@ -78,6 +79,17 @@ void LapsaStore::purgeExpiredRecovery()
     emit willChange();
     m_recoveryItems.removeIf(due);
     saveRecoverySoon();
+}
+
+// A restore to another file system that the end of the process cut short has left a part of a copy beside the place it
+// was meant for. Its record is still there, since that goes last.
+void LapsaStore::removeInterruptedRestores() const
+{
+    QSet<QString> folders;
+    for (const LapsaRecoveryItem& item : m_recoveryItems) {
+        folders.insert(parentPath(item.originalPath));
+    }
+    std::ranges::for_each(std::as_const(folders), &fileSystem::removeInterruptedCopies);
 }
 
 // The id by value: it may be that of a record in the list itself, which moves while the list closes its gaps.

@@ -54,6 +54,30 @@ bool unchanged(const CopiedFiles& copied, int folder, const char* name)
     return before != copied.end() && before->second == ContentStamp::of(now.value());
 }
 
+/// Gives a whole copy, which is also open, its own name.
+int putInPlace(const Place& copy, int open, const Place& to)
+{
+    const int error = renameWithoutReplacing(copy, to);
+    if (error == 0) {
+        return 0;
+    }
+    const Result<struct statx> status = look(open, "", STATX_INO);
+    return status && hasArrived(copy, identityOf(status.value()), to) ? 0 : error;
+}
+
+/// Gives a whole copy, which is open and has no name yet, its own name.
+int linkInPlace(int open, const Place& to)
+{
+    const int error = errorOf([&] {
+        return ::linkat(AT_FDCWD, procPath(open).constData(), to.folder.get(), to.name.constData(), AT_SYMLINK_FOLLOW);
+    });
+    if (error == 0) {
+        return 0;
+    }
+    const Result<struct statx> status = look(open, "", STATX_INO);
+    return status && stands(to, identityOf(status.value())) ? 0 : error;
+}
+
 /// A file that gets its name only when it is whole: nothing is left of it if the process ends before. Returns an
 /// `errno` value: EOPNOTSUPP where the file system has no such files.
 int copyNamelessly(const FoundEntry& entry, int from, const Place& to)
@@ -71,10 +95,7 @@ int copyNamelessly(const FoundEntry& entry, int from, const Place& to)
     if (error != 0) {
         return error;
     }
-    return errorOf([&] {
-        return ::linkat(AT_FDCWD, procPath(file.get()).constData(), to.folder.get(), to.name.constData(),
-                        AT_SYMLINK_FOLLOW);
-    });
+    return linkInPlace(file.get(), to);
 }
 
 /// A file that stands beside its place until it is whole.
@@ -82,8 +103,9 @@ int copyUnderOtherName(const FoundEntry& entry, int from, const Place& to)
 {
     const Place copy = besideAs(to, interruptedName());
     FileDescriptor file(retrying([&] {
+        // Marked from its first moment on.
         return ::openat(copy.folder.get(), copy.name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                        0600);
+                        interruptedMode);
     }));
     if (!file) {
         return errno;
@@ -97,7 +119,7 @@ int copyUnderOtherName(const FoundEntry& entry, int from, const Place& to)
         error = errorOf([&] { return ::fsync(file.get()); });
     }
     if (error == 0) {
-        error = renameWithoutReplacing(copy, to);
+        error = putInPlace(copy, file.get(), to);
     }
     if (error != 0) {
         ::unlinkat(copy.folder.get(), copy.name.constData(), 0);
@@ -123,23 +145,32 @@ int copyFileTo(const FoundEntry& entry, const Place& to)
     return error == EOPNOTSUPP ? copyUnderOtherName(entry, from.value().get(), to) : error;
 }
 
+/// Removes a copy after a failure, in sight of what stands at the source: where nothing is seen there, the copy may be
+/// all there is, and is kept.
+int takeBack(const Place& from, const Place& to, int error)
+{
+    if (!look(from.folder.get(), from.name.constData(), STATX_TYPE)) {
+        return 0;
+    }
+    ::unlinkat(to.folder.get(), to.name.constData(), 0);
+    return error;
+}
+
 int moveFile(const Place& from, const struct statx& status, const Place& to)
 {
     const FoundEntry entry = foundAt(from, status);
     if (const int error = copyFileTo(entry, to)) {
         return error;
     }
-    int error = syncFolder(to);
-    if (error == 0) {
-        const CopiedFiles copied = {{identityOf(status), ContentStamp::of(status)}};
-        error = unchanged(copied, entry.folder, entry.name)
-                    ? errorOf([&] { return ::unlinkat(entry.folder, entry.name, 0); })
-                    : EBUSY;
+    if (const int error = syncFolder(to)) {
+        return takeBack(from, to, error);
     }
-    if (error != 0) {
-        ::unlinkat(to.folder.get(), to.name.constData(), 0);
+    const CopiedFiles copied = {{identityOf(status), ContentStamp::of(status)}};
+    if (!unchanged(copied, entry.folder, entry.name)) {
+        return takeBack(from, to, EBUSY);
     }
-    return error;
+    const int error = errorOf([&] { return ::unlinkat(entry.folder, entry.name, 0); });
+    return error == 0 || !stands(from, identityOf(status)) ? 0 : takeBack(from, to, error);
 }
 
 /// Puts the whole copy of a folder into its place. Its own mode comes last: until then it is known as unfinished.
@@ -155,7 +186,7 @@ int finishFolder(const Place& copy, const struct statx& status, const Place& to)
     if (const int error = errorOf([&] { return ::syncfs(folder.get()); })) {
         return error;
     }
-    if (const int error = renameWithoutReplacing(copy, to)) {
+    if (const int error = putInPlace(copy, folder.get(), to)) {
         return error;
     }
     int error = errorOf([&] { return ::fchmod(folder.get(), status.stx_mode & 07777U); });

@@ -27,6 +27,8 @@ Result<void> move(const QString& from, const QString& to, const Protection& prot
     int error = renameWithoutReplacing(source.value(), destination.value());
     if (error == EXDEV) {
         error = moveAcross(source.value(), status.value(), destination.value());
+    } else if (error != 0 && hasArrived(source.value(), identityOf(status.value()), destination.value())) {
+        error = 0;
     }
     return error == 0 ? Result<void>() : FileError::fromErrno(error);
 }

@@ -118,9 +118,11 @@ void FolderRemoval::removeFile(const char* name)
         return;
     }
     const int error = errorOf([&] { return ::unlinkat(m_trail->folder(), name, 0); });
-    if (error == 0) {
+    // What was reported as failed may have been carried out all the same.
+    if (error == 0 || !look(m_trail->folder(), name, STATX_TYPE)) {
         m_removedAnything = true;
-    } else if (error != ENOENT) {
+    }
+    if (error != 0 && error != ENOENT) {
         fail(error);
     }
 }

@@ -30,7 +30,7 @@ public:
     /// failure.
     [[nodiscard]] int run(const Place& place, const FileIdentity& identity);
 
-    /// Whether anything at all was removed.
+    /// Whether anything at all was removed, or is not seen any more.
     [[nodiscard]] bool removedAnything() const { return m_removedAnything; }
 
 private:

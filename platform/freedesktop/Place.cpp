@@ -23,17 +23,20 @@ QByteArray withoutTrailingSlashes(QByteArray path)
 }
 
 /// For file systems that cannot rename without replacing: a second name, then the first one gone.
-int relinked(const Place& from, const Place& to)
+int relinked(const Place& from, const FileIdentity& identity, const Place& to)
 {
     const char* const fromName = from.name.constData();
     const char* const toName = to.name.constData();
-    if (const int error = errorOf([&] { return ::linkat(from.folder.get(), fromName, to.folder.get(), toName, 0); })) {
-        return error;
+    const int linking = errorOf([&] { return ::linkat(from.folder.get(), fromName, to.folder.get(), toName, 0); });
+    // EEXIST says nothing here: the name may have been a second one of this file before.
+    if (linking == EEXIST || (linking != 0 && !stands(to, identity))) {
+        return linking;
     }
     const int error = errorOf([&] { return ::unlinkat(from.folder.get(), fromName, 0); });
-    if (error != 0) {
-        ::unlinkat(to.folder.get(), toName, 0);
+    if (error == 0 || !stands(from, identity)) {
+        return 0;
     }
+    ::unlinkat(to.folder.get(), toName, 0);
     return error;
 }
 
@@ -48,12 +51,12 @@ int renamedAfterLooking(const Place& from, const Place& to)
 
 int renamedByOtherMeans(const Place& from, const Place& to)
 {
-    const Result<struct statx> status = look(from.folder.get(), from.name.constData(), STATX_TYPE);
+    const Result<struct statx> status = look(from.folder.get(), from.name.constData(), STATX_TYPE | STATX_INO);
     if (!status) {
         return status.error().code;
     }
     if (!isFolder(status.value())) {
-        const int error = relinked(from, to);
+        const int error = relinked(from, identityOf(status.value()), to);
         // Without hard links either, as on some network and camera file systems, looking first is all that is left.
         if (error != EPERM && error != EOPNOTSUPP && error != ENOSYS && error != EMLINK) {
             return error;
@@ -127,6 +130,17 @@ Result<struct statx> look(int folder, const char* name, unsigned mask)
 FileIdentity identityOf(const struct statx& status)
 {
     return {.device = std::uint64_t{status.stx_dev_major} << 32U | status.stx_dev_minor, .inode = status.stx_ino};
+}
+
+bool stands(const Place& place, const FileIdentity& identity)
+{
+    const Result<struct statx> found = look(place.folder.get(), place.name.constData(), STATX_INO);
+    return found && identityOf(found.value()) == identity;
+}
+
+bool hasArrived(const Place& from, const FileIdentity& identity, const Place& to)
+{
+    return stands(to, identity) && !stands(from, identity);
 }
 
 QByteArray procPath(int descriptor)

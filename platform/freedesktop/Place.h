@@ -62,6 +62,13 @@ struct FileIdentityHash
 
 [[nodiscard]] FileIdentity identityOf(const struct statx& status);
 
+/// Whether the entry of this identity is seen to stand at the place. A call that was reported as failed may have been
+/// carried out all the same, as over a network that lost the answer: what is undone after it is undone in sight only.
+[[nodiscard]] bool stands(const Place& place, const FileIdentity& identity);
+
+/// Whether a renaming that was reported as failed has happened.
+[[nodiscard]] bool hasArrived(const Place& from, const FileIdentity& identity, const Place& to);
+
 [[nodiscard]] inline bool isFolder(const struct statx& status)
 {
     return S_ISDIR(status.stx_mode);

@@ -15,7 +15,7 @@ namespace {
 
 int takenBy(const TrashFolder& trash, const Place& place, const struct statx& status)
 {
-    return trash.contains(place, status) ? EPERM : trash.take(place);
+    return trash.contains(place, status) ? EPERM : trash.take(place, identityOf(status));
 }
 
 } // namespace

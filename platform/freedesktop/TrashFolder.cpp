@@ -217,7 +217,7 @@ bool TrashFolder::contains(const Place& place, const struct statx& status) const
     return isFolder(status) && ((info.value() + '/').startsWith(entry) || (files.value() + '/').startsWith(entry));
 }
 
-int TrashFolder::take(const Place& place) const
+int TrashFolder::take(const Place& place, const FileIdentity& identity) const
 {
     const Result<QByteArray> record = recordOf(place);
     if (!record) {
@@ -228,10 +228,10 @@ int TrashFolder::take(const Place& place) const
         return trash.error().code;
     }
     TrashName name(identityOf(trash.value()), place.name);
-    int error = takeAs(place, name.current(), record.value());
+    int error = takeAs(place, identity, name.current(), record.value());
     while (error == EEXIST) {
         name.advance();
-        error = takeAs(place, name.current(), record.value());
+        error = takeAs(place, identity, name.current(), record.value());
     }
     if (error == 0) {
         name.remember();
@@ -254,14 +254,18 @@ Result<QByteArray> TrashFolder::recordOf(const Place& place) const
     return "[Trash Info]\nPath=" + path.toPercentEncoding("/") + "\nDeletionDate=" + date + '\n';
 }
 
-int TrashFolder::takeAs(const Place& place, const QByteArray& name, const QByteArray& record) const
+int TrashFolder::takeAs(const Place& place, const FileIdentity& identity, const QByteArray& name,
+                        const QByteArray& record) const
 {
     const QByteArray recordName = name + ".trashinfo";
     if (const int error = makeRecord(m_info.get(), recordName, record)) {
         return error;
     }
     const Place inTrash{.folder = FileDescriptor(::fcntl(m_files.get(), F_DUPFD_CLOEXEC, 0)), .name = name};
-    const int error = inTrash.folder ? renameWithoutReplacing(place, inTrash) : errno;
+    int error = inTrash.folder ? renameWithoutReplacing(place, inTrash) : errno;
+    if (error != 0 && inTrash.folder && hasArrived(place, identity, inTrash)) {
+        error = 0;
+    }
     if (error != 0) {
         ::unlinkat(m_info.get(), recordName.constData(), 0);
     }

@@ -26,16 +26,17 @@ public:
     /// Whether the entry is this trash folder itself, lies above it, or is one of its records.
     [[nodiscard]] bool contains(const Place& place, const struct statx& status) const;
 
-    /// Puts the entry into the trash under a free name. Returns an `errno` value; after a failure the entry is where it
-    /// was and nothing is in the trash.
-    [[nodiscard]] int take(const Place& place) const;
+    /// Puts the entry of this identity into the trash under a free name. Returns an `errno` value; after a failure the
+    /// entry is where it was and nothing is in the trash.
+    [[nodiscard]] int take(const Place& place, const FileIdentity& identity) const;
 
 private:
     TrashFolder() = default;
 
     [[nodiscard]] static Result<TrashFolder> opened(FileDescriptor folder);
     [[nodiscard]] Result<QByteArray> recordOf(const Place& place) const;
-    [[nodiscard]] int takeAs(const Place& place, const QByteArray& name, const QByteArray& record) const;
+    [[nodiscard]] int takeAs(const Place& place, const FileIdentity& identity, const QByteArray& name,
+                             const QByteArray& record) const;
 
     FileDescriptor m_folder;
     FileDescriptor m_files;

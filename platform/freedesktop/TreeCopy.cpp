@@ -79,7 +79,9 @@ int TreeCopy::enter(const QByteArray& name, const QByteArray& toName)
     if (identityOf(m_from->status()) == m_toFolder) {
         return EINVAL;
     }
-    if (const int error = errorOf([&] { return ::mkdirat(m_to->folder(), toName.constData(), 0700); })) {
+    // The top is marked from its first moment on.
+    const mode_t mode = m_levels.size() == 1 ? interruptedMode : S_IRWXU;
+    if (const int error = errorOf([&] { return ::mkdirat(m_to->folder(), toName.constData(), mode); })) {
         return error;
     }
     if (const int error = m_to->descend(toName.constData())) {

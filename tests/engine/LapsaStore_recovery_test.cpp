@@ -10,6 +10,8 @@
 #include <QFile>
 #include <QTest>
 
+#include <sys/stat.h>
+
 #include <cerrno>
 
 using namespace lapsa;
@@ -316,6 +318,20 @@ private slots:
         world.store().purgeExpiredRecovery();
 
         QCOMPARE(world.store().recoveryItems(), QList{parked});
+    }
+
+    void whatAnInterruptedRestoreLeftIsRemovedAtStart()
+    {
+        test::StoreWorld world(false);
+        const QString kept = world.home.makeFile(u"Documents/.lapsa-copy-kept"_s);
+        const QString left = world.home.makeFile(u"Documents/.lapsa-copy-0123456789abcdef"_s);
+        QVERIFY(::chmod(left.toUtf8().constData(), S_ISVTX | S_IRWXU) == 0);
+        const QString copy = world.home.makeFile(recoveryFolder + u"/a.txt"_s);
+
+        startWith(world, {record(world.home.path(u"Documents/a.txt"_s), copy, world.time.now() + 1h)});
+
+        QCOMPARE(world.home.names(u"Documents"_s), QStringList{u".lapsa-copy-kept"_s});
+        QVERIFY(QFile::exists(copy));
     }
 
     void savingTheRecoveryListNowLeavesNoWriteWaiting()
