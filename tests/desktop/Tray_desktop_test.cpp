@@ -253,6 +253,28 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(DesktopSession::lapsaPanel(), std::optional(panel), patience);
     }
 
+    void thePanelStaysInSightWhileScreensComeAndGo()
+    {
+        DesktopSession desktop;
+        desktop.startTrayer();
+        LapsaProcess lapsa;
+        QTRY_VERIFY_WITH_TIMEOUT(desktop.trayIcon(), patience);
+        setMonitor({u"--setmonitor"_s, u"left"_s, u"640/170x1024/270+0+0"_s, u"screen"_s});
+        setMonitor({u"--setmonitor"_s, u"right"_s, u"640/170x1024/270+640+0"_s, u"none"_s});
+        VirtualDisplay::click(desktop.trayIcon()->center());
+        QTRY_COMPARE_WITH_TIMEOUT(DesktopSession::lapsaPanel(), std::optional(QRect(850, 27, 430, 560)), patience);
+
+        setMonitor({u"--delmonitor"_s, u"right"_s});
+        setMonitor({u"--delmonitor"_s, u"left"_s});
+        VirtualDisplay::click(desktop.trayIcon()->center());
+        QTRY_VERIFY_WITH_TIMEOUT(!DesktopSession::lapsaPanel(), patience);
+        VirtualDisplay::click(desktop.trayIcon()->center());
+
+        QTRY_COMPARE_WITH_TIMEOUT(DesktopSession::lapsaPanel(), std::optional(QRect(850, 27, 430, 560)), patience);
+        QCOMPARE(lapsa.terminate(), 0);
+        QCOMPARE(lapsa.standardError(), QByteArray());
+    }
+
     void theIconComesWithABarThatIsStartedLater_data() { addBars(); }
 
     void theIconComesWithABarThatIsStartedLater()
@@ -332,6 +354,12 @@ private slots:
     }
 
 private:
+    static void setMonitor(const QStringList& arguments)
+    {
+        // It writes nothing.
+        std::ignore = outputOf(u"xrandr"_s, arguments);
+    }
+
     static void clickOpensThePanel(const DesktopSession& desktop)
     {
         QTRY_VERIFY_WITH_TIMEOUT(openedByClick(desktop), patience);
