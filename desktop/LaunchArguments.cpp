@@ -20,12 +20,7 @@ QByteArray absolute(const QByteArray& path, const QByteArray& workingFolder)
     if (!path.startsWith('/')) {
         return workingFolder.isEmpty() ? QByteArray() : workingFolder + '/' + path;
     }
-    // A URL would take what follows two slashes for the name of a machine.
-    qsizetype slashes = 1;
-    while (slashes < path.size() && path.at(slashes) == '/') {
-        ++slashes;
-    }
-    return path.sliced(slashes - 1);
+    return withOneLeadingSlash(path);
 }
 
 std::optional<QString> pathOf(const QByteArray& argument, const QByteArray& workingFolder)
