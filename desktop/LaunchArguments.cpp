@@ -17,10 +17,11 @@ constexpr QByteArrayView fileUriStart = "file:/";
 
 QByteArray absolute(const QByteArray& path, const QByteArray& workingFolder)
 {
-    if (!path.startsWith('/')) {
-        return workingFolder.isEmpty() ? QByteArray() : workingFolder + '/' + path;
+    if (path.startsWith('/')) {
+        return withOneLeadingSlash(path);
     }
-    return withOneLeadingSlash(path);
+    // The working folder may be "/" itself.
+    return workingFolder.isEmpty() ? QByteArray() : withOneLeadingSlash(workingFolder + '/' + path);
 }
 
 std::optional<QString> pathOf(const QByteArray& argument, const QByteArray& workingFolder)

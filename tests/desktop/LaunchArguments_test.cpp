@@ -58,6 +58,11 @@ private slots:
         QCOMPARE(filesOfArguments({"a", "/b"}, {}), QList{QUrl::fromLocalFile(u"/b"_s)});
     }
 
+    void aRelativePathInTheRootIsAFileOfThisMachine()
+    {
+        QCOMPARE(filesOfArguments({"home/ada"}, "/"), QList<QUrl>{QUrl::fromLocalFile(u"/home/ada"_s)});
+    }
+
     void aFolderThatIsNotUtf8HidesItsRelativePaths() { QCOMPARE(filesOfArguments({"a"}, "/caf\xE9"), QList<QUrl>()); }
 
     void everyNameSurvivesTheWayThroughAUri_data()
