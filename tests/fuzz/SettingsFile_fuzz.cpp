@@ -32,6 +32,12 @@ bool isLifespan(std::int64_t minutes)
     return minutes >= 1 && minutes <= maxLifespanMinutes;
 }
 
+/// Of a key that is there twice, we take the first value and the other reader the last.
+bool isSaidOnce(const QByteArray& bytes, const char* key)
+{
+    return bytes.count(key) == 1 && !bytes.contains("\\u");
+}
+
 void checkSanitized(const LapsaSettings& settings)
 {
     const LapsaSettings clean = sanitize(settings);
@@ -63,8 +69,10 @@ void run(QByteArrayView input)
     if (const auto document = readOtherwise(bytes)) {
         const QJsonObject object = document->object();
         demand(haveKeys({object}, keys), "every setting is there");
-        demand(haveKeys(object[u"fileTypeRules"].toArray(), ruleKeys), "every field of a file type rule is there");
-        demand(haveKeys(object[u"autoCleanFolders"].toArray(), folderKeys), "every field of a folder is there");
+        demand(!isSaidOnce(bytes, "fileTypeRules") || haveKeys(object[u"fileTypeRules"].toArray(), ruleKeys),
+               "every field of a file type rule is there");
+        demand(!isSaidOnce(bytes, "autoCleanFolders") || haveKeys(object[u"autoCleanFolders"].toArray(), folderKeys),
+               "every field of a folder is there");
     }
 }
 
