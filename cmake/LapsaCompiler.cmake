@@ -31,3 +31,8 @@ if(LAPSA_COVERAGE)
     target_compile_options(lapsa_compiler INTERFACE --coverage -fprofile-update=atomic)
     target_link_options(lapsa_compiler INTERFACE --coverage)
 endif()
+
+if(LAPSA_FUZZ)
+    # Tells the search which lines an input reaches.
+    target_compile_options(lapsa_compiler INTERFACE -fsanitize=fuzzer-no-link)
+endif()

@@ -17,15 +17,11 @@ constexpr QByteArrayView fileUriStart = "file:/";
 
 QByteArray absolute(const QByteArray& path, const QByteArray& workingFolder)
 {
-    if (!path.startsWith('/')) {
-        return workingFolder.isEmpty() ? QByteArray() : workingFolder + '/' + path;
+    if (path.startsWith('/')) {
+        return withOneLeadingSlash(path);
     }
-    // A URL would take what follows two slashes for the name of a machine.
-    qsizetype slashes = 1;
-    while (slashes < path.size() && path.at(slashes) == '/') {
-        ++slashes;
-    }
-    return path.sliced(slashes - 1);
+    // The working folder may be "/" itself.
+    return workingFolder.isEmpty() ? QByteArray() : withOneLeadingSlash(workingFolder + '/' + path);
 }
 
 std::optional<QString> pathOf(const QByteArray& argument, const QByteArray& workingFolder)

@@ -20,6 +20,9 @@ QString joined(const QString& folder, const QString& name)
 /// The longest beginning of `text` that takes at most `bytes` bytes of UTF-8, whole characters only.
 QString shortened(QString text, qsizetype bytes)
 {
+    // A unit of text takes at least a byte. What is longer, of an edited file without end perhaps, is not counted anew
+    // for each of its characters.
+    text.truncate(bytes + 1);
     while (!text.isEmpty() && text.toUtf8().size() > bytes) {
         const bool pair = text.size() > 1 && text.back().isLowSurrogate();
         text.chop(pair ? 2 : 1);

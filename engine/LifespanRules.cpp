@@ -35,14 +35,14 @@ QStringList extensionsOf(const QString& extensionsCSV)
 {
     QStringList extensions;
     const auto* begin = extensionsCSV.cbegin();
-    while (begin <= extensionsCSV.cend()) {
+    while (begin != extensionsCSV.cend()) {
         const auto* const end = std::find_if(begin, extensionsCSV.cend(), isSeparator);
         const QString extension = normalized(QString(begin, end - begin));
         // A lone full stop is what an empty piece has become.
         if (extension.size() > 1) {
             extensions += extension;
         }
-        begin = end + 1;
+        begin = end == extensionsCSV.cend() ? end : end + 1;
     }
     return extensions;
 }

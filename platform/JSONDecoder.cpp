@@ -35,6 +35,8 @@ Place placeOf(const Handle& handle)
     return std::bit_cast<Place>(handle);
 }
 
+constexpr QByteArrayView byteOrderMark = "\xEF\xBB\xBF";
+
 bool isHexDigit(char character)
 {
     return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'f') ||
@@ -140,8 +142,13 @@ std::optional<JSONObject> JSONDecoder::Objects::next()
 
 QString JSONObject::text(std::string_view key) const
 {
-    return QString::fromUtf8(
-        viewOf(valueOf<std::string_view>(handleOf<dom::object>(m_place), key, m_decoder->m_failed)));
+    const auto bytes = viewOf(valueOf<std::string_view>(handleOf<dom::object>(m_place), key, m_decoder->m_failed));
+    QString text = QString::fromUtf8(bytes);
+    if (bytes.startsWith(byteOrderMark)) {
+        // It is dropped as if it said something about the bytes; in a name it is a character like others.
+        text.prepend(QChar(QChar::ByteOrderMark));
+    }
+    return text;
 }
 
 bool JSONObject::boolean(std::string_view key) const

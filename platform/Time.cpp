@@ -172,7 +172,8 @@ std::optional<TimePoint> timePointFromIso8601(QByteArrayView text)
     if (yearNumber < 1 || !date.ok() || hour > 23 || minute > 59 || second > 59) {
         return std::nullopt;
     }
-    return sys_days{date} + hours{hour} + minutes{minute} + seconds{second} - *offset;
+    const TimePoint time = sys_days{date} + hours{hour} + minutes{minute} + seconds{second} - *offset;
+    return std::clamp(time, distantPast, distantFuture);
 }
 
 } // namespace lapsa

@@ -37,6 +37,15 @@ std::optional<QByteArrayView> encodedPath(QByteArrayView uri)
 
 } // namespace
 
+QByteArray withOneLeadingSlash(const QByteArray& path)
+{
+    qsizetype slashes = 1;
+    while (slashes < path.size() && path.at(slashes) == '/') {
+        ++slashes;
+    }
+    return path.sliced(slashes - 1);
+}
+
 QByteArray fileUri(const QString& path)
 {
     return "file://" + path.toUtf8().toPercentEncoding("/");
@@ -52,12 +61,14 @@ std::optional<QString> pathOfFileUri(QByteArrayView uri)
     if (bytes.contains('\0')) {
         return std::nullopt;
     }
-    return textOfUtf8(bytes);
+    return textOfUtf8(withOneLeadingSlash(bytes));
 }
 
 std::optional<QString> textOfUtf8(QByteArrayView bytes)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    // In a name a byte order mark is a character like others.
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     QString text = decoder(bytes);
     if (decoder.hasError()) {
         return std::nullopt;

@@ -57,6 +57,13 @@ QDBusMessage callOf(const QString& method)
     return QDBusMessage::createMethodCall(service, path, interface, method);
 }
 
+/// The number that the server gave; 0 where it gave none. A text or a negative number is not taken for one.
+uint numberOf(const QDBusMessage& reply)
+{
+    const bool isNumber = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "u"_L1;
+    return isNumber ? reply.arguments().value(0).toUInt() : 0;
+}
+
 } // namespace
 
 /// What was posted, and under which number the server knows it. Numbers are the server's, for as long as it runs.
@@ -156,7 +163,7 @@ private:
         Posted& posted = m_posted[identifier];
         posted.underWay = false;
         const bool current = !m_owner || *m_owner == reply.service();
-        posted.id = reply.type() == QDBusMessage::ReplyMessage && current ? reply.arguments().value(0).toUInt() : 0;
+        posted.id = current ? numberOf(reply) : 0;
         posted.server = reply.service();
         if (const std::optional<NotificationRequest> next = std::exchange(posted.next, std::nullopt)) {
             post(*next);

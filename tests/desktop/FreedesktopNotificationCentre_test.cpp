@@ -14,6 +14,7 @@
 #include <QTest>
 #include <QVariantMap>
 
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -72,6 +73,23 @@ public:
 
     void close(uint id, uint reason) { signal(u"NotificationClosed"_s, {id, reason}); }
 
+    /// Sends whatever it is told.
+    void signal(const QString& member, const QVariantList& arguments)
+    {
+        auto message = QDBusMessage::createSignal(path, name, member);
+        message.setArguments(arguments);
+        m_connection.send(message);
+    }
+
+    /// Answers the calls that were kept with that, whatever it is.
+    void answerAllWith(const QVariantList& arguments)
+    {
+        holdsBack = false;
+        for (const QDBusMessage& call : std::exchange(m_kept, {})) {
+            m_connection.send(call.createReply(arguments));
+        }
+    }
+
     /// Answers the calls that were kept.
     void answerAll()
     {
@@ -108,13 +126,6 @@ public slots:
     }
 
 private:
-    void signal(const QString& member, const QVariantList& arguments)
-    {
-        auto message = QDBusMessage::createSignal(path, name, member);
-        message.setArguments(arguments);
-        m_connection.send(message);
-    }
-
     static inline int s_count = 0;
     QDBusConnection m_connection;
     QList<QDBusMessage> m_kept;
@@ -250,6 +261,120 @@ private slots:
         settle(centre);
 
         QCOMPARE(spy.size(), 0);
+    }
+
+    void aSignalThatMakesNoSenseIsNoClickAndNoDismissal_data()
+    {
+        QTest::addColumn<QString>("member");
+        QTest::addColumn<QVariantList>("arguments");
+
+        const QString invoked = u"ActionInvoked"_s;
+        const QString closed = u"NotificationClosed"_s;
+        constexpr uint farthest = std::numeric_limits<uint>::max();
+        QTest::newRow("a click on the farthest number") << invoked << QVariantList{farthest, u"default"_s};
+        QTest::newRow("an action without a name") << invoked << QVariantList{1U, QString()};
+        QTest::newRow("an action in capitals") << invoked << QVariantList{1U, u"DEFAULT"_s};
+        QTest::newRow("an action with a line break") << invoked << QVariantList{1U, u"lock\n"_s};
+        QTest::newRow("an action of a million characters") << invoked << QVariantList{1U, QString(1'000'000, u'd')};
+        QTest::newRow("a click without an action") << invoked << QVariantList{1U};
+        QTest::newRow("a click without anything") << invoked << QVariantList{};
+        QTest::newRow("a click with a signed number") << invoked << QVariantList{1, u"default"_s};
+        QTest::newRow("a click with a text as its number") << invoked << QVariantList{u"1"_s, u"default"_s};
+        QTest::newRow("a click the wrong way round") << invoked << QVariantList{u"default"_s, 1U};
+        QTest::newRow("the end of number 0") << closed << QVariantList{0U, 1U};
+        QTest::newRow("the end of a number never given") << closed << QVariantList{2U, 1U};
+        QTest::newRow("the end of the farthest number") << closed << QVariantList{farthest, farthest};
+        QTest::newRow("an end without a reason") << closed << QVariantList{1U};
+        QTest::newRow("an end with a text as its number") << closed << QVariantList{u"1"_s, 1U};
+    }
+
+    void aSignalThatMakesNoSenseIsNoClickAndNoDismissal()
+    {
+        QFETCH(const QString, member);
+        QFETCH(const QVariantList, arguments);
+        FreedesktopNotificationCentre centre;
+        const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
+        show(centre, u"a"_s);
+
+        m_server->signal(member, arguments);
+        settle(centre);
+        QCOMPARE(spy.size(), 0);
+
+        // The notification is still known.
+        m_server->invoke(1, u"lock"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(spy.size(), 1, patience);
+    }
+
+    void aDismissalForWhateverReasonForgetsTheNumber_data()
+    {
+        QTest::addColumn<uint>("reason");
+
+        QTest::newRow("expired") << 1U;
+        QTest::newRow("closed by a call") << 3U;
+        QTest::newRow("a reason that is not defined") << 4U;
+        QTest::newRow("a reason that is not known yet") << 0U;
+        QTest::newRow("the farthest reason") << std::numeric_limits<uint>::max();
+    }
+
+    void aDismissalForWhateverReasonForgetsTheNumber()
+    {
+        QFETCH(const uint, reason);
+        FreedesktopNotificationCentre centre;
+        const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
+        show(centre, u"a"_s);
+
+        m_server->close(1, reason);
+        m_server->close(1, reason);
+        m_server->invoke(1, u"default"_s);
+        settle(centre);
+
+        QCOMPARE(spy.size(), 0);
+    }
+
+    void anAnswerThatIsNoNumberIsNone_data()
+    {
+        QTest::addColumn<QVariantList>("answer");
+
+        QTest::newRow("nothing") << QVariantList{};
+        QTest::newRow("the number 0") << QVariantList{0U};
+        QTest::newRow("a text") << QVariantList{u"one"_s};
+        QTest::newRow("a negative number") << QVariantList{-1};
+        QTest::newRow("a list") << QVariantList{QStringList{u"1"_s}};
+        QTest::newRow("a number as text") << QVariantList{u"1"_s};
+    }
+
+    void anAnswerThatIsNoNumberIsNone()
+    {
+        QFETCH(const QVariantList, answer);
+        FreedesktopNotificationCentre centre;
+        const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
+        m_server->holdsBack = true;
+        show(centre, u"a"_s);
+
+        m_server->answerAllWith(answer);
+        m_server->invoke(0, u"default"_s);
+        m_server->invoke(1, u"default"_s);
+        m_server->invoke(std::numeric_limits<uint>::max(), u"default"_s);
+        settle(centre);
+        QCOMPARE(spy.size(), 0);
+
+        centre.add(request(u"a"_s, u"again"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.constLast().body, u"again"_s, patience);
+        QCOMPARE(m_server->shown.constLast().replaces, 0U);
+    }
+
+    void aNumberGivenTwiceIsAClickOnOneNotificationAlone()
+    {
+        FreedesktopNotificationCentre centre;
+        const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
+        show(centre, u"a"_s);
+        m_server->nextId = 1;
+        show(centre, u"b"_s);
+
+        m_server->invoke(1, u"default"_s);
+        settle(centre);
+
+        QCOMPARE(spy.size(), 1);
     }
 
     void aNewServerKnowsNoneOfTheNumbers()

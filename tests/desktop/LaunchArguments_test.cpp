@@ -30,6 +30,9 @@ private slots:
         QTest::newRow("a file URL in capitals") << QByteArray("FILE:///a") << u"/a"_s;
         QTest::newRow("a file URL of this machine") << QByteArray("file://localhost/a") << u"/a"_s;
         QTest::newRow("a file URL without authority") << QByteArray("file:/a") << u"/a"_s;
+        QTest::newRow("a file URL with slashes in front") << QByteArray("file:////a/b") << u"/a/b"_s;
+        QTest::newRow("a file URL with an encoded slash in front") << QByteArray("file:///%2Fa/b") << u"/a/b"_s;
+        QTest::newRow("a byte order mark in a name") << QByteArray("\xEF\xBB\xBF\x61") << u"/cwd/\uFEFFa"_s;
         QTest::newRow("a file URL with a question mark") << QByteArray("file:///a%3Fb%23c") << u"/a?b#c"_s;
         QTest::newRow("a name with a colon") << QByteArray("file:a") << u"/cwd/file:a"_s;
     }
@@ -53,6 +56,11 @@ private slots:
     void withoutAWorkingFolderRelativePathsAreSkipped()
     {
         QCOMPARE(filesOfArguments({"a", "/b"}, {}), QList{QUrl::fromLocalFile(u"/b"_s)});
+    }
+
+    void aRelativePathInTheRootIsAFileOfThisMachine()
+    {
+        QCOMPARE(filesOfArguments({"home/ada"}, "/"), QList<QUrl>{QUrl::fromLocalFile(u"/home/ada"_s)});
     }
 
     void aFolderThatIsNotUtf8HidesItsRelativePaths() { QCOMPARE(filesOfArguments({"a"}, "/caf\xE9"), QList<QUrl>()); }

@@ -5,6 +5,7 @@
 #include "TemporaryHome.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 
@@ -49,6 +50,18 @@ private slots:
 
         QTEST(variant, "variant");
         QVERIFY(variant.toUtf8().size() <= maxFileNameBytes);
+    }
+
+    void anEndlessNameIsShortenedInNoTime()
+    {
+        constexpr qint64 limit = 2000;
+        const QString name = QString(qsizetype{4} * 1024 * 1024, u'x');
+        QElapsedTimer timer;
+        timer.start();
+
+        QCOMPARE(fileNameVariant(name, 12), QString(252, u'x') + u"-12"_s);
+
+        QVERIFY2(timer.elapsed() < limit, qPrintable(QString::number(timer.elapsed())));
     }
 
     void aFreePathIsTheAnswerItself()

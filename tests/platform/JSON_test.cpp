@@ -138,6 +138,7 @@ private slots:
         QTest::newRow("other control characters") << u"\u0001\u001f\u007f\b\f"_s;
         QTest::newRow("a null character") << QString(u"a\0b"_s);
         QTest::newRow("beyond ASCII") << u"verrà • 漢字 • 🗂"_s;
+        QTest::newRow("a byte order mark in front") << u"\uFEFFnotes.txt"_s;
         QTest::newRow("separators of lines and paragraphs") << u"\u2028\u2029"_s;
     }
 
@@ -217,6 +218,7 @@ private slots:
         QTest::newRow("a text that is not UTF-8") << replaced("a b", "a\xE9 b");
         QTest::newRow("an unknown key that is not UTF-8") << replaced("\"number\"", "\"\xFF\" : 0, \"number\"");
         QTest::newRow("a lone surrogate") << replaced("a b", "\\uD800");
+        QTest::newRow("a lone second surrogate") << replaced("a b", "\\uDC00");
         QTest::newRow("a bare line break in a text") << replaced("a b", "a\nb");
         QTest::newRow("brackets without end") << QByteArray(100'000, '[');
     }

@@ -72,6 +72,12 @@ private slots:
         QCOMPARE(timePointFromIso8601(text), std::optional(noon));
     }
 
+    void anOffsetLeadsToNoTimeThatCannotBeWritten()
+    {
+        QCOMPARE(timePointFromIso8601("0001-01-01T00:00:00+00:01"), std::optional(distantPast));
+        QCOMPARE(timePointFromIso8601("9999-12-31T23:59:59-23:59"), std::optional(distantFuture));
+    }
+
     void anyOtherFormIsRefused_data()
     {
         QTest::addColumn<QByteArray>("text");
