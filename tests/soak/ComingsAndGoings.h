@@ -17,8 +17,8 @@
 namespace lapsa::test {
 
 /// The store and the service that drives it, with a user who never rests: a thousand items, and files that are added,
-/// found in a watched folder, locked, restored, removed by hand, trashed. Where each file has to be is written down from
-/// what the user did and what the store says; the disk has to agree.
+/// found in a watched folder, locked, restored, removed by hand, trashed. Where each file has to be is written down
+/// from what the user did and what the store says; the disk has to agree.
 class ComingsAndGoings final
 {
 public:

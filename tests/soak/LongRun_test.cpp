@@ -84,7 +84,8 @@ private:
         QVERIFY2(world.store().recoveryItems().size() <= mostRecords,
                  qPrintable(QString::number(world.store().recoveryItems().size())));
         QVERIFY(world.home.dataFile(u"state.json"_s).size() <= world.store().items().size() * bytesEach);
-        QVERIFY(world.home.dataFile(u"recovery.json"_s).size() <= (world.store().recoveryItems().size() + 1) * bytesEach);
+        QVERIFY(world.home.dataFile(u"recovery.json"_s).size() <=
+                (world.store().recoveryItems().size() + 1) * bytesEach);
         QVERIFY(world.home.dataFile(u"settings.json"_s).size() <= 10 * bytesEach);
     }
 

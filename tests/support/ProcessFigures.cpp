@@ -33,7 +33,8 @@ ProcessFigures ProcessFigures::now()
     return {
         .allocatedBytes = static_cast<qint64>(::mallinfo2().uordblks),
         .residentBytes = residentPages() * ::sysconf(_SC_PAGESIZE),
-        .descriptors = QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size(),
+        .descriptors =
+            QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size(),
     };
 }
 
