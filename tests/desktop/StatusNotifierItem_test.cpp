@@ -146,7 +146,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(ProcessFigures::now().descriptors, before.descriptors, patience);
         const qint64 growth = ProcessFigures::now().allocatedBytes - before.allocatedBytes;
         qInfo("%d restarts: %lld bytes more", restarts, growth);
-        QVERIFY2(growth <= bytesOfNoise, qPrintable(QString::number(growth)));
+        QVERIFY2(!ProcessFigures::memoryTells || growth <= bytesOfNoise, qPrintable(QString::number(growth)));
     }
 
     void aWatcherWithoutABarShowsNothingUntilOneComes()

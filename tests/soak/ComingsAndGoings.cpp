@@ -3,10 +3,7 @@
 
 #include "ComingsAndGoings.h"
 
-#include "JSONEncoder.h"
-
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 
 #include <algorithm>
@@ -24,8 +21,9 @@ namespace {
 constexpr qsizetype itemsAtOnce = 1000;
 constexpr int lockedAtOnce = 20;
 constexpr int folders = 40;
-constexpr int visitsADay = 144;
-constexpr int visitsAnHour = 6;
+constexpr std::chrono::minutes betweenVisits{30};
+constexpr int visitsADay = 48;
+constexpr int visitsAnHour = 2;
 constexpr std::int64_t retentionHours = 4;
 constexpr std::chrono::seconds passInterval{60};
 
@@ -38,12 +36,6 @@ const QString watchedFolder = u"watched"_s;
 const QString trashFolder = u".local/share/Trash"_s;
 // Few names, so that Recovery and Trash have to find others.
 const std::array fileNames{u"report.txt"_s, u"Notes"_s, u"archive.tar.gz"_s, u"perch\u00E9.pdf"_s, u"a b.zip"_s};
-
-int contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll().toInt() : 0;
-}
 
 } // namespace
 
@@ -65,9 +57,10 @@ void ComingsAndGoings::liveOneDay()
 {
     for (int i = 0; i < visitsADay; ++i) {
         visit(i);
-        liveTenMinutes();
+        liveUntilTheNextVisit();
     }
     m_world.letSavesPass();
+    m_savingTime = 1s;
     compareWithDisk();
     compareWithSavedLists();
     // The recorders keep what they were told for whoever asks; here nobody does.
@@ -107,8 +100,8 @@ void ComingsAndGoings::changeSettings(int hour)
 
 void ComingsAndGoings::refill()
 {
-    constexpr int longestLifespan = 144;
-    constexpr int step = 10;
+    constexpr int longestLifespan = 48;
+    constexpr int step = 30;
     while (m_world.store().items().size() < itemsAtOnce) {
         const QString file = newFile(u"folder-%1"_s.arg(random(folders)));
         m_world.store().addFiles({QUrl::fromLocalFile(file)}, {.fixedLifespan = step * (1 + random(longestLifespan))});
@@ -181,7 +174,7 @@ void ComingsAndGoings::restoreOne()
     for (const QString& name : folder.entryList(QDir::Files)) {
         const QString path = folder.filePath(name);
         if (!m_places.contains(path)) {
-            require(contentOf(path) == serial, u"what comes back is the file itself"_s);
+            require(serialIn(path) == serial, u"what comes back is the file itself"_s);
             m_places[path] = serial;
             m_ordinary += path;
             return;
@@ -202,11 +195,11 @@ QString ComingsAndGoings::newFile(const QString& folder)
     return path;
 }
 
-void ComingsAndGoings::liveTenMinutes()
+void ComingsAndGoings::liveUntilTheNextVisit()
 {
     const QList<LapsaItem> items = m_world.store().items();
     const QList<LapsaRecoveryItem> records = m_world.store().recoveryItems();
-    m_world.time.advance(10min);
+    m_world.time.advance(betweenVisits - std::exchange(m_savingTime, 0s));
     followRecords(records);
     followItems(items);
 }
@@ -245,7 +238,7 @@ void ComingsAndGoings::followRecords(const QList<LapsaRecoveryItem>& before)
     }
     for (const LapsaRecoveryItem& record : m_world.store().recoveryItems()) {
         if (!known.contains(record.id)) {
-            require(record.deletedAt > now - 10min - 1s && record.deletedAt <= now &&
+            require(record.deletedAt > now - betweenVisits - 1s && record.deletedAt <= now &&
                         record.purgeAfter == addingHours(record.deletedAt, retentionHours),
                     u"a copy just parked has its full retention"_s);
             require(m_places.contains(record.originalPath), u"only a file that was there is parked"_s);
@@ -267,39 +260,6 @@ void ComingsAndGoings::followDisposal(const LapsaItem& item)
     if (settings.useTrash) {
         m_trashed.insert(serial);
     }
-}
-
-void ComingsAndGoings::compareWithDisk()
-{
-    const QString trash = m_world.home.path(trashFolder);
-    QHash<QString, Serial> places;
-    QSet<Serial> trashed;
-    qsizetype trashRecords = 0;
-    QDirIterator all(m_world.home.path({}), QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
-    while (all.hasNext()) {
-        const QString path = all.next();
-        if (path.startsWith(trash + u"/info/"_s)) {
-            ++trashRecords;
-        } else if (path.startsWith(trash + u"/files/"_s)) {
-            trashed.insert(contentOf(path));
-        } else if (QFileInfo(path).path() != m_world.home.dataPath()) {
-            places[path] = contentOf(path);
-        }
-    }
-    require(places == m_places, u"every file is at its one place"_s);
-    require(trashed == m_trashed && trashRecords == m_trashed.size(), u"the Trash holds what was trashed"_s);
-    require(m_world.home.names(u".local/share/Lapsa"_s) ==
-                QStringList({u"Recovery"_s, u"recovery.json"_s, u"settings.json"_s, u"state.json"_s}),
-            u"nothing is left over in the data folder"_s);
-}
-
-void ComingsAndGoings::compareWithSavedLists()
-{
-    const LapsaStore& store = m_world.store();
-    require(m_world.home.dataFile(u"state.json"_s) == JSONEncoder::lapsa().encode(store.items()),
-            u"the items are saved"_s);
-    require(m_world.home.dataFile(u"recovery.json"_s) == JSONEncoder::lapsa().encode(store.recoveryItems()),
-            u"the records are saved"_s);
 }
 
 void ComingsAndGoings::require(bool kept, const QString& promise)

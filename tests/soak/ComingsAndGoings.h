@@ -11,6 +11,7 @@
 #include <QSet>
 #include <QStringList>
 
+#include <chrono>
 #include <optional>
 #include <random>
 
@@ -24,7 +25,7 @@ class ComingsAndGoings final
 public:
     ComingsAndGoings();
 
-    /// 24 hours, with a pass every minute; the last second lets what is pending be saved.
+    /// 24 hours, with a pass every minute and a visit every half an hour; then what is pending is saved and compared.
     void liveOneDay();
     /// The user empties the Trash.
     void emptyTrash();
@@ -50,10 +51,11 @@ private:
     void restoreOne();
     [[nodiscard]] QString newFile(const QString& folder);
 
-    void liveTenMinutes();
+    void liveUntilTheNextVisit();
     void followItems(const QList<LapsaItem>& before);
     void followRecords(const QList<LapsaRecoveryItem>& before);
     void followDisposal(const LapsaItem& item);
+    [[nodiscard]] static Serial serialIn(const QString& path);
     void compareWithDisk();
     void compareWithSavedLists();
 
@@ -67,6 +69,8 @@ private:
     /// The same year in every run.
     std::mt19937 m_generator{20260301};
     Serial m_serial = 0;
+    /// What the saving at the end of a day has taken of the next one, so that no pass falls into it.
+    std::chrono::seconds m_savingTime{0};
     /// Where every file is that is neither gone nor in the Trash.
     QHash<QString, Serial> m_places;
     QSet<Serial> m_trashed;

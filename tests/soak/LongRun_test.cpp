@@ -53,7 +53,7 @@ private slots:
         test::ProcessFigures last;
         for (int day = 1; day <= days(); ++day) {
             user.liveOneDay();
-            QCOMPARE(user.faults(), QStringList());
+            QCOMPARE(user.faults().join(u'\n'), QString());
             user.emptyTrash();
             requireBoundedFiles(user);
             last = test::ProcessFigures::now();
@@ -68,8 +68,10 @@ private slots:
 
         tell(user, warm, last, timer.elapsed());
         QCOMPARE(log.lines(), QStringList());
-        QVERIFY(last.allocatedBytes - warm.allocatedBytes <= bytesOf(0.5));
-        QVERIFY(last.residentBytes - warm.residentBytes <= bytesOf(0.5));
+        if (test::ProcessFigures::memoryTells) {
+            QVERIFY(last.allocatedBytes - warm.allocatedBytes <= bytesOf(0.5));
+            QVERIFY(last.residentBytes - warm.residentBytes <= bytesOf(0.5));
+        }
     }
 
 private:
