@@ -28,6 +28,7 @@ namespace lapsa::test {
 namespace {
 
 constexpr int count = 50;
+constexpr const char* turnedAway = "Lapsa cannot start: another one works on the same data folder\n";
 /// Only a limit for a machine under load.
 constexpr int patience = 120'000;
 
@@ -153,7 +154,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(living(), 0, patience);
         for (qsizetype i = 0; i < count; ++i) {
             QCOMPARE(m_all[i].exitCode, i == survivor ? 0 : 1);
-            QCOMPARE(errorsOf(i), i == survivor ? QByteArray() : turnedAway);
+            QCOMPARE(errorsOf(i), i == survivor ? QByteArray() : QByteArray(turnedAway));
             QVERIFY(QFile::exists(m_files[i]));
         }
         QCOMPARE(storedPaths(*m_home), QStringList{m_files[survivor]});
@@ -217,8 +218,6 @@ private:
         ::kill(found->pid, SIGTERM);
         return found - m_all.cbegin();
     }
-
-    const QByteArray turnedAway = "Lapsa cannot start: another one works on the same data folder\n";
 
     std::unique_ptr<TemporaryHome> m_home;
     QStringList m_files;
