@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "ProcessFigures.h"
 #include "SessionBus.h"
 #include "StatusNotifierItem.h"
 
@@ -118,6 +119,34 @@ private slots:
             QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
         }
         QTRY_VERIFY_WITH_TIMEOUT(!item.shown(), patience);
+    }
+
+    void aHundredRestartsOfTheBarLeaveNothingBehind()
+    {
+        constexpr int restarts = 100;
+        constexpr qint64 bytesOfNoise = 64 * 1024;
+        const StatusNotifierItem item;
+        const auto restart = [this, &item] {
+            const PlayedWatcher watcher(bus());
+            QTRY_VERIFY_WITH_TIMEOUT(item.shown(), patience);
+            QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
+        };
+        // The first ones bring every buffer to its size.
+        for (int i = 0; i < restarts / 10; ++i) {
+            restart();
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(!item.shown(), patience);
+        const ProcessFigures before = ProcessFigures::now();
+
+        for (int i = 0; i < restarts; ++i) {
+            restart();
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(!item.shown(), patience);
+
+        QTRY_COMPARE_WITH_TIMEOUT(ProcessFigures::now().descriptors, before.descriptors, patience);
+        const qint64 growth = ProcessFigures::now().allocatedBytes - before.allocatedBytes;
+        qInfo("%d restarts: %lld bytes more", restarts, growth);
+        QVERIFY2(!ProcessFigures::memoryTells || growth <= bytesOfNoise, qPrintable(QString::number(growth)));
     }
 
     void aWatcherWithoutABarShowsNothingUntilOneComes()

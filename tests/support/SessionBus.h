@@ -27,6 +27,9 @@ public:
     /// Whether somebody owns a name on it. Asked over a connection of its own.
     [[nodiscard]] bool hasOwner(const QString& name) const;
 
+    /// Ends the bus at once, as a crash would. Its address stays in the environment.
+    void kill() { m_daemon->kill(); }
+
 private:
     QTemporaryDir m_folder;
     std::optional<HelperProcess> m_daemon;
