@@ -96,7 +96,7 @@ void AppDelegate::setUpStatusItem()
         {.title = Localized::addFinderSelection(), .shortcut = {}, .action = [this] { addFinderSelectionMenu(); }},
         {.title = Localized::openDataFolder(), .shortcut = {}, .action = [this] { openDataFolder(); }},
         {},
-        {.title = Localized::quit(), .shortcut = u"Ctrl+Q"_s, .action = [] { quit(); }},
+        {.title = Localized::quit(), .shortcut = u"Ctrl+Q"_s, .action = [this] { quit(); }},
     });
 }
 
@@ -164,6 +164,8 @@ void AppDelegate::applicationWillTerminate()
 
 void AppDelegate::quit()
 {
+    // Showing a window already handles events, and an exit from an event loop that does not run yet is forgotten.
+    m_quitting = true;
     // Not QCoreApplication::quit(), which any open window could refuse.
     QCoreApplication::exit();
 }

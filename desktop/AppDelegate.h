@@ -81,8 +81,10 @@ public:
     /// Stops the passes, gives the hot key back and saves everything; the second time, and before the launch, nothing.
     void applicationWillTerminate();
 
-    /// Ends the program.
-    static void quit();
+    /// Ends the program, also before its event loop runs.
+    void quit();
+
+    [[nodiscard]] bool quitting() const { return m_quitting; }
 
 private:
     void setUpStatusItem();
@@ -92,6 +94,7 @@ private:
 
     Environment m_environment;
     bool m_terminated = false;
+    bool m_quitting = false;
     std::unique_ptr<SettingsStore> m_settingsStore;
     std::unique_ptr<LapsaStore> m_store;
     std::unique_ptr<NotificationService> m_notificationService;

@@ -168,7 +168,7 @@ int runApplication(const QApplication& application, SessionApplication& session,
                          .activate = [&delegate] { delegate.openPanel(); }});
     QuietMessages::startupDone();
 
-    const int status = QApplication::exec();
+    const int status = delegate.quitting() ? EXIT_SUCCESS : QApplication::exec();
     delegate.applicationWillTerminate();
     runningDelegate = nullptr;
     return status;

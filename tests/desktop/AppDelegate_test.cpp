@@ -355,6 +355,17 @@ private slots:
         QVERIFY(Program::shows<PopoverWindow>());
     }
 
+    void anEndThatIsAskedForBeforeTheEventLoopRunsIsNotForgotten()
+    {
+        Program program;
+        program.start();
+        QVERIFY(!program.delegate->quitting());
+
+        program.choose(u"Quit"_s);
+
+        QVERIFY(program.delegate->quitting());
+    }
+
     void theEndGivesTheKeyBackAndSavesAtOnce()
     {
         Program program;

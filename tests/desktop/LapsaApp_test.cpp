@@ -203,6 +203,17 @@ private slots:
         QCOMPARE(settings[u"notifyBeforeMinutes"_s].toInt(), 60);
     }
 
+    void anEndThatIsAskedForInTheMiddleOfTheStartIsHeard()
+    {
+        // The moment is not the same each time.
+        constexpr int starts = 20;
+        for (int start = 0; start < starts; ++start) {
+            LapsaProcess lapsa;
+            waitForName();
+            QCOMPARE(lapsa.terminate(), 0);
+        }
+    }
+
     void theDataFolderHoldsTheThreeFilesAndRecoveryAndNothingElse()
     {
         LapsaProcess lapsa({m_home->makeFile(u"a.txt"_s)});
