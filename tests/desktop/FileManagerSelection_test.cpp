@@ -19,7 +19,6 @@
 
 #include <memory>
 #include <thread>
-#include <thread>
 #include <tuple>
 
 using namespace Qt::StringLiterals;
