@@ -103,7 +103,8 @@ std::unique_ptr<QApplication> makeApplication(int& argc, char** argv)
         platform.emplace("QT_QPA_PLATFORM", "xcb;wayland");
     }
     // Nothing here is drawn by OpenGL, and its drivers would be the larger part of the process.
-    const EnvironmentDefault drawing("QT_XCB_GL_INTEGRATION", "none");
+    const EnvironmentDefault drawingOnX11("QT_XCB_GL_INTEGRATION", "none");
+    const EnvironmentDefault drawingOnWayland("QT_WAYLAND_DISABLE_HW_INTEGRATION", "1");
     return std::make_unique<QApplication>(argc, argv);
 }
 

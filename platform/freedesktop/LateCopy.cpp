@@ -55,10 +55,10 @@ void LateCopy::readEvents()
     if (!m_parts.connection) {
         return;
     }
-    const CopyWatch& watch = *m_parts.watch;
+    CopyWatch& watch = *m_parts.watch;
     const bool settledBefore = watch.settled();
     while (const X11Event event = m_parts.connection->nextEvent(QDeadlineTimer(0))) {
-        m_parts.watch->handle(*event);
+        watch.handle(*event);
         if (watch.copied()) {
             m_restore(m_parts.content);
             stop();
@@ -67,7 +67,10 @@ void LateCopy::readEvents()
     }
     if (watch.takenByAnother() || !m_parts.connection->usable()) {
         stop();
-    } else if (watch.settled() && !settledBefore) {
+        return;
+    }
+    const bool settledNow = watch.settled();
+    if (settledNow && !settledBefore) {
         m_end.start(settledPatience);
     }
 }

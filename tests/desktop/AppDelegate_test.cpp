@@ -40,6 +40,20 @@ using UserInfo = QHash<QString, QString>;
 class Program final
 {
 public:
+    Program() = default;
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    ~Program()
+    {
+        // The time that ends the splash does not pass here.
+        for (QWidget* const window : QApplication::topLevelWidgets()) {
+            if (qobject_cast<SplashView*>(window) != nullptr) {
+                delete window;
+            }
+        }
+    }
+
     /// What is on disk and on the desktop can be prepared before start().
     void start()
     {
