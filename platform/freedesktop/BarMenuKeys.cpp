@@ -13,6 +13,7 @@
 #include <xcb/xtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <utility>
 
@@ -24,6 +25,7 @@ namespace {
 constexpr xcb_keysym_t escapeKey = 0xFF1B;
 constexpr xcb_keysym_t leftControlKey = 0xFFE3;
 constexpr xcb_keysym_t rightControlKey = 0xFFE4;
+constexpr std::chrono::milliseconds openingPatience{2000};
 constexpr std::uint16_t modifiersThatCount =
     XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
 
@@ -94,6 +96,7 @@ void BarMenuKeys::setEntries(QList<StatusMenuEntry> entries)
 
 void BarMenuKeys::menuOpened()
 {
+    m_sinceOpened.start();
     if (!m_keys) {
         m_keys = std::make_unique<X11InputMonitor>(X11InputMonitor::Kind::Keys);
         connect(m_keys.get(), &X11InputMonitor::pressed, this, &BarMenuKeys::keyPressed);
@@ -112,7 +115,10 @@ void BarMenuKeys::keyPressed(quint32 keyCode)
 {
     xcb_connection_t* const connection = x11Connection();
     if (connection == nullptr || !menuHasKeyboard(connection)) {
-        menuClosed();
+        // A menu that is still coming up has not got the keyboard yet.
+        if (m_sinceOpened.hasExpired(openingPatience.count())) {
+            menuClosed();
+        }
         return;
     }
     if (!onlyControlIsHeld(connection)) {

@@ -5,6 +5,7 @@
 
 #include "StatusItem.h"
 
+#include <QElapsedTimer>
 #include <QList>
 #include <QObject>
 
@@ -35,6 +36,7 @@ private:
 
     QList<StatusMenuEntry> m_entries;
     std::unique_ptr<X11InputMonitor> m_keys;
+    QElapsedTimer m_sinceOpened;
 };
 
 } // namespace lapsa
