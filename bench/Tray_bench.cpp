@@ -13,6 +13,7 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
+#include <QHash>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QThread>
@@ -145,14 +146,24 @@ double numberIn(const QString& path, QByteArrayView name)
     return 0;
 }
 
-/// How often all threads of a process have gone to sleep so far: each wake-up ends in one.
-double sleepsOf(const Running& running)
+/// How often each thread of a process has gone to sleep so far: each wake-up ends in one.
+QHash<QString, double> sleepsOf(const Running& running)
 {
-    double sleeps = 0;
+    QHash<QString, double> sleeps;
     for (const QString& thread : QDir(running.proc(u"task"_s)).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        sleeps += numberIn(running.proc(u"task/"_s + thread + u"/status"_s), "voluntary_ctxt_switches:");
+        sleeps.insert(thread, numberIn(running.proc(u"task/"_s + thread + u"/status"_s), "voluntary_ctxt_switches:"));
     }
     return sleeps;
+}
+
+/// Of the threads that are there at the end; one that has ended meanwhile does not come again.
+double wakeUpsBetween(const QHash<QString, double>& before, const QHash<QString, double>& after)
+{
+    double wakeUps = 0;
+    for (auto thread = after.cbegin(); thread != after.cend(); ++thread) {
+        wakeUps += thread.value() - before.value(thread.key());
+    }
+    return wakeUps;
 }
 
 struct Idle
@@ -166,12 +177,12 @@ Idle idleOf(const Candidate& candidate, Announcements& announcements, int second
     const Running running(candidate);
     std::ignore = announcements.waitForOne();
     QThread::msleep(settling);
-    const double before = sleepsOf(running);
+    const QHash<QString, double> before = sleepsOf(running);
     QThread::sleep(static_cast<unsigned long>(seconds));
-    const double after = sleepsOf(running);
+    const double wakeUps = wakeUpsBetween(before, sleepsOf(running));
     constexpr double kibibytesInMegabyte = 1000.0 * 1000 / 1024;
     return {.pssInMegabytes = numberIn(running.proc(u"smaps_rollup"_s), "Pss:") / kibibytesInMegabyte,
-            .wakeUpsAMinute = (after - before) * 60 / seconds};
+            .wakeUpsAMinute = wakeUps * 60 / seconds};
 }
 
 double startToIcon(const Candidate& candidate, Announcements& announcements)
