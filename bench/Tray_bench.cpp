@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-// Lapsa in the tray of a real panel beside other programs there: the start, the hot key, and what it costs to be there.
+// Lapsa in the tray of a real panel beside other programs there: the start, and what it costs to be there.
 // Writes tables to standard output.
 
 #include "DesktopSession.h"
@@ -20,17 +20,10 @@
 #include <QTimer>
 
 #include <sys/prctl.h>
-#include <xcb/xcb.h>
-#include <xcb/xcb_keysyms.h>
-#include <xcb/xtest.h>
 
 #include <algorithm>
-#include <array>
 #include <csignal>
-#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-#include <memory>
 #include <tuple>
 #include <vector>
 
@@ -200,103 +193,6 @@ double startToIcon(const Candidate& candidate, Announcements& announcements)
     return median(times);
 }
 
-/// Presses the hot key by the X server's hand and waits for the panel.
-class HotKeyWatch final
-{
-public:
-    HotKeyWatch()
-        : m_connection(xcb_connect(nullptr, nullptr))
-        , m_root(xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root)
-        , m_symbols(xcb_key_symbols_alloc(m_connection))
-    {
-        const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
-        xcb_change_window_attributes(m_connection, m_root, XCB_CW_EVENT_MASK, &events);
-        xcb_flush(m_connection);
-    }
-
-    HotKeyWatch(const HotKeyWatch&) = delete;
-    HotKeyWatch& operator=(const HotKeyWatch&) = delete;
-
-    ~HotKeyWatch()
-    {
-        xcb_key_symbols_free(m_symbols);
-        xcb_disconnect(m_connection);
-    }
-
-    /// Milliseconds from the press to the window of the panel on the screen.
-    double pressUntilPanel()
-    {
-        QElapsedTimer elapsed;
-        elapsed.start();
-        for (const xcb_keysym_t key : keys) {
-            play(XCB_KEY_PRESS, key);
-        }
-        xcb_flush(m_connection);
-        while (!panelCameUp()) {
-        }
-        const double milliseconds = double(elapsed.nsecsElapsed()) / 1e6;
-        for (const xcb_keysym_t key : keys) {
-            play(XCB_KEY_RELEASE, key);
-        }
-        xcb_flush(m_connection);
-        return milliseconds;
-    }
-
-private:
-    /// Super, Shift and y (keysymdef.h).
-    static constexpr std::array<xcb_keysym_t, 3> keys{0xFFEB, 0xFFE1, 0x0079};
-
-    void play(std::uint8_t type, xcb_keysym_t key)
-    {
-        const std::unique_ptr<xcb_keycode_t, decltype(&std::free)> codes(xcb_key_symbols_get_keycode(m_symbols, key),
-                                                                         &std::free);
-        xcb_test_fake_input(m_connection, type, *codes, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    }
-
-    /// The next event of the server.
-    bool panelCameUp()
-    {
-        const std::unique_ptr<xcb_generic_event_t, decltype(&std::free)> event(xcb_wait_for_event(m_connection),
-                                                                               &std::free);
-        if (!event) {
-            qFatal("the X server is gone");
-        }
-        if ((event->response_type & 0x7F) != XCB_MAP_NOTIFY) {
-            return false;
-        }
-        const auto window = reinterpret_cast<const xcb_map_notify_event_t*>(event.get())->window;
-        const std::unique_ptr<xcb_get_geometry_reply_t, decltype(&std::free)> place(
-            xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr), &std::free);
-        constexpr int panelWidth = 430;
-        constexpr int panelHeight = 560;
-        return place && place->width == panelWidth && place->height == panelHeight;
-    }
-
-    xcb_connection_t* m_connection;
-    xcb_window_t m_root;
-    xcb_key_symbols_t* m_symbols;
-};
-
-/// With no file manager in front, so that nothing but the panel is waited for.
-void measureHotKey(test::DesktopSession& desktop, Announcements& announcements)
-{
-    std::vector<double> first;
-    std::vector<double> again;
-    for (int i = 0; i < repetitions; ++i) {
-        const Running lapsa({u"Lapsa"_s, test::LapsaProcess::program(), {}});
-        std::ignore = announcements.waitForOne();
-        constexpr unsigned long splash = 2500;
-        QThread::msleep(splash);
-        HotKeyWatch watch;
-        first.push_back(watch.pressUntilPanel());
-        test::VirtualDisplay::click(desktop.trayIcon()->center()); // closes it
-        QThread::msleep(splash);
-        again.push_back(watch.pressUntilPanel());
-    }
-    std::printf("\n| hot key to panel | ms |\n|---|--:|\n| first time | %.1f |\n| again | %.1f |\n", median(first),
-                median(again));
-}
-
 int run(const QStringList& arguments)
 {
     const int seconds = arguments.contains(u"--small"_s) ? 10 : 60;
@@ -319,7 +215,6 @@ int run(const QStringList& arguments)
                     idle.wakeUpsAMinute);
         std::fflush(stdout);
     }
-    measureHotKey(desktop, announcements);
     return 0;
 }
 
