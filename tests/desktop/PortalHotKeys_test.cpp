@@ -77,7 +77,12 @@ public:
         }
     }
 
-    ~PlayedPortal() override { QDBusConnection::disconnectFromBus(m_connection.name()); }
+    ~PlayedPortal() override
+    {
+        // Calls that are still on their way to it need the connection.
+        QCoreApplication::removePostedEvents(this);
+        QDBusConnection::disconnectFromBus(m_connection.name());
+    }
 
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
 

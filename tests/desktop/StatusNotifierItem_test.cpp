@@ -50,6 +50,8 @@ public:
 
     ~PlayedWatcher() override
     {
+        // Calls that are still on their way to it need the connection.
+        QCoreApplication::removePostedEvents(this);
         m_bus.unregisterService(watcherName);
         m_bus.unregisterObject(u"/StatusNotifierWatcher"_s);
         QDBusConnection::disconnectFromBus(busOfTheBar);
