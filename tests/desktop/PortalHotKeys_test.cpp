@@ -226,7 +226,8 @@ class PortalHotKeysTest final : public QObject
 private slots:
 
     void init()
-    { // But for what the library says of itself when a name changes hands while it asks for its owner.
+    {
+        // But for what the library says of itself when a name changes hands while it asks for its owner.
         QTest::failOnWarning(QRegularExpression(u"^(?!QDBusConnection: name )"_s));
     }
 
