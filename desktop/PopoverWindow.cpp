@@ -35,6 +35,12 @@ constexpr quint32 lastWheelButton = 7;
 /// How long the focus may take to come back from a closed dialog.
 constexpr auto returnPatience = 300ms;
 
+/// Not over a window of this program: a click on one shows in the focus.
+bool pointerIsElsewhere()
+{
+    return QApplication::topLevelAt(QCursor::pos()) == nullptr;
+}
+
 /// None towards the icon: it would take the icon's clicks.
 QMargins shadowFor(PopoverPlacement::Side side)
 {
@@ -238,16 +244,23 @@ void PopoverWindow::watchClicks()
         m_clicks.reset();
     } else if (!m_clicks) {
         m_clicks = std::make_unique<X11InputMonitor>(X11InputMonitor::Kind::Buttons);
-        connect(m_clicks.get(), &X11InputMonitor::pressed, this, &PopoverWindow::closeIfClickedElsewhere);
+        connect(m_clicks.get(), &X11InputMonitor::pressed, this, &PopoverWindow::buttonPressed);
+        connect(m_clicks.get(), &X11InputMonitor::released, this, &PopoverWindow::buttonReleased);
     }
 }
 
-/// A click on another window of this program shows in the focus.
-void PopoverWindow::closeIfClickedElsewhere(quint32 button)
+void PopoverWindow::buttonPressed()
+{
+    m_pressedElsewhere = pointerIsElsewhere();
+}
+
+/// A click is over with its release, as a bar sees it: closed at the press, a slow click on the icon would find the
+/// panel closed for long, and open it again. What is dragged out of the panel or onto it is no click elsewhere.
+void PopoverWindow::buttonReleased(quint32 button)
 {
     const bool wheel = button >= firstWheelButton && button <= lastWheelButton;
-    if (!wheel && isVisible() && m_behavior == Behavior::Transient && !showsOwnDialog() &&
-        QApplication::topLevelAt(QCursor::pos()) == nullptr) {
+    if (!wheel && isVisible() && m_behavior == Behavior::Transient && !showsOwnDialog() && m_pressedElsewhere &&
+        pointerIsElsewhere()) {
         m_closeReason = CloseReason::FocusLost;
         close();
     }

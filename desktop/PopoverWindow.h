@@ -69,7 +69,8 @@ private:
     void focusMovedTo(QWindow* window);
     void closeIfLeft();
     void watchClicks();
-    void closeIfClickedElsewhere(quint32 button);
+    void buttonPressed();
+    void buttonReleased(quint32 button);
     [[nodiscard]] bool owns(const QWindow* window) const;
     [[nodiscard]] bool showsOwnDialog() const;
 
@@ -84,6 +85,7 @@ private:
     /// There while a click elsewhere has to close it. Not every one takes the focus away: one on the bare desktop need
     /// not.
     std::unique_ptr<X11InputMonitor> m_clicks;
+    bool m_pressedElsewhere = false;
 };
 
 } // namespace lapsa

@@ -20,6 +20,10 @@ namespace {
 constexpr std::uint16_t majorVersion = 2;
 constexpr std::uint16_t minorVersion = 1;
 
+constexpr std::uint32_t keyEvents = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS;
+constexpr std::uint32_t buttonEvents =
+    XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
+
 /// As it goes over the wire: the mask follows its head.
 struct RawEventMask
 {
@@ -68,8 +72,7 @@ bool X11InputMonitor::select(Kind kind)
         return false;
     }
     const RawEventMask mask{.head = {.deviceid = XCB_INPUT_DEVICE_ALL_MASTER, .mask_len = 1},
-                            .mask = kind == Kind::Buttons ? XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS
-                                                          : XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS};
+                            .mask = kind == Kind::Buttons ? buttonEvents : keyEvents};
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     xcb_input_xi_select_events(connection, root, 1, &mask.head);
     return xcb_flush(connection) > 0;
@@ -81,10 +84,14 @@ void X11InputMonitor::readEvents()
         if ((event->response_type & 0x7F) != XCB_GE_GENERIC) {
             continue;
         }
-        // Raw presses of both kinds begin alike.
+        // Raw events of all kinds begin alike.
         const auto* const raw = reinterpret_cast<const xcb_input_raw_button_press_event_t*>(event.get()); // NOLINT
-        if (raw->extension == m_extension &&
-            (raw->event_type == XCB_INPUT_RAW_BUTTON_PRESS || raw->event_type == XCB_INPUT_RAW_KEY_PRESS)) {
+        if (raw->extension != m_extension) {
+            continue;
+        }
+        if (raw->event_type == XCB_INPUT_RAW_BUTTON_RELEASE) {
+            emit released(raw->detail);
+        } else if (raw->event_type == XCB_INPUT_RAW_BUTTON_PRESS || raw->event_type == XCB_INPUT_RAW_KEY_PRESS) {
             emit pressed(raw->detail);
         }
     }

@@ -12,7 +12,7 @@ struct xcb_connection_t;
 
 namespace lapsa {
 
-/// Hears of presses wherever on the X11 desktop they happen, also while another program has grabbed the pointer or the
+/// Hears of buttons or keys wherever on the X11 desktop they are used, also while another program has grabbed the pointer or the
 /// keyboard, and takes them from nobody. It costs a connection to the X server while it lives. Without an X server that
 /// the program itself is shown on, and without the X Input Extension 2.1, it hears nothing.
 class X11InputMonitor final : public QObject
@@ -32,6 +32,8 @@ public:
 signals:
     /// `detail` is the number of the button, or the key code.
     void pressed(quint32 detail);
+    /// Of buttons alone.
+    void released(quint32 button);
 
 private:
     struct Disconnect

@@ -85,6 +85,12 @@ void VirtualDisplay::click(const QPoint& point, Button button)
                                           u"click"_s, QString::number(int(button))});
 }
 
+void VirtualDisplay::clickSlowly(const QPoint& point)
+{
+    std::ignore = outputOf(u"xdotool"_s, {u"mousemove"_s, QString::number(point.x()), QString::number(point.y()),
+                                          u"mousedown"_s, u"1"_s, u"sleep"_s, u"0.6"_s, u"mouseup"_s, u"1"_s});
+}
+
 void VirtualDisplay::press(const QString& keys)
 {
     std::ignore = outputOf(u"xdotool"_s, {u"key"_s, keys});

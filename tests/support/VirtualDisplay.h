@@ -42,6 +42,8 @@ public:
 
     /// A real click.
     static void click(const QPoint& point, Button button = Button::Left);
+    /// A click of a slow hand: the button is held for longer than half a second.
+    static void clickSlowly(const QPoint& point);
     /// Real key presses, by the names that xdotool has for them ("ctrl+q").
     static void press(const QString& keys);
 
