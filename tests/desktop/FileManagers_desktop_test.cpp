@@ -13,7 +13,7 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QProcess>
-#include <QStandardPaths>
+#include <QScopeGuard>
 #include <QTest>
 
 #include <algorithm>
@@ -32,8 +32,9 @@ using Nothing = FileManagerSelection::Nothing;
 using Paths = FileManagerSelection::Paths;
 
 constexpr int patience = 60'000;
-/// Between one act of a user and the next.
-constexpr int handTime = 80;
+/// Between one act of a user and the next. PCManFM-Qt looks at the clipboard 200 ms after the selection changed; the
+/// clipboard is ours here, and while we ask we do not answer.
+constexpr int handTime = 250;
 const QByteArray theirText = "their text";
 
 /// A file manager of the desktop.
@@ -45,12 +46,14 @@ struct Program
     QString windowClass;
     /// Whether it keeps the bytes of a name that is not UTF-8, which then has no path.
     bool keepsBytes = true;
+    /// Small enough to be installed, and tried, with every run of the tests.
+    bool inEveryRun = false;
 };
 
 const QList<Program> programs{
-    {u"thunar"_s, {}, u"Thunar"_s},
-    {u"pcmanfm"_s, {u"--new-win"_s}, u"Pcmanfm"_s},
-    {u"pcmanfm-qt"_s, {u"--new-window"_s}, u"pcmanfm-qt"_s},
+    {u"thunar"_s, {}, u"Thunar"_s, true, true},
+    {u"pcmanfm"_s, {u"--new-win"_s}, u"Pcmanfm"_s, true, true},
+    {u"pcmanfm-qt"_s, {u"--new-window"_s}, u"pcmanfm-qt"_s, true, true},
     {u"nautilus"_s, {u"--new-window"_s}, u"org.gnome.Nautilus"_s},
     {u"dolphin"_s, {u"--new-window"_s}, u"dolphin"_s, false},
     {u"nemo"_s, {u"--no-desktop"_s}, u"Nemo"_s},
@@ -102,8 +105,8 @@ QStringList sortedPaths(const Answer& answer)
 
 } // namespace
 
-/// Real file managers, on a real X server with a window manager. Those that are too large to install for a test are
-/// tried where they are installed.
+/// Real file managers, on a real X server with a window manager; all that are known here if LAPSA_ALL_FILE_MANAGERS is
+/// set in the environment.
 class FileManagersDesktopTest final : public QObject
 {
     Q_OBJECT
@@ -129,9 +132,6 @@ private slots:
     void selectedFilesAreTheAnswerInViewOrder()
     {
         const Paths expected{m_home->makeFile(u"shown/one.txt"_s), m_home->makeFile(u"shown/two.txt"_s)};
-        if (!installed(chosen())) {
-            QSKIP("not installed");
-        }
         QVERIFY(open());
 
         fillClipboard();
@@ -153,12 +153,11 @@ private slots:
                              m_home->path(u"shown/link"_s)};
         QVERIFY(QFile::link(u"/nowhere"_s, expected.last()));
         const QByteArray latin1 = m_home->path(u"shown"_s).toUtf8() + "/caf\xE9";
+        // The toolkit, which removes the home, cannot.
+        const auto removed = qScopeGuard([&latin1] { std::ignore = std::remove(latin1.constData()); });
         std::FILE* const file = std::fopen(latin1.constData(), "w");
         QVERIFY(file != nullptr);
         std::fclose(file);
-        if (!installed(chosen())) {
-            QSKIP("not installed");
-        }
         QVERIFY(open());
         // The one that is no UTF-8 has no path; the one that the file manager has changed names no file.
         const bool keeps = chosen().keepsBytes;
@@ -173,9 +172,6 @@ private slots:
     void withNothingSelectedTheAnswerIsNothing()
     {
         const Paths all{m_home->makeFile(u"shown/one.txt"_s)};
-        if (!installed(chosen())) {
-            QSKIP("not installed");
-        }
         QVERIFY(open());
         fillClipboard();
         QCOMPARE(finalAnswer(All, told(all)), told(all));
@@ -189,9 +185,6 @@ private slots:
     void inTheLocationEntryTheAnswerIsNothing()
     {
         const Paths all{m_home->makeFile(u"shown/one.txt"_s)};
-        if (!installed(chosen())) {
-            QSKIP("not installed");
-        }
         QVERIFY(open());
         if (chosen().windowClass == u"dolphin"_s) {
             QSKIP("its copy action takes the files wherever the keyboard is");
@@ -213,10 +206,7 @@ private slots:
         constexpr int limit = 300;
         constexpr int tolerance = 200;
         // Time for several tries; a file manager that is too slow for it is so each time.
-        constexpr int trying = 8000;
-        if (!installed(chosen())) {
-            QSKIP("not installed");
-        }
+        constexpr int trying = 4000;
         for (int i = 0; i < count; ++i) {
             m_home->makeFile(u"shown/%1"_s.arg(i));
         }
@@ -249,7 +239,9 @@ private slots:
     {
         QTest::addColumn<QString>("command");
         QTest::addColumn<QStringList>("options");
-        QTest::newRow("xfdesktop") << u"xfdesktop"_s << QStringList();
+        if (qEnvironmentVariableIsSet("LAPSA_ALL_FILE_MANAGERS")) {
+            QTest::newRow("xfdesktop") << u"xfdesktop"_s << QStringList();
+        }
         QTest::newRow("pcmanfm") << u"pcmanfm"_s << QStringList{u"--desktop"_s};
         QTest::newRow("pcmanfm-qt") << u"pcmanfm-qt"_s << QStringList{u"--desktop"_s};
     }
@@ -259,9 +251,6 @@ private slots:
         QFETCH(QString, command);
         QFETCH(QStringList, options);
         const QString file = m_home->makeFile(u"Desktop/one.txt"_s);
-        if (QStandardPaths::findExecutable(command).isEmpty()) {
-            QSKIP("not installed");
-        }
         m_program.emplace(command, options);
         const auto contains = [&] {
             xdotool({u"mousemove"_s, u"1200"_s, u"900"_s, u"click"_s, u"1"_s, u"key"_s, u"ctrl+a"_s});
@@ -275,14 +264,12 @@ private:
     static void rows()
     {
         QTest::addColumn<int>("program");
+        const bool all = qEnvironmentVariableIsSet("LAPSA_ALL_FILE_MANAGERS");
         for (int i = 0; i < programs.size(); ++i) {
-            QTest::newRow(qPrintable(programs[i].command)) << i;
+            if (all || programs[i].inEveryRun) {
+                QTest::newRow(qPrintable(programs[i].command)) << i;
+            }
         }
-    }
-
-    [[nodiscard]] static bool installed(const Program& program)
-    {
-        return !QStandardPaths::findExecutable(program.command).isEmpty();
     }
 
     /// Another program has a text on the clipboard.
