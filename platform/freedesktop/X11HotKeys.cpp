@@ -66,10 +66,6 @@ QList<std::uint16_t> combinationsOf(std::uint16_t modifiers)
     return combinations;
 }
 
-} // namespace
-
-namespace {
-
 /// Holds the grabs of one key, one for each state of the locks, and listens to what comes of them.
 class X11Registration final : public HotKeyRegistration, public QAbstractNativeEventFilter
 {
