@@ -11,6 +11,7 @@
 #include <QDBusReply>
 #include <QDeadlineTimer>
 #include <QStringList>
+#include <QThread>
 #include <QVariantMap>
 
 #include <algorithm>
@@ -28,8 +29,8 @@ const QString interfaceName = u"org.freedesktop.Application"_s;
 
 /// The application that runs may be busy with its start-up or on a slow disk.
 constexpr std::chrono::seconds patience{30};
-/// Each try needs a predecessor that vanished in the middle of the last one.
-constexpr int maxTries = 50;
+/// Between two tries, while a predecessor is on its way out.
+constexpr std::chrono::milliseconds pause{20};
 
 QDBusMessage callFor(const QList<QUrl>& files)
 {
@@ -111,7 +112,12 @@ SessionApplication::SessionApplication()
 
 SessionApplication::~SessionApplication()
 {
-    QDBusConnection::sessionBus().unregisterObject(objectPath);
+    auto bus = QDBusConnection::sessionBus();
+    // The name first, so that a successor need not wait for the end of the process.
+    if (m_isFirst) {
+        bus.unregisterService(busName);
+    }
+    bus.unregisterObject(objectPath);
 }
 
 SessionApplication::Role SessionApplication::claim(const QList<QUrl>& files)
@@ -123,13 +129,14 @@ SessionApplication::Role SessionApplication::claim(const QList<QUrl>& files)
     // The object first: whoever finds the name finds what is behind it.
     bus.registerObject(objectPath, m_interface.get(), QDBusConnection::ExportScriptableSlots);
     const QDeadlineTimer deadline(patience);
-    for (int attempt = 0; attempt < maxTries && !deadline.hasExpired(); ++attempt) {
+    while (!deadline.hasExpired()) {
         const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = bus.interface()->registerService(
             busName, QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
         if (!reply.isValid()) {
             return Role::NoBus;
         }
         if (reply.value() == QDBusConnectionInterface::ServiceRegistered) {
+            m_isFirst = true;
             return Role::First;
         }
         const QDBusMessage answer = handedOver(files, deadline);
@@ -139,6 +146,7 @@ SessionApplication::Role SessionApplication::claim(const QList<QUrl>& files)
         if (!vanished(answer)) {
             return Role::Unanswered;
         }
+        QThread::msleep(pause.count());
     }
     return Role::Unanswered;
 }

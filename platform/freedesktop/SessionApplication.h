@@ -63,6 +63,7 @@ private:
     /// Calls that came before the handlers: files to open, or nothing for an activation.
     QList<std::optional<QList<QUrl>>> m_waiting;
     std::unique_ptr<Interface> m_interface;
+    bool m_isFirst = false;
 };
 
 } // namespace lapsa

@@ -7,11 +7,13 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusVirtualObject>
 #include <QDateTime>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTest>
 #include <QUrl>
 
@@ -38,6 +40,33 @@ QDBusMessage callOf(const QString& method, const QVariantList& arguments)
     message.setArguments(arguments);
     return message;
 }
+
+/// Holds the name of an application that is on its way out: nobody is behind it any more. Goes after so many calls.
+class EndingPredecessor final : public QDBusVirtualObject
+{
+public:
+    EndingPredecessor(const QDBusConnection& bus, int calls)
+        : m_bus(bus)
+        , m_calls(calls)
+    {
+        m_bus.registerVirtualObject(u"/org/lapsa"_s, this, QDBusConnection::SubPath);
+        m_bus.registerService(busName);
+    }
+
+    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+    {
+        if (--m_calls == 0) {
+            m_bus.unregisterService(busName);
+        }
+        return connection.send(message.createErrorReply(QDBusError::UnknownObject, u"gone"_s));
+    }
+
+private:
+    QDBusConnection m_bus;
+    int m_calls;
+};
 
 } // namespace
 
@@ -278,6 +307,21 @@ private slots:
             QTRY_COMPARE_WITH_TIMEOUT(storedPaths(*m_home), files, patience);
         }
         QCOMPARE(running->terminate(), 0);
+    }
+
+    void aPredecessorMayTakeItsTimeToEnd()
+    {
+        constexpr int calls = 60;
+        const QString name = u"predecessor"_s;
+        const QString file = m_home->makeFile(u"report.zip"_s);
+        const EndingPredecessor predecessor(QDBusConnection::connectToBus(m_bus->address(), name), calls);
+        const auto disconnected = qScopeGuard([&name] { QDBusConnection::disconnectFromBus(name); });
+        waitForName();
+
+        LapsaProcess lapsa({file});
+
+        QTRY_COMPARE_WITH_TIMEOUT(storedPaths(*m_home), QStringList{file}, patience);
+        QCOMPARE(lapsa.terminate(), 0);
     }
 
     void twentyStartsAtOnceLeaveOneProcessAndLoseNoFile()
