@@ -6,8 +6,7 @@
 #include "FileSystem.h"
 #include "JSONDecoder.h"
 #include "JSONEncoder.h"
-
-#include <QUuid>
+#include "RandomUuid.h"
 
 #include <algorithm>
 
@@ -40,7 +39,7 @@ bool LapsaItem::isExpired(TimePoint now) const
 
 QString newItemId()
 {
-    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+    return upperCaseText(randomUuid());
 }
 
 void write(JSONEncoder& encoder, const LapsaItem& item)
@@ -58,13 +57,13 @@ void write(JSONEncoder& encoder, const LapsaItem& item)
 
 void read(const JSONObject& object, LapsaItem& item)
 {
-    item.id = object.text("id");
-    item.path = object.text("path");
-    item.displayName = object.text("displayName");
     item.addedAt = object.timestamp("addedAt");
+    item.displayName = object.text("displayName");
     item.expiresAt = object.timestamp("expiresAt");
-    item.locked = object.boolean("locked");
     item.fiveMinuteWarningSent = object.boolean("fiveMinuteWarningSent");
+    item.id = object.text("id");
+    item.locked = object.boolean("locked");
+    item.path = object.text("path");
 }
 
 } // namespace lapsa

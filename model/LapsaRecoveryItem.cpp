@@ -22,12 +22,12 @@ void write(JSONEncoder& encoder, const LapsaRecoveryItem& item)
 
 void read(const JSONObject& object, LapsaRecoveryItem& item)
 {
+    item.deletedAt = object.timestamp("deletedAt");
+    item.displayName = object.text("displayName");
     item.id = object.uuid("id");
     item.originalPath = object.text("originalPath");
-    item.recoveryPath = object.text("recoveryPath");
-    item.displayName = object.text("displayName");
-    item.deletedAt = object.timestamp("deletedAt");
     item.purgeAfter = object.timestamp("purgeAfter");
+    item.recoveryPath = object.text("recoveryPath");
 }
 
 } // namespace lapsa

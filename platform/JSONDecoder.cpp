@@ -57,19 +57,31 @@ QByteArrayView viewOf(std::string_view text)
     return {text.data(), static_cast<qsizetype>(text.size())};
 }
 
-/// The value of a key with its exact type; an empty one, and the whole document fails, where it is not so.
+} // namespace
+
+/// The value of a key with its exact type; an empty one, and the whole document fails, where it is not so. Of fields of
+/// the same name it is the first.
 template <typename T>
-T valueOf(const dom::object& object, std::string_view key, bool& failed)
+T JSONObject::value(std::string_view key) const
 {
+    const auto object = handleOf<dom::object>(m_place);
+    auto next = handleOf<dom::object::iterator>(m_next);
     T value{};
-    if (object[key].get(value) != simdjson::SUCCESS) {
-        failed = true;
+    simdjson::error_code error = simdjson::NO_SUCH_FIELD;
+    if (next != object.end() && next.key_equals(key)) {
+        // As they were written. What stands before was asked for under other names, so that this is the first.
+        error = next.value().get(value);
+        m_next = placeOf<Place>(++next);
+    } else {
+        error = object[key].get(value);
+        m_next = placeOf<Place>(object.end());
+    }
+    if (error != simdjson::SUCCESS) {
+        m_decoder->m_failed = true;
         return T{};
     }
     return value;
 }
-
-} // namespace
 
 JSONDecoder::JSONDecoder() = default;
 
@@ -78,8 +90,10 @@ JSONDecoder::~JSONDecoder() = default;
 bool JSONDecoder::parse(const QByteArray& bytes)
 {
     m_parser = std::make_unique<Parser>();
-    m_failed = m_parser->parser.parse(bytes.constData(), static_cast<std::size_t>(bytes.size())).get(m_parser->root) !=
-               simdjson::SUCCESS;
+    // The parser reads ahead. Bytes with room behind them need not be copied for that.
+    const bool copied = bytes.capacity() - bytes.size() < qsizetype{simdjson::SIMDJSON_PADDING};
+    m_failed = m_parser->parser.parse(bytes.constData(), static_cast<std::size_t>(bytes.size()), copied)
+                   .get(m_parser->root) != simdjson::SUCCESS;
     return !m_failed;
 }
 
@@ -90,7 +104,7 @@ std::optional<JSONObject> JSONDecoder::rootObject()
         m_failed = true;
         return std::nullopt;
     }
-    return JSONObject(*this, placeOf<JSONObject::Place>(object));
+    return JSONObject(*this, placeOf<JSONObject::Place>(object), placeOf<JSONObject::Place>(object.begin()));
 }
 
 JSONDecoder::Objects JSONDecoder::rootArray()
@@ -111,7 +125,7 @@ JSONDecoder::Objects JSONDecoder::rootArray()
 JSONDecoder::Objects JSONDecoder::arrayOf(const JSONObject& object, std::string_view key)
 {
     Objects objects;
-    const auto array = valueOf<dom::array>(handleOf<dom::object>(object.m_place), key, m_failed);
+    const auto array = object.value<dom::array>(key);
     if (m_failed) {
         return objects;
     }
@@ -137,12 +151,12 @@ std::optional<JSONObject> JSONDecoder::Objects::next()
         return std::nullopt;
     }
     m_next = placeOf<JSONObject::Place>(++position);
-    return JSONObject(*m_decoder, placeOf<JSONObject::Place>(object));
+    return JSONObject(*m_decoder, placeOf<JSONObject::Place>(object), placeOf<JSONObject::Place>(object.begin()));
 }
 
 QString JSONObject::text(std::string_view key) const
 {
-    const auto bytes = viewOf(valueOf<std::string_view>(handleOf<dom::object>(m_place), key, m_decoder->m_failed));
+    const auto bytes = viewOf(value<std::string_view>(key));
     QString text = QString::fromUtf8(bytes);
     if (bytes.startsWith(byteOrderMark)) {
         // It is dropped as if it said something about the bytes; in a name it is a character like others.
@@ -153,17 +167,17 @@ QString JSONObject::text(std::string_view key) const
 
 bool JSONObject::boolean(std::string_view key) const
 {
-    return valueOf<bool>(handleOf<dom::object>(m_place), key, m_decoder->m_failed);
+    return value<bool>(key);
 }
 
 std::int64_t JSONObject::integer(std::string_view key) const
 {
-    return valueOf<std::int64_t>(handleOf<dom::object>(m_place), key, m_decoder->m_failed);
+    return value<std::int64_t>(key);
 }
 
 TimePoint JSONObject::timestamp(std::string_view key) const
 {
-    const auto text = valueOf<std::string_view>(handleOf<dom::object>(m_place), key, m_decoder->m_failed);
+    const auto text = value<std::string_view>(key);
     const std::optional<TimePoint> time = timePointFromIso8601(viewOf(text));
     if (!time) {
         fail();
@@ -173,7 +187,7 @@ TimePoint JSONObject::timestamp(std::string_view key) const
 
 QUuid JSONObject::uuid(std::string_view key) const
 {
-    const auto text = valueOf<std::string_view>(handleOf<dom::object>(m_place), key, m_decoder->m_failed);
+    const auto text = value<std::string_view>(key);
     if (!isCanonicalUuid(text)) {
         fail();
         return {};

@@ -50,13 +50,19 @@ private:
         std::size_t index = 0;
     };
 
-    JSONObject(JSONDecoder& decoder, Place place)
+    JSONObject(JSONDecoder& decoder, Place place, Place firstField)
         : m_decoder(&decoder)
         , m_place(place)
+        , m_next(firstField)
     {}
+
+    template <typename T>
+    [[nodiscard]] T value(std::string_view key) const;
 
     JSONDecoder* m_decoder;
     Place m_place;
+    /// The field behind the one that was asked for last, while they are asked for in the order in which they stand.
+    mutable Place m_next;
 };
 
 /// Reads JSON strictly: valid UTF-8, one document and nothing after it, every field of the records present with its

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstring>
 #include <utility>
 
 namespace lapsa {
@@ -37,22 +38,27 @@ char escapeOf(char byte)
     return escapes[static_cast<unsigned char>(byte)];
 }
 
-void appendEscaped(QByteArray& out, char byte)
+/// The longest that one byte can become.
+constexpr qsizetype longestEscape = 6;
+
+/// Writes a byte as it stands in a string; returns the end of what was written.
+inline char* writeEscaped(char* out, char byte)
 {
     const char escape = escapeOf(byte);
-    out += '\\';
-    out += escape;
+    if (escape == 0) {
+        *out = byte;
+        return out + 1;
+    }
+    *out++ = '\\';
+    *out++ = escape;
     if (escape == 'u') {
         constexpr char hexDigits[] = "0123456789abcdef";
-        out += "00";
-        out += hexDigits[static_cast<unsigned char>(byte) >> 4U];
-        out += hexDigits[static_cast<unsigned char>(byte) & 0xFU];
+        *out++ = '0';
+        *out++ = '0';
+        *out++ = hexDigits[static_cast<unsigned char>(byte) >> 4U];
+        *out++ = hexDigits[static_cast<unsigned char>(byte) & 0xFU];
     }
-}
-
-QByteArrayView viewOf(std::string_view text)
-{
-    return {text.data(), static_cast<qsizetype>(text.size())};
+    return out;
 }
 
 } // namespace
@@ -86,38 +92,41 @@ void JSONEncoder::field(std::string_view key, const QString& value)
 void JSONEncoder::field(std::string_view key, std::int64_t number)
 {
     beginField(key);
-    std::array<char, 24> digits{};
-    const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-    m_bytes.append(digits.data(), end - digits.data());
+    constexpr qsizetype mostDigits = 24;
+    char* const begin = room(mostDigits);
+    tookUpTo(std::to_chars(begin, begin + mostDigits, number).ptr);
 }
 
 void JSONEncoder::field(std::string_view key, TimePoint time)
 {
     beginField(key);
-    m_bytes += '"';
-    m_bytes += iso8601Text(time);
-    m_bytes += '"';
+    char* const out = room(iso8601Length + 2);
+    *out = '"';
+    writeIso8601(time, out + 1);
+    out[iso8601Length + 1] = '"';
+    tookUpTo(out + iso8601Length + 2);
 }
 
 void JSONEncoder::field(std::string_view key, const QUuid& uuid)
 {
     beginField(key);
-    m_bytes += '"';
-    m_bytes += uuid.toByteArray(QUuid::WithoutBraces).toUpper();
-    m_bytes += '"';
+    const QByteArray text = uuid.toByteArray(QUuid::WithoutBraces).toUpper();
+    put('"');
+    put({text.constData(), static_cast<std::size_t>(text.size())});
+    put('"');
 }
 
 void JSONEncoder::boolean(std::string_view key, bool value)
 {
     beginField(key);
-    m_bytes += value ? "true" : "false";
+    put(value ? std::string_view("true") : std::string_view("false"));
 }
 
 void JSONEncoder::beginElement()
 {
     Level& level = m_levels.back();
     if (!std::exchange(level.empty, false)) {
-        m_bytes += ',';
+        put(',');
     }
     newLine();
 }
@@ -131,14 +140,14 @@ void JSONEncoder::beginField(std::string_view key)
     }
     level.lastKey = key;
     beginElement();
-    m_bytes += '"';
-    m_bytes += viewOf(key);
-    m_bytes += "\" : ";
+    put('"');
+    put(key);
+    put("\" : ");
 }
 
 void JSONEncoder::open(char bracket)
 {
-    m_bytes += bracket;
+    put(bracket);
     m_levels.emplace_back();
 }
 
@@ -149,35 +158,67 @@ void JSONEncoder::close(char bracket)
     if (!empty) {
         newLine();
     }
-    m_bytes += bracket;
+    put(bracket);
 }
 
 void JSONEncoder::newLine()
 {
-    m_bytes += '\n';
-    m_bytes.append(indentWidth * static_cast<qsizetype>(m_levels.size()), ' ');
+    const auto indent = static_cast<std::size_t>(indentWidth) * m_levels.size();
+    char* const out = room(static_cast<qsizetype>(indent) + 1);
+    *out = '\n';
+    std::memset(out + 1, ' ', indent);
+    tookUpTo(out + 1 + indent);
 }
 
 void JSONEncoder::text(const QString& value)
 {
-    const QByteArray utf8 = value.toUtf8();
-    m_bytes += '"';
-    auto plain = utf8.cbegin();
-    while (plain != utf8.cend()) {
-        const auto special = std::find_if(plain, utf8.cend(), [](char byte) { return escapeOf(byte) != 0; });
-        m_bytes.append(plain, special - plain);
-        if (special == utf8.cend()) {
-            break;
-        }
-        appendEscaped(m_bytes, *special);
-        plain = special + 1;
+    char* out = room(longestEscape * value.size() + 2);
+    *out++ = '"';
+    const QChar* unit = value.cbegin();
+    const QChar* const end = value.cend();
+    for (; unit != end && unit->unicode() < 0x80; ++unit) {
+        out = writeEscaped(out, unit->toLatin1());
     }
-    m_bytes += '"';
+    if (unit != end) {
+        tookUpTo(out);
+        const QByteArray rest = QStringView(unit, end).toUtf8();
+        out = room(longestEscape * rest.size() + 1);
+        for (const char byte : rest) {
+            out = writeEscaped(out, byte);
+        }
+    }
+    *out++ = '"';
+    tookUpTo(out);
+}
+
+void JSONEncoder::put(char byte)
+{
+    char* const out = room(1);
+    *out = byte;
+    tookUpTo(out + 1);
+}
+
+void JSONEncoder::put(std::string_view bytes)
+{
+    char* const out = room(static_cast<qsizetype>(bytes.size()));
+    std::memcpy(out, bytes.data(), bytes.size());
+    tookUpTo(out + bytes.size());
+}
+
+/// Where the next `length` bytes may be written.
+char* JSONEncoder::room(qsizetype length)
+{
+    constexpr qsizetype least = 4096;
+    if (m_bytes.size() - m_length < length) {
+        m_bytes.resize(std::max({least, 2 * m_bytes.size(), m_length + length}));
+    }
+    return m_bytes.data() + m_length;
 }
 
 QByteArray JSONEncoder::takeDocument()
 {
-    m_bytes += '\n';
+    put('\n');
+    m_bytes.truncate(std::exchange(m_length, 0));
     return std::exchange(m_bytes, {});
 }
 

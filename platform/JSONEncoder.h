@@ -90,9 +90,17 @@ private:
     void close(char bracket);
     void newLine();
     void text(const QString& text);
+    void put(char byte);
+    void put(std::string_view bytes);
+    [[nodiscard]] char* room(qsizetype length);
+
+    void tookUpTo(const char* end) { m_length = end - m_bytes.constData(); }
+
     [[nodiscard]] QByteArray takeDocument();
 
+    /// The document so far is its first `m_length` bytes; behind them is room to write to.
     QByteArray m_bytes;
+    qsizetype m_length = 0;
     std::vector<Level> m_levels;
 };
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <string_view>
 
 namespace lapsa {
 
@@ -132,20 +133,28 @@ double secondsBetween(TimePoint from, TimePoint to)
 
 QByteArray iso8601Text(TimePoint time)
 {
+    QByteArray text(iso8601Length, Qt::Uninitialized);
+    writeIso8601(time, text.data());
+    return text;
+}
+
+void writeIso8601(TimePoint time, char* out)
+{
     const auto wholeSecond = floor<seconds>(std::clamp(time, distantPast, distantFuture));
     const auto day = floor<days>(wholeSecond);
     const year_month_day date{day};
     const hh_mm_ss clock{wholeSecond - day};
 
-    char text[] = "0000-00-00T00:00:00Z";
-    char* end = text;
+    constexpr std::string_view form = "0000-00-00T00:00:00Z";
+    static_assert(form.size() == iso8601Length);
+    std::ranges::copy(form, out);
+    char* end = out;
     appendDigits(end, static_cast<unsigned>(static_cast<int>(date.year())), 4);
     appendDigits(++end, static_cast<unsigned>(date.month()), 2);
     appendDigits(++end, static_cast<unsigned>(date.day()), 2);
     appendDigits(++end, static_cast<unsigned>(clock.hours().count()), 2);
     appendDigits(++end, static_cast<unsigned>(clock.minutes().count()), 2);
     appendDigits(++end, static_cast<unsigned>(clock.seconds().count()), 2);
-    return {text, sizeof text - 1};
 }
 
 std::optional<TimePoint> timePointFromIso8601(QByteArrayView text)

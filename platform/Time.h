@@ -36,6 +36,12 @@ inline constexpr TimePoint distantFuture{std::chrono::sys_days{std::chrono::year
 /// written can always be read.
 [[nodiscard]] QByteArray iso8601Text(TimePoint time);
 
+/// The length of such a text.
+inline constexpr int iso8601Length = 20;
+
+/// Writes it to `out`, which has room for `iso8601Length` bytes.
+void writeIso8601(TimePoint time, char* out);
+
 /// The time of such a text: whole seconds and a zone designator ("Z" or an offset as "+01:00"), nothing else. One that
 /// its offset carries outside years 1 to 9999 becomes the nearest time inside, as in writing.
 [[nodiscard]] std::optional<TimePoint> timePointFromIso8601(QByteArrayView text);
