@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+#include <QUuid>
+
+namespace lapsa {
+
+/// A fresh random (version 4) UUID. It names a record and is no secret.
+[[nodiscard]] QUuid randomUuid();
+
+/// The canonical text of a UUID in upper case.
+[[nodiscard]] QString upperCaseText(const QUuid& uuid);
+
+} // namespace lapsa
