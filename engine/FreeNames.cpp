@@ -53,8 +53,8 @@ QString FreeNames::uniquePath(const QString& path)
     const QString folder = parentPath(path);
     const QString name = lastPathComponent(path);
     const QString first = joined(folder, fileNameVariant(name, 0));
-    if (!m_folders.contains(folder) && !fileSystem::exists(first)) {
-        return first;
+    if (!m_folders.contains(folder)) {
+        return first; // the move sees for itself whether it is free
     }
 
     Folder& known = look(folder);
@@ -98,16 +98,15 @@ FreeNames::Folder& FreeNames::look(const QString& folder)
         folder, Folder{.names = listed ? std::optional(std::move(names)) : std::nullopt, .nextVariant = {}});
 }
 
-Result<QString> moveToFreeName(const QString& from, const QString& wanted, FreeNames& freeNames,
-                               const fileSystem::Protection& protection)
+Result<QString> moveToFreeName(fileSystem::Batch& selected, const QString& wanted, FreeNames& freeNames)
 {
-    // A name can be taken between the look and the move, and a dangling link is seen by the move alone. That a name is
+    // The first look at a folder is the move itself, and a name can be taken between a look and the move. That one is
     // taken over and over again is no accident any more.
     constexpr int mostTries = 1000;
     Result<void> moved;
     for (int attempt = 0; attempt < mostTries; ++attempt) {
         const QString destination = freeNames.uniquePath(wanted);
-        moved = fileSystem::move(from, destination, protection);
+        moved = selected.move(destination);
         if (moved) {
             freeNames.markTaken(destination);
             return destination;

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "FileSystem.h"
+#include "FileBatch.h"
 #include "Result.h"
 
 #include <QHash>
@@ -28,7 +28,7 @@ inline constexpr qsizetype maxFileNameBytes = 255;
 class FreeNames final
 {
 public:
-    /// The path itself when nothing is there, else its first free variant in the same folder.
+    /// The path itself, until a name in its folder was found taken; from then on its first free variant there.
     [[nodiscard]] QString uniquePath(const QString& path);
 
     /// From now on `path` counts as taken.
@@ -51,8 +51,7 @@ private:
     QHash<QString, Folder> m_folders;
 };
 
-/// Moves a file or folder to `wanted`, or where that is taken to its first free variant; the answer is where it is now.
-[[nodiscard]] Result<QString> moveToFreeName(const QString& from, const QString& wanted, FreeNames& freeNames,
-                                             const fileSystem::Protection& protection);
+/// Moves what is selected to `wanted`, or where that is taken to its first free variant; the answer is where it is now.
+[[nodiscard]] Result<QString> moveToFreeName(fileSystem::Batch& selected, const QString& wanted, FreeNames& freeNames);
 
 } // namespace lapsa

@@ -3,14 +3,15 @@
 
 #include "AppPaths.h"
 #include "Clock.h"
+#include "FileBatch.h"
 #include "FileName.h"
-#include "FileSystem.h"
 #include "FreeNames.h"
 #include "LapsaStore.h"
+#include "RandomUuid.h"
 #include "SystemLog.h"
-#include "Trash.h"
 
 #include <algorithm>
+#include <cerrno>
 
 namespace lapsa {
 
@@ -19,7 +20,8 @@ using namespace Qt::StringLiterals;
 /// What disposing of many files in a row shares.
 struct LapsaStore::DisposalRun
 {
-    fileSystem::Protection protection{.folder = AppPaths::applicationSupportDirectory().toLocalFile()};
+    fileSystem::Batch batch{{.folder = AppPaths::applicationSupportDirectory().toLocalFile()}};
+    QString recoveryFolder = AppPaths::recoveryDirectory().toLocalFile();
     FreeNames freeNames;
 };
 
@@ -103,16 +105,16 @@ void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
 {
     // Somebody else was faster: nothing to do and nothing to say. A path that leads nowhere by itself, as an edited
     // file may hold one, is refused below like everything else that must not be touched.
-    if (item.path.startsWith(u'/') && !item.exists()) {
+    if (!run.batch.select(item.path) && item.path.startsWith(u'/')) {
         return;
     }
     Result<void> disposed;
     if (settings().useRecoveryWindow) {
         disposed = moveToRecovery(item, run);
     } else if (settings().useTrash) {
-        disposed = moveToTrash(item.path, run.protection);
+        disposed = run.batch.moveToTrash();
     } else {
-        disposed = fileSystem::remove(item.path, run.protection);
+        disposed = run.batch.remove();
     }
     if (!disposed) {
         systemLog(u"Lapsa failed to delete "_s + item.path + u": "_s + disposed.error().description);
@@ -121,8 +123,13 @@ void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
 
 Result<void> LapsaStore::moveToRecovery(const LapsaItem& item, DisposalRun& run)
 {
-    const QString wanted = AppPaths::recoveryDirectory().toLocalFile() + u'/' + recoveryFileName(item);
-    Result<QString> moved = moveToFreeName(item.path, wanted, run.freeNames, run.protection);
+    const QString name = recoveryFileName(item);
+    Result<QString> moved = moveToFreeName(run.batch, run.recoveryFolder + u'/' + name, run.freeNames);
+    if (!moved && moved.error().code == ENOENT) {
+        // Somebody removed the folder.
+        run.recoveryFolder = AppPaths::recoveryDirectory().toLocalFile();
+        moved = moveToFreeName(run.batch, run.recoveryFolder + u'/' + name, run.freeNames);
+    }
     if (!moved) {
         return moved.error();
     }
@@ -130,7 +137,7 @@ Result<void> LapsaStore::moveToRecovery(const LapsaItem& item, DisposalRun& run)
     const Clock& clock = m_environment.clock;
     const TimePoint deletedAt = clock.now();
     m_recoveryItems.push_back({
-        .id = QUuid::createUuid(),
+        .id = randomUuid(),
         .originalPath = item.path,
         .recoveryPath = std::move(moved).value(),
         .displayName = item.displayName,

@@ -3,8 +3,8 @@
 
 #include "AppPaths.h"
 #include "Clock.h"
+#include "FileBatch.h"
 #include "FileName.h"
-#include "FileSystem.h"
 #include "FreeNames.h"
 #include "LapsaStore.h"
 #include "SystemLog.h"
@@ -31,14 +31,17 @@ Result<void> putBack(const LapsaRecoveryItem& item)
     if (auto made = fileSystem::createDirectory(folder, fileSystem::Access::Default); !made) {
         return made;
     }
-    const auto moved = moveToFreeName(item.recoveryPath, item.originalPath, freeNames, protection());
+    fileSystem::Batch batch(protection());
+    batch.select(item.recoveryPath);
+    const auto moved = moveToFreeName(batch, item.originalPath, freeNames);
     return moved ? Result<void>() : Result<void>(moved.error());
 }
 
 // Silent on purpose, a copy that is already gone included: the record goes either way.
-void removeCopy(const LapsaRecoveryItem& item)
+void removeCopy(const LapsaRecoveryItem& item, fileSystem::Batch& batch)
 {
-    std::ignore = fileSystem::remove(item.recoveryPath, protection());
+    batch.select(item.recoveryPath);
+    std::ignore = batch.remove();
 }
 
 } // namespace
@@ -59,7 +62,8 @@ void LapsaStore::restoreRecoveryItem(const LapsaRecoveryItem& item)
 
 void LapsaStore::deleteRecoveryItem(const LapsaRecoveryItem& item)
 {
-    removeCopy(item);
+    fileSystem::Batch batch(protection());
+    removeCopy(item, batch);
     removeRecoveryRecords(item.id);
     saveRecoverySoon();
 }
@@ -71,9 +75,10 @@ void LapsaStore::purgeExpiredRecovery()
     if (std::ranges::none_of(m_recoveryItems, due)) {
         return;
     }
-    std::ranges::for_each(m_recoveryItems.cbegin(), m_recoveryItems.cend(), [&due](const LapsaRecoveryItem& item) {
+    fileSystem::Batch batch(protection());
+    std::ranges::for_each(m_recoveryItems.cbegin(), m_recoveryItems.cend(), [&](const LapsaRecoveryItem& item) {
         if (due(item)) {
-            removeCopy(item);
+            removeCopy(item, batch);
         }
     });
     emit willChange();

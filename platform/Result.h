@@ -42,6 +42,8 @@ public:
     /// Only where has_value() is true.
     [[nodiscard]] const T& value() const& { return std::get<0>(m_state); }
 
+    [[nodiscard]] T& value() & { return std::get<0>(m_state); }
+
     [[nodiscard]] T&& value() && { return std::get<0>(std::move(m_state)); }
 
     /// Only where has_value() is false.

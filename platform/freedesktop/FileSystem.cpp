@@ -19,6 +19,13 @@ namespace lapsa::fileSystem {
 
 namespace {
 
+/// Whether there is nothing for lexicallyClean() to do.
+bool isLexicallyClean(QStringView path)
+{
+    return (path.size() == 1 || !path.endsWith(u'/')) && !path.endsWith(u"/.") && !path.endsWith(u"/..") &&
+           !path.contains(u"//") && !path.contains(u"/./") && !path.contains(u"/../");
+}
+
 /// Without "." and "..", doubled and trailing slashes. Links are not looked at.
 QByteArray lexicallyClean(const QByteArray& path)
 {
@@ -67,8 +74,10 @@ Result<QByteArray> readToEnd(int file, off_t expected)
     if (expected >= largest) {
         return FileError::fromErrno(EFBIG);
     }
-    // One byte more than expected, so that the end is seen without making room once more.
-    QByteArray content(qsizetype(expected) + 1, Qt::Uninitialized);
+    // More than expected, so that the end is seen without making room once more; and as much more as a parser wants to
+    // find behind a text, which it would copy otherwise.
+    constexpr qsizetype spare = 64;
+    QByteArray content(qsizetype(expected) + spare, Qt::Uninitialized);
     qsizetype length = 0;
     while (length < largest) {
         if (length == content.size()) {
@@ -93,8 +102,13 @@ Result<QByteArray> readToEnd(int file, off_t expected)
 std::optional<QString> standardizedPath(const QUrl& url)
 {
     const QString host = url.host();
-    if (url.scheme() != QLatin1StringView("file") || !(host.isEmpty() || host == QLatin1StringView("localhost"))) {
+    if (!url.isLocalFile() || !(host.isEmpty() || host == QLatin1StringView("localhost"))) {
         return std::nullopt;
+    }
+    QString decoded = url.path(QUrl::FullyDecoded);
+    if (decoded.startsWith(u'/') && !decoded.contains(QChar::ReplacementCharacter) && !decoded.contains(QChar::Null) &&
+        isLexicallyClean(decoded)) {
+        return decoded;
     }
     // Decoded as bytes: Qt's own decoding puts a replacement mark, and so another name, where they are not UTF-8.
     const QByteArray bytes = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());

@@ -3,34 +3,14 @@
 
 #include "FileSystem.h"
 #include "FolderListing.h"
-#include "FolderRemoval.h"
 #include "InterruptedCopies.h"
 #include "Place.h"
-#include "ProtectionCheck.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <vector>
 
 namespace lapsa::fileSystem {
-
-Result<void> remove(const QString& path, const Protection& protection)
-{
-    const Result<Place> place = openPlace(path);
-    if (!place) {
-        return place.error();
-    }
-    const Result<struct statx> status = lookAtUnprotected(place.value(), protection);
-    if (!status) {
-        return status.error();
-    }
-    const int error =
-        isFolder(status.value())
-            ? FolderRemoval().run(place.value(), identityOf(status.value()))
-            : errorOf([&] { return ::unlinkat(place.value().folder.get(), place.value().name.constData(), 0); });
-    return error == 0 ? Result<void>() : FileError::fromErrno(error);
-}
 
 void removeInterruptedCopies(const QString& folder)
 {

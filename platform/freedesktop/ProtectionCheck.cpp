@@ -105,34 +105,25 @@ Result<bool> holdsMount(const Place& place, const struct statx& status)
 
 } // namespace
 
-Result<struct statx> lookAtUnprotected(const Place& place, const fileSystem::Protection& protection)
+int checkUnprotected(const Place& place, const struct statx& status, const fileSystem::Protection& protection)
 {
-    const Result<struct statx> found =
-        look(place.folder.get(), place.name.constData(), STATX_BASIC_STATS | STATX_BTIME);
-    if (!found) {
-        return found.error();
-    }
-    const struct statx& status = found.value();
     if ((status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0) {
-        return FileError::fromErrno(EPERM);
+        return EPERM;
     }
-    if (S_ISLNK(status.stx_mode) && isProtectedLink(place, status, protection)) {
-        return FileError::fromErrno(EPERM);
+    if (S_ISLNK(status.stx_mode)) {
+        return isProtectedLink(place, status, protection) ? EPERM : 0;
     }
     if (!isFolder(status)) {
-        return status;
+        return 0;
     }
     if (isProtectedFolder(status, protection)) {
-        return FileError::fromErrno(EPERM);
+        return EPERM;
     }
     const Result<bool> mountBelow = holdsMount(place, status);
     if (!mountBelow) {
-        return mountBelow.error();
+        return mountBelow.error().code;
     }
-    if (mountBelow.value()) {
-        return FileError::fromErrno(EPERM);
-    }
-    return status;
+    return mountBelow.value() ? EPERM : 0;
 }
 
 } // namespace lapsa

@@ -10,8 +10,9 @@
 
 namespace lapsa {
 
-/// Looks at the entry that is about to be moved or removed: EPERM where it is protected, ENOENT where there is none.
-/// Costs one statx(2) for all but folders.
-[[nodiscard]] Result<struct statx> lookAtUnprotected(const Place& place, const fileSystem::Protection& protection);
+/// Whether the entry may be moved or removed, by how it just looked (at least STATX_BASIC_STATS): an `errno` value,
+/// EPERM where it is protected. Costs nothing for what is no folder and no link.
+[[nodiscard]] int checkUnprotected(const Place& place, const struct statx& status,
+                                   const fileSystem::Protection& protection);
 
 } // namespace lapsa

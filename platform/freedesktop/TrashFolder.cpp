@@ -167,7 +167,7 @@ Result<TrashFolder> TrashFolder::ofVolume(const Place& place)
     if (!folder) {
         return folder.error();
     }
-    Result<TrashFolder> trash = opened(std::move(folder).value());
+    Result<TrashFolder> trash = opened(folder.value());
     if (!trash) {
         return trash.error();
     }
@@ -176,7 +176,7 @@ Result<TrashFolder> TrashFolder::ofVolume(const Place& place)
     return found;
 }
 
-Result<TrashFolder> TrashFolder::opened(FileDescriptor folder)
+Result<TrashFolder> TrashFolder::opened(const FileDescriptor& folder)
 {
     if (!folder) {
         return FileError::fromErrno(errno);
@@ -189,49 +189,44 @@ Result<TrashFolder> TrashFolder::opened(FileDescriptor folder)
     if (!info) {
         return info.error();
     }
+    const auto filesStatus = look(files.value().get(), "", STATX_INO);
+    const auto infoStatus = look(info.value().get(), "", STATX_INO);
+    const auto filesPath = realPath(files.value().get());
+    const auto infoPath = realPath(info.value().get());
+    if (!filesStatus || !infoStatus || !filesPath || !infoPath) {
+        return FileError::fromErrno(EACCES);
+    }
     TrashFolder trash;
-    trash.m_folder = std::move(folder);
-    trash.m_files = std::move(files).value();
+    trash.m_inFiles.folder = std::move(files).value();
+    trash.m_filesIdentity = identityOf(filesStatus.value());
+    trash.m_filesPath = filesPath.value() + '/';
     trash.m_info = std::move(info).value();
+    trash.m_infoIdentity = identityOf(infoStatus.value());
+    trash.m_infoPath = infoPath.value() + '/';
     return trash;
 }
 
-bool TrashFolder::isOnDevice(std::uint64_t device) const
+bool TrashFolder::contains(const QByteArray& folder, const Place& place, const struct statx& status) const
 {
-    const Result<struct statx> status = look(m_files.get(), "", STATX_INO);
-    return status && identityOf(status.value()).device == device;
-}
-
-bool TrashFolder::contains(const Place& place, const struct statx& status) const
-{
-    const Result<QByteArray> folder = realPath(place.folder.get());
-    const Result<QByteArray> info = realPath(m_info.get());
-    const Result<QByteArray> files = realPath(m_files.get());
-    if (!folder || !info || !files) {
+    const QByteArray above = folder == "/" ? folder : folder + '/';
+    if (above.startsWith(m_infoPath)) {
         return true;
     }
-    if ((folder.value() + '/').startsWith(info.value() + '/')) {
-        return true;
+    if (!isFolder(status)) {
+        return false;
     }
-    const QByteArray entry = (folder.value() == "/" ? QByteArray() : folder.value()) + '/' + place.name + '/';
-    return isFolder(status) && ((info.value() + '/').startsWith(entry) || (files.value() + '/').startsWith(entry));
+    const QByteArray entry = above + place.name + '/';
+    return m_infoPath.startsWith(entry) || m_filesPath.startsWith(entry);
 }
 
-int TrashFolder::take(const Place& place, const FileIdentity& identity) const
+int TrashFolder::take(const QByteArray& folder, const Place& place, const FileIdentity& identity)
 {
-    const Result<QByteArray> record = recordOf(place);
-    if (!record) {
-        return record.error().code;
-    }
-    const Result<struct statx> trash = look(m_info.get(), "", STATX_INO);
-    if (!trash) {
-        return trash.error().code;
-    }
-    TrashName name(identityOf(trash.value()), place.name);
-    int error = takeAs(place, identity, name.current(), record.value());
+    const QByteArray record = recordOf(folder, place);
+    TrashName name(m_infoIdentity, place.name);
+    int error = takeAs(place, identity, name.current(), record);
     while (error == EEXIST) {
         name.advance();
-        error = takeAs(place, identity, name.current(), record.value());
+        error = takeAs(place, identity, name.current(), record);
     }
     if (error == 0) {
         name.remember();
@@ -239,13 +234,9 @@ int TrashFolder::take(const Place& place, const FileIdentity& identity) const
     return error;
 }
 
-Result<QByteArray> TrashFolder::recordOf(const Place& place) const
+QByteArray TrashFolder::recordOf(const QByteArray& folder, const Place& place) const
 {
-    const Result<QByteArray> folder = realPath(place.folder.get());
-    if (!folder) {
-        return folder.error();
-    }
-    QByteArray path = (folder.value() == "/" ? QByteArray() : folder.value()) + '/' + place.name;
+    QByteArray path = (folder == "/" ? folder : folder + '/') + place.name;
     if (!m_top.isEmpty()) {
         path = path.sliced(m_top == "/" ? 1 : m_top.size() + 1);
     }
@@ -255,15 +246,15 @@ Result<QByteArray> TrashFolder::recordOf(const Place& place) const
 }
 
 int TrashFolder::takeAs(const Place& place, const FileIdentity& identity, const QByteArray& name,
-                        const QByteArray& record) const
+                        const QByteArray& record)
 {
     const QByteArray recordName = name + ".trashinfo";
     if (const int error = makeRecord(m_info.get(), recordName, record)) {
         return error;
     }
-    const Place inTrash{.folder = FileDescriptor(::fcntl(m_files.get(), F_DUPFD_CLOEXEC, 0)), .name = name};
-    int error = inTrash.folder ? renameWithoutReplacing(place, inTrash) : errno;
-    if (error != 0 && inTrash.folder && hasArrived(place, identity, inTrash)) {
+    m_inFiles.name = name;
+    int error = renameWithoutReplacing(place, m_inFiles);
+    if (error != 0 && hasArrived(place, identity, m_inFiles)) {
         error = 0;
     }
     if (error != 0) {

@@ -21,26 +21,32 @@ public:
     [[nodiscard]] static Result<TrashFolder> ofVolume(const Place& place);
 
     /// Whether `files` is on the file system with this device number.
-    [[nodiscard]] bool isOnDevice(std::uint64_t device) const;
+    [[nodiscard]] bool isOnDevice(std::uint64_t device) const { return m_filesIdentity.device == device; }
 
-    /// Whether the entry is this trash folder itself, lies above it, or is one of its records.
-    [[nodiscard]] bool contains(const Place& place, const struct statx& status) const;
+    /// Whether the entry is this trash folder itself, lies above it, or is one of its records. `folder` is the real
+    /// path of the folder that holds it, here and below.
+    [[nodiscard]] bool contains(const QByteArray& folder, const Place& place, const struct statx& status) const;
 
     /// Puts the entry of this identity into the trash under a free name. Returns an `errno` value; after a failure the
     /// entry is where it was and nothing is in the trash.
-    [[nodiscard]] int take(const Place& place, const FileIdentity& identity) const;
+    [[nodiscard]] int take(const QByteArray& folder, const Place& place, const FileIdentity& identity);
 
 private:
     TrashFolder() = default;
 
-    [[nodiscard]] static Result<TrashFolder> opened(FileDescriptor folder);
-    [[nodiscard]] Result<QByteArray> recordOf(const Place& place) const;
+    [[nodiscard]] static Result<TrashFolder> opened(const FileDescriptor& folder);
+    [[nodiscard]] QByteArray recordOf(const QByteArray& folder, const Place& place) const;
     [[nodiscard]] int takeAs(const Place& place, const FileIdentity& identity, const QByteArray& name,
-                             const QByteArray& record) const;
+                             const QByteArray& record);
 
-    FileDescriptor m_folder;
-    FileDescriptor m_files;
+    /// `files`, with the name that an entry gets there.
+    Place m_inFiles;
+    FileIdentity m_filesIdentity;
     FileDescriptor m_info;
+    FileIdentity m_infoIdentity;
+    /// The real paths of both, with a trailing slash.
+    QByteArray m_filesPath;
+    QByteArray m_infoPath;
     /// The real path of the volume's top folder, which recorded paths start from; empty for the home trash.
     QByteArray m_top;
 };

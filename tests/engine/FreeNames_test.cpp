@@ -64,7 +64,7 @@ private slots:
         QVERIFY2(timer.elapsed() < limit, qPrintable(QString::number(timer.elapsed())));
     }
 
-    void aFreePathIsTheAnswerItself()
+    void atFirstThePathIsTheAnswerItself()
     {
         const test::TemporaryHome home;
         FreeNames names;
@@ -72,7 +72,7 @@ private slots:
         QCOMPARE(names.uniquePath(home.path(u"report.pdf"_s)), home.path(u"report.pdf"_s));
     }
 
-    void theFirstFreeVariantIsTheAnswer()
+    void afterARejectionTheFirstFreeVariantIsTheAnswer()
     {
         const test::TemporaryHome home;
         home.makeFile(u"report.pdf"_s);
@@ -80,6 +80,7 @@ private slots:
         home.makeFile(u"report-3.pdf"_s);
         FreeNames names;
 
+        names.reject(home.path(u"report.pdf"_s), home.path(u"report.pdf"_s));
         QCOMPARE(names.uniquePath(home.path(u"report.pdf"_s)), home.path(u"report-2.pdf"_s));
         names.markTaken(home.path(u"report-2.pdf"_s));
         QCOMPARE(names.uniquePath(home.path(u"report.pdf"_s)), home.path(u"report-4.pdf"_s));
@@ -92,7 +93,7 @@ private slots:
         const QString from = home.makeFile(u"report.pdf"_s, "second");
         FreeNames names;
 
-        const auto moved = moveToFreeName(from, home.path(u"to/report.pdf"_s), names, {});
+        const auto moved = movedToFreeName(from, home.path(u"to/report.pdf"_s), names);
 
         QVERIFY(moved);
         QCOMPARE(moved.value(), home.path(u"to/report-1.pdf"_s));
@@ -106,7 +107,7 @@ private slots:
         QVERIFY(QFile::link(home.path(u"nowhere"_s), home.path(u"to/report.pdf"_s)));
         FreeNames names;
 
-        const auto moved = moveToFreeName(home.makeFile(u"report.pdf"_s), home.path(u"to/report.pdf"_s), names, {});
+        const auto moved = movedToFreeName(home.makeFile(u"report.pdf"_s), home.path(u"to/report.pdf"_s), names);
 
         QVERIFY(moved);
         QCOMPARE(moved.value(), home.path(u"to/report-1.pdf"_s));
@@ -118,10 +119,10 @@ private slots:
         const test::TemporaryHome home;
         home.makeFile(u"to/report.pdf"_s, "first");
         FreeNames names;
-        QVERIFY(moveToFreeName(home.makeFile(u"report.pdf"_s), home.path(u"to/report.pdf"_s), names, {}));
+        QVERIFY(movedToFreeName(home.makeFile(u"report.pdf"_s), home.path(u"to/report.pdf"_s), names));
 
         home.makeFile(u"to/report-2.pdf"_s, "somebody else's");
-        const auto moved = moveToFreeName(home.makeFile(u"report.pdf"_s), home.path(u"to/report.pdf"_s), names, {});
+        const auto moved = movedToFreeName(home.makeFile(u"report.pdf"_s), home.path(u"to/report.pdf"_s), names);
 
         QVERIFY(moved);
         QCOMPARE(moved.value(), home.path(u"to/report-3.pdf"_s));
@@ -133,11 +134,19 @@ private slots:
         const QString from = home.makeFile(u"report.pdf"_s);
         FreeNames names;
 
-        const auto moved = moveToFreeName(from, home.path(u"missing/report.pdf"_s), names, {});
+        const auto moved = movedToFreeName(from, home.path(u"missing/report.pdf"_s), names);
 
         QVERIFY(!moved);
         QCOMPARE(moved.error().code, ENOENT);
         QVERIFY(QFile::exists(from));
+    }
+
+private:
+    static Result<QString> movedToFreeName(const QString& from, const QString& wanted, FreeNames& names)
+    {
+        fileSystem::Batch batch({});
+        batch.select(from);
+        return moveToFreeName(batch, wanted, names);
     }
 };
 

@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "FileSystem.h"
+
+#include <memory>
+
+namespace lapsa::fileSystem {
+
+/// Moves and removals in a row, one entry after the other: select() looks at an entry, the operation that follows acts
+/// on it. What neighbours have in common is looked up once for a few of them; for no more than a few, because the user
+/// goes on working meanwhile. To be used for one row of operations, and not kept.
+class Batch final
+{
+public:
+    explicit Batch(const Protection& protection);
+    Batch(const Batch&) = delete;
+    Batch& operator=(const Batch&) = delete;
+    ~Batch();
+
+    /// Says whether there is something at `path`, as exists() does: a link that leads nowhere is nothing. What the
+    /// operations below then do is theirs to say: they act on the entry itself, and fail where there is none.
+    bool select(const QString& path);
+
+    /// fileSystem::move() of what is selected.
+    Result<void> move(const QString& to);
+    /// lapsa::moveToTrash() of what is selected.
+    Result<void> moveToTrash();
+    /// fileSystem::remove() of what is selected.
+    Result<void> remove();
+
+private:
+    class Selection;
+
+    std::unique_ptr<Selection> m_selection;
+};
+
+} // namespace lapsa::fileSystem

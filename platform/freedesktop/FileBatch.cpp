@@ -1,0 +1,241 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileBatch.h"
+
+#include "CrossDeviceMove.h"
+#include "FolderRemoval.h"
+#include "HeldPlace.h"
+#include "ProtectionCheck.h"
+#include "Trash.h"
+#include "TrashFolder.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <tuple>
+
+namespace lapsa::fileSystem {
+
+namespace {
+
+Result<void> resultOf(int error)
+{
+    return error == 0 ? Result<void>() : FileError::fromErrno(error);
+}
+
+int takenBy(TrashFolder& trash, HeldPlace& held, const struct statx& status)
+{
+    const Result<QByteArray> folder = held.folderPath();
+    if (!folder) {
+        return folder.error().code;
+    }
+    return trash.contains(folder.value(), held.place(), status)
+               ? EPERM
+               : trash.take(folder.value(), held.place(), identityOf(status));
+}
+
+} // namespace
+
+class Batch::Selection final
+{
+public:
+    explicit Selection(const Protection& protection)
+        : m_protection(protection)
+    {}
+
+    bool select(const QString& path);
+    int move(const QString& to);
+    int moveToTrash();
+    int remove();
+
+private:
+    int look();
+
+    int checkUnprotected() const
+    {
+        return m_error != 0 ? m_error : lapsa::checkUnprotected(place(), m_status, m_protection);
+    }
+
+    int rename();
+    int moveToHomeTrash();
+    Result<TrashFolder>& homeTrash();
+
+    [[nodiscard]] const Place& place() const { return m_source.place(); }
+
+    [[nodiscard]] FileIdentity identity() const { return identityOf(m_status); }
+
+    Protection m_protection;
+    HeldPlace m_source;
+    HeldPlace m_destination;
+    std::optional<Result<TrashFolder>> m_homeTrash;
+    int m_homeTrashSharing = 0;
+    /// Of the selected entry: why it cannot be acted on, else how it looked.
+    int m_error = ENOENT;
+    struct statx m_status = {};
+};
+
+bool Batch::Selection::select(const QString& path)
+{
+    m_error = m_source.goTo(path);
+    if (m_error == 0) {
+        m_error = look();
+    }
+    if (m_error == ENOENT && m_source.isShared()) {
+        // The folder may have got another name since it was opened.
+        m_source.letGo();
+        m_error = m_source.goTo(path);
+        m_error = m_error == 0 ? look() : m_error;
+    }
+    if (m_error == 0 && !S_ISLNK(m_status.stx_mode)) {
+        return true;
+    }
+    return exists(path);
+}
+
+int Batch::Selection::look()
+{
+    const Result<struct statx> found =
+        lapsa::look(place().folder.get(), place().name.constData(), STATX_BASIC_STATS | STATX_BTIME);
+    if (!found) {
+        return found.error().code;
+    }
+    m_status = found.value();
+    return 0;
+}
+
+int Batch::Selection::move(const QString& to)
+{
+    int error = m_destination.goTo(to);
+    if (error == 0) {
+        error = checkUnprotected();
+    }
+    if (error != 0) {
+        return error;
+    }
+    error = rename();
+    if (error == ENOENT && m_destination.isShared()) {
+        m_destination.letGo();
+        error = m_destination.goTo(to);
+        error = error == 0 ? rename() : error;
+    }
+    if (error == EXDEV) {
+        error = moveAcross(place(), m_status, m_destination.place());
+        // That takes its time.
+        m_destination.letGo();
+        m_source.letGo();
+    }
+    return error;
+}
+
+int Batch::Selection::rename()
+{
+    const int error = renameWithoutReplacing(place(), m_destination.place());
+    const bool failed = error != 0 && error != EXDEV;
+    return failed && hasArrived(place(), identity(), m_destination.place()) ? 0 : error;
+}
+
+int Batch::Selection::moveToTrash()
+{
+    if (const int error = checkUnprotected()) {
+        return error;
+    }
+    int error = moveToHomeTrash();
+    if (error == ENOENT && m_homeTrashSharing > 1) {
+        // Somebody removed it.
+        m_homeTrash.reset();
+        error = moveToHomeTrash();
+    }
+    if (error == EXDEV) {
+        // Another volume, or another mount of the same one: it has a trash of its own.
+        Result<TrashFolder> trash = TrashFolder::ofVolume(place());
+        error = trash ? takenBy(trash.value(), m_source, m_status) : trash.error().code;
+    }
+    return error;
+}
+
+int Batch::Selection::moveToHomeTrash()
+{
+    Result<TrashFolder>& home = homeTrash();
+    if (!home) {
+        return home.error().code;
+    }
+    return home.value().isOnDevice(identity().device) ? takenBy(home.value(), m_source, m_status) : EXDEV;
+}
+
+Result<TrashFolder>& Batch::Selection::homeTrash()
+{
+    if (!m_homeTrash || !*m_homeTrash || m_homeTrashSharing == HeldPlace::mostSharing) {
+        m_homeTrash.emplace(TrashFolder::home());
+        m_homeTrashSharing = 0;
+    }
+    ++m_homeTrashSharing;
+    return *m_homeTrash;
+}
+
+int Batch::Selection::remove()
+{
+    if (const int error = checkUnprotected()) {
+        return error;
+    }
+    if (!isFolder(m_status)) {
+        return errorOf([&] { return ::unlinkat(place().folder.get(), place().name.constData(), 0); });
+    }
+    const int error = FolderRemoval().run(place(), identity());
+    m_source.letGo(); // it may have taken its time
+    return error;
+}
+
+Batch::Batch(const Protection& protection)
+    : m_selection(std::make_unique<Selection>(protection))
+{}
+
+Batch::~Batch() = default;
+
+bool Batch::select(const QString& path)
+{
+    return m_selection->select(path);
+}
+
+Result<void> Batch::move(const QString& to)
+{
+    return resultOf(m_selection->move(to));
+}
+
+Result<void> Batch::moveToTrash()
+{
+    return resultOf(m_selection->moveToTrash());
+}
+
+Result<void> Batch::remove()
+{
+    return resultOf(m_selection->remove());
+}
+
+Result<void> move(const QString& from, const QString& to, const Protection& protection)
+{
+    Batch batch(protection);
+    batch.select(from);
+    return batch.move(to);
+}
+
+Result<void> remove(const QString& path, const Protection& protection)
+{
+    Batch batch(protection);
+    batch.select(path);
+    return batch.remove();
+}
+
+} // namespace lapsa::fileSystem
+
+namespace lapsa {
+
+Result<void> moveToTrash(const QString& path, const fileSystem::Protection& protection)
+{
+    fileSystem::Batch batch(protection);
+    batch.select(path);
+    return batch.moveToTrash();
+}
+
+} // namespace lapsa

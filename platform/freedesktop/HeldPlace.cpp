@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "HeldPlace.h"
+
+#include <fcntl.h>
+
+#include <utility>
+
+namespace lapsa {
+
+int HeldPlace::goTo(const QString& path)
+{
+    Result<QByteArray> read = pathBytes(path);
+    if (!read) {
+        *this = {};
+        return read.error().code;
+    }
+    const QByteArray bytes = std::move(read).value();
+    const qsizetype nameStart = bytes.lastIndexOf('/') + 1;
+    const QByteArrayView name = QByteArrayView(bytes).sliced(nameStart);
+    const bool ordinary = !name.isEmpty() && name != "." && name != "..";
+    if (ordinary && m_place.folder && m_sharing < mostSharing && QByteArrayView(bytes).first(nameStart) == m_asked) {
+        ++m_sharing;
+        m_place.name = bytes.sliced(nameStart);
+        return 0;
+    }
+    *this = {};
+    Result<Place> opened = openPlace(AT_FDCWD, bytes);
+    if (!opened) {
+        return opened.error().code;
+    }
+    m_place = std::move(opened).value();
+    m_asked = bytes.first(nameStart);
+    m_sharing = 1;
+    return 0;
+}
+
+Result<QByteArray> HeldPlace::folderPath()
+{
+    if (!m_folderPath) {
+        const Result<QByteArray> path = realPath(m_place.folder.get());
+        if (!path) {
+            return path;
+        }
+        m_folderPath = path.value();
+    }
+    return *m_folderPath;
+}
+
+} // namespace lapsa

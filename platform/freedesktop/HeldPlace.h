@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Place.h"
+
+#include <optional>
+
+namespace lapsa {
+
+/// The place of one entry after the other. The folder of neighbours stays open for a few of them: to open it for each
+/// costs as much as what is done there. For a few only: somebody may give the folder another name meanwhile, and put
+/// another one into its place.
+class HeldPlace final
+{
+public:
+    /// How many entries share one opening of their folder.
+    static constexpr int mostSharing = 32;
+
+    /// Goes to the entry at `path`; it need not exist. Returns an `errno` value, as openPlace() has them; after a
+    /// failure there is no place.
+    [[nodiscard]] int goTo(const QString& path);
+
+    /// Where the entry stands, after a success.
+    [[nodiscard]] const Place& place() const { return m_place; }
+
+    /// The real path of the folder.
+    [[nodiscard]] Result<QByteArray> folderPath();
+
+    /// Whether the folder was opened for an entry before.
+    [[nodiscard]] bool isShared() const { return m_sharing > 1; }
+
+    /// The folder will be opened anew for the next entry.
+    void letGo() { m_sharing = mostSharing; }
+
+private:
+    /// As it was asked for, with its trailing slash.
+    QByteArray m_asked;
+    Place m_place;
+    int m_sharing = 0;
+    std::optional<QByteArray> m_folderPath;
+};
+
+} // namespace lapsa

@@ -1,0 +1,195 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileBatch.h"
+#include "TemporaryHome.h"
+#include "UserFolders.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <cerrno>
+#include <optional>
+#include <tuple>
+
+using namespace Qt::StringLiterals;
+
+namespace lapsa::test {
+
+/// What is shared between neighbours, while somebody else changes the folders. What one operation does to one entry is
+/// tested with the functions for one.
+class FileBatchTest final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+
+    void init()
+    {
+        m_home.emplace();
+        m_home->makeFolder(u"to"_s);
+        for (int number = 0; number < count; ++number) {
+            m_home->makeFile(u"from/%1"_s.arg(number), QByteArray::number(number));
+        }
+    }
+
+    void neighboursAreMovedEachToItsPlace()
+    {
+        fileSystem::Batch batch({});
+
+        for (int number = 0; number < count; ++number) {
+            QVERIFY(batch.select(from(number)));
+            QVERIFY(batch.move(to(number)));
+        }
+
+        QCOMPARE(m_home->names(u"from"_s), QStringList());
+        for (int number = 0; number < count; ++number) {
+            QCOMPARE(contentOf(u"to/%1"_s.arg(number)), QByteArray::number(number));
+        }
+    }
+
+    void neighboursAreRemoved()
+    {
+        fileSystem::Batch batch({});
+
+        for (int number = 0; number < count; ++number) {
+            QVERIFY(batch.select(from(number)));
+            QVERIFY(batch.remove());
+        }
+
+        QCOMPARE(m_home->names(u"from"_s), QStringList());
+    }
+
+    void neighboursGoToTheTrash()
+    {
+        fileSystem::Batch batch({});
+
+        for (int number = 0; number < count; ++number) {
+            QVERIFY(batch.select(from(number)));
+            QVERIFY(batch.moveToTrash());
+        }
+
+        QCOMPARE(m_home->names(u"from"_s), QStringList());
+        QCOMPARE(trashed(u"files"_s).size(), count);
+        QCOMPARE(trashed(u"info"_s).size(), count);
+    }
+
+    void aFolderPutIntoThePlaceOfAnotherIsSeen()
+    {
+        fileSystem::Batch batch({});
+        QVERIFY(batch.select(from(0)));
+        QVERIFY(batch.move(to(0)));
+
+        QVERIFY(QDir().rename(m_home->path(u"from"_s), m_home->path(u"kept"_s)));
+        m_home->makeFile(u"from/new"_s);
+        QVERIFY(batch.select(m_home->path(u"from/new"_s)));
+        QVERIFY(batch.move(m_home->path(u"to/new"_s)));
+
+        QCOMPARE(m_home->names(u"from"_s), QStringList());
+        QCOMPARE(m_home->names(u"to"_s), QStringList({u"0"_s, u"new"_s}));
+    }
+
+    void aFolderThatWasRenamedIsNotFollowedForLong()
+    {
+        fileSystem::Batch batch({});
+        QVERIFY(batch.select(from(0)));
+        QVERIFY(batch.move(to(0)));
+
+        QVERIFY(QDir().rename(m_home->path(u"from"_s), m_home->path(u"kept"_s)));
+        for (int number = 1; number < count; ++number) {
+            batch.select(from(number));
+            std::ignore = batch.move(to(number));
+        }
+
+        QVERIFY(m_home->names(u"kept"_s).size() >= count - 32);
+    }
+
+    void aDestinationThatWasRemovedAndMadeAnewIsFound()
+    {
+        fileSystem::Batch batch({});
+        QVERIFY(batch.select(from(0)));
+        QVERIFY(batch.move(to(0)));
+
+        QVERIFY(QDir(m_home->path(u"to"_s)).removeRecursively());
+        m_home->makeFolder(u"to"_s);
+        QVERIFY(batch.select(from(1)));
+        QVERIFY(batch.move(to(1)));
+
+        QCOMPARE(m_home->names(u"to"_s), QStringList({u"1"_s}));
+    }
+
+    void aTrashThatWasRemovedIsMadeAnew()
+    {
+        fileSystem::Batch batch({});
+        QVERIFY(batch.select(from(0)));
+        QVERIFY(batch.moveToTrash());
+
+        QVERIFY(QDir(userFolders::applicationSupport().first() + u"/Trash"_s).removeRecursively());
+        QVERIFY(batch.select(from(1)));
+        QVERIFY(batch.moveToTrash());
+
+        QCOMPARE(trashed(u"files"_s), QStringList({u"1"_s}));
+    }
+
+    void whatIsNotThereIsNotSelected()
+    {
+        fileSystem::Batch batch({});
+        QVERIFY(QFile::link(u"/nowhere"_s, m_home->path(u"from/link"_s)));
+
+        QVERIFY(batch.select(from(0)));
+        QVERIFY(!batch.select(m_home->path(u"from/missing"_s)));
+        QCOMPARE(codeOf(batch.move(to(0))), ENOENT);
+        QVERIFY(!batch.select(m_home->path(u"missing/0"_s)));
+        QCOMPARE(codeOf(batch.remove()), ENOENT);
+        QVERIFY(!batch.select(u"relative"_s));
+        QCOMPARE(codeOf(batch.remove()), EINVAL);
+        QVERIFY(!batch.select(m_home->path(u"from/link"_s)));
+        QVERIFY(batch.remove()); // the link itself is there
+
+        QCOMPARE(m_home->names(u"from"_s).size(), count);
+    }
+
+    void aFailedMoveCanBeTriedUnderAnotherName()
+    {
+        fileSystem::Batch batch({});
+        m_home->makeFile(u"to/0"_s, "somebody else's");
+
+        QVERIFY(batch.select(from(0)));
+        QCOMPARE(codeOf(batch.move(to(0))), EEXIST);
+        QVERIFY(batch.move(to(1)));
+
+        QCOMPARE(contentOf(u"to/0"_s), QByteArray("somebody else's"));
+        QCOMPARE(contentOf(u"to/1"_s), QByteArray("0"));
+    }
+
+private:
+    /// More than share one opening of a folder, several times.
+    static constexpr int count = 100;
+
+    [[nodiscard]] QString from(int number) const { return m_home->path(u"from/%1"_s.arg(number)); }
+
+    [[nodiscard]] QString to(int number) const { return m_home->path(u"to/%1"_s.arg(number)); }
+
+    [[nodiscard]] QByteArray contentOf(const QString& relative) const
+    {
+        QFile file(m_home->path(relative));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+    }
+
+    /// The entries of one of the trash's two folders.
+    static QStringList trashed(const QString& folder)
+    {
+        return QDir(userFolders::applicationSupport().first() + u"/Trash/"_s + folder).entryList(QDir::Files);
+    }
+
+    static int codeOf(const Result<void>& result) { return result ? 0 : result.error().code; }
+
+    std::optional<TemporaryHome> m_home;
+};
+
+} // namespace lapsa::test
+
+QTEST_GUILESS_MAIN(lapsa::test::FileBatchTest)
+
+#include "FileBatch_test.moc"
