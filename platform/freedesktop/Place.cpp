@@ -40,10 +40,30 @@ int relinked(const Place& from, const FileIdentity& identity, const Place& to)
     return error;
 }
 
+/// Sees nothing at the place, by two calls: where nothing else keeps a file from being replaced, one wrong answer of a
+/// failing disk or network is not enough. Returns an `errno` value.
+int lookedFree(const Place& place)
+{
+    const Result<struct statx> found = look(place.folder.get(), place.name.constData(), STATX_TYPE);
+    if (found) {
+        return EEXIST;
+    }
+    if (found.error().code != ENOENT) {
+        return found.error().code;
+    }
+    struct stat status = {};
+    const int error =
+        errorOf([&] { return ::fstatat(place.folder.get(), place.name.constData(), &status, AT_SYMLINK_NOFOLLOW); });
+    if (error == 0) {
+        return EEXIST;
+    }
+    return error == ENOENT ? 0 : error;
+}
+
 int renamedAfterLooking(const Place& from, const Place& to)
 {
-    if (look(to.folder.get(), to.name.constData(), STATX_TYPE)) {
-        return EEXIST;
+    if (const int error = lookedFree(to)) {
+        return error;
     }
     return errorOf(
         [&] { return ::renameat(from.folder.get(), from.name.constData(), to.folder.get(), to.name.constData()); });
