@@ -317,7 +317,18 @@ private:
     {
         startBar(*m_desktop, bar, edge);
         m_lapsa.emplace();
-        return QTest::qWaitFor([this] { return m_desktop->trayIcon().has_value(); }, patience);
+        // Bars show an icon before they have laid themselves out: it is there when it stays where it is.
+        constexpr int enough = 3;
+        std::optional<QRect> last;
+        int seen = 0;
+        return QTest::qWaitFor(
+            [&] {
+                const std::optional<QRect> now = m_desktop->trayIcon();
+                seen = now && now == last ? seen + 1 : 0;
+                last = now;
+                return seen == enough;
+            },
+            patience);
     }
 
     [[nodiscard]] QPoint icon() const { return m_desktop->trayIcon().value_or(QRect()).center(); }
