@@ -33,3 +33,14 @@ function(lapsa_add_test NAME)
         LABELS "${TEST_LABELS}"
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${TEST_ENVIRONMENT}")
 endfunction()
+
+# lapsa_label_tests(LABEL test...)
+#
+# Gives tests of the current folder a label, by which they can be run (ctest -L) and built (the target LABEL_tests).
+function(lapsa_label_tests LABEL)
+    if(NOT TARGET ${LABEL}_tests)
+        add_custom_target(${LABEL}_tests)
+    endif()
+    add_dependencies(${LABEL}_tests ${ARGN})
+    set_property(TEST ${ARGN} APPEND PROPERTY LABELS ${LABEL})
+endfunction()
