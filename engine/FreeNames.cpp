@@ -20,12 +20,14 @@ QString joined(const QString& folder, const QString& name)
 /// The longest beginning of `text` that takes at most `bytes` bytes of UTF-8, whole characters only.
 QString shortened(QString text, qsizetype bytes)
 {
-    // A unit of text takes at least a byte. What is longer, of an edited file without end perhaps, is not counted anew
-    // for each of its characters.
+    // A unit of text takes at least a byte. What is longer, of an edited file without end perhaps, is not looked at.
     text.truncate(bytes + 1);
-    while (!text.isEmpty() && text.toUtf8().size() > bytes) {
-        const bool pair = text.size() > 1 && text.back().isLowSurrogate();
-        text.chop(pair ? 2 : 1);
+    qsizetype length = text.toUtf8().size();
+    while (length > bytes) {
+        const bool pair = text.size() > 1 && text.back().isLowSurrogate() && text.at(text.size() - 2).isHighSurrogate();
+        const qsizetype units = pair ? 2 : 1;
+        length -= QStringView(text).last(units).toUtf8().size();
+        text.chop(units);
     }
     return text;
 }

@@ -36,6 +36,8 @@ private slots:
         QTest::newRow("whole characters only") << QString(85, u'漢') << qint64{1} << QString(84, u'漢') + u"-1"_s;
         QTest::newRow("surrogate pairs stay whole")
             << u"😀"_s.repeated(63) + u"abc"_s << qint64{10} << u"😀"_s.repeated(63) + u"-10"_s;
+        QTest::newRow("half a pair is a character by itself")
+            << u"😀"_s.repeated(63) + QChar(0xDE00) << qint64{10} << u"😀"_s.repeated(63) + u"-10"_s;
         QTest::newRow("an extension that fills the name")
             << u"a."_s + QString(253, u'e') << qint64{1} << u"a."_s + QString(251, u'e') + u"-1"_s;
         QTest::newRow("a name that is too long by itself") << QString(300, u'x') << qint64{0} << QString(255, u'x');
