@@ -3,6 +3,7 @@
 
 #include "BenchFiles.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QSet>
 
@@ -83,6 +84,32 @@ std::vector<std::string> nativePaths(const QStringList& paths)
         native.push_back(path.toStdString());
     }
     return native;
+}
+
+void createLargeFile(const QString& path, std::int64_t bytes)
+{
+    constexpr std::size_t step = 1 << 20;
+    const std::vector<char> block(step, 'x');
+    const int file = ::open(path.toUtf8().constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
+    require(file >= 0, "making a file");
+    for (std::int64_t written = 0; written < bytes; written += step) {
+        require(::write(file, block.data(), step) == ssize_t(step), "filling a file");
+    }
+    ::close(file);
+}
+
+QString otherFileSystem()
+{
+    struct stat temporary = {};
+    struct stat other = {};
+    require(::stat(QDir::tempPath().toUtf8().constData(), &temporary) == 0, "looking at the temporary folder");
+    for (const char* const folder : {"/dev/shm", "/var/tmp"}) {
+        if (::stat(folder, &other) == 0 && other.st_dev != temporary.st_dev) {
+            return QString::fromLatin1(folder);
+        }
+    }
+    require(false, "finding a second file system");
+    return {};
 }
 
 void removeTree(const QString& folder)

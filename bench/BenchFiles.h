@@ -46,6 +46,12 @@ void createFiles(const QStringList& paths);
 /// The paths as system calls take them.
 [[nodiscard]] std::vector<std::string> nativePaths(const QStringList& paths);
 
+/// Fills a file with so many bytes.
+void createLargeFile(const QString& path, std::int64_t bytes);
+
+/// A folder on another file system than the temporary one, with all it holds for as long as this lives.
+[[nodiscard]] QString otherFileSystem();
+
 /// Everything below a folder is gone, the fast way.
 void removeTree(const QString& folder);
 

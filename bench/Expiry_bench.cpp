@@ -171,6 +171,11 @@ LAPSA_BENCHMARK(recoverEqual, "to Recovery, equal names/lapsa");
 LAPSA_BENCHMARK(renamesFromOwnFolders, "to Recovery, equal names/renameat2 loop");
 LAPSA_BENCHMARK(trashAll, "to the Trash/lapsa");
 LAPSA_BENCHMARK(renamesFromOneFolder, "to the Trash/renameat2 loop");
+LAPSA_BENCHMARK(recoverDifferent, "to Recovery, equal names/different names");
+LAPSA_GROWTH_BENCHMARK(passWithNothingDue, "pass with nothing due/lapsa");
+LAPSA_GROWTH_BENCHMARK(recoverDifferent, "to Recovery, different names/lapsa");
+LAPSA_GROWTH_BENCHMARK(trashAll, "to the Trash/lapsa");
+LAPSA_GROWTH_BENCHMARK(removeAll, "removed for good/lapsa");
 LAPSA_BENCHMARK(removeAll, "removed for good/lapsa");
 LAPSA_BENCHMARK(bareUnlinks, "removed for good/unlink loop");
 

@@ -7,6 +7,8 @@
 
 #include <benchmark/benchmark.h>
 #include <chrono>
+#include <string>
+#include <vector>
 
 namespace lapsa::bench {
 
@@ -34,6 +36,9 @@ void measure(benchmark::State& state, Work&& work)
     cpu.value += 1e3 * (cpuEnd - cpuBegin);
 }
 
+/// Runs a program, which must succeed, and counts its time: of the processor, that of the program and its children.
+void measureCommand(benchmark::State& state, const std::vector<std::string>& command);
+
 inline void inMilliseconds(benchmark::internal::Benchmark* added)
 {
     added->UseManualTime()->Unit(benchmark::kMillisecond);
@@ -46,3 +51,13 @@ inline void inMilliseconds(benchmark::internal::Benchmark* added)
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000)->Iterations(5)->Apply(lapsa::bench::inMilliseconds);                    \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(10000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds);                   \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(100000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds)
+
+/// The largest size of Lapsa's side alone: it shows how the cost of one item grows.
+#define LAPSA_GROWTH_BENCHMARK(FUNCTION, NAME)                                                                         \
+    BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds)
+
+/// Other programs: those that take long are run once at the largest size, whatever is asked of the others.
+#define LAPSA_COMMAND_BENCHMARK(FUNCTION, NAME)                                                                        \
+    BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds);                    \
+    BENCHMARK(FUNCTION)->Name(NAME)->Arg(10000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds);                   \
+    BENCHMARK(FUNCTION)->Name(NAME)->Arg(100000)->Iterations(1)->Repetitions(1)->Apply(lapsa::bench::inMilliseconds)

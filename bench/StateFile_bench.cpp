@@ -5,6 +5,7 @@
 #include "FileSystem.h"
 #include "JSONEncoder.h"
 #include "Measured.h"
+#include "TemporaryHome.h"
 
 #include <fcntl.h>
 #include <simdjson.h>
@@ -132,6 +133,56 @@ void minifyAlone(benchmark::State& state)
     }
 }
 
+/// The bytes as they are, from one place of the memory to another.
+void copyAlone(benchmark::State& state)
+{
+    const QByteArray json = JSONEncoder::lapsa().encode(someItems(state.range(0)));
+    for ([[maybe_unused]] auto iteration : state) {
+        QByteArray copy;
+        measure(state, [&] { copy = QByteArray(json.constData(), json.size()); });
+        require(copy.size() == json.size(), "copying");
+    }
+}
+
+constexpr qsizetype durableSize = 300'000;
+
+void saveDurably(benchmark::State& state)
+{
+    const QByteArray bytes(durableSize, 'x');
+    for ([[maybe_unused]] auto iteration : state) {
+        const test::TemporaryHome home;
+        const QString path = home.makeFile(u"target/state.json"_s);
+        measure(state, [&] {
+            for (std::int64_t i = 0; i < state.range(0); ++i) {
+                require(fileSystem::writeAtomically(path, bytes).has_value(), "saving");
+            }
+        });
+    }
+}
+
+void saveDurablyBare(benchmark::State& state)
+{
+    const QByteArray bytes(durableSize, 'x');
+    for ([[maybe_unused]] auto iteration : state) {
+        const test::TemporaryHome home;
+        const std::string folder = home.makeFolder(u"target"_s).toStdString();
+        measure(state, [&] {
+            for (std::int64_t i = 0; i < state.range(0); ++i) {
+                writeDurably(folder, "state.json", bytes);
+            }
+        });
+    }
+}
+
+BENCHMARK(saveDurably)->Name("durable save of 300 KB/lapsa")->Arg(100)->Iterations(1)->Apply(inMilliseconds);
+BENCHMARK(saveDurablyBare)
+    ->Name("durable save of 300 KB/write, fsync, rename, fsync")
+    ->Arg(100)
+    ->Iterations(1)
+    ->Apply(inMilliseconds);
+LAPSA_GROWTH_BENCHMARK(loadItems, "load state.json/lapsa");
+LAPSA_GROWTH_BENCHMARK(saveItems, "save state.json/lapsa");
+LAPSA_BENCHMARK(copyAlone, "encode the items/memcpy of the bytes");
 LAPSA_BENCHMARK(loadItems, "load state.json/lapsa");
 LAPSA_BENCHMARK(parseAlone, "load state.json/read and parse, simdjson");
 LAPSA_BENCHMARK(saveItems, "save state.json/lapsa");

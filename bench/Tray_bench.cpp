@@ -5,6 +5,8 @@
 // Writes tables to standard output.
 
 #include "DesktopSession.h"
+#include "JSONEncoder.h"
+#include "LapsaItem.h"
 #include "LapsaProcess.h"
 
 #include <QCoreApplication>
@@ -20,10 +22,13 @@
 #include <QTimer>
 
 #include <sys/prctl.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <functional>
 #include <tuple>
 #include <vector>
 
@@ -159,6 +164,12 @@ double wakeUpsBetween(const QHash<QString, double>& before, const QHash<QString,
     return wakeUps;
 }
 
+double pssOf(const Running& running)
+{
+    constexpr double kibibytesInMegabyte = 1000.0 * 1000 / 1024;
+    return numberIn(running.proc(u"smaps_rollup"_s), "Pss:") / kibibytesInMegabyte;
+}
+
 struct Idle
 {
     double pssInMegabytes;
@@ -173,9 +184,7 @@ Idle idleOf(const Candidate& candidate, Announcements& announcements, int second
     const QHash<QString, double> before = sleepsOf(running);
     QThread::sleep(static_cast<unsigned long>(seconds));
     const double wakeUps = wakeUpsBetween(before, sleepsOf(running));
-    constexpr double kibibytesInMegabyte = 1000.0 * 1000 / 1024;
-    return {.pssInMegabytes = numberIn(running.proc(u"smaps_rollup"_s), "Pss:") / kibibytesInMegabyte,
-            .wakeUpsAMinute = wakeUps * 60 / seconds};
+    return {.pssInMegabytes = pssOf(running), .wakeUpsAMinute = wakeUps * 60 / seconds};
 }
 
 double startToIcon(const Candidate& candidate, Announcements& announcements)
@@ -191,6 +200,93 @@ double startToIcon(const Candidate& candidate, Announcements& announcements)
         times.push_back(double(elapsed.nsecsElapsed()) / 1e6);
     }
     return median(times);
+}
+
+/// A list of items whose files need not exist: nothing of what is measured looks at them.
+void writeItems(const test::DesktopSession& desktop, std::int64_t count)
+{
+    using namespace std::chrono_literals;
+    const auto now = std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
+    QList<LapsaItem> items;
+    for (std::int64_t number = 0; number < count; ++number) {
+        const QString name = u"report %1.pdf"_s.arg(number);
+        items.push_back({.id = newItemId(),
+                         .path = u"/home/somebody/Downloads/"_s + name,
+                         .displayName = name,
+                         .addedAt = now,
+                         .expiresAt = now + 240h});
+    }
+    desktop.home().writeDataFile(u"state.json"_s, JSONEncoder::lapsa().encode(items));
+}
+
+/// Seconds of the processor that a process has used so far.
+double processorSecondsOf(const Running& running)
+{
+    QFile file(running.proc(u"stat"_s));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    // Behind the name, which may hold anything: utime and stime are fields 14 and 15 of proc(5).
+    const QByteArray line = file.readAll();
+    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+    constexpr int utime = 11;
+    return (fields[utime].toDouble() + fields[utime + 1].toDouble()) / double(::sysconf(_SC_CLK_TCK));
+}
+
+bool waitFor(const std::function<bool()>& condition)
+{
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (!condition() && !elapsed.hasExpired(patience)) {
+        QThread::msleep(20);
+    }
+    return condition();
+}
+
+/// Clicks on the one icon in the tray.
+void clickIcon(const test::DesktopSession& desktop)
+{
+    // The panel of a desktop shows an icon before it has laid itself out.
+    constexpr int enough = 3;
+    std::optional<QRect> place;
+    int seen = 0;
+    std::ignore = waitFor([&] {
+        const std::optional<QRect> now = desktop.trayIcon();
+        seen = now && now == place ? seen + 1 : 0;
+        place = now;
+        return seen >= enough;
+    });
+    test::VirtualDisplay::click(place.value_or(QRect()).center());
+}
+
+void printWithItems(const test::DesktopSession& desktop, const Candidate& lapsa, Announcements& announcements,
+                    int seconds)
+{
+    std::printf("\n| Lapsa with items | start to icon, ms | PSS, panel never opened, MB | PSS, opened and closed, MB "
+                "| processor with the panel open, %% of a core |\n|--:|--:|--:|--:|--:|\n");
+    for (const std::int64_t count : {0, 100, 10'000}) {
+        writeItems(desktop, count);
+        const double start = startToIcon(lapsa, announcements);
+        const Running running(lapsa);
+        std::ignore = announcements.waitForOne();
+        QThread::msleep(settling);
+        const double never = pssOf(running);
+        clickIcon(desktop);
+        const bool opened = waitFor([] { return test::DesktopSession::lapsaPanel().has_value(); });
+        QThread::msleep(settling);
+        const double before = processorSecondsOf(running);
+        QThread::sleep(static_cast<unsigned long>(seconds));
+        const double used = processorSecondsOf(running) - before;
+        clickIcon(desktop);
+        const bool closed = waitFor([] { return !test::DesktopSession::lapsaPanel().has_value(); });
+        QThread::msleep(settling);
+        if (!opened || !closed) {
+            qFatal("The panel does not open or close.");
+        }
+        std::printf("| %lld | %.1f | %.1f | %.1f | %.2f |\n", static_cast<long long>(count), start, never,
+                    pssOf(running), 100 * used / seconds);
+        std::fflush(stdout);
+    }
 }
 
 int run(const QStringList& arguments)
@@ -215,6 +311,7 @@ int run(const QStringList& arguments)
                     idle.wakeUpsAMinute);
         std::fflush(stdout);
     }
+    printWithItems(desktop, candidates.front(), announcements, seconds);
     return 0;
 }
 

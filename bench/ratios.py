@@ -2,25 +2,35 @@
 # SPDX-FileCopyrightText: The Lapsa authors
 # SPDX-License-Identifier: MIT
 """ratios.py [--cpu] RESULT: turns a result of the benchmarks into the table of ratios and growth, in Markdown.
+ratios.py --store RESULT...: keeps the ratios as those that are checked against.
+ratios.py --check RESULT...: compares the ratios with those that are kept; of several results the best of each counts.
+Ends with 1 and names what became slower by more than 30 %.
 
 With --cpu it takes the processor's time in place of the time that passed: for a machine that is busy with other things.
+The kept ratios are always of that.
 """
 
 import json
 import sys
 from collections import defaultdict
+from pathlib import Path
+
+HERE = Path(__file__).parent
+KEPT = HERE / "kept.json"
+LOSS = 1.3
 
 
-def fastest_runs(result, key):
+def fastest_runs(results, key):
     """Milliseconds by operation, who and size: of the repetitions, the one that was disturbed least."""
     runs = defaultdict(lambda: defaultdict(dict))
-    for run in result["benchmarks"]:
-        if run.get("run_type") != "iteration":
-            continue
-        operation, who, size = run["name"].split("/")[:3]
-        sizes = runs[operation][who]
-        time = run[key]
-        sizes[int(size)] = min(time, sizes.get(int(size), time))
+    for result in results:
+        for run in result["benchmarks"]:
+            if run.get("run_type") != "iteration":
+                continue
+            operation, who, size = run["name"].split("/")[:3]
+            sizes = runs[operation][who]
+            time = run[key]
+            sizes[int(size)] = min(time, sizes.get(int(size), time))
     return runs
 
 
@@ -34,6 +44,12 @@ def growth(sizes):
     return (sizes[large] / large) / (sizes[small] / small)
 
 
+def verdict(ratio, limit):
+    if limit is None:
+        return ""
+    return f"{limit:g}: {'met' if ratio <= limit else 'missed'}"
+
+
 def repainted_rows(result):
     """Of the rows on screen, the most that were painted anew, by operation and size."""
     rows = {}
@@ -45,29 +61,74 @@ def repainted_rows(result):
     return rows
 
 
-def main():
-    key = "cpu" if "--cpu" in sys.argv else "real_time"
-    with open(sys.argv[-1], encoding="utf-8") as file:
-        result = json.load(file)
-    print("| operation | items | Lapsa, ms | peer | peer, ms | ratio | growth of Lapsa | growth of the peer |")
-    print("|---|--:|--:|---|--:|--:|--:|--:|")
-    for operation, sides in fastest_runs(result, key).items():
+def ratios(runs):
+    """By "operation/peer/size": Lapsa's time in terms of the peer's."""
+    found = {}
+    for operation, sides in runs.items():
+        for who, sizes in sides.items():
+            if who != "lapsa":
+                for size in sorted(set(sizes) & set(sides["lapsa"])):
+                    found[f"{operation}/{who}/{size}"] = sides["lapsa"][size] / sizes[size]
+    return found
+
+
+def print_tables(results, key):
+    wanted = json.loads((HERE / "wanted.json").read_text(encoding="utf-8"))
+    print("| operation | items | Lapsa, ms | peer | peer, ms | ratio | wanted |")
+    print("|---|--:|--:|---|--:|--:|---|")
+    runs = fastest_runs(results, key)
+    for operation, sides in runs.items():
         ours = sides["lapsa"]
-        peer, theirs = next((who, sizes) for who, sizes in sides.items() if who != "lapsa")
-        for size in sorted(ours):
-            grown = ("", "")
-            if size == max(ours) and len(ours) > 1:
-                grown = (f"{growth(ours):.2f}", f"{growth(theirs):.2f}")
-            ratio = ours[size] / theirs[size]
-            print(f"| {operation} | {size} | {figure(ours[size])} | {peer} | {figure(theirs[size])} "
-                  f"| {ratio:.2f} | {grown[0]} | {grown[1]} |")
-    rows = repainted_rows(result)
-    if rows:
-        print()
-        print("| operation | items | rows repainted at most | rows on screen |")
-        print("|---|--:|--:|--:|")
-        for (operation, size), (repainted, visible) in rows.items():
-            print(f"| {operation} | {size} | {repainted:.0f} | {visible:.0f} |")
+        for who, theirs in sides.items():
+            for size in sorted(set(theirs) & set(ours)) if who != "lapsa" else ():
+                ratio = ours[size] / theirs[size]
+                limit = wanted.get(operation, {}).get(who)
+                print(f"| {operation} | {size} | {figure(ours[size])} | {who} | {figure(theirs[size])} "
+                      f"| {ratio:.2f} | {verdict(ratio, limit)} |")
+    print()
+    print("| operation | from | to | growth of Lapsa | growth of the peers |")
+    print("|---|--:|--:|--:|---|")
+    for operation, sides in runs.items():
+        ours = sides["lapsa"]
+        if len(ours) > 1:
+            peers = ", ".join(f"{who} {growth(sizes):.2f}" for who, sizes in sides.items()
+                              if who != "lapsa" and len(sizes) > 1)
+            print(f"| {operation} | {min(ours)} | {max(ours)} | {growth(ours):.2f} | {peers} |")
+    for result in results:
+        rows = repainted_rows(result)
+        if rows:
+            print()
+            print("| operation | items | rows repainted at most | rows on screen |")
+            print("|---|--:|--:|--:|")
+            for (operation, size), (repainted, visible) in rows.items():
+                print(f"| {operation} | {size} | {repainted:.0f} | {visible:.0f} |")
+
+
+def check(found):
+    kept = json.loads(KEPT.read_text(encoding="utf-8"))
+    common = sorted(set(found) & set(kept))
+    if not common:
+        sys.exit("ratios.py: none of the kept ratios was measured")
+    lost = [name for name in common if found[name] > LOSS * kept[name]]
+    for name in common:
+        mark = "  <- slower" if name in lost else ""
+        print(f"{found[name]:7.2f} (kept {kept[name]:.2f})  {name}{mark}")
+    if lost:
+        sys.exit(1)
+
+
+def main():
+    options = {argument for argument in sys.argv[1:] if argument.startswith("--")}
+    results = [json.loads(Path(argument).read_text(encoding="utf-8"))
+               for argument in sys.argv[1:] if argument not in options]
+    if "--store" in options:
+        text = json.dumps({name: round(ratio, 3) for name, ratio in ratios(fastest_runs(results, "cpu")).items()},
+                          indent=2, sort_keys=True)
+        KEPT.write_text(text + "\n", encoding="utf-8")
+    elif "--check" in options:
+        check(ratios(fastest_runs(results, "cpu")))
+    else:
+        print_tables(results, "cpu" if "--cpu" in options else "real_time")
 
 
 if __name__ == "__main__":
