@@ -52,6 +52,12 @@ inline void inMilliseconds(benchmark::internal::Benchmark* added)
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(10000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds);                   \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(100000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds)
 
+/// For what takes little time in memory: whether the memory was used before counts for as much as the work.
+#define LAPSA_QUICK_BENCHMARK(FUNCTION, NAME)                                                                          \
+    BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000)->Iterations(50)->Apply(lapsa::bench::inMilliseconds);                   \
+    BENCHMARK(FUNCTION)->Name(NAME)->Arg(10000)->Iterations(20)->Apply(lapsa::bench::inMilliseconds);                  \
+    BENCHMARK(FUNCTION)->Name(NAME)->Arg(100000)->Iterations(3)->Apply(lapsa::bench::inMilliseconds)
+
 /// The largest size of Lapsa's side alone: it shows how the cost of one item grows.
 #define LAPSA_GROWTH_BENCHMARK(FUNCTION, NAME)                                                                         \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds)

@@ -94,7 +94,7 @@ void JSONEncoder::field(std::string_view key, std::int64_t number)
     beginField(key);
     constexpr qsizetype mostDigits = 24;
     char* const begin = room(mostDigits);
-    tookUpTo(std::to_chars(begin, begin + mostDigits, number).ptr);
+    m_end = std::to_chars(begin, begin + mostDigits, number).ptr;
 }
 
 void JSONEncoder::field(std::string_view key, TimePoint time)
@@ -104,7 +104,7 @@ void JSONEncoder::field(std::string_view key, TimePoint time)
     *out = '"';
     writeIso8601(time, out + 1);
     out[iso8601Length + 1] = '"';
-    tookUpTo(out + iso8601Length + 2);
+    m_end = out + iso8601Length + 2;
 }
 
 void JSONEncoder::field(std::string_view key, const QUuid& uuid)
@@ -125,24 +125,30 @@ void JSONEncoder::boolean(std::string_view key, bool value)
 void JSONEncoder::beginElement()
 {
     Level& level = m_levels.back();
+    char* out = room(longestNewLine());
     if (!std::exchange(level.empty, false)) {
-        put(',');
+        *out++ = ',';
     }
-    newLine();
+    m_end = writeNewLine(out);
 }
 
 void JSONEncoder::beginField(std::string_view key)
 {
+    constexpr std::string_view separator = "\" : ";
     Level& level = m_levels.back();
     if (key <= level.lastKey) {
         qFatal("The JSON key %.*s does not follow %.*s", static_cast<int>(key.size()), key.data(),
                static_cast<int>(level.lastKey.size()), level.lastKey.data());
     }
     level.lastKey = key;
-    beginElement();
-    put('"');
-    put(key);
-    put("\" : ");
+    char* out = room(longestNewLine() + static_cast<qsizetype>(1 + key.size() + separator.size()));
+    if (!std::exchange(level.empty, false)) {
+        *out++ = ',';
+    }
+    out = writeNewLine(out);
+    *out++ = '"';
+    out = std::ranges::copy(key, out).out;
+    m_end = std::ranges::copy(separator, out).out;
 }
 
 void JSONEncoder::open(char bracket)
@@ -156,18 +162,21 @@ void JSONEncoder::close(char bracket)
     const bool empty = m_levels.back().empty;
     m_levels.pop_back();
     if (!empty) {
-        newLine();
+        m_end = writeNewLine(room(longestNewLine()));
     }
     put(bracket);
 }
 
-void JSONEncoder::newLine()
+/// With a comma in front.
+qsizetype JSONEncoder::longestNewLine() const
 {
-    const auto indent = static_cast<std::size_t>(indentWidth) * m_levels.size();
-    char* const out = room(static_cast<qsizetype>(indent) + 1);
-    *out = '\n';
-    std::memset(out + 1, ' ', indent);
-    tookUpTo(out + 1 + indent);
+    return 2 + indentWidth * static_cast<qsizetype>(m_levels.size());
+}
+
+char* JSONEncoder::writeNewLine(char* out) const
+{
+    *out++ = '\n';
+    return std::fill_n(out, indentWidth * static_cast<qsizetype>(m_levels.size()), ' ');
 }
 
 void JSONEncoder::text(const QString& value)
@@ -180,7 +189,7 @@ void JSONEncoder::text(const QString& value)
         out = writeEscaped(out, unit->toLatin1());
     }
     if (unit != end) {
-        tookUpTo(out);
+        m_end = out;
         const QByteArray rest = QStringView(unit, end).toUtf8();
         out = room(longestEscape * rest.size() + 1);
         for (const char byte : rest) {
@@ -188,37 +197,37 @@ void JSONEncoder::text(const QString& value)
         }
     }
     *out++ = '"';
-    tookUpTo(out);
+    m_end = out;
 }
 
 void JSONEncoder::put(char byte)
 {
     char* const out = room(1);
     *out = byte;
-    tookUpTo(out + 1);
+    m_end = out + 1;
 }
 
 void JSONEncoder::put(std::string_view bytes)
 {
     char* const out = room(static_cast<qsizetype>(bytes.size()));
     std::memcpy(out, bytes.data(), bytes.size());
-    tookUpTo(out + bytes.size());
+    m_end = out + bytes.size();
 }
 
-/// Where the next `length` bytes may be written.
-char* JSONEncoder::room(qsizetype length)
+void JSONEncoder::grow(qsizetype length)
 {
     constexpr qsizetype least = 4096;
-    if (m_bytes.size() - m_length < length) {
-        m_bytes.resize(std::max({least, 2 * m_bytes.size(), m_length + length}));
-    }
-    return m_bytes.data() + m_length;
+    const qsizetype written = m_bytes.isEmpty() ? 0 : m_end - m_bytes.constData();
+    m_bytes.resize(std::max({least, 2 * m_bytes.size(), written + length}));
+    m_end = m_bytes.data() + written;
+    m_limit = m_bytes.data() + m_bytes.size();
 }
 
 QByteArray JSONEncoder::takeDocument()
 {
     put('\n');
-    m_bytes.truncate(std::exchange(m_length, 0));
+    m_bytes.truncate(std::exchange(m_end, nullptr) - m_bytes.constData());
+    m_limit = nullptr;
     return std::exchange(m_bytes, {});
 }
 

@@ -28,7 +28,11 @@ class JSONEncoder final
 {
 public:
     /// A fresh encoder with the one configuration there is.
-    [[nodiscard]] static JSONEncoder lapsa() { return {}; }
+    [[nodiscard]] static JSONEncoder lapsa() { return JSONEncoder{}; }
+
+    JSONEncoder(const JSONEncoder&) = delete;
+    JSONEncoder& operator=(const JSONEncoder&) = delete;
+    ~JSONEncoder() = default;
 
     /// The whole document of one record, or of a list of records.
     template <typename T>
@@ -57,6 +61,8 @@ public:
     }
 
 private:
+    JSONEncoder() = default;
+
     struct Level
     {
         /// The last key written; decides the order of the next. Empty in arrays.
@@ -88,19 +94,28 @@ private:
     void beginField(std::string_view key);
     void open(char bracket);
     void close(char bracket);
-    void newLine();
     void text(const QString& text);
     void put(char byte);
     void put(std::string_view bytes);
-    [[nodiscard]] char* room(qsizetype length);
 
-    void tookUpTo(const char* end) { m_length = end - m_bytes.constData(); }
+    /// Where the next `length` bytes may be written.
+    [[nodiscard]] char* room(qsizetype length)
+    {
+        if (m_limit - m_end < length) {
+            grow(length);
+        }
+        return m_end;
+    }
 
+    void grow(qsizetype length);
+    [[nodiscard]] qsizetype longestNewLine() const;
+    [[nodiscard]] char* writeNewLine(char* out) const;
     [[nodiscard]] QByteArray takeDocument();
 
-    /// The document so far is its first `m_length` bytes; behind them is room to write to.
+    /// The document so far ends at `m_end`; there is room to write up to `m_limit`.
     QByteArray m_bytes;
-    qsizetype m_length = 0;
+    char* m_end = nullptr;
+    char* m_limit = nullptr;
     std::vector<Level> m_levels;
 };
 
