@@ -21,13 +21,14 @@ if(prefix STREQUAL "/usr" AND NOT IS_ABSOLUTE "${system_settings}")
 endif()
 below_prefix("${system_settings}" system_settings)
 
-# Both readers take one quoted word; systemd has characters of its own beside.
+# Both readers take one quoted word. The bus reads it as a shell would, after the escapes of the file's own form; to
+# systemd two more characters mean something.
 set(bus_command "${program_folder}/lapsa")
 string(REPLACE "%" "%%" unit_command "${bus_command}")
 string(REPLACE "$" "$$" unit_command "${unit_command}")
 if(bus_command MATCHES "[^A-Za-z0-9_./+-]")
     string(REGEX REPLACE "([\"\\$`])" "\\\\\\1" bus_command "${bus_command}")
-    set(bus_command "\"${bus_command}\"")
+    string(REPLACE "\\" "\\\\" bus_command "\"${bus_command}\"")
     string(REGEX REPLACE "([\"\\])" "\\\\\\1" unit_command "${unit_command}")
     set(unit_command "\"${unit_command}\"")
 endif()
