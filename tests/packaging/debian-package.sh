@@ -113,6 +113,8 @@ say "Installing"
 apt install "$deb" >"$fresh/root/install.log" 2>&1 || { tail -n 20 "$fresh/root/install.log" >&2; fail "apt install failed"; }
 expect "it is installed" status_is "installed $version"
 expect "every file is as packed" inside dpkg -V lapsa
+expect "the unit is one that systemd understands" inside env XDG_RUNTIME_DIR=/tmp \
+    systemd-analyze --user verify --man=no /usr/lib/systemd/user/app-org.lapsa.Lapsa.service
 expect "no library is missing" inside sh -c '! ldd /usr/bin/lapsa | grep "not found"'
 
 say "A desktop around it"
