@@ -140,6 +140,20 @@ void AppDelegate::openDataFolder()
     m_environment.workspace.reveal(AppPaths::applicationSupportDirectory());
 }
 
+void AppDelegate::performAction(const QString& name)
+{
+    static const QHash<QString, void (AppDelegate::*)()> actions{
+        {u"open-lapsa"_s, &AppDelegate::openPanel},
+        {u"preferences"_s, &AppDelegate::openPreferences},
+        {u"add-selection"_s, &AppDelegate::addFinderSelectionMenu},
+        {u"open-data-folder"_s, &AppDelegate::openDataFolder},
+        {u"quit"_s, &AppDelegate::quit},
+    };
+    if (const auto action = actions.constFind(name); action != actions.cend()) {
+        (this->**action)();
+    }
+}
+
 void AppDelegate::saveEverything()
 {
     if (!m_store) {

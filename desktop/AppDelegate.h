@@ -71,6 +71,8 @@ public:
     void addFinderSelectionMenu();
     /// Shows the data folder in the file manager.
     void openDataFolder();
+    /// What the entry of the menu does that has this name in the desktop entry; any other name does nothing.
+    void performAction(const QString& name);
 
     /// Without a button it does nothing.
     void clearStatusButtonHighlight();

@@ -166,7 +166,8 @@ int runApplication(const QApplication& application, SessionApplication& session,
         delegate.applicationOpen(files);
     }
     session.setHandlers({.open = [&delegate](const QList<QUrl>& urls) { delegate.applicationOpen(urls); },
-                         .activate = [&delegate] { delegate.openPanel(); }});
+                         .activate = [&delegate] { delegate.openPanel(); },
+                         .activateAction = [&delegate](const QString& name) { delegate.performAction(name); }});
     QuietMessages::startupDone();
 
     const int status = delegate.quitting() ? EXIT_SUCCESS : QApplication::exec();

@@ -19,6 +19,19 @@ if [[ "$(locale charmap 2>/dev/null)" != UTF-8 ]]; then
     export LC_CTYPE=C.UTF-8
 fi
 
+# The version, which stands in one place.
+lapsa_version() {
+    local version
+    version=$(sed -nE 's/^project\(lapsa VERSION ([0-9.]+) .*/\1/p' "$root/CMakeLists.txt")
+    [[ -n $version ]] || fail "CMakeLists.txt tells no version"
+    printf '%s\n' "$version"
+}
+
+# Whether this is a checkout, and not an unpacked archive, which may lie in somebody's checkout.
+is_checkout() {
+    [[ "$(git -C "$root" rev-parse --show-toplevel 2>/dev/null)" -ef "$root" ]]
+}
+
 as_root() {
     if [[ $EUID -eq 0 ]]; then
         "$@"

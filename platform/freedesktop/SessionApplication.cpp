@@ -82,7 +82,14 @@ public slots: // NOLINT(readability-redundant-access-specifiers): these are the 
 
     // NOLINTBEGIN(readability-identifier-naming): their names are given by the interface
 
-    Q_SCRIPTABLE void Activate(const QVariantMap& /*platformData*/) { m_application.receive(std::nullopt); }
+    Q_SCRIPTABLE void Activate(const QVariantMap& /*platformData*/)
+    {
+        m_application.receive([](const Handlers& handlers) {
+            if (handlers.activate) {
+                handlers.activate();
+            }
+        });
+    }
 
     Q_SCRIPTABLE void Open(const QStringList& uris, const QVariantMap& /*platformData*/)
     {
@@ -92,13 +99,19 @@ public slots: // NOLINT(readability-redundant-access-specifiers): these are the 
                 files.push_back(QUrl::fromLocalFile(*path));
             }
         }
-        m_application.receive(files);
+        m_application.receive([files](const Handlers& handlers) { handlers.open(files); });
     }
 
-    /// There are no actions by name: any is passed over.
-    Q_SCRIPTABLE void ActivateAction(const QString& /*name*/, const QVariantList& /*parameter*/,
+    /// None of the actions takes a parameter: one that comes along is passed over.
+    Q_SCRIPTABLE void ActivateAction(const QString& name, const QVariantList& /*parameter*/,
                                      const QVariantMap& /*platformData*/)
-    {}
+    {
+        m_application.receive([name](const Handlers& handlers) {
+            if (handlers.activateAction) {
+                handlers.activateAction(name);
+            }
+        });
+    }
 
     // NOLINTEND(readability-identifier-naming)
 
@@ -163,19 +176,17 @@ SessionApplication::Role SessionApplication::handOver(const QList<QUrl>& files)
 void SessionApplication::setHandlers(Handlers handlers)
 {
     m_handlers = std::move(handlers);
-    for (const auto& files : std::exchange(m_waiting, {})) {
-        receive(files);
+    for (const Call& call : std::exchange(m_waiting, {})) {
+        receive(call);
     }
 }
 
-void SessionApplication::receive(const std::optional<QList<QUrl>>& files)
+void SessionApplication::receive(const Call& call)
 {
-    if (!m_handlers) {
-        m_waiting.push_back(files);
-    } else if (files) {
-        m_handlers->open(*files);
-    } else if (m_handlers->activate) {
-        m_handlers->activate();
+    if (m_handlers) {
+        call(*m_handlers);
+    } else {
+        m_waiting.push_back(call);
     }
 }
 

@@ -27,6 +27,8 @@ public:
         std::function<void(const QList<QUrl>&)> open;
         /// The application was started again without files.
         std::function<void()> activate = {};
+        /// One of the actions of the desktop entry, by the name it has there; it may also be no such name.
+        std::function<void(const QString&)> activateAction = {};
     };
 
     enum class Role
@@ -56,12 +58,13 @@ public:
 
 private:
     class Interface;
+    using Call = std::function<void(const Handlers&)>;
 
-    void receive(const std::optional<QList<QUrl>>& files);
+    void receive(const Call& call);
 
     std::optional<Handlers> m_handlers;
-    /// Calls that came before the handlers: files to open, or nothing for an activation.
-    QList<std::optional<QList<QUrl>>> m_waiting;
+    /// Calls that came before the handlers.
+    QList<Call> m_waiting;
     std::unique_ptr<Interface> m_interface;
     bool m_isFirst = false;
 };

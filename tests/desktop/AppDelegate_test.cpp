@@ -236,6 +236,42 @@ private slots:
         QCOMPARE(program.workspace.revealed, QList{QUrl::fromLocalFile(program.home.dataPath())});
     }
 
+    void theActionsOfTheDesktopEntryDoWhatTheMenuDoes()
+    {
+        Program program;
+        const QString file = program.home.makeFile(u"a.txt"_s);
+        program.start();
+
+        program.delegate->performAction(u"open-lapsa"_s);
+        QVERIFY(Program::shows<PopoverWindow>());
+        program.delegate->performAction(u"preferences"_s);
+        QVERIFY(Program::shows<PreferencesView>());
+        program.delegate->performAction(u"open-data-folder"_s);
+        QCOMPARE(program.workspace.revealed, QList{QUrl::fromLocalFile(program.home.dataPath())});
+        program.selection.answer = file;
+        program.delegate->performAction(u"add-selection"_s);
+        program.time.advance(300ms);
+        QVERIFY(program.lists(file));
+        QVERIFY(!program.delegate->quitting());
+        program.delegate->performAction(u"quit"_s);
+        QVERIFY(program.delegate->quitting());
+    }
+
+    void anActionThatThereIsNotDoesNothing()
+    {
+        Program program;
+        program.start();
+
+        for (const QString& name : {u""_s, u"nonsense"_s, u"Quit"_s, u"quit "_s}) {
+            program.delegate->performAction(name);
+        }
+
+        QVERIFY(!Program::shows<PopoverWindow>());
+        QVERIFY(!Program::shows<PreferencesView>());
+        QCOMPARE(program.workspace.revealed, QList<QUrl>());
+        QVERIFY(!program.delegate->quitting());
+    }
+
     void theMenuPutsTheSelectionOnCountdownAsTheHotKeyDoes()
     {
         Program program;

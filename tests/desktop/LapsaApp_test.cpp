@@ -389,6 +389,21 @@ private slots:
         QCOMPARE(lapsa.standardError(), QByteArray());
     }
 
+    void anActionOnTheBusIsCarriedOut()
+    {
+        const QString file = m_home->makeFile(u"a.txt"_s);
+        LapsaProcess lapsa({file});
+        waitForName();
+        auto bus = QDBusConnection::connectToBus(m_bus->address(), u"caller"_s);
+
+        bus.send(callOf(u"ActivateAction"_s, {u"quit"_s, QVariantList(), QVariantMap()}));
+        QDBusConnection::disconnectFromBus(u"caller"_s);
+
+        QCOMPARE(lapsa.exitCode(), 0);
+        QCOMPARE(storedPaths(*m_home), QStringList{file});
+        QCOMPARE(lapsa.standardError(), QByteArray());
+    }
+
     void withoutADisplayFilesAreHandedOver()
     {
         const QString file = m_home->makeFile(u"a.txt"_s);

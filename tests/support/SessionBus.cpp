@@ -20,6 +20,7 @@ constexpr const char* configuration =
   <type>session</type>
   <listen>unix:dir=%1</listen>
   <auth>EXTERNAL</auth>
+  %2
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -39,12 +40,14 @@ void putBack(const QByteArray& address)
 
 } // namespace
 
-SessionBus::SessionBus()
+SessionBus::SessionBus(const QString& services)
     : m_previous(qgetenv(addressVariable))
 {
     QFile file(m_folder.filePath(u"session.conf"_s));
+    const QString folder =
+        services.isEmpty() ? QString() : u"<servicedir>%1</servicedir>"_s.arg(services.toHtmlEscaped());
     if (!file.open(QIODevice::WriteOnly) ||
-        file.write(QString::fromLatin1(configuration).arg(m_folder.path()).toUtf8()) < 0) {
+        file.write(QString::fromLatin1(configuration).arg(m_folder.path(), folder).toUtf8()) < 0) {
         qFatal("cannot write the configuration of the bus");
     }
     file.close();

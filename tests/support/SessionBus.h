@@ -13,11 +13,13 @@
 
 namespace lapsa::test {
 
-/// A session bus of its own, on which nothing is started on demand. The environment names it until it goes.
+/// A session bus of its own. The environment names it until it goes.
 class SessionBus final
 {
 public:
-    SessionBus();
+    /// A bus that starts on demand what `services` tells, a folder of service files; without one, nothing. What it
+    /// starts has the environment of this moment.
+    explicit SessionBus(const QString& services = {});
     SessionBus(const SessionBus&) = delete;
     SessionBus& operator=(const SessionBus&) = delete;
     ~SessionBus();
