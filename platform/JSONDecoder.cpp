@@ -92,8 +92,9 @@ bool JSONDecoder::parse(const QByteArray& bytes)
     m_parser = std::make_unique<Parser>();
     // The parser reads ahead. Bytes with room behind them need not be copied for that.
     const bool copied = bytes.capacity() - bytes.size() < qsizetype{simdjson::SIMDJSON_PADDING};
-    m_failed = m_parser->parser.parse(bytes.constData(), static_cast<std::size_t>(bytes.size()), copied)
-                   .get(m_parser->root) != simdjson::SUCCESS;
+    m_failed =
+        m_parser->parser.parse(bytes.constData(), static_cast<std::size_t>(bytes.size()), copied).get(m_parser->root) !=
+        simdjson::SUCCESS;
     return !m_failed;
 }
 

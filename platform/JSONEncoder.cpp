@@ -73,16 +73,6 @@ void JSONEncoder::endObject()
     close('}');
 }
 
-void JSONEncoder::beginArray()
-{
-    open('[');
-}
-
-void JSONEncoder::endArray()
-{
-    close(']');
-}
-
 void JSONEncoder::field(std::string_view key, const QString& value)
 {
     beginField(key);

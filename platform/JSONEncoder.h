@@ -79,17 +79,15 @@ private:
     template <typename T>
     void element(const QList<T>& list)
     {
-        beginArray();
+        open('[');
         for (const T& value : list) {
             beginElement();
             element(value);
         }
-        endArray();
+        close(']');
     }
 
     void boolean(std::string_view key, bool value);
-    void beginArray();
-    void endArray();
     void beginElement();
     void beginField(std::string_view key);
     void open(char bracket);
@@ -112,10 +110,9 @@ private:
     [[nodiscard]] char* writeNewLine(char* out) const;
     [[nodiscard]] QByteArray takeDocument();
 
-    /// The document so far ends at `m_end`; there is room to write up to `m_limit`.
     QByteArray m_bytes;
-    char* m_end = nullptr;
-    char* m_limit = nullptr;
+    char* m_end = nullptr;   ///< of the document so far
+    char* m_limit = nullptr; ///< of the room behind it
     std::vector<Level> m_levels;
 };
 

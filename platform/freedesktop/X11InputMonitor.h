@@ -12,9 +12,9 @@ struct xcb_connection_t;
 
 namespace lapsa {
 
-/// Hears of buttons or keys wherever on the X11 desktop they are used, also while another program has grabbed the pointer or the
-/// keyboard, and takes them from nobody. It costs a connection to the X server while it lives. Without an X server that
-/// the program itself is shown on, and without the X Input Extension 2.1, it hears nothing.
+/// Hears of buttons or keys wherever on the X11 desktop they are used, also while another program has grabbed the
+/// pointer or the keyboard, and takes them from nobody. It costs a connection to the X server while it lives. Without
+/// an X server that the program itself is shown on, and without the X Input Extension 2.1, it hears nothing.
 class X11InputMonitor final : public QObject
 {
     Q_OBJECT
