@@ -203,8 +203,9 @@ private slots:
     void tenThousandFilesAreWholeOrAFailure()
     {
         constexpr int count = 10'000;
-        constexpr int limit = 300;
-        constexpr int tolerance = 200;
+        // A hang would be the toolkit's wait for a clipboard, 5000 ms. That it is 300 ms is shown by the figure below: a
+        // test that fails for less would fail on a busy machine.
+        constexpr int limit = 2000;
         // Time for several tries; a file manager that is too slow for it is so each time.
         constexpr int trying = 8000;
         for (int i = 0; i < count; ++i) {
@@ -231,7 +232,7 @@ private slots:
 
         qInfo("%s: %s, at most %lld ms", qPrintable(chosen().command), whole ? "whole" : "not in time", longest);
         QVERIFY(whole || failed);
-        QVERIFY2(longest <= limit + tolerance, QByteArray::number(longest));
+        QVERIFY2(longest <= limit, QByteArray::number(longest));
         QTRY_COMPARE_WITH_TIMEOUT(clipboardText(), theirText, patience);
     }
 
