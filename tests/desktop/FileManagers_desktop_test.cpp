@@ -203,8 +203,8 @@ private slots:
     void tenThousandFilesAreWholeOrAFailure()
     {
         constexpr int count = 10'000;
-        // A hang would be the toolkit's wait for a clipboard, 5000 ms. That it is 300 ms is shown by the figure below: a
-        // test that fails for less would fail on a busy machine.
+        // A hang would be the toolkit's wait for a clipboard, 5000 ms. That it is 300 ms is shown by the figure below:
+        // a test that fails for less would fail on a busy machine.
         constexpr int limit = 2000;
         // Time for several tries; a file manager that is too slow for it is so each time.
         constexpr int trying = 8000;
