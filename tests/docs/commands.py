@@ -18,7 +18,7 @@ class Run:
 @dataclass(frozen=True)
 class Look:
     reason: str
-    # Each tool of the command, with the question that it answers with its options; a tool of ours says them in its head.
+    # Each tool of the command, with the question that it answers with its options; one of ours says them in its head.
     tools: dict = field(default_factory=dict)
     # Further words that the answers have to know.
     words: tuple = ()

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: The Lapsa authors
 # SPDX-License-Identifier: MIT
-"""documentation.py SOURCE_FOLDER BUILD_FOLDER: whether the commands of the pages work.
+"""documentation.py SOURCE_FOLDER BUILD_FOLDER: whether the commands and links of the pages work.
 
 Each command that a page shows is either run here, in a home and a session of its own, or looked at: its tool is there
 and knows the options. commands.py has the one table that says which, and why. A command that is not in the table fails,
@@ -22,8 +22,8 @@ from commands import TABLE, Look, Run  # noqa: E402
 from world import World  # noqa: E402
 
 # What begins a command in the middle of a text.
-STARTERS = ("apt", "build/release/lapsa", "cat", "cmake", "cp", "ctest", "dpkg", "findmnt", "gapplication", "gdbus", "gio",
-            "journalctl", "lapsa", "ls", "mv", "stat", "sudo", "systemctl", "xargs")
+STARTERS = ("apt", "build/release/lapsa", "cat", "cmake", "cp", "ctest", "dpkg", "findmnt", "gapplication", "gdbus",
+            "gio", "journalctl", "lapsa", "ls", "mv", "stat", "sudo", "systemctl", "xargs")
 SYNOPSIS = re.compile(r"tools/[\w-]+( \[.*)?")
 
 
@@ -47,15 +47,23 @@ def fenced_commands(text):
 
 def inline_spans(text):
     # Blanked out and not removed: the lines keep their numbers.
-    plain = re.sub(r"^ *```.*?^ *```", lambda block: "\n" * block.group().count("\n"), text, flags=re.MULTILINE | re.DOTALL)
+    blocks = re.compile(r"^ *```.*?^ *```", re.MULTILINE | re.DOTALL)
+    plain = blocks.sub(lambda block: "\n" * block.group().count("\n"), text)
     for span in re.finditer(r"`([^`]+)`", plain):
         yield plain.count("\n", 0, span.start()) + 1, " ".join(span.group(1).replace("\\|", "|").split())
+
+
+def sections_of(text):
+    """The names by which the sections of a page are linked to."""
+    headings = re.findall(r"^#+ (.*)", text, re.MULTILINE)
+    return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-") for heading in headings}
 
 
 class Documentation:
     def __init__(self, source, build):
         self.source = source
         self.build = build
+        self.pages = [source / "README.md", source / "CONTRIBUTING.md", *sorted(source.glob("docs/*.md"))]
         self.failures = []
         self.done = {Run: 0, Look: 0}
 
@@ -65,9 +73,9 @@ class Documentation:
     # ---- What the pages show
 
     def shown(self):
-        """Each command with the first place where it stands. What only names a tool and its options is looked at here."""
+        """Each command with the first place where it stands. What only names a tool and its options is looked at."""
         commands = {}
-        for page in [self.source / "README.md", self.source / "CONTRIBUTING.md", *sorted(self.source.glob("docs/*.md"))]:
+        for page in self.pages:
             name = str(page.relative_to(self.source))
             text = page.read_text(encoding="utf-8")
             if re.search(r"^ +```sh", text, re.MULTILINE):
@@ -167,11 +175,25 @@ class Documentation:
                 continue
             self.done[type(entry)] += 1
             (self.run if isinstance(entry, Run) else self.look)(place, command, entry)
+        self.check_links()
         self.check_changelog()
         print(f"{self.done[Run]} commands run, {self.done[Look]} looked at")
         for failure in self.failures:
             print(failure)
         return 1 if self.failures else 0
+
+    def check_links(self):
+        for page in self.pages:
+            for target in re.findall(r"\]\(([^)]+)\)", page.read_text(encoding="utf-8")):
+                path, _, section = target.partition("#")
+                linked = page.parent / path if path else page
+                place = f"{page.relative_to(self.source)}, link to {target}"
+                if ":" in path:
+                    continue
+                if not linked.exists():
+                    self.fail(place, "there is no such file")
+                elif section and section not in sections_of(linked.read_text(encoding="utf-8")):
+                    self.fail(place, "there is no such section")
 
     def check_changelog(self):
         settings = (self.source / "CMakeLists.txt").read_text(encoding="utf-8")

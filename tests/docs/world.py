@@ -46,7 +46,7 @@ class World:
             "HOME": str(self.home), "PATH": f"{self.folder}/programs:{os.environ['PATH']}", "LC_ALL": "C.UTF-8",
             "XDG_RUNTIME_DIR": f"{self.folder}/runtime", "QT_QPA_PLATFORM": "offscreen", "GVFS_DISABLE_FUSE": "1",
             "GSETTINGS_BACKEND": "memory", "XDG_CURRENT_DESKTOP": "XFCE", "XDG_SESSION_TYPE": "x11",
-            **{name: os.environ[name] for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS") if name in os.environ}}
+            **{name: text for name, text in os.environ.items() if name.endswith("SAN_OPTIONS")}}
         (self.folder / "bus.conf").write_text(BUS.format(folder=self.folder))
         bus = self.start(["dbus-daemon", "--nofork", "--print-address", f"--config-file={self.folder}/bus.conf"],
                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
@@ -65,7 +65,11 @@ class World:
             if process.stdout:
                 process.stdout.close()
         # The readers that the bus has started end with it, and may still be writing.
-        until("the end of the session", lambda: shutil.rmtree(self.folder, ignore_errors=True) or not self.folder.exists())
+        until("the end of the session", self.removed)
+
+    def removed(self):
+        shutil.rmtree(self.folder, ignore_errors=True)
+        return not self.folder.exists()
 
     def start(self, words, **options):
         process = subprocess.Popen(words, cwd=self.home, env=self.environment, stdin=subprocess.DEVNULL, **options)
@@ -73,13 +77,13 @@ class World:
         return process
 
     def owned(self, name):
-        return subprocess.run(["gdbus", "wait", "--session", "--timeout", "1", name], env=self.environment, check=False,
-                              capture_output=True).returncode == 0
+        return subprocess.run(["gdbus", "wait", "--session", "--timeout", "1", name], env=self.environment,
+                              check=False, capture_output=True).returncode == 0
 
     def shell(self, command):
         """What the command says; it has to succeed."""
-        done = subprocess.run(["bash", "-c", command], cwd=self.home, env=self.environment, check=False, timeout=PATIENCE,
-                              stdin=subprocess.DEVNULL, capture_output=True, text=True)
+        done = subprocess.run(["bash", "-c", command], cwd=self.home, env=self.environment, timeout=PATIENCE,
+                              check=False, stdin=subprocess.DEVNULL, capture_output=True, text=True)
         assert done.returncode == 0, f"status {done.returncode}: {done.stderr.strip()}"
         return done.stdout
 
