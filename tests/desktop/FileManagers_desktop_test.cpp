@@ -206,7 +206,7 @@ private slots:
         constexpr int limit = 300;
         constexpr int tolerance = 200;
         // Time for several tries; a file manager that is too slow for it is so each time.
-        constexpr int trying = 4000;
+        constexpr int trying = 8000;
         for (int i = 0; i < count; ++i) {
             m_home->makeFile(u"shown/%1"_s.arg(i));
         }
