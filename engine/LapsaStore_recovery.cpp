@@ -75,12 +75,20 @@ void LapsaStore::purgeExpiredRecovery()
     if (std::ranges::none_of(m_recoveryItems, due)) {
         return;
     }
+    // A file that was taken back by hand, and expired again, can lie where its first copy lay: its time is the later
+    // one.
+    QSet<QString> stillKept;
+    for (const LapsaRecoveryItem& item : std::as_const(m_recoveryItems)) {
+        if (!due(item)) {
+            stillKept.insert(item.recoveryPath);
+        }
+    }
     fileSystem::Batch batch(protection());
-    std::ranges::for_each(m_recoveryItems.cbegin(), m_recoveryItems.cend(), [&](const LapsaRecoveryItem& item) {
-        if (due(item)) {
+    for (const LapsaRecoveryItem& item : std::as_const(m_recoveryItems)) {
+        if (due(item) && !stillKept.contains(item.recoveryPath)) {
             removeCopy(item, batch);
         }
-    });
+    }
     emit willChange();
     m_recoveryItems.removeIf(due);
     saveRecoverySoon();

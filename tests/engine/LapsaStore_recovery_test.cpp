@@ -296,6 +296,25 @@ private slots:
         QCOMPARE(log.lines(), QStringList());
     }
 
+    void aCopyThatLiesWhereAnEarlierOneLayKeepsItsOwnTime()
+    {
+        test::StoreWorld world(false);
+        const QString copy = world.home.makeFile(u"copy"_s);
+        startWith(world, {record(u"/a"_s, copy, world.time.now() + 1h), record(u"/a"_s, copy, world.time.now() + 2h)});
+
+        world.time.advance(1h);
+        world.store().purgeExpiredRecovery();
+
+        QCOMPARE(world.store().recoveryItems().size(), 1);
+        QVERIFY(QFile::exists(copy));
+
+        world.time.advance(1h);
+        world.store().purgeExpiredRecovery();
+
+        QVERIFY(world.store().recoveryItems().isEmpty());
+        QVERIFY(!QFile::exists(copy));
+    }
+
     void aParkedFolderIsPurgedWhole()
     {
         test::StoreWorld world;
