@@ -47,11 +47,12 @@ int checkRemovable(const FoundEntry& entry)
     return folder ? removalForbidden(entry, folder.value()) : folder.error().code;
 }
 
-bool unchanged(const CopiedFiles& copied, int folder, const char* name)
+/// The file as it was copied, if it still is so.
+CopiedFiles::iterator copiedAs(CopiedFiles& copied, int folder, const char* name)
 {
     const Result<struct statx> now = look(folder, name, STATX_BASIC_STATS);
     const auto before = now ? copied.find(identityOf(now.value())) : copied.end();
-    return before != copied.end() && before->second == ContentStamp::of(now.value());
+    return before != copied.end() && before->second == ContentStamp::of(now.value()) ? before : copied.end();
 }
 
 /// Gives a whole copy, which is also open, its own name.
@@ -165,8 +166,8 @@ int moveFile(const Place& from, const struct statx& status, const Place& to)
     if (const int error = syncFolder(to)) {
         return takeBack(from, to, error);
     }
-    const CopiedFiles copied = {{identityOf(status), ContentStamp::of(status)}};
-    if (!unchanged(copied, entry.folder, entry.name)) {
+    CopiedFiles copied = {{identityOf(status), ContentStamp::of(status)}};
+    if (copiedAs(copied, entry.folder, entry.name) == copied.end()) {
         return takeBack(from, to, EBUSY);
     }
     const int error = errorOf([&] { return ::unlinkat(entry.folder, entry.name, 0); });
@@ -214,8 +215,13 @@ int moveFolder(const Place& from, const struct statx& status, const Place& to)
         removeCopy(copy);
         return error;
     }
-    // What is new at the source, or changed since it was copied, stays there.
-    FolderRemoval removal([&](int folder, const char* name) { return unchanged(tree.copiedFiles(), folder, name); });
+    // What is new at the source, or changed since it was copied, stays there; of a file with several names as many as
+    // were not found before. A listing can end early without a failure: the C library takes ENOENT for its end.
+    CopiedFiles copied = tree.copiedFiles();
+    FolderRemoval removal([&](int folder, const char* name) {
+        const auto found = copiedAs(copied, folder, name);
+        return found != copied.end() && found->second.names-- > 0;
+    });
     error = removal.run(from, identityOf(status));
     if (error != 0 && !removal.removedAnything()) {
         removeCopy(to);

@@ -18,6 +18,8 @@ struct ContentStamp
     std::uint64_t size = 0;
     statx_timestamp changed{};
     statx_timestamp statusChanged{};
+    /// How many of its names were copied; no part of what is compared.
+    int names = 1;
 
     [[nodiscard]] static ContentStamp of(const struct statx& status);
     friend bool operator==(const ContentStamp& left, const ContentStamp& right);

@@ -158,7 +158,11 @@ int TreeCopy::copyFile(const FoundEntry& entry)
 
 int TreeCopy::copyHardLink(const FoundEntry& entry, const QByteArray& earlier)
 {
-    return errorOf([&] { return ::linkat(m_toStart, earlier.constData(), m_to->folder(), entry.name, 0); });
+    const int error = errorOf([&] { return ::linkat(m_toStart, earlier.constData(), m_to->folder(), entry.name, 0); });
+    if (error == 0) {
+        ++m_copiedFiles.at(identityOf(entry.status)).names;
+    }
+    return error;
 }
 
 } // namespace lapsa
