@@ -251,7 +251,8 @@ void PopoverWindow::watchClicks()
 
 void PopoverWindow::buttonPressed()
 {
-    m_pressedElsewhere = pointerIsElsewhere();
+    // The release of the click that opens the panel can be heard after the bar has told of it.
+    m_pressedElsewhere = isVisible() && pointerIsElsewhere();
 }
 
 /// A click is over with its release, as a bar sees it: closed at the press, a slow click on the icon would find the

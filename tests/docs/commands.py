@@ -153,7 +153,9 @@ TABLE = {
     "DESTDIR=/tmp/stage cmake --install build/install --prefix /usr": Look(INSTALLED, CMAKE),
     "xargs -d '\\n' rm < build/install/install_manifest.txt": Look(INSTALLED, {"xargs": ["xargs", "--help"]}),
     "cmake --preset NAME": Look(BUILDS, CMAKE),
-    "tools/bench --cpu --in /dev/shm": ours("bench"),
+    "tools/bench --cpu --engine --in /dev/shm": ours("bench"),
+    "tools/bench --check": ours("bench"),
+    "tools/bench --growth": ours("bench"),
     "tools/bench --panel": ours("bench"),
     'timeout -s INT 125 strace -f -tt -p "$(pgrep -x lapsa)"': Look(
         "takes two minutes, and a container need not let it trace",
