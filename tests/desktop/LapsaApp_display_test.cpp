@@ -3,6 +3,7 @@
 
 #include "LapsaProcess.h"
 #include "SessionBus.h"
+#include "Settling.h"
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
 
@@ -87,7 +88,7 @@ private slots:
         const VirtualDisplay display;
         const LapsaProcess lapsa;
 
-        QTRY_VERIFY_WITH_TIMEOUT(!iconSizeOf(shownWindow()).isEmpty(), patience);
+        QVERIFY(succeeds([] { return !iconSizeOf(shownWindow()).isEmpty(); }));
     }
 
     void onADisplayStandardErrorStaysEmpty()

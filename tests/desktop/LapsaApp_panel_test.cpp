@@ -3,6 +3,7 @@
 
 #include "LapsaProcess.h"
 #include "SessionBus.h"
+#include "Settling.h"
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
 
@@ -44,8 +45,8 @@ private slots:
 
         const LapsaProcess lapsa;
 
-        QTRY_COMPARE_WITH_TIMEOUT(shownWindow(), std::optional(splashPlace), patience);
-        QTRY_COMPARE_WITH_TIMEOUT(shownWindow(), std::optional<QRect>(), patience);
+        QVERIFY(succeeds([] { return shownWindow() == splashPlace; }));
+        QVERIFY(comesTrue([] { return !shownWindow(); }));
         QVERIFY(lapsa.running());
     }
 
@@ -55,13 +56,13 @@ private slots:
         const SessionBus bus;
         const VirtualDisplay display;
         const LapsaProcess lapsa;
-        QTRY_COMPARE_WITH_TIMEOUT(shownWindow(), std::optional(splashPlace), patience);
-        QTRY_COMPARE_WITH_TIMEOUT(shownWindow(), std::optional<QRect>(), patience);
+        QVERIFY(succeeds([] { return shownWindow() == splashPlace; }));
+        QVERIFY(comesTrue([] { return !shownWindow(); }));
 
         LapsaProcess second;
 
         QCOMPARE(second.exitCode(), 0);
-        QTRY_COMPARE_WITH_TIMEOUT(shownWindow(), std::optional(panelPlace), patience);
+        QCOMPARE(settled(&shownWindow, std::optional(panelPlace)), std::optional(panelPlace));
     }
 
     void openingFilesDoesNotOpenThePanel()
@@ -70,8 +71,8 @@ private slots:
         const SessionBus bus;
         const VirtualDisplay display;
         const LapsaProcess lapsa;
-        QTRY_COMPARE_WITH_TIMEOUT(shownWindow(), std::optional(splashPlace), patience);
-        QTRY_COMPARE_WITH_TIMEOUT(shownWindow(), std::optional<QRect>(), patience);
+        QVERIFY(succeeds([] { return shownWindow() == splashPlace; }));
+        QVERIFY(comesTrue([] { return !shownWindow(); }));
         const QString file = home.makeFile(u"a.txt"_s);
 
         LapsaProcess second({file});
@@ -87,7 +88,7 @@ private slots:
         const SessionBus bus;
         const VirtualDisplay display;
         LapsaProcess lapsa;
-        QTRY_COMPARE_WITH_TIMEOUT(shownWindow(), std::optional(splashPlace), patience);
+        QVERIFY(succeeds([] { return shownWindow() == splashPlace; }));
 
         QCOMPARE(lapsa.terminate(), 0);
 

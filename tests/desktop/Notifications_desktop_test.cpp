@@ -4,6 +4,7 @@
 #include "HelperProcess.h"
 #include "LapsaProcess.h"
 #include "SessionBus.h"
+#include "Settling.h"
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
 
@@ -65,7 +66,7 @@ private slots:
         makeItemThatIsDueSoon(u"report.zip"_s);
         LapsaProcess lapsa;
 
-        QTRY_VERIFY_WITH_TIMEOUT(clickedAndLocked(u"Dunst"_s, &QRect::center), patience);
+        QVERIFY(succeeds([this] { return clickedAndLocked(u"Dunst"_s, &QRect::center); }));
 
         QCOMPARE(lapsa.terminate(), 0);
         QCOMPARE(lapsa.standardError(), QByteArray());
@@ -77,7 +78,7 @@ private slots:
         makeItemThatIsDueSoon(u"report.zip"_s);
         LapsaProcess lapsa;
 
-        QTRY_VERIFY_WITH_TIMEOUT(clickedAndLocked(u"xfce4-notifyd"_s, placeOfButton), patience);
+        QVERIFY(succeeds([this] { return clickedAndLocked(u"xfce4-notifyd"_s, placeOfButton); }));
 
         QCOMPARE(lapsa.terminate(), 0);
         QCOMPARE(lapsa.standardError(), QByteArray());
@@ -88,7 +89,7 @@ private slots:
         startDunst();
         makeItemThatIsDueSoon(u"first.zip"_s);
         LapsaProcess lapsa;
-        QTRY_VERIFY_WITH_TIMEOUT(VirtualDisplay::windowOfClass(u"Dunst"_s), patience);
+        QVERIFY(comesTrue([] { return VirtualDisplay::windowOfClass(u"Dunst"_s); }));
         QCOMPARE(lapsa.terminate(), 0);
         m_daemon.reset();
         startDunst();
@@ -96,7 +97,7 @@ private slots:
 
         LapsaProcess again;
 
-        QTRY_VERIFY_WITH_TIMEOUT(clickedAndLocked(u"Dunst"_s, &QRect::center), patience);
+        QVERIFY(succeeds([this] { return clickedAndLocked(u"Dunst"_s, &QRect::center); }));
         QCOMPARE(again.terminate(), 0);
     }
 
@@ -105,7 +106,7 @@ private slots:
         startDunst();
         makeItemThatIsDueSoon(u"<b>R&D<b> 100%d.txt"_s);
         LapsaProcess lapsa;
-        QTRY_VERIFY_WITH_TIMEOUT(VirtualDisplay::windowOfClass(u"Dunst"_s), patience);
+        QVERIFY(comesTrue([] { return VirtualDisplay::windowOfClass(u"Dunst"_s); }));
 
         const QJsonDocument history = QJsonDocument::fromJson([] {
             std::ignore = outputOf(u"dunstctl"_s, {u"close-all"_s}); // it writes nothing

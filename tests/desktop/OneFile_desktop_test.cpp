@@ -3,6 +3,7 @@
 
 #include "DesktopSession.h"
 #include "LapsaProcess.h"
+#include "Settling.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -50,10 +51,10 @@ private slots:
         // Selected in the file manager, and put on countdown by the hot key.
         {
             LapsaProcess lapsa;
-            QTRY_VERIFY_WITH_TIMEOUT(desktop.trayIcon(), patience);
+            QVERIFY(comesTrue([&] { return desktop.trayIcon(); }));
             const HelperProcess fileManager(u"thunar"_s, {desktop.home().path(u"shown"_s)});
-            QTRY_VERIFY_WITH_TIMEOUT(addedFromFileManager(desktop, file), patience);
-            QTRY_VERIFY_WITH_TIMEOUT(DesktopSession::lapsaPanel(), patience);
+            QVERIFY(succeeds([&] { return addedFromFileManager(desktop, file); }));
+            QVERIFY(comesTrue(&DesktopSession::lapsaPanel));
             QCOMPARE(lifespan(desktop), 7 * 24 * 3600);
             QCOMPARE(lapsa.terminate(), 0);
             QCOMPARE(lapsa.standardError(), QByteArray());
@@ -63,8 +64,8 @@ private slots:
         editItem(desktop, u"expiresAt"_s, inMinutes(3));
         {
             LapsaProcess lapsa;
-            QTRY_VERIFY_WITH_TIMEOUT(lockedByTheWarning(desktop), patience);
-            QTRY_VERIFY_WITH_TIMEOUT(DesktopSession::lapsaPanel(), patience);
+            QVERIFY(succeeds([&] { return lockedByTheWarning(desktop); }));
+            QVERIFY(comesTrue(&DesktopSession::lapsaPanel));
             QCOMPARE(lapsa.terminate(), 0);
         }
 
@@ -72,11 +73,11 @@ private slots:
         editItem(desktop, u"expiresAt"_s, inMinutes(-1));
         {
             LapsaProcess lapsa;
-            QTRY_VERIFY_WITH_TIMEOUT(desktop.trayIcon(), patience);
+            QVERIFY(comesTrue([&] { return desktop.trayIcon(); }));
             VirtualDisplay::click(desktop.trayIcon()->center());
-            QTRY_VERIFY_WITH_TIMEOUT(DesktopSession::lapsaPanel(), patience);
+            QVERIFY(comesTrue(&DesktopSession::lapsaPanel));
             QVERIFY(QFile::exists(file));
-            QTRY_VERIFY_WITH_TIMEOUT(unlockedInThePanel(desktop), patience);
+            QVERIFY(succeeds([&] { return unlockedInThePanel(desktop); }));
             QCOMPARE(lapsa.terminate(), 0);
         }
 
