@@ -234,15 +234,26 @@ int TrashFolder::take(const QByteArray& folder, const Place& place, const FileId
     return error;
 }
 
-QByteArray TrashFolder::recordOf(const QByteArray& folder, const Place& place) const
+QByteArray TrashFolder::recordOf(const QByteArray& folder, const Place& place)
 {
     QByteArray path = (folder == "/" ? folder : folder + '/') + place.name;
     if (!m_top.isEmpty()) {
         path = path.sliced(m_top == "/" ? 1 : m_top.size() + 1);
     }
-    // Local time without a zone: so the rules want it.
-    const QByteArray date = QDateTime::currentDateTime().toString(u"yyyy-MM-ddTHH:mm:ss"_s).toLatin1();
-    return "[Trash Info]\nPath=" + path.toPercentEncoding("/") + "\nDeletionDate=" + date + '\n';
+    return "[Trash Info]\nPath=" + path.toPercentEncoding("/") + "\nDeletionDate=" + deletionDate() + '\n';
+}
+
+const QByteArray& TrashFolder::deletionDate()
+{
+    // Put into words once a second: the calendar costs more than the rest of the record.
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const qint64 second = now.toSecsSinceEpoch();
+    if (m_dateSecond != second) {
+        m_dateSecond = second;
+        // Local time without a zone: so the rules want it.
+        m_date = now.toLocalTime().toString(u"yyyy-MM-ddTHH:mm:ss"_s).toLatin1();
+    }
+    return m_date;
 }
 
 int TrashFolder::takeAs(const Place& place, const FileIdentity& identity, const QByteArray& name,

@@ -35,7 +35,8 @@ private:
     TrashFolder() = default;
 
     [[nodiscard]] static Result<TrashFolder> opened(const FileDescriptor& folder);
-    [[nodiscard]] QByteArray recordOf(const QByteArray& folder, const Place& place) const;
+    [[nodiscard]] QByteArray recordOf(const QByteArray& folder, const Place& place);
+    [[nodiscard]] const QByteArray& deletionDate();
     [[nodiscard]] int takeAs(const Place& place, const FileIdentity& identity, const QByteArray& name,
                              const QByteArray& record);
 
@@ -49,6 +50,9 @@ private:
     QByteArray m_infoPath;
     /// The real path of the volume's top folder, which recorded paths start from; empty for the home trash.
     QByteArray m_top;
+    /// The date of a record made now, and the second since 1970 that it was made for.
+    QByteArray m_date;
+    qint64 m_dateSecond = -1;
 };
 
 } // namespace lapsa
