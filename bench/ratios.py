@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: The Lapsa authors
 # SPDX-License-Identifier: MIT
 """ratios.py [--cpu] RESULT: turns a result of the benchmarks into the table of ratios and growth, in Markdown.
-ratios.py --store RESULT...: keeps the ratios as those that are checked against.
+ratios.py --store RESULT...: keeps the ratios as those that are checked against; of several results the middle of each.
 ratios.py --check RESULT...: compares the ratios with those that are kept; of several results the best of each counts.
 Ends with 1 and names what became slower by more than 30 %.
 
@@ -11,6 +11,7 @@ The kept ratios are always of that.
 """
 
 import json
+import statistics
 import sys
 from collections import defaultdict
 from pathlib import Path
@@ -104,6 +105,11 @@ def print_tables(results, key):
                 print(f"| {operation} | {size} | {repainted:.0f} | {visible:.0f} |")
 
 
+def store(found):
+    middle = {name: round(statistics.median(ratios[name] for ratios in found), 3) for name in found[0]}
+    KEPT.write_text(json.dumps(middle, indent=2, sort_keys=True) + "\n", encoding="utf-8")
+
+
 def check(found):
     kept = json.loads(KEPT.read_text(encoding="utf-8"))
     common = sorted(set(found) & set(kept))
@@ -122,9 +128,7 @@ def main():
     results = [json.loads(Path(argument).read_text(encoding="utf-8"))
                for argument in sys.argv[1:] if argument not in options]
     if "--store" in options:
-        text = json.dumps({name: round(ratio, 3) for name, ratio in ratios(fastest_runs(results, "cpu")).items()},
-                          indent=2, sort_keys=True)
-        KEPT.write_text(text + "\n", encoding="utf-8")
+        store([ratios(fastest_runs([result], "cpu")) for result in results])
     elif "--check" in options:
         check(ratios(fastest_runs(results, "cpu")))
     else:
