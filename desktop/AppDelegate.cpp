@@ -11,6 +11,8 @@
 #include "HotKeyManager.h"
 #include "LapsaStore.h"
 #include "Localized.h"
+#include "MainQueue.h"
+#include "Memory.h"
 #include "NotificationCentre.h"
 #include "NotificationService.h"
 #include "PanelController.h"
@@ -33,6 +35,8 @@ namespace {
 
 constexpr std::chrono::duration<double> splashDuration{1.35};
 constexpr int statusIconSize = 18;
+/// After a window has gone: longer than it takes to fade out, and than somebody takes who wants it back at once.
+constexpr std::chrono::seconds restBeforeTidying{2};
 
 } // namespace
 
@@ -60,7 +64,10 @@ void AppDelegate::applicationDidFinishLaunching()
                                                                        .clock = m_environment.clock,
                                                                        .mainQueue = m_environment.mainQueue,
                                                                        .icons = FileIconProvider::shared()});
-    connect(m_panelController.get(), &PanelController::popoverDidClose, this, &AppDelegate::clearStatusButtonHighlight);
+    connect(m_panelController.get(), &PanelController::popoverDidClose, this, [this] {
+        clearStatusButtonHighlight();
+        giveBackMemoryAfter(restBeforeTidying);
+    });
     m_hotKeyManager = std::make_unique<HotKeyManager>(m_environment.hotKeys, [delegate = QPointer(this)] {
         if (delegate) {
             delegate->addFinderSelectionFromShortcut();
@@ -71,6 +78,7 @@ void AppDelegate::applicationDidFinishLaunching()
     m_notificationService->requestAuthorization();
     setUpStatusItem();
     SplashWindowController::showSplash(splashDuration);
+    giveBackMemoryAfter(std::chrono::duration_cast<std::chrono::milliseconds>(splashDuration) + restBeforeTidying);
     m_cleanupService->start();
     m_hotKeyManager->registerHotKey();
 }
@@ -195,6 +203,11 @@ void AppDelegate::notificationClicked(const QHash<QString, QString>& userInfo)
         m_store->lockItem(*itemId);
     }
     openPanel();
+}
+
+void AppDelegate::giveBackMemoryAfter(std::chrono::milliseconds delay)
+{
+    m_tidying = m_environment.mainQueue.asyncAfter(delay, [] { giveBackFreedMemory(); });
 }
 
 void AppDelegate::clearStatusButtonHighlight()

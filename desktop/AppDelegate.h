@@ -9,6 +9,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <chrono>
 #include <memory>
 
 namespace lapsa {
@@ -25,6 +26,7 @@ class NotificationCentre;
 class NotificationService;
 class PanelController;
 class Pasteboard;
+class ScheduledTask;
 class SettingsStore;
 class StatusBar;
 class StatusButton;
@@ -93,6 +95,8 @@ private:
     /// Null where the desktop has no place for one.
     [[nodiscard]] StatusButton* statusButton() const;
     void notificationClicked(const QHash<QString, QString>& userInfo);
+    /// What a window that closes now has freed; the last wish counts.
+    void giveBackMemoryAfter(std::chrono::milliseconds delay);
 
     Environment m_environment;
     bool m_terminated = false;
@@ -104,6 +108,7 @@ private:
     std::unique_ptr<PanelController> m_panelController;
     std::unique_ptr<HotKeyManager> m_hotKeyManager;
     std::unique_ptr<StatusItem> m_statusItem;
+    std::unique_ptr<ScheduledTask> m_tidying;
 };
 
 } // namespace lapsa
