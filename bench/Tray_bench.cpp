@@ -5,32 +5,29 @@
 // Writes tables to standard output.
 
 #include "DesktopSession.h"
+#include "FirstFrame.h"
 #include "JSONEncoder.h"
 #include "LapsaItem.h"
 #include "LapsaProcess.h"
 #include "LapsaSettings.h"
+#include "TrayPrograms.h"
 
 #include <QCoreApplication>
-#include <QDBusConnection>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QEventLoop>
-#include <QFile>
 #include <QHash>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QThread>
-#include <QTimer>
-
-#include <sys/prctl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <functional>
+#include <iterator>
+#include <optional>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -42,108 +39,6 @@ namespace {
 constexpr int patience = 20'000;
 constexpr int repetitions = 9;
 constexpr unsigned long settling = 6000;
-
-struct Candidate
-{
-    QString name;
-    QString program;
-    QStringList arguments;
-};
-
-/// Hears of every icon that is announced to the panel.
-class Announcements final : public QObject
-{
-    Q_OBJECT
-
-public:
-    explicit Announcements(const QString& address)
-        : m_bus(QDBusConnection::connectToBus(address, u"bench"_s))
-    {
-        m_bus.connect(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
-                      u"org.kde.StatusNotifierWatcher"_s, u"StatusNotifierItemRegistered"_s, this, SLOT(note(QString)));
-    }
-
-    [[nodiscard]] bool waitForOne()
-    {
-        QEventLoop loop;
-        QTimer::singleShot(patience, &loop, &QEventLoop::quit);
-        connect(this, &Announcements::announced, &loop, &QEventLoop::quit);
-        m_announced = false;
-        loop.exec();
-        return m_announced;
-    }
-
-signals:
-    void announced();
-
-private slots:
-
-    void note(const QString&)
-    {
-        m_announced = true;
-        emit announced();
-    }
-
-private:
-    QDBusConnection m_bus;
-    bool m_announced = false;
-};
-
-class Running final
-{
-public:
-    explicit Running(const Candidate& candidate)
-    {
-        m_process.setStandardErrorFile(QProcess::nullDevice());
-        m_process.setStandardOutputFile(QProcess::nullDevice());
-        m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-        m_process.start(candidate.program, candidate.arguments);
-        m_process.waitForStarted(patience);
-    }
-
-    Running(const Running&) = delete;
-    Running& operator=(const Running&) = delete;
-
-    ~Running()
-    {
-        // Not every one of them ends when it is asked to.
-        constexpr int politePatience = 500;
-        m_process.terminate();
-        if (!m_process.waitForFinished(politePatience)) {
-            m_process.kill();
-            m_process.waitForFinished(patience);
-        }
-    }
-
-    [[nodiscard]] QString proc(const QString& file) const
-    {
-        return u"/proc/%1/%2"_s.arg(m_process.processId()).arg(file);
-    }
-
-private:
-    QProcess m_process;
-};
-
-double median(std::vector<double> values)
-{
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
-/// The number in a line "NAME: NUMBER ..." of a file of /proc.
-double numberIn(const QString& path, QByteArrayView name)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return 0;
-    }
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        if (line.startsWith(name)) {
-            return line.mid(name.size()).simplified().split(' ').constFirst().toDouble();
-        }
-    }
-    return 0;
-}
 
 /// How often each thread of a process has gone to sleep so far: each wake-up ends in one.
 QHash<QString, double> sleepsOf(const Running& running)
@@ -165,12 +60,6 @@ double wakeUpsBetween(const QHash<QString, double>& before, const QHash<QString,
     return wakeUps;
 }
 
-double pssOf(const Running& running)
-{
-    constexpr double kibibytesInMegabyte = 1000.0 * 1000 / 1024;
-    return numberIn(running.proc(u"smaps_rollup"_s), "Pss:") / kibibytesInMegabyte;
-}
-
 struct Idle
 {
     double pssInMegabytes;
@@ -185,7 +74,7 @@ Idle idleOf(const Candidate& candidate, Announcements& announcements, int second
     const QHash<QString, double> before = sleepsOf(running);
     QThread::sleep(static_cast<unsigned long>(seconds));
     const double wakeUps = wakeUpsBetween(before, sleepsOf(running));
-    return {.pssInMegabytes = pssOf(running), .wakeUpsAMinute = wakeUps * 60 / seconds};
+    return {.pssInMegabytes = running.pss(), .wakeUpsAMinute = wakeUps * 60 / seconds};
 }
 
 double startToIcon(const Candidate& candidate, Announcements& announcements)
@@ -220,20 +109,6 @@ void writeItems(const test::DesktopSession& desktop, std::int64_t count)
     desktop.home().writeDataFile(u"state.json"_s, JSONEncoder::lapsa().encode(items));
 }
 
-/// Seconds of the processor that a process has used so far.
-double processorSecondsOf(const Running& running)
-{
-    QFile file(running.proc(u"stat"_s));
-    if (!file.open(QIODevice::ReadOnly)) {
-        return 0;
-    }
-    // Behind the name, which may hold anything: utime and stime are fields 14 and 15 of proc(5).
-    const QByteArray line = file.readAll();
-    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
-    constexpr int utime = 11;
-    return (fields[utime].toDouble() + fields[utime + 1].toDouble()) / double(::sysconf(_SC_CLK_TCK));
-}
-
 bool waitFor(const std::function<bool()>& condition)
 {
     QElapsedTimer elapsed;
@@ -242,6 +117,55 @@ bool waitFor(const std::function<bool()>& condition)
         QThread::msleep(20);
     }
     return condition();
+}
+
+struct Frames
+{
+    double first;
+    double again;
+};
+
+/// Milliseconds from a click on the icon, as the panel of the desktop passes it on, to something new on the screen.
+std::optional<Frames> framesOf(const Candidate& candidate, Announcements& announcements)
+{
+    FirstFrame screen;
+    std::vector<double> first;
+    std::vector<double> again;
+    constexpr int starts = 5;
+    for (int i = 0; i < starts; ++i) {
+        const Running running(candidate);
+        std::ignore = announcements.waitForOne();
+        QThread::msleep(settling);
+        for (int opened = 0; opened < 3; ++opened) {
+            screen.remember();
+            announcements.activateLast();
+            const std::optional<double> frame = screen.waitForChange();
+            if (!frame) {
+                return std::nullopt;
+            }
+            (opened == 0 ? first : again).push_back(*frame);
+            QThread::msleep(settling / 6);
+            announcements.activateLast();
+            if (!screen.waitForReturn()) {
+                return std::nullopt;
+            }
+            QThread::msleep(settling / 6);
+        }
+    }
+    return Frames{.first = median(first), .again = median(again)};
+}
+
+void printFrames(const std::vector<Candidate>& candidates, Announcements& announcements)
+{
+    std::printf("\n| click on the icon | first frame, ms | again, ms |\n|---|--:|--:|\n");
+    for (const Candidate& candidate : candidates) {
+        const std::optional<Frames> frames = framesOf(candidate, announcements);
+        if (!frames) {
+            qFatal("The window of %s does not open or close.", qPrintable(candidate.name));
+        }
+        std::printf("| %s | %.1f | %.1f |\n", qPrintable(candidate.name), frames->first, frames->again);
+        std::fflush(stdout);
+    }
 }
 
 void printWithItems(const test::DesktopSession& desktop, const Candidate& lapsa, Announcements& announcements,
@@ -258,13 +182,13 @@ void printWithItems(const test::DesktopSession& desktop, const Candidate& lapsa,
         const Running running(lapsa);
         std::ignore = announcements.waitForOne();
         QThread::msleep(settling);
-        const double never = pssOf(running);
+        const double never = running.pss();
         QProcess::execute(lapsa.program, {}); // started again, it opens the panel of the one that runs
         const bool opened = waitFor([] { return test::DesktopSession::lapsaPanel().has_value(); });
         QThread::msleep(settling);
-        const double before = processorSecondsOf(running);
+        const double before = running.processorSeconds();
         QThread::sleep(static_cast<unsigned long>(seconds));
-        const double used = processorSecondsOf(running) - before;
+        const double used = running.processorSeconds() - before;
         const bool closed = waitFor([] {
             test::VirtualDisplay::press(u"Escape"_s); // it need not have the keyboard at once
             return !test::DesktopSession::lapsaPanel().has_value();
@@ -274,7 +198,32 @@ void printWithItems(const test::DesktopSession& desktop, const Candidate& lapsa,
             qFatal("The panel does not open or close.");
         }
         std::printf("| %lld | %.1f | %.1f | %.1f | %.2f |\n", static_cast<long long>(count), start, never,
-                    pssOf(running), 100 * used / seconds);
+                    running.pss(), 100 * used / seconds);
+        std::fflush(stdout);
+    }
+}
+
+std::vector<Candidate> candidates()
+{
+    std::vector<Candidate> found{
+        {u"Lapsa"_s, test::LapsaProcess::program(), {}},
+        {u"a program that only shows an icon"_s, QCoreApplication::applicationDirPath() + u"/lapsa_icon_only"_s, {}}};
+    for (const auto& [name, program] : {std::pair(u"CopyQ"_s, u"copyq"_s), std::pair(u"Flameshot"_s, u"flameshot"_s)}) {
+        if (!QStandardPaths::findExecutable(program).isEmpty()) {
+            found.push_back({name, program, {}});
+        }
+    }
+    return found;
+}
+
+void printPrograms(const std::vector<Candidate>& programs, Announcements& announcements, int seconds)
+{
+    std::printf("| program | start to icon, ms | PSS idle, MB | wake-ups a minute |\n|---|--:|--:|--:|\n");
+    for (const Candidate& candidate : programs) {
+        const double start = startToIcon(candidate, announcements);
+        const Idle idle = idleOf(candidate, announcements, seconds);
+        std::printf("| %s | %.1f | %.1f | %.1f |\n", qPrintable(candidate.name), start, idle.pssInMegabytes,
+                    idle.wakeUpsAMinute);
         std::fflush(stdout);
     }
 }
@@ -285,23 +234,17 @@ int run(const QStringList& arguments)
     test::DesktopSession desktop;
     desktop.startXfcePanel();
     Announcements announcements(desktop.bus().address());
-    std::vector<Candidate> candidates{
-        {u"Lapsa"_s, test::LapsaProcess::program(), {}},
-        {u"a program that only shows an icon"_s, QCoreApplication::applicationDirPath() + u"/lapsa_icon_only"_s, {}}};
-    for (const auto& [name, program] : {std::pair(u"CopyQ"_s, u"copyq"_s), std::pair(u"Flameshot"_s, u"flameshot"_s)}) {
-        if (!QStandardPaths::findExecutable(program).isEmpty()) {
-            candidates.push_back({name, program, {}});
-        }
+    const std::vector<Candidate> programs = candidates();
+    if (!arguments.contains(u"--frames"_s)) {
+        printPrograms(programs, announcements, seconds);
+        printWithItems(desktop, programs.front(), announcements, seconds);
     }
-    std::printf("| program | start to icon, ms | PSS idle, MB | wake-ups a minute |\n|---|--:|--:|--:|\n");
-    for (const Candidate& candidate : candidates) {
-        const double start = startToIcon(candidate, announcements);
-        const Idle idle = idleOf(candidate, announcements, seconds);
-        std::printf("| %s | %.1f | %.1f | %.1f |\n", qPrintable(candidate.name), start, idle.pssInMegabytes,
-                    idle.wakeUpsAMinute);
-        std::fflush(stdout);
-    }
-    printWithItems(desktop, candidates.front(), announcements, seconds);
+    // The others have no window that a click on their icon opens.
+    std::vector<Candidate> withWindow;
+    std::ranges::copy_if(programs, std::back_inserter(withWindow), [](const Candidate& candidate) {
+        return candidate.name == u"Lapsa"_s || candidate.name == u"CopyQ"_s;
+    });
+    printFrames(withWindow, announcements);
     return 0;
 }
 
@@ -314,5 +257,3 @@ int main(int argc, char** argv)
     const QCoreApplication application(argc, argv);
     return lapsa::bench::run(QCoreApplication::arguments());
 }
-
-#include "Tray_bench.moc"

@@ -74,7 +74,7 @@ std::optional<Injection> Injection::ofText(const QByteArray& text)
     }
     const bool late = words[0].startsWith(latePrefix);
     injection.kind = late ? Kind::FailAfter : Kind::Fail;
-    injection.error = errorOfName(late ? words[0].sliced(qstrlen(latePrefix)) : words[0]);
+    injection.error = errorOfName(late ? words[0].sliced(qsizetype(qstrlen(latePrefix))) : words[0]);
     return injection.error == 0 ? std::nullopt : std::optional(injection);
 }
 
