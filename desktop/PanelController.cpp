@@ -91,7 +91,7 @@ void PanelController::show(StatusButton* button)
 void PanelController::close()
 {
     if (m_popover) {
-        m_popover->close();
+        m_popover->hide();
     }
 }
 

@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QChildEvent>
+#include <QCloseEvent>
 #include <QCursor>
 #include <QDialog>
 #include <QGuiApplication>
@@ -145,10 +146,18 @@ void PopoverWindow::paintEvent(QPaintEvent*)
 void PopoverWindow::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Escape && m_behavior == Behavior::Transient) {
-        close();
+        hide();
         return;
     }
     QWidget::keyPressEvent(event);
+}
+
+/// Closed by the window manager, it is hidden as well: the toolkit would throw the native window away, and the next
+/// opening would have to wait for a new one.
+void PopoverWindow::closeEvent(QCloseEvent* event)
+{
+    event->ignore();
+    hide();
 }
 
 void PopoverWindow::hideEvent(QHideEvent* event)
@@ -234,7 +243,7 @@ void PopoverWindow::closeIfLeft()
         m_leaving.start(returnPatience);
     } else if (m_behavior == Behavior::Transient) {
         m_closeReason = CloseReason::FocusLost;
-        close();
+        hide();
     }
 }
 
@@ -263,7 +272,7 @@ void PopoverWindow::buttonReleased(quint32 button)
     if (!wheel && isVisible() && m_behavior == Behavior::Transient && !showsOwnDialog() && m_pressedElsewhere &&
         pointerIsElsewhere()) {
         m_closeReason = CloseReason::FocusLost;
-        close();
+        hide();
     }
 }
 
