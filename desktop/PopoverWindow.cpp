@@ -33,6 +33,8 @@ constexpr int travel = 6;
 /// On X11 a wheel turns by buttons.
 constexpr quint32 firstWheelButton = 4;
 constexpr quint32 lastWheelButton = 7;
+/// How long a window manager may take to notice that a window has gone, in milliseconds.
+constexpr qint64 windowManagerPatience = 500;
 /// How long the focus may take to come back from a closed dialog.
 constexpr auto returnPatience = 300ms;
 
@@ -165,6 +167,7 @@ void PopoverWindow::hideEvent(QHideEvent* event)
     QWidget::hideEvent(event);
     m_leaving.stop();
     m_appearance.stop();
+    m_hidden.start();
     if (m_clicks) {
         m_clicks.release()->deleteLater(); // it may be what has closed the window
     }
@@ -173,12 +176,15 @@ void PopoverWindow::hideEvent(QHideEvent* event)
     }
 }
 
-/// A compositing manager may have come or gone since the last time.
+/// Keeps the native window, unless it will not do.
 void PopoverWindow::adaptToDesktop()
 {
+    // A compositing manager may have come or gone since the last time: it has to be made for the one or the other.
     const bool translucent = material::translucencyAvailable();
-    if (testAttribute(Qt::WA_TranslucentBackground) != translucent) {
-        destroy(); // the native window has to be made for the one or the other
+    // A window manager that has not yet noticed that it went would take it for one that never lost the focus.
+    const bool tooEarly = m_hidden.isValid() && !m_hidden.hasExpired(windowManagerPatience);
+    if (testAttribute(Qt::WA_TranslucentBackground) != translucent || tooEarly) {
+        destroy();
         setAttribute(Qt::WA_TranslucentBackground, translucent);
     }
 }

@@ -5,6 +5,7 @@
 
 #include "PopoverPlacement.h"
 
+#include <QElapsedTimer>
 #include <QTimer>
 #include <QVariantAnimation>
 #include <QWidget>
@@ -83,6 +84,8 @@ private:
     /// Runs while the focus of a closed dialog is still on its way back.
     QTimer m_returning;
     QVariantAnimation m_appearance;
+    /// Since when it has not been there.
+    QElapsedTimer m_hidden;
     /// There while a click elsewhere has to close it. Not every one takes the focus away: one on the bare desktop need
     /// not.
     std::unique_ptr<X11InputMonitor> m_clicks;
