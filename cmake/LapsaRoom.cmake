@@ -28,11 +28,7 @@ function(lapsa_add_test NAME)
     math(EXPR limit "${TEST_TIMEOUT} * 1000")
     add_executable(${NAME} ${NAME}.cpp)
     set_target_properties(${NAME} PROPERTIES AUTOMOC ON)
-    target_link_libraries(${NAME} PRIVATE Lapsa::compiler Qt6::Test ${TEST_USES})
-    if(Qt6_VERSION VERSION_GREATER_EQUAL 6.7)
-        # What its QTRY_ macros put into a test keeps a number of milliseconds in an int.
-        target_compile_options(${NAME} PRIVATE -Wno-conversion)
-    endif()
+    target_link_libraries(${NAME} PRIVATE Lapsa::compiler Lapsa::testcompiler Qt6::Test ${TEST_USES})
     add_test(NAME ${NAME} COMMAND ${NAME})
     set_tests_properties(${NAME} PROPERTIES
         TIMEOUT ${TEST_TIMEOUT}
