@@ -148,9 +148,9 @@ void LapsaPanelView_test::theTitleAndTheTextsHaveTheirSizes()
     QCOMPARE(inZone.at(0)->font().pixelSize(), 18);
     QCOMPARE(inZone.at(0)->font().weight(), QFont::DemiBold);
     QCOMPARE(inZone.at(1)->font().pixelSize(), 11);
-    const TextLabel& count = named<TextLabel>(world.panel, u"0 items present"_s);
-    QCOMPARE(count.font().pixelSize(), 14);
-    QCOMPARE(count.font().weight(), QFont::Bold);
+    const QFont count = named<TextLabel>(world.panel, u"0 items present"_s).font();
+    QCOMPARE(count.pixelSize(), 14);
+    QCOMPARE(count.weight(), QFont::Bold);
 }
 
 void LapsaPanelView_test::withoutItemsTheCountIsPluralAndTheListSaysSo()
@@ -356,7 +356,8 @@ void LapsaPanelView_test::aMessageOfTheStoreIsShownInOrangeOnTwoLinesAtMost()
     world.store().setLastMessage(u"A long message. "_s.repeated(40));
     PanelWorld::settle();
 
-    const TextLabel& message = named<TextLabel>(world.panel, u"A long message. "_s.repeated(40));
+    const QString text = u"A long message. "_s.repeated(40);
+    const TextLabel& message = named<TextLabel>(world.panel, text);
     QVERIFY(message.isVisible());
     QCOMPARE(message.foregroundRole(), paletteRole(ColorRole::Notice));
     QCOMPARE(message.font().pixelSize(), 11);
