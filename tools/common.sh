@@ -51,12 +51,25 @@ packages_for() {
     done | sort -u
 }
 
-# Of the packages named on standard input, those that are not installed.
+# Of the packages named on standard input, those that are not installed. One with a question mark behind its name is not
+# in every release of Debian.
 not_installed() {
     local package
     while read -r package; do
-        if [[ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]]; then
+        if [[ "$(dpkg-query -W -f='${db:Status-Status}' "${package%\?}" 2>/dev/null)" != installed ]]; then
             printf '%s\n' "$package"
+        fi
+    done
+}
+
+# Of the packages named on standard input, those that this release has.
+known_here() {
+    local package
+    while read -r package; do
+        if [[ $package != *\? ]]; then
+            printf '%s\n' "$package"
+        elif apt-cache show --no-all-versions "${package%\?}" >/dev/null 2>&1; then
+            printf '%s\n' "${package%\?}"
         fi
     done
 }
@@ -66,19 +79,21 @@ install_missing() {
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
         if ! command -v cmake >/dev/null || ! command -v ninja >/dev/null; then
             say "This is not a Debian system, so nothing is installed here. Needed is what Debian calls:"
-            packages_for "$@" | sed 's/^/    /' >&2
+            packages_for "$@" | sed 's/^/    /; s/?$//' >&2
             fail "CMake or Ninja is missing"
         fi
         return 0
     fi
     local missing log
-    mapfile -t missing < <(packages_for "$@" | not_installed)
+    # That some are not in this release is asked only when there is something to install: asking takes a second.
+    mapfile -t missing < <(packages_for "$@" | not_installed | grep -v '?$')
     [[ ${#missing[@]} -gt 0 ]] || return 0
 
     say "Installing: ${missing[*]}"
     log=$(mktemp)
     # The lists of a fresh machine are empty or old.
     if as_root apt-get -q -o DPkg::Lock::Timeout=300 update >"$log" 2>&1 </dev/null &&
+        mapfile -t missing < <(packages_for "$@" | not_installed | known_here) &&
         as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 \
             -o Dpkg::Options::=--force-confold install --no-install-recommends "${missing[@]}" >"$log" 2>&1 </dev/null; then
         rm -f "$log"
