@@ -22,6 +22,9 @@ namespace {
 const QString service = u"org.freedesktop.Notifications"_s;
 const QString path = u"/org/freedesktop/Notifications"_s;
 const QString interface = u"org.freedesktop.Notifications"_s;
+const QString busService = u"org.freedesktop.DBus"_s;
+const QString busPath = u"/org/freedesktop/DBus"_s;
+const QString busInterface = u"org.freedesktop.DBus"_s;
 
 const QString applicationName = u"Lapsa"_s;
 const QString desktopEntry = u"org.lapsa.Lapsa"_s;
@@ -82,6 +85,18 @@ public:
                     SLOT(notificationClosed(uint, uint, QDBusMessage)));
         connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
                 [this](const QString&, const QString&, const QString& newOwner) { ownerChanged(newOwner); });
+        // Answered before anything that is sent later, and before any change: the bus keeps the order.
+        auto question = QDBusMessage::createMethodCall(busService, busPath, busInterface, u"GetNameOwner"_s);
+        question.setArguments({service});
+        auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+        connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+            watcher->deleteLater();
+            const QDBusMessage reply = watcher->reply();
+            // An error says that there is none yet.
+            if (!m_ownerChanged && reply.type() == QDBusMessage::ReplyMessage) {
+                m_owner = reply.arguments().value(0).toString();
+            }
+        });
     }
 
     void add(const NotificationRequest& request)
@@ -129,6 +144,8 @@ private:
         /// The unique bus name of the server that gave the number.
         QString server;
         bool underWay = false;
+        /// The server at the time when it was sent; empty where none ran, and the bus had to start one.
+        QString sentTo;
         /// What to post in its place as soon as its number is known.
         std::optional<NotificationRequest> next;
         QHash<QString, QString> userInfo;
@@ -147,6 +164,7 @@ private:
     {
         Posted& posted = m_posted[request.identifier];
         posted.underWay = true;
+        posted.sentTo = m_owner;
         posted.userInfo = request.userInfo;
         auto message = callOf(u"Notify"_s);
         message.setArguments({applicationName, posted.id, desktopEntry, request.title, escapedMarkup(request.body),
@@ -162,9 +180,11 @@ private:
     {
         Posted& posted = m_posted[identifier];
         posted.underWay = false;
-        const bool current = !m_owner || *m_owner == reply.service();
+        // Newer versions of the toolkit do not say who replies: it is the one who was there when it was sent, or who
+        // was started for it. A number of one who has gone means nothing.
+        const bool current = posted.sentTo.isEmpty() || posted.sentTo == m_owner;
         posted.id = current ? numberOf(reply) : 0;
-        posted.server = reply.service();
+        posted.server = m_owner;
         if (const std::optional<NotificationRequest> next = std::exchange(posted.next, std::nullopt)) {
             post(*next);
         } else if (posted.id == 0) {
@@ -175,6 +195,7 @@ private:
     void ownerChanged(const QString& newOwner)
     {
         m_owner = newOwner;
+        m_ownerChanged = true;
         m_posted.removeIf([&newOwner](const std::pair<const QString&, Posted&>& entry) {
             Posted& posted = entry.second;
             if (posted.server != newOwner) {
@@ -185,8 +206,9 @@ private:
     }
 
     QDBusServiceWatcher m_watcher;
-    /// The server's unique bus name, once it has changed since our start.
-    std::optional<QString> m_owner;
+    /// The server's unique bus name; empty while there is none.
+    QString m_owner;
+    bool m_ownerChanged = false;
     /// By the identifiers of the requests.
     QHash<QString, Posted> m_posted;
 };
