@@ -72,9 +72,16 @@ private slots:
 
     void theSoftwareCentresDataIsValid()
     {
-        const Outcome outcome =
-            outcomeOf(u"appstreamcli"_s, {u"validate"_s, u"--no-net"_s, u"--no-color"_s,
-                                          m_tree->path(u"usr/share/metainfo/org.lapsa.Lapsa.metainfo.xml"_s)});
+        const QStringList validate{u"validate"_s, u"--no-net"_s, u"--no-color"_s,
+                                   m_tree->path(u"usr/share/metainfo/org.lapsa.Lapsa.metainfo.xml"_s)};
+        // Lapsa has no page of its own; and what newer versions want in place of the developer's name, older ones do
+        // not know, nor that they could be told to accept it.
+        const QStringList accepting{u"--override"_s, u"url-homepage-missing=pedantic,developer-info-missing=pedantic,"
+                                                     u"developer-name-tag-deprecated=pedantic"_s};
+        Outcome outcome = outcomeOf(u"appstreamcli"_s, validate + accepting);
+        if (outcome.output.contains("is not recognized")) {
+            outcome = outcomeOf(u"appstreamcli"_s, validate);
+        }
 
         QVERIFY2(outcome.code == 0, outcome.output.constData());
         for (const char* const severity : {"E: ", "W: ", "I: "}) {
