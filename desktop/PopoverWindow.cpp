@@ -154,8 +154,7 @@ void PopoverWindow::keyPressEvent(QKeyEvent* event)
     QWidget::keyPressEvent(event);
 }
 
-/// Closed by the window manager, it is hidden as well: the toolkit would throw the native window away, and the next
-/// opening would have to wait for a new one.
+/// Closed for good, the native window would be thrown away, and the next opening would wait for a new one.
 void PopoverWindow::closeEvent(QCloseEvent* event)
 {
     event->ignore();
@@ -176,7 +175,6 @@ void PopoverWindow::hideEvent(QHideEvent* event)
     }
 }
 
-/// Keeps the native window, unless it will not do.
 void PopoverWindow::adaptToDesktop()
 {
     // A compositing manager may have come or gone since the last time: it has to be made for the one or the other.
