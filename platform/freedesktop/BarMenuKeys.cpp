@@ -81,7 +81,7 @@ bool matches(const StatusMenuEntry& entry, xcb_keysym_t key)
 {
     const QKeySequence shortcut(entry.shortcut, QKeySequence::PortableText);
     return !shortcut.isEmpty() && shortcut[0].keyboardModifiers() == Qt::ControlModifier &&
-           QChar(shortcut[0].key()).toLower() == QChar(key);
+           QChar::toLower(char32_t(shortcut[0].key())) == char32_t(key);
 }
 
 } // namespace
