@@ -140,6 +140,8 @@ TABLE = {
     "build/release/lapsa other.pdf": Look("is what the line above it starts; LapsaApp_test hands files over so"),
     "tools/test": ours("test", BUILDS),
     "tools/test --preset asan -R Trash": ours("test"),
+    "tools/test --preset clang": ours("test"),
+    "tools/try-fresh --suite trixie test": ours("try-fresh"),
     "tools/test -R 'FileManager|UriList'": ours("test"),
     "tools/test -L 'hostile|services'": ours("test"),
     "tools/test -R '^(FileSystem|FileBatch|Trash|SystemLog|Language|UserFolders|DebouncedTask)'": ours("test"),
