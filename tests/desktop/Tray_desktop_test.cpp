@@ -351,8 +351,17 @@ private:
 
     void openMenu() const
     {
-        VirtualDisplay::click(icon(), Button::Right);
-        QVERIFY(comesTrue([this] { return m_desktop->menu(); }));
+        QVERIFY(succeeds([this] { return menuOpenedByClick(); }));
+    }
+
+    /// One try: a menu goes by itself when a window that has only just come up takes the focus.
+    [[nodiscard]] bool menuOpenedByClick() const
+    {
+        if (!m_desktop->menu()) {
+            VirtualDisplay::click(icon(), Button::Right);
+        }
+        std::ignore = QTest::qWaitFor([this] { return m_desktop->menu().has_value(); }, 2000);
+        return settledFor(500, [this] { return m_desktop->menu().has_value(); });
     }
 
     void closeMenu() const

@@ -37,6 +37,13 @@ template <class Look>
     return settled([&] { return bool(look()); }, true);
 }
 
+/// Whether `look` is true at each look within so many milliseconds.
+template <class Look>
+[[nodiscard]] bool settledFor(int milliseconds, const Look& look)
+{
+    return !QTest::qWaitFor([&] { return !bool(look()); }, milliseconds);
+}
+
 /// Whether `once` comes to be true within `desktopPatience`. It is not looked at again, so that it may act as well.
 template <class Once>
 [[nodiscard]] bool succeeds(const Once& once)
