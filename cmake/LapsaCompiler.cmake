@@ -12,7 +12,7 @@ target_compile_definitions(lapsa_compiler INTERFACE
     QT_NO_CAST_TO_ASCII
     QT_NO_URL_CAST_FROM_STRING
     QT_NO_FOREACH
-    # No call that the newest Qt tried has given up; the second is its name before Qt 6.5.
+    # No call that Qt has given up, up to 6.10; the second is its name before Qt 6.5.
     QT_DISABLE_DEPRECATED_UP_TO=0x060A00
     QT_DISABLE_DEPRECATED_BEFORE=0x060400
     $<$<CONFIG:Release>:QT_NO_DEBUG_OUTPUT>)

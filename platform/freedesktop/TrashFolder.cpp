@@ -245,7 +245,7 @@ QByteArray TrashFolder::recordOf(const QByteArray& folder, const Place& place)
 
 const QByteArray& TrashFolder::deletionDate()
 {
-    // Put into words once a second: the calendar costs more than the rest of the record.
+    // Put into words as often as it changes, and not for each of many files.
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const qint64 second = now.toSecsSinceEpoch();
     if (m_dateSecond != second) {

@@ -4,30 +4,12 @@
 #include "Memory.h"
 #include "ProcessFigures.h"
 
-#include <QFile>
 #include <QTest>
-
-#include <unistd.h>
 
 #include <memory>
 #include <vector>
 
-using namespace Qt::StringLiterals;
-
 namespace lapsa::test {
-
-namespace {
-
-qint64 residentBytes()
-{
-    QFile file(u"/proc/self/statm"_s);
-    if (!file.open(QIODevice::ReadOnly)) {
-        qFatal("no /proc");
-    }
-    return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
-}
-
-} // namespace
 
 class MemoryTest final : public QObject
 {
@@ -50,11 +32,11 @@ private slots:
         }
         const Block stays(blockSize, 'x');
         freed.reset();
-        const qint64 before = residentBytes();
+        const qint64 before = ProcessFigures::residentBytesUntouched();
 
         giveBackFreedMemory();
 
-        QVERIFY(before - residentBytes() > qint64(blockSize * blocks / 2));
+        QVERIFY(before - ProcessFigures::residentBytesUntouched() > qint64(blockSize * blocks / 2));
         QCOMPARE(stays.front(), 'x');
     }
 };

@@ -32,10 +32,15 @@ ProcessFigures ProcessFigures::now()
     ::malloc_trim(0);
     return {
         .allocatedBytes = static_cast<qint64>(::mallinfo2().uordblks),
-        .residentBytes = residentPages() * ::sysconf(_SC_PAGESIZE),
+        .residentBytes = residentBytesUntouched(),
         .descriptors =
             QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size(),
     };
+}
+
+qint64 ProcessFigures::residentBytesUntouched()
+{
+    return residentPages() * ::sysconf(_SC_PAGESIZE);
 }
 
 } // namespace lapsa::test

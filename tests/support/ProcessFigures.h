@@ -26,6 +26,9 @@ struct ProcessFigures
     qint64 descriptors = 0;
 
     [[nodiscard]] static ProcessFigures now();
+
+    /// What stands in memory, with what is free and was not given back.
+    [[nodiscard]] static qint64 residentBytesUntouched();
 };
 
 } // namespace lapsa::test
