@@ -75,6 +75,19 @@ void copyOfTheRecords(benchmark::State& state)
     }
 }
 
+/// Names in a folder, known to be free there.
+std::vector<std::string> freePaths(const BenchWorld& world, std::size_t count, const QString& folder,
+                                   const std::string& ending)
+{
+    const std::string target = world.world.home.makeFolder(folder).toStdString();
+    std::vector<std::string> paths;
+    paths.reserve(count);
+    for (std::size_t number = 0; number < count; ++number) {
+        paths.push_back(target + "/report-" + std::to_string(number) + ending);
+    }
+    return paths;
+}
+
 /// One `renameat2` each, to names that are known to be free.
 void bareRenames(benchmark::State& state, Names names, Spread spread)
 {
@@ -84,12 +97,7 @@ void bareRenames(benchmark::State& state, Names names, Spread spread)
             pathsOf({.count = state.range(0), .names = names, .spread = spread}, world.world.home.path(u"files"_s));
         createFiles(paths);
         const std::vector<std::string> from = nativePaths(paths);
-        const std::string folder = world.world.home.makeFolder(u"target"_s).toStdString();
-        std::vector<std::string> to;
-        to.reserve(from.size());
-        for (std::size_t number = 0; number < from.size(); ++number) {
-            to.push_back(folder + "/report-" + std::to_string(number) + ".pdf");
-        }
+        const std::vector<std::string> to = freePaths(world, from.size(), u"target"_s, ".pdf");
         std::size_t moved = 0;
         measure(state, [&] {
             for (std::size_t number = 0; number < from.size(); ++number) {
@@ -99,6 +107,33 @@ void bareRenames(benchmark::State& state, Names names, Spread spread)
             }
         });
         require(moved == from.size(), "renaming");
+    }
+}
+
+/// The least that the rules of the Trash ask for: a record of each, made anew and written, and then one `renameat2`.
+void recordsAndRenames(benchmark::State& state)
+{
+    for ([[maybe_unused]] auto iteration : state) {
+        BenchWorld world;
+        const QStringList paths = pathsOf({.count = state.range(0)}, world.world.home.path(u"files"_s));
+        createFiles(paths);
+        const std::vector<std::string> from = nativePaths(paths);
+        const std::vector<std::string> to = freePaths(world, from.size(), u"target"_s, ".pdf");
+        const std::vector<std::string> records = freePaths(world, from.size(), u"records"_s, ".pdf.trashinfo");
+        std::size_t moved = 0;
+        measure(state, [&] {
+            for (std::size_t number = 0; number < from.size(); ++number) {
+                const std::string text = "[Trash Info]\nPath=" + from[number] + "\nDeletionDate=2026-01-31T12:00:00\n";
+                const int record = ::open(records[number].c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+                const bool written = ::write(record, text.data(), text.size()) == ssize_t(text.size());
+                ::close(record);
+                if (written &&
+                    ::renameat2(AT_FDCWD, from[number].c_str(), AT_FDCWD, to[number].c_str(), RENAME_NOREPLACE) == 0) {
+                    ++moved;
+                }
+            }
+        });
+        require(moved == from.size(), "recording and renaming");
     }
 }
 
@@ -170,6 +205,7 @@ LAPSA_BENCHMARK(renamesFromManyFolders, "to Recovery, from many folders/renameat
 LAPSA_BENCHMARK(recoverEqual, "to Recovery, equal names/lapsa");
 LAPSA_BENCHMARK(renamesFromOwnFolders, "to Recovery, equal names/renameat2 loop");
 LAPSA_BENCHMARK(trashAll, "to the Trash/lapsa");
+LAPSA_BENCHMARK(recordsAndRenames, "to the Trash/record and rename loop");
 LAPSA_BENCHMARK(renamesFromOneFolder, "to the Trash/renameat2 loop");
 LAPSA_BENCHMARK(recoverDifferent, "to Recovery, equal names/different names");
 LAPSA_GROWTH_BENCHMARK(passWithNothingDue, "pass with nothing due/lapsa");

@@ -38,6 +38,17 @@ QString recoveryFileName(const LapsaItem& item)
     return name;
 }
 
+QStringList expiredPaths(const QList<LapsaItem>& items, TimePoint now)
+{
+    QStringList paths;
+    for (const LapsaItem& item : items) {
+        if (item.isExpired(now) && !item.locked) {
+            paths.push_back(item.path);
+        }
+    }
+    return paths;
+}
+
 } // namespace
 
 void LapsaStore::deleteExpiredItems()
@@ -55,6 +66,9 @@ void LapsaStore::deleteExpiredItems()
         if (item.isExpired(clock.now()) && !item.locked) {
             if (!run) {
                 run.emplace();
+                if (!settings().useRecoveryWindow && settings().useTrash) {
+                    run->batch.expectTrash(expiredPaths(snapshot, clock.now()));
+                }
             }
             deleteFileForItem(item, *run);
         }

@@ -5,6 +5,8 @@
 
 #include "FileSystem.h"
 
+#include <QStringList>
+
 #include <memory>
 
 namespace lapsa::fileSystem {
@@ -19,6 +21,10 @@ public:
     Batch(const Batch&) = delete;
     Batch& operator=(const Batch&) = delete;
     ~Batch();
+
+    /// A hint: these entries, named as select() will name them, are about to go to the Trash in this order. Much of
+    /// what the disk has to do is then done for several at once. Whatever becomes of them, nothing is left behind.
+    void expectTrash(QStringList paths);
 
     /// Says whether there is something at `path`, as exists() does: a link that leads nowhere is nothing. What the
     /// operations below then do is theirs to say: they act on the entry itself, and fail where there is none.

@@ -13,8 +13,11 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <span>
 #include <tuple>
+#include <utility>
 
 namespace lapsa::fileSystem {
 
@@ -45,6 +48,7 @@ public:
         : m_protection(protection)
     {}
 
+    void expectTrash(QStringList paths);
     bool select(const QString& path);
     int move(const QString& to);
     int moveToTrash();
@@ -71,13 +75,25 @@ private:
     HeldPlace m_destination;
     std::optional<Result<TrashFolder>> m_homeTrash;
     int m_homeTrashSharing = 0;
+    QStringList m_expected;
+    /// The selected one among them.
+    qsizetype m_expectedPosition = 0;
     /// Of the selected entry: why it cannot be acted on, else how it looked.
     int m_error = ENOENT;
     struct statx m_status = {};
 };
 
+void Batch::Selection::expectTrash(QStringList paths)
+{
+    m_expected = std::move(paths);
+    m_expectedPosition = 0;
+}
+
 bool Batch::Selection::select(const QString& path)
 {
+    while (m_expectedPosition < m_expected.size() && m_expected.at(m_expectedPosition) != path) {
+        ++m_expectedPosition;
+    }
     m_error = m_source.goTo(path);
     if (m_error == 0) {
         m_error = look();
@@ -169,6 +185,11 @@ Result<TrashFolder>& Batch::Selection::homeTrash()
     if (!m_homeTrash || !*m_homeTrash || m_homeTrashSharing == HeldPlace::mostSharing) {
         m_homeTrash.emplace(TrashFolder::home());
         m_homeTrashSharing = 0;
+        const qsizetype expected = std::min<qsizetype>(m_expected.size() - m_expectedPosition, HeldPlace::mostSharing);
+        if (*m_homeTrash && expected > 1) {
+            m_homeTrash->value().prepare(
+                std::span(m_expected).subspan(std::size_t(m_expectedPosition), std::size_t(expected)));
+        }
     }
     ++m_homeTrashSharing;
     return *m_homeTrash;
@@ -192,6 +213,11 @@ Batch::Batch(const Protection& protection)
 {}
 
 Batch::~Batch() = default;
+
+void Batch::expectTrash(QStringList paths)
+{
+    m_selection->expectTrash(std::move(paths));
+}
 
 bool Batch::select(const QString& path)
 {

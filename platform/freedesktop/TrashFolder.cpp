@@ -4,6 +4,7 @@
 #include "TrashFolder.h"
 
 #include "FileSystem.h"
+#include "HeldPlace.h"
 #include "TrashName.h"
 #include "UserFolders.h"
 
@@ -12,6 +13,8 @@
 
 #include <fcntl.h>
 #include <unistd.h>
+
+#include <algorithm>
 
 namespace lapsa {
 
@@ -83,48 +86,9 @@ Result<FileDescriptor> sharedTrash(int top, const QByteArray& user)
     return ownFolder(shared.get(), user.constData());
 }
 
-int writeRecord(int file, QByteArrayView record)
+QByteArray pathOf(const QByteArray& folder, const Place& place)
 {
-    while (!record.isEmpty()) {
-        const ssize_t written = retrying([&] { return ::write(file, record.data(), std::size_t(record.size())); });
-        if (written <= 0) {
-            return written == 0 ? EIO : errno;
-        }
-        record = record.sliced(written);
-    }
-    return 0;
-}
-
-/// Has the record's bytes written before the file follows, so that a power cut never leaves the file with an empty
-/// record: what a journal commits is in order, and the bytes are then there first. Far cheaper than waiting for the
-/// journal too.
-int writeOut(int file)
-{
-    constexpr unsigned all = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
-    const int error = errorOf([&] { return ::sync_file_range(file, 0, 0, all); });
-    const bool unknown = error == ENOSYS || error == ESPIPE || error == EINVAL || error == EOPNOTSUPP;
-    return unknown ? errorOf([&] { return ::fdatasync(file); }) : error;
-}
-
-/// Makes a record under a name that must be free.
-int makeRecord(int folder, const QByteArray& name, QByteArrayView record)
-{
-    FileDescriptor file(retrying([&] {
-        return ::openat(folder, name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-    }));
-    if (!file) {
-        return errno;
-    }
-    int error = writeRecord(file.get(), record);
-    if (error == 0) {
-        error = writeOut(file.get());
-    }
-    const int closing = file.close();
-    error = error != 0 ? error : closing;
-    if (error != 0) {
-        ::unlinkat(folder, name.constData(), 0);
-    }
-    return error;
+    return (folder == "/" ? folder : folder + '/') + place.name;
 }
 
 } // namespace
@@ -219,14 +183,71 @@ bool TrashFolder::contains(const QByteArray& folder, const Place& place, const s
     return m_infoPath.startsWith(entry) || m_filesPath.startsWith(entry);
 }
 
+void TrashFolder::prepare(std::span<const QString> paths)
+{
+    HeldPlace ahead;
+    for (const QString& path : paths) {
+        if (ahead.goTo(path) != 0) {
+            continue;
+        }
+        const Place& place = ahead.place();
+        const Result<struct statx> status = look(place.folder.get(), place.name.constData(), STATX_INO);
+        const Result<QByteArray> folder = ahead.folderPath();
+        if (!status || !isOnDevice(identityOf(status.value()).device) || !folder) {
+            continue;
+        }
+        Result<TrashRecord> record = freeRecord(folder.value(), place);
+        if (!record) {
+            return; // take() will meet the same, and says so
+        }
+        m_prepared.push_back({.path = pathOf(folder.value(), place), .record = std::move(record).value()});
+        m_prepared.back().record.startWriting();
+    }
+}
+
+Result<TrashRecord> TrashFolder::freeRecord(const QByteArray& folder, const Place& place)
+{
+    const QByteArray text = textOf(folder, place);
+    TrashName name(m_infoIdentity, place.name);
+    Result<TrashRecord> record = TrashRecord::make(m_info.get(), name.current(), text);
+    while (!record && record.error().code == EEXIST) {
+        name.advance();
+        record = TrashRecord::make(m_info.get(), name.current(), text);
+    }
+    if (record) {
+        name.remember();
+    }
+    return record;
+}
+
+std::optional<TrashRecord> TrashFolder::preparedRecord(const QByteArray& path)
+{
+    const auto found = std::ranges::find(m_prepared, path, &Prepared::path);
+    // What stands before it was not taken. If it is not there at all, something else comes than was expected, and the
+    // names that are held for that are given back.
+    m_prepared.erase(m_prepared.begin(), found);
+    if (m_prepared.empty()) {
+        return {};
+    }
+    std::optional<TrashRecord> record = std::move(m_prepared.front().record);
+    m_prepared.pop_front();
+    return record;
+}
+
 int TrashFolder::take(const QByteArray& folder, const Place& place, const FileIdentity& identity)
 {
-    const QByteArray record = recordOf(folder, place);
+    if (std::optional<TrashRecord> prepared = preparedRecord(pathOf(folder, place))) {
+        const int error = takeAs(place, identity, *prepared);
+        if (error != EEXIST) {
+            return error;
+        }
+    }
+    const QByteArray text = textOf(folder, place);
     TrashName name(m_infoIdentity, place.name);
-    int error = takeAs(place, identity, name.current(), record);
+    int error = takeAs(place, identity, name.current(), text);
     while (error == EEXIST) {
         name.advance();
-        error = takeAs(place, identity, name.current(), record);
+        error = takeAs(place, identity, name.current(), text);
     }
     if (error == 0) {
         name.remember();
@@ -234,9 +255,9 @@ int TrashFolder::take(const QByteArray& folder, const Place& place, const FileId
     return error;
 }
 
-QByteArray TrashFolder::recordOf(const QByteArray& folder, const Place& place)
+QByteArray TrashFolder::textOf(const QByteArray& folder, const Place& place)
 {
-    QByteArray path = (folder == "/" ? folder : folder + '/') + place.name;
+    QByteArray path = pathOf(folder, place);
     if (!m_top.isEmpty()) {
         path = path.sliced(m_top == "/" ? 1 : m_top.size() + 1);
     }
@@ -257,19 +278,24 @@ const QByteArray& TrashFolder::deletionDate()
 }
 
 int TrashFolder::takeAs(const Place& place, const FileIdentity& identity, const QByteArray& name,
-                        const QByteArray& record)
+                        const QByteArray& text)
 {
-    const QByteArray recordName = name + ".trashinfo";
-    if (const int error = makeRecord(m_info.get(), recordName, record)) {
+    Result<TrashRecord> record = TrashRecord::make(m_info.get(), name, text);
+    return record ? takeAs(place, identity, record.value()) : record.error().code;
+}
+
+int TrashFolder::takeAs(const Place& place, const FileIdentity& identity, TrashRecord& record)
+{
+    if (const int error = record.finishWriting()) {
         return error;
     }
-    m_inFiles.name = name;
+    m_inFiles.name = record.name();
     int error = renameWithoutReplacing(place, m_inFiles);
     if (error != 0 && hasArrived(place, identity, m_inFiles)) {
         error = 0;
     }
-    if (error != 0) {
-        ::unlinkat(m_info.get(), recordName.constData(), 0);
+    if (error == 0) {
+        record.keep();
     }
     return error;
 }

@@ -4,8 +4,14 @@
 #pragma once
 
 #include "Place.h"
+#include "TrashRecord.h"
 
 #include <QByteArray>
+#include <QString>
+
+#include <deque>
+#include <optional>
+#include <span>
 
 namespace lapsa {
 
@@ -27,6 +33,11 @@ public:
     /// path of the folder that holds it, here and below.
     [[nodiscard]] bool contains(const QByteArray& folder, const Place& place, const struct statx& status) const;
 
+    /// Makes the records of entries that take() will be asked for in this order, as far as they stand on this file
+    /// system: the disk is then waited for once and not once for each. What is not taken loses its record with this
+    /// object.
+    void prepare(std::span<const QString> paths);
+
     /// Puts the entry of this identity into the trash under a free name. Returns an `errno` value; after a failure the
     /// entry is where it was and nothing is in the trash.
     [[nodiscard]] int take(const QByteArray& folder, const Place& place, const FileIdentity& identity);
@@ -35,10 +46,13 @@ private:
     TrashFolder() = default;
 
     [[nodiscard]] static Result<TrashFolder> opened(const FileDescriptor& folder);
-    [[nodiscard]] QByteArray recordOf(const QByteArray& folder, const Place& place);
+    [[nodiscard]] QByteArray textOf(const QByteArray& folder, const Place& place);
     [[nodiscard]] const QByteArray& deletionDate();
+    [[nodiscard]] Result<TrashRecord> freeRecord(const QByteArray& folder, const Place& place);
+    [[nodiscard]] std::optional<TrashRecord> preparedRecord(const QByteArray& path);
     [[nodiscard]] int takeAs(const Place& place, const FileIdentity& identity, const QByteArray& name,
-                             const QByteArray& record);
+                             const QByteArray& text);
+    [[nodiscard]] int takeAs(const Place& place, const FileIdentity& identity, TrashRecord& record);
 
     /// `files`, with the name that an entry gets there.
     Place m_inFiles;
@@ -53,6 +67,15 @@ private:
     /// The date of a record made now, and the second since 1970 that it was made for.
     QByteArray m_date;
     qint64 m_dateSecond = -1;
+
+    struct Prepared
+    {
+        QByteArray path;
+        TrashRecord record;
+    };
+
+    /// In the order in which they are expected. Their records are in `info`, and go before it is closed.
+    std::deque<Prepared> m_prepared;
 };
 
 } // namespace lapsa

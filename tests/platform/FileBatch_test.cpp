@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QTest>
 
+#include <algorithm>
 #include <cerrno>
 #include <optional>
 #include <tuple>
@@ -132,6 +133,111 @@ private slots:
         QCOMPARE(trashed(u"files"_s), QStringList({u"1"_s}));
     }
 
+    void whatIsExpectedInTheTrashGetsThereWithItsRecord()
+    {
+        fileSystem::Batch batch({});
+        batch.expectTrash(allPaths());
+
+        for (const QString& path : allPaths()) {
+            QVERIFY(batch.select(path));
+            QVERIFY(batch.moveToTrash());
+        }
+
+        QCOMPARE(trashed(u"files"_s).size(), count);
+        QCOMPARE(trashed(u"info"_s).size(), count);
+        for (int number = 0; number < count; ++number) {
+            QCOMPARE(contentOf(trash + u"/files/%1"_s.arg(number)), QByteArray::number(number));
+            QVERIFY(recordOf(number).contains("\nPath=" + from(number).toUtf8() + "\nDeletionDate=2"));
+        }
+    }
+
+    void equalNamesThatAreExpectedGetEachARecordOfTheirOwn()
+    {
+        const QStringList paths = {m_home->makeFile(u"one/name.txt"_s, "1"), m_home->makeFile(u"two/name.txt"_s, "2"),
+                                   m_home->makeFile(u"three/name.txt"_s, "3")};
+        fileSystem::Batch batch({});
+        batch.expectTrash(paths);
+
+        for (const QString& path : paths) {
+            QVERIFY(batch.select(path));
+            QVERIFY(batch.moveToTrash());
+        }
+
+        QCOMPARE(trashed(u"files"_s), QStringList({u"name.2.txt"_s, u"name.3.txt"_s, u"name.txt"_s}));
+        QCOMPARE(contentOf(trash + u"/files/name.2.txt"_s), QByteArray("2"));
+        QVERIFY(contentOf(trash + u"/info/name.2.txt.trashinfo"_s).contains("/two/name.txt\n"));
+    }
+
+    void whatIsExpectedAndNotTakenLeavesNoRecord()
+    {
+        {
+            fileSystem::Batch batch({});
+            batch.expectTrash(allPaths());
+            QVERIFY(batch.select(from(0)));
+            QVERIFY(batch.moveToTrash());
+            QVERIFY(trashed(u"info"_s).size() > 1); // they are made ahead
+            // Neither those that are passed over nor those that do not come any more.
+            QVERIFY(batch.select(from(5)));
+            QVERIFY(batch.moveToTrash());
+        }
+
+        QCOMPARE(trashed(u"info"_s), QStringList({u"0.trashinfo"_s, u"5.trashinfo"_s}));
+        QCOMPARE(m_home->names(u"from"_s).size(), count - 2);
+    }
+
+    void whatComesInAnotherOrderThanExpectedGetsThereAsWell()
+    {
+        QStringList expected = allPaths();
+        std::ranges::reverse(expected);
+        {
+            fileSystem::Batch batch({});
+            batch.expectTrash(expected);
+            for (const QString& path : allPaths()) {
+                QVERIFY(batch.select(path));
+                QVERIFY(batch.moveToTrash());
+            }
+        }
+
+        QCOMPARE(trashed(u"files"_s).size(), count);
+        QCOMPARE(trashed(u"info"_s).size(), count);
+    }
+
+    void aNameThatSomebodyTakesAfterItsRecordWasMadeIsNotOverwritten()
+    {
+        fileSystem::Batch batch({});
+        batch.expectTrash(allPaths());
+        QVERIFY(batch.select(from(0)));
+        QVERIFY(batch.moveToTrash());
+
+        m_home->makeFile(trash + u"/files/1"_s, "somebody else's");
+        QVERIFY(batch.select(from(1)));
+        QVERIFY(batch.moveToTrash());
+
+        QCOMPARE(contentOf(trash + u"/files/1"_s), QByteArray("somebody else's"));
+        QCOMPARE(contentOf(trash + u"/files/1.2"_s), QByteArray("1"));
+        QVERIFY(contentOf(trash + u"/info/1.2.trashinfo"_s).contains(from(1).toUtf8() + '\n'));
+    }
+
+    void aFolderThatGetsAnotherNameMeanwhileIsNotRecordedUnderTheOldOne()
+    {
+        // By turns, so that each folder is looked up anew.
+        const QStringList paths = {m_home->makeFile(u"a/0"_s), m_home->makeFile(u"b/1"_s), m_home->makeFile(u"a/2"_s)};
+        fileSystem::Batch batch({});
+        batch.expectTrash(paths);
+        QVERIFY(batch.select(paths.at(0)));
+        QVERIFY(batch.moveToTrash());
+
+        QVERIFY(QFile::rename(m_home->path(u"a"_s), m_home->path(u"kept"_s)));
+        QVERIFY(QFile::link(m_home->path(u"kept"_s), m_home->path(u"a"_s)));
+        for (const QString& path : paths.sliced(1)) {
+            QVERIFY(batch.select(path));
+            QVERIFY(batch.moveToTrash());
+        }
+
+        QVERIFY(recordOf(2).contains("/kept/2\n"));
+        QCOMPARE(trashed(u"info"_s).size(), 3);
+    }
+
     void whatIsNotThereIsNotSelected()
     {
         fileSystem::Batch batch({});
@@ -171,6 +277,20 @@ private:
 
     [[nodiscard]] QString to(int number) const { return m_home->path(u"to/%1"_s.arg(number)); }
 
+    [[nodiscard]] QStringList allPaths() const
+    {
+        QStringList paths;
+        for (int number = 0; number < count; ++number) {
+            paths.push_back(from(number));
+        }
+        return paths;
+    }
+
+    [[nodiscard]] QByteArray recordOf(int number) const
+    {
+        return contentOf(trash + u"/info/%1.trashinfo"_s.arg(number));
+    }
+
     [[nodiscard]] QByteArray contentOf(const QString& relative) const
     {
         QFile file(m_home->path(relative));
@@ -185,6 +305,7 @@ private:
 
     static int codeOf(const Result<void>& result) { return result ? 0 : result.error().code; }
 
+    const QString trash = u".local/share/Trash"_s;
     std::optional<TemporaryHome> m_home;
 };
 

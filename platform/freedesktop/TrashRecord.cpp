@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "TrashRecord.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <utility>
+
+namespace lapsa {
+
+namespace {
+
+int write(int file, QByteArrayView text)
+{
+    while (!text.isEmpty()) {
+        const ssize_t written = retrying([&] { return ::write(file, text.data(), std::size_t(text.size())); });
+        if (written <= 0) {
+            return written == 0 ? EIO : errno;
+        }
+        text = text.sliced(written);
+    }
+    return 0;
+}
+
+int writeOut(int file, unsigned how)
+{
+    return errorOf([&] { return ::sync_file_range(file, 0, 0, how); });
+}
+
+/// Whether it is the file system, or the system, that does not know sync_file_range(2).
+bool isUnknown(int error)
+{
+    return error == ENOSYS || error == ESPIPE || error == EINVAL || error == EOPNOTSUPP;
+}
+
+} // namespace
+
+TrashRecord::TrashRecord(int info, QByteArray name, FileDescriptor file)
+    : m_info(info)
+    , m_name(std::move(name))
+    , m_file(std::move(file))
+{}
+
+TrashRecord::TrashRecord(TrashRecord&& other) noexcept
+    : m_info(other.m_info)
+    , m_name(std::move(other.m_name))
+    , m_file(std::move(other.m_file))
+    , m_error(other.m_error)
+    , m_kept(std::exchange(other.m_kept, true))
+{}
+
+TrashRecord& TrashRecord::operator=(TrashRecord&& other) noexcept
+{
+    std::swap(m_info, other.m_info);
+    std::swap(m_name, other.m_name);
+    std::swap(m_file, other.m_file);
+    std::swap(m_error, other.m_error);
+    std::swap(m_kept, other.m_kept);
+    return *this;
+}
+
+TrashRecord::~TrashRecord()
+{
+    if (!m_kept) {
+        ::unlinkat(m_info, fileName(m_name).constData(), 0);
+    }
+}
+
+QByteArray TrashRecord::fileName(const QByteArray& name)
+{
+    return name + ".trashinfo";
+}
+
+Result<TrashRecord> TrashRecord::make(int info, QByteArray name, QByteArrayView text)
+{
+    FileDescriptor file(retrying([&] {
+        return ::openat(info, fileName(name).constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    }));
+    if (!file) {
+        return FileError::fromErrno(errno);
+    }
+    TrashRecord record(info, std::move(name), std::move(file));
+    if (const int error = write(record.m_file.get(), text)) {
+        return FileError::fromErrno(error);
+    }
+    return record;
+}
+
+void TrashRecord::startWriting()
+{
+    const int error = writeOut(m_file.get(), SYNC_FILE_RANGE_WRITE);
+    m_error = isUnknown(error) ? 0 : error;
+}
+
+int TrashRecord::finishWriting()
+{
+    constexpr unsigned all = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
+    int error = m_error != 0 ? m_error : writeOut(m_file.get(), all);
+    if (isUnknown(error)) {
+        error = errorOf([&] { return ::fdatasync(m_file.get()); });
+    }
+    const int closing = m_file.close();
+    return error != 0 ? error : closing;
+}
+
+} // namespace lapsa
