@@ -59,8 +59,6 @@ void statxEach(benchmark::State& state)
 
 LAPSA_BENCHMARK(addNewFiles, "add new files/lapsa");
 LAPSA_BENCHMARK(statxEach, "add new files/one statx each");
-LAPSA_GROWTH_BENCHMARK(addNewFiles, "add new files/lapsa");
-LAPSA_GROWTH_BENCHMARK(addKnownFiles, "add known files/lapsa");
 LAPSA_BENCHMARK(addKnownFiles, "add known files/lapsa");
 LAPSA_BENCHMARK(statxEach, "add known files/one statx each");
 

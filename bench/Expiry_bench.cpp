@@ -208,10 +208,6 @@ LAPSA_BENCHMARK(trashAll, "to the Trash/lapsa");
 LAPSA_BENCHMARK(recordsAndRenames, "to the Trash/record and rename loop");
 LAPSA_BENCHMARK(renamesFromOneFolder, "to the Trash/renameat2 loop");
 LAPSA_BENCHMARK(recoverDifferent, "to Recovery, equal names/different names");
-LAPSA_GROWTH_BENCHMARK(passWithNothingDue, "pass with nothing due/lapsa");
-LAPSA_GROWTH_BENCHMARK(recoverDifferent, "to Recovery, different names/lapsa");
-LAPSA_GROWTH_BENCHMARK(trashAll, "to the Trash/lapsa");
-LAPSA_GROWTH_BENCHMARK(removeAll, "removed for good/lapsa");
 LAPSA_BENCHMARK(removeAll, "removed for good/lapsa");
 LAPSA_BENCHMARK(bareUnlinks, "removed for good/unlink loop");
 

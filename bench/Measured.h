@@ -46,21 +46,23 @@ inline void inMilliseconds(benchmark::internal::Benchmark* added)
 
 } // namespace lapsa::bench
 
+/// The largest size, which shows how the cost of one item grows: a single run, since it takes so long.
+#define LAPSA_GROWTH_BENCHMARK(FUNCTION, NAME)                                                                         \
+    BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000000)->Iterations(1)->Repetitions(1)->Apply(lapsa::bench::inMilliseconds)
+
 /// NAME is "operation/lapsa" or "operation/peer"; the runs of one size stand side by side in the table of ratios.
 #define LAPSA_BENCHMARK(FUNCTION, NAME)                                                                                \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000)->Iterations(5)->Apply(lapsa::bench::inMilliseconds);                    \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(10000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds);                   \
-    BENCHMARK(FUNCTION)->Name(NAME)->Arg(100000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds)
+    BENCHMARK(FUNCTION)->Name(NAME)->Arg(100000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds);                  \
+    LAPSA_GROWTH_BENCHMARK(FUNCTION, NAME)
 
 /// For what takes little time in memory: whether the memory was used before counts for as much as the work.
 #define LAPSA_QUICK_BENCHMARK(FUNCTION, NAME)                                                                          \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000)->Iterations(50)->Apply(lapsa::bench::inMilliseconds);                   \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(10000)->Iterations(20)->Apply(lapsa::bench::inMilliseconds);                  \
-    BENCHMARK(FUNCTION)->Name(NAME)->Arg(100000)->Iterations(3)->Apply(lapsa::bench::inMilliseconds)
-
-/// The largest size of Lapsa's side alone: it shows how the cost of one item grows.
-#define LAPSA_GROWTH_BENCHMARK(FUNCTION, NAME)                                                                         \
-    BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds)
+    BENCHMARK(FUNCTION)->Name(NAME)->Arg(100000)->Iterations(3)->Apply(lapsa::bench::inMilliseconds);                  \
+    LAPSA_GROWTH_BENCHMARK(FUNCTION, NAME)
 
 /// Other programs: those that take long are run once at the largest size, whatever is asked of the others.
 #define LAPSA_COMMAND_BENCHMARK(FUNCTION, NAME)                                                                        \

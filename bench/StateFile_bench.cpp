@@ -180,8 +180,6 @@ BENCHMARK(saveDurablyBare)
     ->Arg(100)
     ->Iterations(1)
     ->Apply(inMilliseconds);
-LAPSA_GROWTH_BENCHMARK(loadItems, "load state.json/lapsa");
-LAPSA_GROWTH_BENCHMARK(saveItems, "save state.json/lapsa");
 LAPSA_QUICK_BENCHMARK(copyAlone, "encode the items/memcpy of the bytes");
 LAPSA_QUICK_BENCHMARK(loadItems, "load state.json/lapsa");
 LAPSA_QUICK_BENCHMARK(parseAlone, "load state.json/read and parse, simdjson");

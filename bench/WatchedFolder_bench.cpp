@@ -81,8 +81,6 @@ void readdirAndStatx(benchmark::State& state)
 
 LAPSA_BENCHMARK(scanOfKnownFiles, "scan, all known/lapsa");
 LAPSA_BENCHMARK(readdirAlone, "scan, all known/readdir loop");
-LAPSA_GROWTH_BENCHMARK(scanOfKnownFiles, "scan, all known/lapsa");
-LAPSA_GROWTH_BENCHMARK(scanOfNewFiles, "scan, all new/lapsa");
 LAPSA_BENCHMARK(scanOfNewFiles, "scan, all new/lapsa");
 LAPSA_BENCHMARK(readdirAndStatx, "scan, all new/readdir and statx loop");
 

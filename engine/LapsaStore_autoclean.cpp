@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <vector>
 
 namespace lapsa {
 
@@ -19,14 +20,15 @@ namespace {
 /// The names of the items that lie directly in a folder.
 QSet<QStringView> namesOnCountdown(const QList<LapsaItem>& items, const QString& folder)
 {
-    QSet<QStringView> names;
+    std::vector<QStringView> names;
     for (const LapsaItem& item : items) {
         const QStringView path(item.path);
         if (path.size() > folder.size() && path.startsWith(folder) && path[folder.size()] == u'/') {
-            names.insert(path.sliced(folder.size() + 1));
+            names.push_back(path.sliced(folder.size() + 1));
         }
     }
-    return names;
+    // All at once: a set that grows puts each of them into its place several times.
+    return {names.begin(), names.end()};
 }
 
 bool isNewFor(const LapsaAutoCleanFolderRule& rule, const fileSystem::FolderEntry& entry)
