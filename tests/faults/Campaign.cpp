@@ -63,6 +63,15 @@ QByteArray described(const RunEnd& end)
 
 } // namespace
 
+Figures& Figures::operator+=(const Figures& other)
+{
+    kills += other.kills;
+    faults += other.faults;
+    doubled += other.doubled;
+    failed += other.failed;
+    return *this;
+}
+
 Campaign::Campaign(const FaultWorld& world, const Scenario& scenario)
     : m_world(world)
     , m_scenario(scenario)
@@ -102,11 +111,11 @@ Figures Campaign::runOnly(const Injection& injection, bool listCalls)
     return m_figures;
 }
 
-Figures Campaign::runUnder(const QByteArray& name, const std::function<void()>& before,
+Figures Campaign::runUnder(const QByteArray& name, const Injection& injection, const std::function<void()>& before,
                            const std::function<void()>& after)
 {
     m_figures = {};
-    runPoint({.injection = {}, .name = name, .before = before, .after = after});
+    m_figures.calls = runPoint({.injection = injection, .name = name, .before = before, .after = after}).calls;
     return m_figures;
 }
 
@@ -183,9 +192,12 @@ void Campaign::count(const Point& point, const RunEnd& end, int doubled, const Q
     if (++m_figures.shown > mostShown) {
         return;
     }
-    const QByteArray name = injects || point.name.isEmpty() ? point.injection.text() : point.name;
-    std::printf("BROKEN  tools/faults --scenario %s --only '%s'   (%s)\n", m_scenario.name.constData(),
-                name.constData(), end.where.toPercentEncoding(" /:.-_").constData());
+    QByteArray how = "--only '" + point.injection.text() + '\'';
+    if (!point.name.isEmpty()) {
+        how = '(' + point.name + (injects ? ", " + point.injection.text() : "") + ')';
+    }
+    std::printf("BROKEN  tools/faults --scenario %s %s   (%s)\n", m_scenario.name.constData(), how.constData(),
+                end.where.toPercentEncoding(" /:.-_").constData());
     for (const QByteArray& finding : findings) {
         std::printf("        %s\n", finding.toPercentEncoding(" /:.,-_").constData());
     }

@@ -27,6 +27,9 @@ struct Figures
     int failed = 0;
     /// Of the promises above, how many lines were shown.
     int shown = 0;
+
+    /// All but the calls, which are those of one run.
+    Figures& operator+=(const Figures& other);
 };
 
 /// Which of all points are run.
@@ -51,9 +54,10 @@ public:
     Figures run(const Selection& selection);
     /// Runs one point; with `listCalls` all its calls are shown.
     Figures runOnly(const Injection& injection, bool listCalls);
-    /// Another thing done to the scenario in place of an injection: `before` and `after` it, in the calling process.
-    /// `name` is how it is called where something is broken.
-    Figures runUnder(const QByteArray& name, const std::function<void()>& before, const std::function<void()>& after);
+    /// Another thing done to the scenario, beside an injection or in place of one: `before` and `after` it, in the
+    /// calling process. `name` is how it is called where something is broken.
+    Figures runUnder(const QByteArray& name, const Injection& injection, const std::function<void()>& before,
+                     const std::function<void()>& after);
 
 private:
     struct Point

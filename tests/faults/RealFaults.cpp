@@ -19,14 +19,6 @@ namespace {
 
 constexpr unsigned long blockSize = 4096;
 
-void add(Figures& sum, const Figures& one)
-{
-    sum.calls += one.calls;
-    sum.faults += one.faults;
-    sum.doubled += one.doubled;
-    sum.failed += one.failed;
-}
-
 const Scenario& scenarioNamed(const QByteArray& name)
 {
     const auto found = std::ranges::find(scenarios(), name, &Scenario::name);
@@ -138,7 +130,7 @@ Figures runOnFullDisks(const FaultWorld& world, int every)
                 world.resize(place, QByteArray::number(qulonglong(std::max(size, blockSize))));
             };
             const QByteArray name = "full disk, free blocks: " + QByteArray::number(blocks);
-            add(sum, campaign.runUnder(name, fill, [&] { world.resize(place, "64m"); }));
+            sum += campaign.runUnder(name, {}, fill, [&] { world.resize(place, "64m"); });
         }
     }
     return sum;
@@ -161,7 +153,7 @@ Figures runOnOtherMounts(const FaultWorld& world)
         const auto unmount = [&] { ::umount2(folder.constData(), MNT_DETACH); };
         Campaign campaign(world, scenarioNamed(fault.scenario));
         const QByteArray kind = fault.readOnly ? "read-only mount: " : "another mount: ";
-        add(sum, campaign.runUnder(kind + fault.folder, mount, unmount));
+        sum += campaign.runUnder(kind + fault.folder, {}, mount, unmount);
     }
     return sum;
 }
@@ -175,7 +167,7 @@ Figures runWithoutRights(const FaultWorld& world)
         const auto permit = [&] { ::chmod(folder.constData(), 0700); };
         Campaign campaign(world, scenarioNamed(fault.scenario));
         const QByteArray mode = QByteArray::number(fault.mode, 8).rightJustified(4, '0');
-        add(sum, campaign.runUnder("mode " + mode + ": " + fault.folder, forbid, permit));
+        sum += campaign.runUnder("mode " + mode + ": " + fault.folder, {}, forbid, permit);
     }
     return sum;
 }

@@ -3,6 +3,7 @@
 
 #include "FaultWorld.h"
 #include "Options.h"
+#include "PowerCuts.h"
 #include "Races.h"
 #include "RealFaults.h"
 #include "Tally.h"
@@ -25,11 +26,13 @@ constexpr int usualFaults = 7;
 /// The short form's selection. Both are prime to what happens in turns, so that over the calls everything has its turn.
 constexpr int briefKills = 11;
 constexpr int briefFaults = 101;
+constexpr int usualCuts = 7;
+constexpr int briefCuts = 97;
 /// The one in which most can go wrong has every kill and more faults than the others.
 constexpr const char* criticalScenario = "recovery-file@volume";
 constexpr int criticalFaults = 13;
 
-constexpr const char* otherRows[] = {"full-disk", "other-mounts", "no-rights", "races"};
+constexpr const char* otherRows[] = {"full-disk", "other-mounts", "no-rights", "races", "power-cuts"};
 
 std::vector<QByteArray> rowNames()
 {
@@ -107,6 +110,10 @@ private:
         }
         if (last && m_world.mounted() && wanted("races")) {
             Tally::shared().add(row + 3, runRaces(m_world, (m_options.briefly ? 10 : 200) / m_options.thin));
+        }
+        if (wanted("power-cuts")) {
+            const int every = (m_options.briefly ? briefCuts : usualCuts) * m_options.thin;
+            Tally::shared().add(row + 4, runPowerCuts(m_world, every, m_options.jobs, m_number));
         }
     }
 
