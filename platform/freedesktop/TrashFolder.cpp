@@ -186,14 +186,18 @@ bool TrashFolder::contains(const QByteArray& folder, const Place& place, const s
 void TrashFolder::prepare(std::span<const QString> paths)
 {
     HeldPlace ahead;
+    bool isHere = false;
     for (const QString& path : paths) {
         if (ahead.goTo(path) != 0) {
             continue;
         }
         const Place& place = ahead.place();
-        const Result<struct statx> status = look(place.folder.get(), place.name.constData(), STATX_INO);
+        if (!ahead.isShared()) {
+            const Result<struct statx> status = look(place.folder.get(), "", STATX_INO);
+            isHere = status && isOnDevice(identityOf(status.value()).device);
+        }
         const Result<QByteArray> folder = ahead.folderPath();
-        if (!status || !isOnDevice(identityOf(status.value()).device) || !folder) {
+        if (!isHere || !folder) {
             continue;
         }
         Result<TrashRecord> record = freeRecord(folder.value(), place);
