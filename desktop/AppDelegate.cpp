@@ -8,6 +8,7 @@
 #include "FileIconProvider.h"
 #include "FileSystem.h"
 #include "FinderSelectionReader.h"
+#include "HiddenWindows.h"
 #include "HotKeyManager.h"
 #include "LapsaStore.h"
 #include "Localized.h"
@@ -207,7 +208,10 @@ void AppDelegate::notificationClicked(const QHash<QString, QString>& userInfo)
 
 void AppDelegate::giveBackMemoryAfter(std::chrono::milliseconds delay)
 {
-    m_tidying = m_environment.mainQueue.asyncAfter(delay, [] { giveBackFreedMemory(); });
+    m_tidying = m_environment.mainQueue.asyncAfter(delay, [] {
+        forgetPicturesOfHiddenWindows();
+        giveBackFreedMemory();
+    });
 }
 
 void AppDelegate::clearStatusButtonHighlight()

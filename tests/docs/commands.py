@@ -157,7 +157,8 @@ TABLE = {
     "cmake --preset NAME": Look(BUILDS, CMAKE),
     "tools/bench --cpu --engine --in /dev/shm": ours("bench"),
     "tools/bench --check": ours("bench"),
-    "tools/bench --growth": ours("bench"),
+    "tools/bench --cpu --growth --in /dev/shm": ours("bench"),
+    "tools/bench --disk": ours("bench"),
     "tools/bench --panel": ours("bench"),
     'timeout -s INT 125 strace -f -tt -p "$(pgrep -x lapsa)"': Look(
         "takes two minutes, and a container need not let it trace",

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "HiddenWindows.h"
+
+#include <QApplication>
+#include <QBackingStore>
+#include <QWidget>
+
+namespace lapsa {
+
+void forgetPicturesOfHiddenWindows()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget* window : windows) {
+        QBackingStore* const picture = window->isVisible() ? nullptr : window->backingStore();
+        if (picture != nullptr && !picture->size().isEmpty()) {
+            // Not empty: with no size at all the platform keeps the memory.
+            picture->resize({1, 1});
+        }
+    }
+}
+
+} // namespace lapsa
