@@ -4,17 +4,10 @@
 #include "TrashFolder.h"
 
 #include "FileSystem.h"
-#include "HeldPlace.h"
-#include "TrashName.h"
 #include "UserFolders.h"
-
-#include <QDateTime>
-#include <QUrl>
 
 #include <fcntl.h>
 #include <unistd.h>
-
-#include <algorithm>
 
 namespace lapsa {
 
@@ -84,11 +77,6 @@ Result<FileDescriptor> sharedTrash(int top, const QByteArray& user)
         return FileError::fromErrno(EACCES);
     }
     return ownFolder(shared.get(), user.constData());
-}
-
-QByteArray pathOf(const QByteArray& folder, const Place& place)
-{
-    return (folder == "/" ? folder : folder + '/') + place.name;
 }
 
 } // namespace
@@ -181,127 +169,6 @@ bool TrashFolder::contains(const QByteArray& folder, const Place& place, const s
     }
     const QByteArray entry = above + place.name + '/';
     return m_infoPath.startsWith(entry) || m_filesPath.startsWith(entry);
-}
-
-void TrashFolder::prepare(std::span<const QString> paths)
-{
-    HeldPlace ahead;
-    bool isHere = false;
-    for (const QString& path : paths) {
-        if (ahead.goTo(path) != 0) {
-            continue;
-        }
-        const Place& place = ahead.place();
-        if (!ahead.isShared()) {
-            const Result<struct statx> status = look(place.folder.get(), "", STATX_INO);
-            isHere = status && isOnDevice(identityOf(status.value()).device);
-        }
-        const Result<QByteArray> folder = ahead.folderPath();
-        if (!isHere || !folder) {
-            continue;
-        }
-        Result<TrashRecord> record = freeRecord(folder.value(), place);
-        if (!record) {
-            return; // take() will meet the same, and says so
-        }
-        m_prepared.push_back({.path = pathOf(folder.value(), place), .record = std::move(record).value()});
-        m_prepared.back().record.startWriting();
-    }
-}
-
-Result<TrashRecord> TrashFolder::freeRecord(const QByteArray& folder, const Place& place)
-{
-    const QByteArray text = textOf(folder, place);
-    TrashName name(m_infoIdentity, place.name);
-    Result<TrashRecord> record = TrashRecord::make(m_info.get(), name.current(), text);
-    while (!record && record.error().code == EEXIST) {
-        name.advance();
-        record = TrashRecord::make(m_info.get(), name.current(), text);
-    }
-    if (record) {
-        name.remember();
-    }
-    return record;
-}
-
-std::optional<TrashRecord> TrashFolder::preparedRecord(const QByteArray& path)
-{
-    const auto found = std::ranges::find(m_prepared, path, &Prepared::path);
-    // What stands before it was not taken. If it is not there at all, something else comes than was expected, and the
-    // names that are held for that are given back.
-    m_prepared.erase(m_prepared.begin(), found);
-    if (m_prepared.empty()) {
-        return {};
-    }
-    std::optional<TrashRecord> record = std::move(m_prepared.front().record);
-    m_prepared.pop_front();
-    return record;
-}
-
-int TrashFolder::take(const QByteArray& folder, const Place& place, const FileIdentity& identity)
-{
-    if (std::optional<TrashRecord> prepared = preparedRecord(pathOf(folder, place))) {
-        const int error = takeAs(place, identity, *prepared);
-        if (error != EEXIST) {
-            return error;
-        }
-    }
-    const QByteArray text = textOf(folder, place);
-    TrashName name(m_infoIdentity, place.name);
-    int error = takeAs(place, identity, name.current(), text);
-    while (error == EEXIST) {
-        name.advance();
-        error = takeAs(place, identity, name.current(), text);
-    }
-    if (error == 0) {
-        name.remember();
-    }
-    return error;
-}
-
-QByteArray TrashFolder::textOf(const QByteArray& folder, const Place& place)
-{
-    QByteArray path = pathOf(folder, place);
-    if (!m_top.isEmpty()) {
-        path = path.sliced(m_top == "/" ? 1 : m_top.size() + 1);
-    }
-    return "[Trash Info]\nPath=" + path.toPercentEncoding("/") + "\nDeletionDate=" + deletionDate() + '\n';
-}
-
-const QByteArray& TrashFolder::deletionDate()
-{
-    // Put into words as often as it changes, and not for each of many files.
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    const qint64 second = now.toSecsSinceEpoch();
-    if (m_dateSecond != second) {
-        m_dateSecond = second;
-        // Local time without a zone: so the rules want it.
-        m_date = now.toLocalTime().toString(u"yyyy-MM-ddTHH:mm:ss"_s).toLatin1();
-    }
-    return m_date;
-}
-
-int TrashFolder::takeAs(const Place& place, const FileIdentity& identity, const QByteArray& name,
-                        const QByteArray& text)
-{
-    Result<TrashRecord> record = TrashRecord::make(m_info.get(), name, text);
-    return record ? takeAs(place, identity, record.value()) : record.error().code;
-}
-
-int TrashFolder::takeAs(const Place& place, const FileIdentity& identity, TrashRecord& record)
-{
-    if (const int error = record.finishWriting()) {
-        return error;
-    }
-    m_inFiles.name = record.name();
-    int error = renameWithoutReplacing(place, m_inFiles);
-    if (error != 0 && hasArrived(place, identity, m_inFiles)) {
-        error = 0;
-    }
-    if (error == 0) {
-        record.keep();
-    }
-    return error;
 }
 
 } // namespace lapsa
