@@ -17,16 +17,35 @@ QString joined(const QString& folder, const QString& name)
     return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
 }
 
+/// How many bytes a text takes in UTF-8. A half of a surrogate pair has none there and counts as one: what the toolkit
+/// makes of it differs from version to version, and no file can have it in its name.
+qsizetype utf8Size(QStringView text)
+{
+    qsizetype bytes = 0;
+    for (qsizetype index = 0; index < text.size(); ++index) {
+        const QChar unit = text[index];
+        if (unit.isHighSurrogate() && index + 1 < text.size() && text[index + 1].isLowSurrogate()) {
+            bytes += 4;
+            ++index;
+        } else if (unit.unicode() < 0x80 || unit.isSurrogate()) {
+            bytes += 1;
+        } else {
+            bytes += unit.unicode() < 0x800 ? 2 : 3;
+        }
+    }
+    return bytes;
+}
+
 /// The longest beginning of `text` that takes at most `bytes` bytes of UTF-8, whole characters only.
 QString shortened(QString text, qsizetype bytes)
 {
     // A unit of text takes at least a byte. What is longer, of an edited file without end perhaps, is not looked at.
     text.truncate(bytes + 1);
-    qsizetype length = text.toUtf8().size();
+    qsizetype length = utf8Size(text);
     while (length > bytes) {
         const bool pair = text.size() > 1 && text.back().isLowSurrogate() && text.at(text.size() - 2).isHighSurrogate();
         const qsizetype units = pair ? 2 : 1;
-        length -= QStringView(text).last(units).toUtf8().size();
+        length -= utf8Size(QStringView(text).last(units));
         text.chop(units);
     }
     return text;
@@ -36,13 +55,13 @@ QString shortened(QString text, qsizetype bytes)
 
 QString fileNameVariant(const QString& name, std::int64_t number)
 {
-    if (number == 0 && name.toUtf8().size() <= maxFileNameBytes) {
+    if (number == 0 && utf8Size(name) <= maxFileNameBytes) {
         return name;
     }
     const FileName parts = FileName::of(name);
     const QString mark = number == 0 ? QString() : u'-' + QString::number(number);
     const QString ending = parts.extension.isEmpty() ? mark : mark + u'.' + parts.extension;
-    const qsizetype room = maxFileNameBytes - ending.toUtf8().size();
+    const qsizetype room = maxFileNameBytes - utf8Size(ending);
     if (room <= 0) {
         // An ending that leaves no room for a base is no extension worth keeping.
         return shortened(name, maxFileNameBytes - mark.size()) + mark;

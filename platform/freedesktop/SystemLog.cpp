@@ -40,18 +40,30 @@ QString escaped(char32_t c)
     }
 }
 
+/// Whether a half of a surrogate pair stands there without the other: it has no bytes, and what the toolkit makes of it
+/// differs from version to version.
+bool isHalfAlone(QStringView text, qsizetype index)
+{
+    const QChar c = text[index];
+    if (c.isHighSurrogate()) {
+        return index + 1 == text.size() || !text[index + 1].isLowSurrogate();
+    }
+    return c.isLowSurrogate() && (index == 0 || !text[index - 1].isHighSurrogate());
+}
+
 } // namespace
 
 void systemLog(const QString& text)
 {
     QString line;
     line.reserve(text.size() + 1);
-    for (const QChar c : text) {
+    for (qsizetype index = 0; index < text.size(); ++index) {
+        const QChar c = text[index];
         // All of them stand in the basic plane, so that halves of surrogate pairs pass through together.
         if (breaksTheLine(c.unicode()) || disguises(c.unicode())) {
             line += escaped(c.unicode());
         } else {
-            line += c;
+            line += isHalfAlone(text, index) ? QChar(u'?') : c;
         }
     }
     line += u'\n';
