@@ -7,6 +7,7 @@
 #include "Settling.h"
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
+#include "WindowManager.h"
 
 #include <QApplication>
 #include <QDrag>
@@ -222,7 +223,7 @@ int run(int argc, char** argv)
     const SessionBus bus;
     const VirtualDisplay display;
     const HelperProcess settings(u"/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"_s);
-    const HelperProcess windowManager(u"xfwm4"_s, {u"--compositor=off"_s});
+    const WindowManager windowManager;
     const QCoreApplication application(argc, argv);
     DragAndDropDesktopTest test;
     return QTest::qExec(&test, argc, argv);

@@ -6,6 +6,7 @@
 #include "SessionBus.h"
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
+#include "WindowManager.h"
 #include "X11FileManagerSelection.h"
 
 #include <QDir>
@@ -368,7 +369,7 @@ int main(int argc, char** argv)
     qputenv("GSETTINGS_BACKEND", "memory");
     qputenv("GTK_USE_PORTAL", "0");
     const HelperProcess settings(u"/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"_s);
-    const HelperProcess windowManager(u"xfwm4"_s, {u"--compositor=off"_s});
+    const WindowManager windowManager;
     QGuiApplication application(argc, argv);
     FileManagersDesktopTest test;
     return QTest::qExec(&test, argc, argv);

@@ -15,6 +15,7 @@
 #include "StoreWorld.h"
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
+#include "WindowManager.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -286,7 +287,7 @@ int run(int argc, char** argv)
     const TemporaryHome home;
     const SessionBus bus;
     const VirtualDisplay display;
-    const HelperProcess windowManager(u"xfwm4"_s, {u"--compositor=off"_s});
+    const WindowManager windowManager;
     const HelperProcess other(QString::fromLocal8Bit(argv[0]), {otherProgram});
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);

@@ -4,6 +4,7 @@
 #include "HelperProcess.h"
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
+#include "WindowManager.h"
 #include "X11HotKeys.h"
 #include "X11Screen.h"
 
@@ -463,7 +464,7 @@ int run(int argc, char** argv)
 {
     const TemporaryHome home;
     const VirtualDisplay display;
-    const HelperProcess windowManager(u"xfwm4"_s, {u"--compositor=off"_s});
+    const WindowManager windowManager;
     HelperProcess other(QString::fromLocal8Bit(argv[0]), {otherProgram});
     const QApplication application(argc, argv);
     X11HotKeysDesktopTest test(other);

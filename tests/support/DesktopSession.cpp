@@ -114,12 +114,6 @@ QString nameOf(Edge edge)
     return {};
 }
 
-bool hasRootProperty(const QString& name)
-{
-    return !outputOf(u"xprop"_s, {u"-root"_s, name}).contains("no such atom") &&
-           !outputOf(u"xprop"_s, {u"-root"_s, name}).contains("not found");
-}
-
 } // namespace
 
 DesktopSession::DesktopSession(const QString& screen)
@@ -143,8 +137,7 @@ DesktopSession::DesktopSession(const QString& screen)
     m_display.emplace(screen);
     m_settings = std::make_unique<HelperProcess>(foundProgram(u"xfce4/xfconf/xfconfd"_s));
     waitFor("xfconfd", [this] { return m_bus->hasOwner(u"org.xfce.Xfconf"_s); });
-    m_windowManager = std::make_unique<HelperProcess>(u"xfwm4"_s, QStringList{u"--compositor=off"_s});
-    waitFor("xfwm4", [] { return hasRootProperty(u"_NET_SUPPORTING_WM_CHECK"_s); });
+    m_windowManager = std::make_unique<WindowManager>();
 }
 
 DesktopSession::~DesktopSession()

@@ -7,6 +7,7 @@
 #include "SessionBus.h"
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
+#include "WindowManager.h"
 
 #include <QByteArray>
 #include <QList>
@@ -73,7 +74,7 @@ private:
     std::optional<SessionBus> m_bus;
     std::optional<VirtualDisplay> m_display;
     std::unique_ptr<HelperProcess> m_settings;
-    std::unique_ptr<HelperProcess> m_windowManager;
+    std::unique_ptr<WindowManager> m_windowManager;
     std::unique_ptr<HelperProcess> m_panel;
     QString m_panelClass;
     Edge m_edge = Edge::Top;

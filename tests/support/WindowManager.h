@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "HelperProcess.h"
+
+namespace lapsa::test {
+
+/// A real window manager (xfwm4) on the display that the environment names. It is there once this is constructed: a
+/// window that is shown before gets no focus from it.
+class WindowManager final
+{
+public:
+    WindowManager();
+
+private:
+    HelperProcess m_process;
+};
+
+} // namespace lapsa::test
