@@ -176,6 +176,16 @@ void trashAll(benchmark::State& state)
     passWithAllDue(state, Disposal::Trash, Names::Different, Spread::OneFolder);
 }
 
+void trashFromManyFolders(benchmark::State& state)
+{
+    passWithAllDue(state, Disposal::Trash, Names::Different, Spread::ManyFolders);
+}
+
+void trashEqual(benchmark::State& state)
+{
+    passWithAllDue(state, Disposal::Trash, Names::Equal, Spread::ManyFolders);
+}
+
 void removeAll(benchmark::State& state)
 {
     passWithAllDue(state, Disposal::ForGood, Names::Different, Spread::OneFolder);
@@ -208,6 +218,8 @@ LAPSA_BENCHMARK(trashAll, "to the Trash/lapsa");
 LAPSA_BENCHMARK(recordsAndRenames, "to the Trash/record and rename loop");
 LAPSA_BENCHMARK(renamesFromOneFolder, "to the Trash/renameat2 loop");
 LAPSA_BENCHMARK(recoverDifferent, "to Recovery, equal names/different names");
+LAPSA_BENCHMARK(trashEqual, "to the Trash, equal names/lapsa");
+LAPSA_BENCHMARK(trashFromManyFolders, "to the Trash, equal names/different names");
 LAPSA_BENCHMARK(removeAll, "removed for good/lapsa");
 LAPSA_BENCHMARK(bareUnlinks, "removed for good/unlink loop");
 

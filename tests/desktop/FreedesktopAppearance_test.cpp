@@ -225,7 +225,8 @@ private slots:
     void aPortalThatNeverAnswersHoldsNobodyUp()
     {
         const PlayedPortal portal(m_bus.address(), preferDark, PlayedPortal::Version::Silent);
-        constexpr qint64 limit = 300;
+        // A call that waits does so for 25 seconds; a busy machine may be late by much of one.
+        constexpr qint64 limit = 5000;
         QElapsedTimer timer;
         timer.start();
 

@@ -5,7 +5,6 @@
 #include "TemporaryHome.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 
@@ -54,16 +53,12 @@ private slots:
         QVERIFY(variant.toUtf8().size() <= maxFileNameBytes);
     }
 
-    void anEndlessNameIsShortenedInNoTime()
+    void anEndlessNameIsShortened()
     {
-        constexpr qint64 limit = 2000;
+        // Letter by letter, with a look at the whole each time, it would not be done before the test's own end.
         const QString name = QString(qsizetype{4} * 1024 * 1024, u'x');
-        QElapsedTimer timer;
-        timer.start();
 
         QCOMPARE(fileNameVariant(name, 12), QString(252, u'x') + u"-12"_s);
-
-        QVERIFY2(timer.elapsed() < limit, qPrintable(QString::number(timer.elapsed())));
     }
 
     void atFirstThePathIsTheAnswerItself()
