@@ -61,8 +61,8 @@ private:
     QDBusConnection m_connection;
 };
 
-/// Opens with a default application that writes down what it was given; while there is a file "hold", and for ten seconds
-/// at most, it waits before. DISPLAY is only named, never reached.
+/// Opens with a default application that writes down what it was given; while there is a file "hold", and for ten
+/// seconds at most, it waits before. DISPLAY is only named, never reached.
 class FreedesktopWorkspaceTest final : public QObject
 {
     Q_OBJECT
