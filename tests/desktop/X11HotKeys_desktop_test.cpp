@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "HelperProcess.h"
+#include "SessionBus.h"
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
 #include "WindowManager.h"
@@ -463,6 +464,7 @@ int showOtherProgram(int argc, char** argv)
 int run(int argc, char** argv)
 {
     const TemporaryHome home;
+    const SessionBus bus;
     const VirtualDisplay display;
     const WindowManager windowManager;
     HelperProcess other(QString::fromLocal8Bit(argv[0]), {otherProgram});
