@@ -29,7 +29,19 @@ void ClipboardRestore::begin(const ClipboardContent& content, xcb_window_t windo
     m_content = content;
     m_window = window;
     m_triesLeft = tries;
-    whenEventTimeIsFresh(this, [this] { attempt(); });
+    ++m_beginning;
+    attemptSoon();
+}
+
+void ClipboardRestore::attemptSoon()
+{
+    whenEventTimeIsFresh(this, [this, beginning = m_beginning] {
+        // A late copy may begin anew before the first attempt was made. Of two attempts the second would find nothing
+        // left to put back, and would empty the clipboard.
+        if (beginning == m_beginning) {
+            attempt();
+        }
+    });
 }
 
 void ClipboardRestore::attempt()
@@ -41,22 +53,30 @@ void ClipboardRestore::attempt()
     } else {
         clipboard->clear();
     }
-    if (pending() && clipboardIsOf(m_window)) {
-        QTimer::singleShot(nextTry, this, [this] { whenEventTimeIsFresh(this, [this] { attempt(); }); });
+    if (pending() && !arrived()) {
+        QTimer::singleShot(nextTry, this, [this, beginning = m_beginning] {
+            if (beginning == m_beginning) {
+                attemptSoon();
+            }
+        });
     } else {
         m_triesLeft = 0;
         m_content = {};
     }
 }
 
-bool ClipboardRestore::clipboardIsOf(xcb_window_t window)
+bool ClipboardRestore::arrived() const
 {
     // The toolkit believes that it owns what it wanted to own.
     const QDeadlineTimer deadline(serverPatience);
     X11Connection connection;
     const auto owner = connection.reply<xcb_get_selection_owner_reply_t>(
         xcb_get_selection_owner(connection.get(), connection.atom("CLIPBOARD", deadline)), deadline);
-    return owner && connection.sameClient(owner->owner, window);
+    if (!owner) {
+        return true; // a server that does not answer is not asked again
+    }
+    const bool nobodys = owner->owner == XCB_WINDOW_NONE;
+    return nobodys ? !m_content.owned : !connection.sameClient(owner->owner, m_window);
 }
 
 } // namespace lapsa

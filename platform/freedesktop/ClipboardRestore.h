@@ -25,12 +25,16 @@ public:
     [[nodiscard]] bool pending() const { return m_triesLeft > 0; }
 
 private:
+    void attemptSoon();
     void attempt();
-    [[nodiscard]] static bool clipboardIsOf(xcb_window_t window);
+    /// Whether the content is back, or another program's is there.
+    [[nodiscard]] bool arrived() const;
 
     ClipboardContent m_content;
     xcb_window_t m_window = XCB_WINDOW_NONE;
     int m_triesLeft = 0;
+    /// Counts the calls of begin(): an attempt for an earlier one is none any more.
+    int m_beginning = 0;
 };
 
 } // namespace lapsa

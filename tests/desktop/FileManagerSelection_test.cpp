@@ -496,6 +496,26 @@ private slots:
         QVERIFY(std::holds_alternative<Paths>(m_selection->ask()));
     }
 
+    void aCopyThatComesLateLeavesOurOwnClipboardAsItWas()
+    {
+        QtPasteboard pasteboard;
+        pasteboard.setText(QString::fromUtf8(theirText));
+        QTRY_VERIFY_WITH_TIMEOUT(ownedByUs(), patience);
+        PlayedProgram fileManager({.forms = twoFiles});
+        fileManager.activate();
+        fileManager.hang();
+        QVERIFY(failed(m_selection->ask()));
+        fileManager.resume();
+        // That the answer was late, and that the copy came: both are known by the time the event loop runs.
+        while (!fileManager.ownsClipboard()) {
+            std::this_thread::yield();
+        }
+
+        QTRY_VERIFY_WITH_TIMEOUT(!fileManager.ownsClipboard(), patience);
+
+        QCOMPARE(clipboardOfOthers(u"UTF8_STRING"_s), theirText);
+    }
+
     void whatAnotherProgramCopiesMeanwhileIsLeftAlone()
     {
         PlayedProgram owner(ownerOf({{"UTF8_STRING", theirText}}));
