@@ -157,7 +157,7 @@ private slots:
         const QString file = m_home->makeFile(u"100% #1?.txt"_s);
 
         LapsaProcess lapsa({QString::fromLatin1(QUrl::fromLocalFile(file).toEncoded())});
-        waitForName();
+        QTRY_COMPARE_WITH_TIMEOUT(storedPaths(*m_home), QStringList{file}, patience);
 
         QCOMPARE(lapsa.terminate(), 0);
         QCOMPARE(storedPaths(*m_home), QStringList{file});
@@ -168,7 +168,7 @@ private slots:
         const QString file = m_home->makeFile(u"there.txt"_s);
 
         LapsaProcess lapsa({u"gone.txt"_s, u""_s, file, u"https://example.org/x"_s, u"-platform"_s});
-        waitForName();
+        QTRY_COMPARE_WITH_TIMEOUT(storedPaths(*m_home), QStringList{file}, patience);
 
         QCOMPARE(lapsa.terminate(), 0);
         QCOMPARE(storedPaths(*m_home), QStringList{file});
@@ -246,7 +246,7 @@ private slots:
     void theDataFolderHoldsTheThreeFilesAndRecoveryAndNothingElse()
     {
         LapsaProcess lapsa({m_home->makeFile(u"a.txt"_s)});
-        waitForName();
+        QTRY_COMPARE_WITH_TIMEOUT(storedPaths(*m_home).size(), 1, patience);
 
         QCOMPARE(lapsa.terminate(), 0);
 
