@@ -39,7 +39,7 @@ QString newSessionToken()
     return u"lapsa%1"_s.arg(++count);
 }
 
-/// As the "shortcuts" specification of the free desktop writes a key.
+/// As the free desktop writes a shortcut.
 QString triggerOf(const HotKey& key)
 {
     return (key.super ? u"LOGO+"_s : QString()) + (key.shift ? u"SHIFT+"_s : QString()) + QLatin1Char(key.letter);

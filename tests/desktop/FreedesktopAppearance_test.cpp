@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "FreedesktopAppearance.h"
+#include "PlayedService.h"
 #include "SessionBus.h"
 
 #include <QApplication>
@@ -61,7 +62,7 @@ public:
         }
     }
 
-    ~PlayedPortal() override { QDBusConnection::disconnectFromBus(m_connection.name()); }
+    ~PlayedPortal() override { leaveBus(this, u"/org/freedesktop/portal/desktop"_s, m_connection); }
 
     void change(uint scheme, const QString& group = u"org.freedesktop.appearance"_s,
                 const QString& key = u"color-scheme"_s)

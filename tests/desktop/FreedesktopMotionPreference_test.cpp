@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "FreedesktopMotionPreference.h"
+#include "PlayedService.h"
 #include "PortalSetting.h"
 #include "SessionBus.h"
 
@@ -48,7 +49,7 @@ public:
         }
     }
 
-    ~PlayedPortal() override { QDBusConnection::disconnectFromBus(m_connection.name()); }
+    ~PlayedPortal() override { leaveBus(this, u"/org/freedesktop/portal/desktop"_s, m_connection); }
 
     void change(const QString& setting, const QVariant& value)
     {

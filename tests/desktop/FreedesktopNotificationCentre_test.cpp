@@ -4,6 +4,7 @@
 #include "FreedesktopNotificationCentre.h"
 #include "LogCapture.h"
 #include "NotificationCentre.h"
+#include "PlayedService.h"
 #include "SessionBus.h"
 
 #include <QDBusConnection>
@@ -67,7 +68,7 @@ public:
         }
     }
 
-    ~PlayedServer() override { QDBusConnection::disconnectFromBus(m_connection.name()); }
+    ~PlayedServer() override { leaveBus(this, path, m_connection); }
 
     void invoke(uint id, const QString& action) { signal(u"ActionInvoked"_s, {id, action}); }
 

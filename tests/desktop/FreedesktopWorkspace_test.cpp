@@ -4,6 +4,7 @@
 #include "FreedesktopWorkspace.h"
 #include "HelperProcess.h"
 #include "LogCapture.h"
+#include "PlayedService.h"
 #include "SessionBus.h"
 #include "TemporaryHome.h"
 
@@ -41,7 +42,7 @@ public:
         }
     }
 
-    ~PlayedFileManager() override { QDBusConnection::disconnectFromBus(m_connection.name()); }
+    ~PlayedFileManager() override { leaveBus(this, u"/org/freedesktop/FileManager1"_s, m_connection); }
 
     QList<QStringList> revealed;
     bool refuses = false;

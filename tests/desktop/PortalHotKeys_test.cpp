@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "PlayedService.h"
 #include "PortalHotKeys.h"
 #include "RecordingDesktop.h"
 #include "SessionBus.h"
@@ -77,12 +78,7 @@ public:
         }
     }
 
-    ~PlayedPortal() override
-    {
-        // Calls that are still on their way to it need the connection.
-        QCoreApplication::sendPostedEvents(this);
-        QDBusConnection::disconnectFromBus(m_connection.name());
-    }
+    ~PlayedPortal() override { leaveBus(this, portalPath, m_connection); }
 
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
 

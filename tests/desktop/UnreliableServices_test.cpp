@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "LapsaProcess.h"
+#include "PlayedService.h"
 #include "SessionBus.h"
 #include "TemporaryHome.h"
 
@@ -58,7 +59,7 @@ public:
     HangingServices(const HangingServices&) = delete;
     HangingServices& operator=(const HangingServices&) = delete;
 
-    ~HangingServices() override { QDBusConnection::disconnectFromBus(u"hanging"_s); }
+    ~HangingServices() override { leaveBus(this, u"/"_s, m_bus); }
 
     [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
 

@@ -149,6 +149,7 @@ TABLE = {
     "tools/package": ours("package", BUILDS),
     "sudo apt install ./build/package/lapsa_*.deb": Look(INSTALLS, {"apt": ["apt", "--help"]}, words=("install",)),
     "sudo apt remove lapsa": Look(INSTALLS, {"apt": ["apt", "--help"]}, words=("remove",)),
+    "sudo apt purge lapsa": Look(INSTALLS, {"apt": ["apt-get", "--help"]}, words=("purge",)),
     "cmake --preset release -B build/install -DLAPSA_WERROR=OFF -DLAPSA_TESTS=OFF": Look(BUILDS, CMAKE),
     "cmake --build build/install": Look(BUILDS, CMAKE),
     "cmake --install build/install --prefix ~/.local": Look(INSTALLED, CMAKE),

@@ -98,6 +98,17 @@ inventory() { (cd "$data" && find . -type f -printf '%P %T@ ' -exec sha256sum {}
 # shellcheck disable=SC2016 # the names in it are dpkg's
 status_is() { [[ "$(inside dpkg-query -W -f='${db:Status-Status} ${Version}' lapsa 2>/dev/null)" == "$1" ]]; }
 
+# Whether the pages lead only to what comes with them.
+pages_lead_on() {
+    local page link broken=0
+    while IFS= read -r page; do
+        while IFS= read -r link; do
+            [[ -e ${page%/*}/$link ]] || { say "$page leads to $link"; broken=1; }
+        done < <(grep -oE '(\]\(|src=")[^)":#]+' "$page" | sed -E 's,^(\]\(|src="),,')
+    done < <(find "$fresh/usr/share/doc/lapsa" -name '*.md')
+    return $broken
+}
+
 # The same package as a later version.
 later() {
     inside sh -c "cd /root && dpkg-deb -R '$deb' later && sed -i 's/^Version: .*/&+later/' later/DEBIAN/control &&
@@ -115,6 +126,7 @@ expect "it is installed" status_is "installed $version"
 expect "every file is as packed" inside dpkg -V lapsa
 expect "the unit is one that systemd understands" inside env XDG_RUNTIME_DIR=/tmp \
     systemd-analyze --user verify --man=no /usr/lib/systemd/user/app-org.lapsa.Lapsa.service
+expect "the pages lead to what is there" pages_lead_on
 expect "no library is missing" inside sh -c '! ldd /usr/bin/lapsa | grep "not found"'
 
 say "A desktop around it"
