@@ -30,9 +30,6 @@ namespace {
 constexpr int shadowExtent = 24;
 constexpr double shadowStepOpacity = 0.0085;
 constexpr int travel = 6;
-/// On X11 a wheel turns by buttons.
-constexpr quint32 firstWheelButton = 4;
-constexpr quint32 lastWheelButton = 7;
 /// How long a window manager may take to notice that a window has gone, in milliseconds.
 constexpr qint64 windowManagerPatience = 500;
 /// How long the focus may take to come back from a closed dialog.
@@ -97,6 +94,7 @@ void PopoverWindow::present(const PopoverPlacement& placement, const QRect& work
     const bool comesUp = !isVisible();
     if (comesUp) {
         m_hadFocus = false;
+        m_pressedElsewhere = false;
         adaptToDesktop();
     }
     moveTo(placement, workArea);
@@ -272,9 +270,8 @@ void PopoverWindow::buttonPressed()
 /// panel closed for long, and open it again. What is dragged out of the panel or onto it is no click elsewhere.
 void PopoverWindow::buttonReleased(quint32 button)
 {
-    const bool wheel = button >= firstWheelButton && button <= lastWheelButton;
-    if (!wheel && isVisible() && m_behavior == Behavior::Transient && !showsOwnDialog() && m_pressedElsewhere &&
-        pointerIsElsewhere()) {
+    if (!X11InputMonitor::isWheel(button) && isVisible() && m_behavior == Behavior::Transient && !showsOwnDialog() &&
+        m_pressedElsewhere && pointerIsElsewhere()) {
         m_closeReason = CloseReason::FocusLost;
         hide();
     }

@@ -100,14 +100,27 @@ void BarMenuKeys::menuOpened()
     if (!m_keys) {
         m_keys = std::make_unique<X11InputMonitor>(X11InputMonitor::Kind::Keys);
         connect(m_keys.get(), &X11InputMonitor::pressed, this, &BarMenuKeys::keyPressed);
+        m_buttons = std::make_unique<X11InputMonitor>(X11InputMonitor::Kind::Buttons);
+        connect(m_buttons.get(), &X11InputMonitor::pressed, this, &BarMenuKeys::buttonPressed);
     }
 }
 
 void BarMenuKeys::menuClosed()
 {
-    if (m_keys) {
-        m_keys->disconnect(this);
-        m_keys.release()->deleteLater(); // it may be what is calling
+    for (auto* const monitor : {&m_keys, &m_buttons}) {
+        if (*monitor) {
+            (*monitor)->disconnect(this);
+            monitor->release()->deleteLater(); // it may be what is calling
+        }
+    }
+}
+
+void BarMenuKeys::buttonPressed(quint32 button)
+{
+    // On an entry or beside the menu, a click ends it. Who has the keyboard from then on, as a program in full screen
+    // may, is not the menu.
+    if (!X11InputMonitor::isWheel(button)) {
+        menuClosed();
     }
 }
 

@@ -26,16 +26,18 @@ public:
 
     void setEntries(QList<StatusMenuEntry> entries);
 
-    /// The bar is about to show the menu. It need not tell when the menu is closed: from the first key on that the menu
-    /// does not get, nothing is heard any more.
+    /// The bar is about to show the menu. It need not tell when the menu is closed: from the first click on, or the
+    /// first key that the menu does not get, nothing is heard any more.
     void menuOpened();
     void menuClosed();
 
 private:
     void keyPressed(quint32 keyCode);
+    void buttonPressed(quint32 button);
 
     QList<StatusMenuEntry> m_entries;
     std::unique_ptr<X11InputMonitor> m_keys;
+    std::unique_ptr<X11InputMonitor> m_buttons;
     QElapsedTimer m_sinceOpened;
 };
 

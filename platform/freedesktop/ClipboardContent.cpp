@@ -61,21 +61,6 @@ private:
     QList<ClipboardContent::Form> m_forms;
 };
 
-std::variant<ClipboardContent, QString> ownContent()
-{
-    const QClipboard* const clipboard = QGuiApplication::clipboard();
-    if (!clipboard->ownsClipboard()) {
-        return u"the clipboard is changing hands"_s;
-    }
-    ClipboardContent content{.forms = {}, .owned = true};
-    if (const QMimeData* const data = clipboard->mimeData()) {
-        for (const QString& name : data->formats()) {
-            content.forms.push_back({name, data->data(name)});
-        }
-    }
-    return content;
-}
-
 struct Target
 {
     xcb_atom_t atom;
@@ -145,6 +130,21 @@ std::variant<ClipboardContent, QString> contentOf(const QList<Target>& targets, 
 
 } // namespace
 
+std::variant<ClipboardContent, QString> ownClipboardContent()
+{
+    const QClipboard* const clipboard = QGuiApplication::clipboard();
+    if (!clipboard->ownsClipboard()) {
+        return u"the clipboard is changing hands"_s;
+    }
+    ClipboardContent content{.forms = {}, .owned = true};
+    if (const QMimeData* const data = clipboard->mimeData()) {
+        for (const QString& name : data->formats()) {
+            content.forms.push_back({name, data->data(name)});
+        }
+    }
+    return content;
+}
+
 std::variant<ClipboardContent, QString> clipboardContent(X11Connection& connection, X11Selection& selection,
                                                          std::uint32_t ours, const QDeadlineTimer& deadline)
 {
@@ -153,7 +153,7 @@ std::variant<ClipboardContent, QString> clipboardContent(X11Connection& connecti
         return ClipboardContent();
     }
     if (connection.sameClient(owner, ours)) {
-        return ownContent();
+        return ownClipboardContent();
     }
     QList<xcb_atom_t> targets = selection.targets(deadline);
     if (targets.size() > targetsLimit) {

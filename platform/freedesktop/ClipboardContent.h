@@ -44,6 +44,9 @@ struct ClipboardContent
                                                                        X11Selection& selection, std::uint32_t ours,
                                                                        const QDeadlineTimer& deadline);
 
+/// The content where this program's toolkit owns the clipboard, or why it cannot be had.
+[[nodiscard]] std::variant<ClipboardContent, QString> ownClipboardContent();
+
 /// The content for the toolkit's clipboard, each form as the bytes that it was.
 [[nodiscard]] std::unique_ptr<QMimeData> mimeDataOf(const ClipboardContent& content);
 

@@ -5,8 +5,12 @@
 
 #include "X11Connection.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+
 #include <chrono>
 #include <utility>
+#include <variant>
 
 namespace lapsa {
 
@@ -38,6 +42,7 @@ LateCopy::LateCopy(Parts parts, std::function<void(const ClipboardContent&)> res
     m_end.setSingleShot(true);
     connect(&m_end, &QTimer::timeout, this, &LateCopy::stop);
     connect(&m_input, &QSocketNotifier::activated, this, &LateCopy::readEvents);
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &LateCopy::noteOwnContent);
     m_end.start(patienceFor(*m_parts.watch));
     // What has been read already makes no noise.
     QMetaObject::invokeMethod(this, &LateCopy::readEvents, Qt::QueuedConnection);
@@ -72,6 +77,18 @@ void LateCopy::readEvents()
     const bool settledNow = watch.settled();
     if (settledNow && !settledBefore) {
         m_end.start(settledPatience);
+    }
+}
+
+/// What is put back later is what is there by then, as a path that was copied from the panel.
+void LateCopy::noteOwnContent()
+{
+    if (!m_parts.connection || !QGuiApplication::clipboard()->ownsClipboard()) {
+        return;
+    }
+    auto content = ownClipboardContent();
+    if (auto* const own = std::get_if<ClipboardContent>(&content)) {
+        m_parts.content = std::move(*own);
     }
 }
 

@@ -36,8 +36,11 @@ public:
     /// Whether the file manager may still be busy with the question.
     [[nodiscard]] bool unanswered() const;
 
-private:
+    /// Takes notice of what has happened, without the event loop.
     void readEvents();
+
+private:
+    void noteOwnContent();
     void stop();
 
     Parts m_parts;

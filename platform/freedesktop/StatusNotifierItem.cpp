@@ -40,8 +40,8 @@ StatusNotifierItem::StatusNotifierItem()
     bus.registerObject(menuPathText, &m_menu, scriptable);
     bus.registerObject(itemPath, this, scriptable);
     bus.registerService(m_service);
-    connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &StatusNotifierItem::announce);
-    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { setShown(false); });
+    // One bar may also hand the name to another.
+    connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &StatusNotifierItem::watcherChanged);
     for (const QString& signal : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s}) {
         bus.connect(watcherName, watcherPath, watcherInterface, signal, this, SLOT(askForHost()));
     }
@@ -123,6 +123,16 @@ void StatusNotifierItem::ProvideXdgActivationToken(const QString& token)
     }
 }
 
+void StatusNotifierItem::watcherChanged(const QString& /*name*/, const QString& /*before*/, const QString& now)
+{
+    if (now.isEmpty()) {
+        ++m_question; // what it was asked and did not answer comes back as an error later
+        setShown(false);
+    } else {
+        announce();
+    }
+}
+
 void StatusNotifierItem::announce()
 {
     auto message =
@@ -141,8 +151,11 @@ void StatusNotifierItem::askForHost()
     message.setArguments({watcherInterface, u"IsStatusNotifierHostRegistered"_s});
     message.setAutoStartService(false);
     auto* const asked = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
-    connect(asked, &QDBusPendingCallWatcher::finished, this, [this, asked] {
+    connect(asked, &QDBusPendingCallWatcher::finished, this, [this, asked, question = ++m_question] {
         asked->deleteLater();
+        if (question != m_question) {
+            return;
+        }
         const QDBusPendingReply<QDBusVariant> reply = *asked;
         // One that does not know the question has a bar of its own.
         setShown(reply.isError() ? reply.error().type() != QDBusError::ServiceUnknown

@@ -92,6 +92,7 @@ private slots:
     void askForHost();
 
 private:
+    void watcherChanged(const QString& name, const QString& before, const QString& now);
     void announce();
     void setShown(bool shown);
 
@@ -101,6 +102,8 @@ private:
     StatusNotifierPixmaps m_pixmaps;
     QString m_toolTip;
     bool m_shown = false;
+    /// Counts the questions for a bar: the answer to an earlier one says nothing any more.
+    int m_question = 0;
 };
 
 } // namespace lapsa

@@ -22,6 +22,9 @@ public:
     UnfinishedTransfer(std::unique_ptr<X11Connection> connection, std::unique_ptr<X11Selection> selection);
     ~UnfinishedTransfer() override;
 
+    /// Whether nothing more will be taken.
+    [[nodiscard]] bool ended() const { return !m_selection; }
+
 private:
     void takeRest();
     void stop();

@@ -26,6 +26,7 @@ constexpr qsizetype answerLimit = 64LL * 1024 * 1024;
 /// How long a program may take from reading its events to taking the clipboard.
 constexpr std::chrono::milliseconds settleTime{50};
 constexpr std::chrono::milliseconds focusStep{5};
+constexpr std::chrono::milliseconds pingTime{10};
 /// What file managers call the list, the plainest form first.
 constexpr std::array<const char*, 2> listTargets{"text/uri-list", "x-special/gnome-copied-files"};
 
@@ -79,10 +80,12 @@ FileManagerSelection::Answer X11FileManagerSelection::ask()
                       .content = {},
                       .selection = nullptr,
                       .takenOff = false};
+    if (m_late) {
+        m_late->readEvents(); // or what has just been copied late would be kept as the user's
+    }
     if (m_restore.pending() || (m_late && m_late->unanswered())) {
         return Failure{u"the last question is not done with"_s};
     }
-    m_late.reset();
     question.connection = std::make_unique<X11Connection>();
     if (!question.connection->usable()) {
         return Failure{u"no connection to the X server"_s};
@@ -94,8 +97,9 @@ FileManagerSelection::Answer X11FileManagerSelection::ask()
     question.front = *front;
     Answer answer = askThere(question);
     if (question.selection && question.selection->unfinished()) {
-        m_unfinished =
-            std::make_unique<UnfinishedTransfer>(std::move(question.connection), std::move(question.selection));
+        std::erase_if(m_unfinished, [](const auto& transfer) { return transfer->ended(); });
+        m_unfinished.push_back(
+            std::make_unique<UnfinishedTransfer>(std::move(question.connection), std::move(question.selection)));
     }
     return answer;
 }
@@ -111,6 +115,8 @@ FileManagerSelection::Answer X11FileManagerSelection::askThere(Question& questio
         }
         return *failure;
     }
+    // Not before: until now it watches over what an earlier question has brought about.
+    m_late.reset();
     waitForCopy(question);
     if (!question.watch->copied()) {
         return withoutCopy(question);
@@ -173,7 +179,8 @@ std::optional<FileManagerSelection::Answer> X11FileManagerSelection::requestCopy
         question.watch->done();
         break;
     case DolphinOutcome::Unanswered:
-        question.watch->asked(question.answerEnd);
+        // The time is over, but the ping that tells when Dolphin has come round has still to go out.
+        question.watch->asked(QDeadlineTimer(pingTime, Qt::PreciseTimer));
         break;
     case DolphinOutcome::NotAsked:
         return Failure{u"Dolphin does not answer on the session bus"_s};

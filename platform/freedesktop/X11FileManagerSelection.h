@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <memory>
+#include <vector>
 
 namespace lapsa {
 
@@ -56,7 +57,8 @@ private:
     Limits m_limits;
     ClipboardRestore m_restore;
     std::unique_ptr<LateCopy> m_late;
-    std::unique_ptr<UnfinishedTransfer> m_unfinished;
+    /// An owner that is still handing out for one question does not hear the next.
+    std::vector<std::unique_ptr<UnfinishedTransfer>> m_unfinished;
 };
 
 } // namespace lapsa

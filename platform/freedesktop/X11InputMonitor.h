@@ -29,6 +29,9 @@ public:
     explicit X11InputMonitor(Kind kind);
     ~X11InputMonitor() override;
 
+    /// On X11 a wheel turns by buttons.
+    [[nodiscard]] static constexpr bool isWheel(quint32 button) { return button >= 4 && button <= 7; }
+
 signals:
     /// `detail` is the number of the button, or the key code.
     void pressed(quint32 detail);

@@ -46,12 +46,17 @@ const Paths twoPaths{u"/home/b.txt"_s, u"/home/a.txt"_s};
 const QByteArray theirText = "their text, perch\xC3\xA9";
 
 /// What another program gets when it asks for the clipboard. Asked without waiting: we may be the ones who answer.
-QByteArray clipboardOfOthers(const QString& target)
+QByteArray clipboardOfOthers(const QString& target, int limitOfOne = patience)
 {
     QProcess reader;
     reader.start(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-o"_s, u"-t"_s, target});
-    const bool ended = QTest::qWaitFor([&reader] { return reader.state() == QProcess::NotRunning; }, patience);
-    return ended ? reader.readAllStandardOutput() : QByteArray("no answer");
+    const bool ended = QTest::qWaitFor([&reader] { return reader.state() == QProcess::NotRunning; }, limitOfOne);
+    if (!ended) {
+        reader.kill();
+        reader.waitForFinished();
+        return "no answer";
+    }
+    return reader.readAllStandardOutput();
 }
 
 bool ownedByUs()
@@ -445,6 +450,28 @@ private slots:
         QVERIFY(owner.running() || ownedByUs());
     }
 
+    void aSecondQuestionLeavesTheTransferOfTheFirstToItsEnd()
+    {
+        constexpr qsizetype tooMuch = 130 * 1024 * 1024;
+        QTemporaryFile file;
+        QVERIFY(file.open());
+        QVERIFY(file.resize(tooMuch));
+        const HelperProcess owner(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-t"_s, u"image/png"_s, u"-i"_s,
+                                               u"-quiet"_s, file.fileName()});
+        QTRY_VERIFY_WITH_TIMEOUT(clipboardOfOthers(u"TARGETS"_s).contains("image/png"), patience);
+        PlayedProgram fileManager({.forms = twoFiles});
+        fileManager.activate();
+
+        QVERIFY(failed(m_selection->ask()));
+        QVERIFY(failed(m_selection->ask()));
+
+        // It hears others when it is done with us, and ends when what it sends to is gone.
+        constexpr int oneTry = 1000;
+        QTRY_VERIFY_WITH_TIMEOUT(clipboardOfOthers(u"TARGETS"_s, oneTry).contains("image/png"), 4 * patience);
+        QVERIFY(owner.running());
+        QCOMPARE(fileManager.keys(), QList<PlayedProgram::Key>());
+    }
+
     void withAnOwnerThatNeverAnswersNoKeyIsPressed()
     {
         PlayedProgram owner({.windowClass = "Owner", .forms = {{"UTF8_STRING", theirText}}, .handsOut = false});
@@ -513,6 +540,40 @@ private slots:
 
         QTRY_VERIFY_WITH_TIMEOUT(!fileManager.ownsClipboard(), patience);
 
+        QCOMPARE(clipboardOfOthers(u"UTF8_STRING"_s), theirText);
+    }
+
+    void whatIsCopiedInLapsaMeanwhileIsThereAfterALateCopy()
+    {
+        PlayedProgram owner(ownerOf({{"UTF8_STRING", theirText}}));
+        owner.copy();
+        PlayedProgram fileManager({.forms = twoFiles});
+        fileManager.activate();
+        fileManager.hang();
+        QVERIFY(failed(m_selection->ask()));
+        QtPasteboard().setText(u"a path"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(ownedByUs(), patience);
+        // With the time of now: by that of the key press the server would refuse it.
+        fileManager.copy();
+        QVERIFY(fileManager.ownsClipboard());
+
+        QTRY_VERIFY_WITH_TIMEOUT(!fileManager.ownsClipboard(), patience);
+
+        QCOMPARE(clipboardOfOthers(u"UTF8_STRING"_s), "a path");
+    }
+
+    void whatAFileManagerCopiedLateIsNotTakenForTheUsers()
+    {
+        PlayedProgram owner(ownerOf({{"UTF8_STRING", theirText}}));
+        owner.copy();
+        PlayedProgram fileManager({.forms = {}});
+        fileManager.activate();
+        QVERIFY(std::holds_alternative<Nothing>(m_selection->ask()));
+        fileManager.copy();
+
+        QVERIFY(failed(m_selection->ask()));
+
+        QTRY_VERIFY_WITH_TIMEOUT(!fileManager.ownsClipboard(), patience);
         QCOMPARE(clipboardOfOthers(u"UTF8_STRING"_s), theirText);
     }
 

@@ -109,6 +109,22 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!world.panel().isVisible(), patience);
     }
 
+    void theReleaseOfAnEarlierClickClosesNoPanel()
+    {
+        OpenPanel world(false);
+        VirtualDisplay::click(bareDesktop);
+        QTRY_VERIFY_WITH_TIMEOUT(!world.panel().isVisible(), patience);
+
+        // As from a bar that tells of a click when the button goes down.
+        std::ignore = outputOf(u"xdotool"_s, {u"mousedown"_s, u"1"_s});
+        world.controller.show(&world.button);
+        QTRY_VERIFY_WITH_TIMEOUT(world.panel().isVisible(), patience);
+        std::ignore = outputOf(u"xdotool"_s, {u"mouseup"_s, u"1"_s});
+        letThingsSettle();
+
+        QVERIFY(world.panel().isVisible());
+    }
+
     void aClickOnTheBareDesktopLeavesAPanelThatIsKeptOpen()
     {
         const OpenPanel world(true);

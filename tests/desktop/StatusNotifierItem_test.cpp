@@ -1,17 +1,21 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "PlayedService.h"
 #include "ProcessFigures.h"
 #include "SessionBus.h"
 #include "StatusNotifierItem.h"
 
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusVirtualObject>
 #include <QGuiApplication>
 #include <QImage>
 #include <QTest>
 
 #include <limits>
+#include <memory>
 #include <optional>
 #include <tuple>
 
@@ -35,14 +39,15 @@ class PlayedWatcher final : public QObject
     Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost SCRIPTABLE true)
 
 public:
-    explicit PlayedWatcher(const SessionBus& bus, bool host = true)
+    explicit PlayedWatcher(const SessionBus& bus, bool host = true, const QString& connection = busOfTheBar)
         : m_hasHost(host)
-        , m_bus(QDBusConnection::connectToBus(bus.address(), busOfTheBar))
+        , m_bus(QDBusConnection::connectToBus(bus.address(), connection))
     {
         m_bus.registerObject(u"/StatusNotifierWatcher"_s, this,
                              QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportScriptableSignals |
                                  QDBusConnection::ExportScriptableProperties);
-        m_bus.registerService(watcherName);
+        // Where another one has it, this is the next.
+        m_bus.interface()->registerService(watcherName, QDBusConnectionInterface::QueueService);
     }
 
     PlayedWatcher(const PlayedWatcher&) = delete;
@@ -54,7 +59,7 @@ public:
         QCoreApplication::removePostedEvents(this);
         m_bus.unregisterService(watcherName);
         m_bus.unregisterObject(u"/StatusNotifierWatcher"_s);
-        QDBusConnection::disconnectFromBus(busOfTheBar);
+        QDBusConnection::disconnectFromBus(m_bus.name());
     }
 
     [[nodiscard]] bool hasHost() const { return m_hasHost; }
@@ -84,6 +89,37 @@ signals:
 
 private:
     bool m_hasHost;
+    QDBusConnection m_bus;
+};
+
+/// A watcher that never tells whether it has a bar.
+class SilentWatcher final : public QDBusVirtualObject
+{
+public:
+    explicit SilentWatcher(const SessionBus& bus)
+        : m_bus(QDBusConnection::connectToBus(bus.address(), u"silent bar"_s))
+    {
+        m_bus.registerVirtualObject(u"/StatusNotifierWatcher"_s, this);
+        m_bus.registerService(watcherName);
+    }
+
+    SilentWatcher(const SilentWatcher&) = delete;
+    SilentWatcher& operator=(const SilentWatcher&) = delete;
+
+    ~SilentWatcher() override { leaveBus(this, u"/StatusNotifierWatcher"_s, m_bus); }
+
+    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) override
+    {
+        message.setDelayedReply(true);
+        wasAsked = wasAsked || message.member() == u"Get"_s;
+        return true;
+    }
+
+    bool wasAsked = false;
+
+private:
     QDBusConnection m_bus;
 };
 
@@ -121,6 +157,36 @@ private slots:
             QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
         }
         QTRY_VERIFY_WITH_TIMEOUT(!item.shown(), patience);
+    }
+
+    void itIsAnnouncedToAWatcherThatTheNamePassesTo()
+    {
+        auto first = std::make_unique<PlayedWatcher>(bus());
+        const PlayedWatcher next(bus(), true, u"next bar"_s);
+        const StatusNotifierItem item;
+        QTRY_COMPARE_WITH_TIMEOUT(first->items.size(), 1, patience);
+        QCOMPARE(next.items.size(), 0);
+
+        first.reset();
+
+        QTRY_COMPARE_WITH_TIMEOUT(next.items.size(), 1, patience);
+        QVERIFY(item.shown());
+    }
+
+    void whatAWatcherDidNotAnswerShowsNothingAfterItsEnd()
+    {
+        const StatusNotifierItem item;
+        {
+            const SilentWatcher watcher(bus());
+            QTRY_VERIFY_WITH_TIMEOUT(watcher.wasAsked, patience);
+        }
+        // The bus tells of the end, and then answers in its place.
+        QTRY_VERIFY_WITH_TIMEOUT(!bus().hasOwner(watcherName), patience);
+        std::ignore = QDBusConnection::sessionBus().interface()->isServiceRegistered(watcherName).value();
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
+
+        QVERIFY(!item.shown());
     }
 
     void aHundredRestartsOfTheBarLeaveNothingBehind()

@@ -9,6 +9,7 @@
 #include <xcb/xcb.h>
 
 #include <atomic>
+#include <cstdint>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -29,6 +30,8 @@ public:
         /// Whether it tells which targets it has, and hands out what it has.
         bool handsOut = true;
         bool answersPings = true;
+        /// The process that it says it belongs to; none for 0.
+        std::uint32_t processId = 0;
         /// Whether it waits to know what is on the clipboard before it copies, as some do to offer "Paste".
         bool looksFirst = false;
     };
@@ -63,6 +66,9 @@ public:
     void resume() { m_hanging = false; }
 
     [[nodiscard]] QList<Key> keys();
+
+    [[nodiscard]] xcb_window_t window() const { return m_window; }
+
     [[nodiscard]] static xcb_atom_t atom(xcb_connection_t* connection, const QByteArray& name);
 
 private:
