@@ -83,11 +83,8 @@ void LateCopy::readEvents()
 /// What is put back later is what is there by then, as a path that was copied from the panel.
 void LateCopy::noteOwnContent()
 {
-    if (!m_parts.connection || !QGuiApplication::clipboard()->ownsClipboard()) {
-        return;
-    }
     auto content = ownClipboardContent();
-    if (auto* const own = std::get_if<ClipboardContent>(&content)) {
+    if (auto* const own = std::get_if<ClipboardContent>(&content); own != nullptr && m_parts.connection) {
         m_parts.content = std::move(*own);
     }
 }
