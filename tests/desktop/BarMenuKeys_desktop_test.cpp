@@ -80,13 +80,8 @@ private slots:
     void aProgramThatTakesTheKeyboardAfterAClickIsNotTheMenu()
     {
         m_keys->menuOpened();
-        X11InputMonitor listener(X11InputMonitor::Kind::Buttons);
-        int presses = 0;
-        connect(&listener, &X11InputMonitor::pressed, this, [&presses] { ++presses; });
         // The bar does not tell that this closes its menu.
-        VirtualDisplay::click({400, 300});
-        QTRY_COMPARE_WITH_TIMEOUT(presses, 1, patience);
-        QCoreApplication::processEvents(); // whoever else listens
+        clickUntilItIsHeard(u"1"_s);
         const Grab otherProgram;
 
         pressWithControl(u"q"_s);
@@ -98,7 +93,7 @@ private slots:
     void theWheelDoesNotEndTheMenu()
     {
         m_keys->menuOpened();
-        std::ignore = outputOf(u"xdotool"_s, {u"click"_s, u"5"_s});
+        clickUntilItIsHeard(u"5"_s);
         const Grab menu;
 
         pressWithControl(u"q"_s);
@@ -111,6 +106,17 @@ private:
     static void pressWithControl(const QString& key)
     {
         std::ignore = outputOf(u"xdotool"_s, {u"keydown"_s, u"ctrl"_s, u"key"_s, key});
+    }
+
+    /// Whoever listened before has heard it as well.
+    static void clickUntilItIsHeard(const QString& button)
+    {
+        X11InputMonitor listener(X11InputMonitor::Kind::Buttons);
+        int presses = 0;
+        connect(&listener, &X11InputMonitor::pressed, &listener, [&presses] { ++presses; });
+        std::ignore = outputOf(u"xdotool"_s, {u"click"_s, button});
+        QTRY_COMPARE_WITH_TIMEOUT(presses, 1, patience);
+        QCoreApplication::processEvents();
     }
 
     /// A key that was pressed later has been heard, by somebody who listens in the same way.
