@@ -43,9 +43,9 @@ inline const QByteArray theirText = "their text, perch\xC3\xA9";
 /// What another program gets when it asks for the clipboard. Asked without waiting: we may be the ones who answer.
 inline QByteArray clipboardOfOthers(const QString& target, int limitOfOne = patience)
 {
-    using namespace Qt::StringLiterals;
     QProcess reader;
-    reader.start(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-o"_s, u"-t"_s, target});
+    reader.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"),
+                                           QStringLiteral("-o"), QStringLiteral("-t"), target});
     const bool ended = QTest::qWaitFor([&reader] { return reader.state() == QProcess::NotRunning; }, limitOfOne);
     if (!ended) {
         reader.kill();
