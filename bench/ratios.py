@@ -3,8 +3,7 @@
 # SPDX-License-Identifier: MIT
 """ratios.py [--cpu] RESULT: turns a result of the benchmarks into the table of ratios and growth, in Markdown.
 ratios.py --store RESULT...: keeps the ratios as those that are checked against; of several results the middle of each.
-ratios.py --check RESULT...: compares the ratios with those that are kept; of several results the best of each counts.
-Ends with 1 and names what became slower by more than 30 %.
+ratios.py --kept RESULT...: shows the ratios beside those that are kept; of several results the best of each counts.
 
 With --cpu it takes the processor's time in place of the time that passed: for a machine that is busy with other things.
 The kept ratios are always of that.
@@ -18,7 +17,6 @@ from pathlib import Path
 
 HERE = Path(__file__).parent
 KEPT = HERE / "kept.json"
-LOSS = 1.3
 
 
 def fastest_runs(results, key):
@@ -110,17 +108,10 @@ def store(found):
     KEPT.write_text(json.dumps(middle, indent=2, sort_keys=True) + "\n", encoding="utf-8")
 
 
-def check(found):
+def show_kept(found):
     kept = json.loads(KEPT.read_text(encoding="utf-8"))
-    common = sorted(set(found) & set(kept))
-    if not common:
-        sys.exit("ratios.py: none of the kept ratios was measured")
-    lost = [name for name in common if found[name] > LOSS * kept[name]]
-    for name in common:
-        mark = "  <- slower" if name in lost else ""
-        print(f"{found[name]:7.2f} (kept {kept[name]:.2f})  {name}{mark}")
-    if lost:
-        sys.exit(1)
+    for name in sorted(set(found) & set(kept)):
+        print(f"{found[name]:7.2f} (kept {kept[name]:.2f})  {name}")
 
 
 def main():
@@ -129,8 +120,8 @@ def main():
                for argument in sys.argv[1:] if argument not in options]
     if "--store" in options:
         store([ratios(fastest_runs([result], "cpu")) for result in results])
-    elif "--check" in options:
-        check(ratios(fastest_runs(results, "cpu")))
+    elif "--kept" in options:
+        show_kept(ratios(fastest_runs(results, "cpu")))
     else:
         print_tables(results, "cpu" if "--cpu" in options else "real_time")
 

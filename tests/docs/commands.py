@@ -158,6 +158,7 @@ TABLE = {
     "cmake --preset NAME": Look(BUILDS, CMAKE),
     "tools/bench --cpu --engine --in /dev/shm": ours("bench"),
     "tools/bench --check": ours("bench"),
+    "tools/bench --kept": ours("bench"),
     "tools/bench --cpu --growth --in /dev/shm": ours("bench"),
     "tools/bench --disk": ours("bench"),
     "tools/bench --panel": ours("bench"),
