@@ -29,13 +29,15 @@ struct Status
 {
     bool exists = false;
     bool isDirectory = false;
+    /// A file system, or a folder or file of another place, is mounted there.
+    bool isMountPoint = false;
 };
 
 /// The path of a file URL, standardised: absolute, without "." and ".." components, doubled or trailing slashes; links
 /// are not resolved. Nothing for what is no local file URL, for a relative one, and for one whose bytes are not UTF-8.
 [[nodiscard]] std::optional<QString> standardizedPath(const QUrl& url);
 
-/// Both answers about `path` from one look.
+/// All answers about `path` from one look.
 [[nodiscard]] Status status(const QString& path);
 [[nodiscard]] bool exists(const QString& path);
 [[nodiscard]] bool isDirectory(const QString& path);

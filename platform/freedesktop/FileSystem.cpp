@@ -121,11 +121,15 @@ std::optional<QString> standardizedPath(const QUrl& url)
 Status status(const QString& path)
 {
     const Result<QByteArray> bytes = pathBytes(path);
-    struct stat status = {};
-    if (!bytes || retrying([&] { return ::stat(bytes.value().constData(), &status); }) != 0) {
+    struct statx status = {};
+    // As stat(2) would look, which tells no mount points: it mounts nothing on its way either.
+    const auto look = [&] {
+        return ::statx(AT_FDCWD, bytes.value().constData(), AT_NO_AUTOMOUNT, STATX_TYPE, &status);
+    };
+    if (!bytes || retrying(look) != 0) {
         return {};
     }
-    return {.exists = true, .isDirectory = S_ISDIR(status.st_mode)};
+    return {.exists = true, .isDirectory = isFolder(status), .isMountPoint = isMountPoint(status)};
 }
 
 bool exists(const QString& path)

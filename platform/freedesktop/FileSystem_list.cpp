@@ -43,7 +43,9 @@ public:
         }
         const auto& self = itself();
         if (!self || !S_ISLNK(self->stx_mode)) {
-            return {.exists = self.has_value(), .isDirectory = self && S_ISDIR(self->stx_mode)};
+            return {.exists = self.has_value(),
+                    .isDirectory = self && S_ISDIR(self->stx_mode),
+                    .isMountPoint = self && isMountPoint(*self)};
         }
         struct stat target = {};
         const int failed = retrying([&] { return ::fstatat(m_folder, m_entry.d_name, &target, 0); });

@@ -74,6 +74,11 @@ struct FileIdentityHash
     return S_ISDIR(status.stx_mode);
 }
 
+[[nodiscard]] inline bool isMountPoint(const struct statx& status)
+{
+    return (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+}
+
 /// The path by which /proc reaches an open file, of whatever kind.
 [[nodiscard]] QByteArray procPath(int descriptor);
 

@@ -4,6 +4,7 @@
 #include "FileSystem.h"
 #include "FileTree.h"
 #include "Privileges.h"
+#include "Refusal.h"
 #include "TemporaryHome.h"
 #include "Trash.h"
 
@@ -71,6 +72,7 @@ void FileSystem_protection_test::expectRefused(const QString& path)
     const auto codeOf = [](const Result<void>& result) { return result ? 0 : result.error().code; };
     const auto before = treeAt(m_home->path({}));
 
+    QVERIFY(fileSystem::refusalOf(path, m_protection));
     QCOMPARE(codeOf(fileSystem::remove(path, m_protection)), EPERM);
     QCOMPARE(codeOf(fileSystem::move(path, m_outside->filePath(u"moved"_s), m_protection)), EPERM);
     QCOMPARE(codeOf(moveToTrash(path, m_protection)), EPERM);
@@ -122,6 +124,7 @@ void FileSystem_protection_test::whatIsAboveTheHomeStaysWhereItIs()
     }
 
     // Onto what is there already, so that a mistake here costs nobody his files: it would be EEXIST then.
+    QVERIFY(fileSystem::refusalOf(path.isEmpty() ? above : path, m_protection));
     const QString taken = m_home->makeFile(u"taken"_s);
     const Result<void> moved = fileSystem::move(path.isEmpty() ? above : path, taken, m_protection);
 
@@ -195,6 +198,7 @@ void FileSystem_protection_test::everythingElseInTheHomeIsFree()
     QVERIFY(QFile::link(m_home->path(u"."_s).chopped(2), m_home->path(u"to home"_s)));
     QVERIFY(QFile::link(m_protection.folder, m_home->path(u"elsewhere/Lapsa"_s)));
 
+    QVERIFY(!fileSystem::refusalOf(m_home->path(path), m_protection));
     QVERIFY(fileSystem::remove(m_home->path(path), m_protection));
 
     QVERIFY(treeAt(m_home->path(path)).isEmpty());
