@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "AddResult.h"
 #include "DebouncedTask.h"
 #include "LapsaItem.h"
 #include "LapsaRecoveryItem.h"
@@ -92,9 +93,10 @@ public:
 
     // ---- Adding
 
-    /// Puts files and folders on countdown, in order; one that already is starts anew. What does not exist is skipped.
-    void addFiles(const QList<QUrl>& urls);
-    void addFiles(const QList<QUrl>& urls, const AddOptions& options);
+    /// Puts files and folders on countdown, in order; one that already is starts anew. What does not exist is skipped,
+    /// and so is what may never be taken: the answer names it.
+    AddResult addFiles(const QList<QUrl>& urls);
+    AddResult addFiles(const QList<QUrl>& urls, const AddOptions& options);
 
     // ---- One item
 
@@ -149,7 +151,7 @@ private:
     void reactToSettings(LapsaTheme theme);
     void loadItems();
     void loadRecoveryItems();
-    void addFound(const QList<FoundFile>& files, const AddOptions& options);
+    AddResult addFound(const QList<FoundFile>& files, const AddOptions& options);
     [[nodiscard]] QList<LapsaItem>::iterator firstItem(const QString& id);
     void removeItems(QString id);
     void deleteFileForItem(const LapsaItem& item);

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "AppPaths.h"
 #include "Clock.h"
 #include "FileName.h"
 #include "FileSystem.h"
@@ -10,6 +11,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <utility>
 
 namespace lapsa {
 
@@ -56,69 +58,98 @@ private:
     QHash<QString, qsizetype> m_positions;
 };
 
-} // namespace
-
-void LapsaStore::addFiles(const QList<QUrl>& urls)
+/// Reads the clock twice, as the record has two times.
+LapsaItem newItem(const QString& path, std::int64_t minutes, const Clock& clock)
 {
-    addFiles(urls, {});
+    const TimePoint addedAt = clock.now();
+    return {
+        .id = newItemId(),
+        .path = path,
+        .displayName = lastPathComponent(path),
+        .addedAt = addedAt,
+        .expiresAt = addingMinutes(clock.now(), minutes),
+    };
 }
 
-void LapsaStore::addFiles(const QList<QUrl>& urls, const AddOptions& options)
+/// Why Lapsa never takes what stands there. Recovery is asked about by itself: it may be a link to somewhere else.
+std::optional<fileSystem::Refusal> refusalOf(const QString& path)
+{
+    if (const auto refusal =
+            fileSystem::refusalOf(path, {.folder = AppPaths::applicationSupportDirectory().toLocalFile()})) {
+        return refusal;
+    }
+    return fileSystem::refusalOf(path, {.folder = AppPaths::recoveryDirectory().toLocalFile()});
+}
+
+} // namespace
+
+AddResult LapsaStore::addFiles(const QList<QUrl>& urls)
+{
+    return addFiles(urls, {});
+}
+
+AddResult LapsaStore::addFiles(const QList<QUrl>& urls, const AddOptions& options)
 {
     QList<FoundFile> found;
     found.reserve(urls.size());
+    QList<AddResult::Refused> refused;
     for (const QUrl& url : urls) {
         const std::optional<QString> path = fileSystem::standardizedPath(url);
         if (!path) {
             continue;
         }
-        if (const fileSystem::Status status = fileSystem::status(*path); status.exists) {
+        const fileSystem::Status status = fileSystem::status(*path);
+        if (!status.exists) {
+            continue;
+        }
+        // Only these can be refused: a drop of thousands of files costs one look at each.
+        const auto refusal = status.isDirectory || status.isMountPoint ? refusalOf(*path) : std::nullopt;
+        if (refusal) {
+            refused.push_back({.path = *path, .reason = *refusal});
+        } else {
             found.push_back({.path = *path, .isDirectory = status.isDirectory});
         }
     }
-    addFound(found, options);
+    AddResult result = addFound(found, options);
+    result.refused = std::move(refused);
+    return result;
 }
 
-void LapsaStore::addFound(const QList<FoundFile>& files, const AddOptions& options)
+AddResult LapsaStore::addFound(const QList<FoundFile>& files, const AddOptions& options)
 {
     if (files.isEmpty()) {
-        return;
+        return {};
     }
     const LifespanRules rules(settings());
+    const bool byRules = options.applyFileTypeRules && !options.fixedLifespan;
+    const std::int64_t flat = options.fixedLifespan.value_or(settings().defaultExpirationMinutes);
     const Clock& clock = m_environment.clock;
-    const auto lifespanOf = [&](const FoundFile& file) {
-        std::int64_t minutes = settings().defaultExpirationMinutes;
-        if (options.fixedLifespan) {
-            minutes = *options.fixedLifespan;
-        } else if (options.applyFileTypeRules && !file.isDirectory) {
-            minutes = rules.lifespanFor(lastPathComponent(file.path));
-        }
-        // No upper bound here, on purpose: a given lifespan is taken at its word. Only the rules bound their own.
-        return std::max<std::int64_t>(minutes, 1);
-    };
 
     emit willChange();
+    AddResult result;
+    result.ids.reserve(files.size());
     ItemsByPath known(m_items, files.size());
     for (const FoundFile& file : files) {
-        const std::int64_t minutes = lifespanOf(file);
+        // No upper bound here, on purpose: a given lifespan is taken at its word. Only the rules bound their own.
+        const std::int64_t minutes = std::max<std::int64_t>(
+            byRules && !file.isDirectory ? rules.lifespanFor(lastPathComponent(file.path)) : flat, 1);
         if (const qsizetype position = known.find(file.path); position >= 0) {
             LapsaItem& item = m_items[position];
             item.expiresAt = addingMinutes(clock.now(), minutes);
             item.fiveMinuteWarningSent = false;
+            result.ids.push_back(item.id);
             continue;
         }
         known.added(file.path, m_items.size());
-        const TimePoint addedAt = clock.now();
-        m_items.push_back({
-            .id = newItemId(),
-            .path = file.path,
-            .displayName = lastPathComponent(file.path),
-            .addedAt = addedAt,
-            .expiresAt = addingMinutes(clock.now(), minutes),
-        });
+        m_items.push_back(newItem(file.path, minutes, clock));
+        result.ids.push_back(m_items.constLast().id);
+        if (file.isDirectory) {
+            result.newFolders.push_back(file.path);
+        }
     }
     m_lastMessage.reset();
     saveSoon();
+    return result;
 }
 
 } // namespace lapsa

@@ -67,7 +67,8 @@ void LapsaStore::scanFolder(const LapsaAutoCleanFolderRule& rule)
             return;
         }
         const fileSystem::Status status = entry.status();
-        if (status.exists && !status.isDirectory && isNewFor(rule, entry)) {
+        // What may never be taken is passed over in silence: nobody asked for it.
+        if (status.exists && !status.isDirectory && !status.isMountPoint && isNewFor(rule, entry)) {
             taken.push_back({.path = folder + u'/' + entry.name(), .isDirectory = false});
         }
     });

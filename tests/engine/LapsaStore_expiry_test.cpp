@@ -307,10 +307,12 @@ private slots:
         }
         QFETCH(bool, useRecoveryWindow);
         QFETCH(bool, useTrash);
-        test::StoreWorld world;
+        test::StoreWorld world(false);
+        // The home folder is what nobody may dispose of, whoever runs this. No add takes it: an edited list has it.
+        writeItem(world, world.home.path({}).toUtf8(), "home");
+        world.start();
         setDisposal(world, useRecoveryWindow, useTrash);
-        // The home folder is what nobody may dispose of, whoever runs this.
-        const LapsaItem item = world.add(world.home.path({}), 1);
+        const LapsaItem item = world.store().items().first();
         const LapsaItem next = world.add(world.home.makeFile(u"next.txt"_s), 1);
         const test::LogCapture log;
 
