@@ -51,7 +51,7 @@ void AutoCleanFolderView::refresh()
     m_enabled->setLabel(path.isEmpty() ? Localized::text(u"Folder not set"_s, u"Cartella non impostata"_s) : path);
     m_enabled->setToolTip(plainToolTip(path));
     for (const BoundToggle& bound : m_toggles) {
-        bound.toggle->setChecked(bound.setting.read());
+        bound.toggle->showChecked(bound.setting.read());
     }
     m_lifespan->refresh();
 }
@@ -82,7 +82,7 @@ Toggle* AutoCleanFolderView::makeToggle(const QString& text, bool LapsaAutoClean
 {
     auto* const toggle = new Toggle(text, stack);
     m_toggles.push_back({toggle, folderBinding(m_store, m_id, field)});
-    connect(toggle, &Toggle::clicked, this, m_toggles.constLast().setting.write);
+    connect(toggle, &Toggle::switched, this, m_toggles.constLast().setting.write);
     return toggle;
 }
 

@@ -50,7 +50,7 @@ FileTypeRuleView::FileTypeRuleView(LapsaStore& store, const QUuid& id, QWidget* 
     card->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     refresh();
 
-    connect(m_toggle, &Toggle::clicked, this, m_enabled.write);
+    connect(m_toggle, &Toggle::switched, this, m_enabled.write);
     connect(m_extensions, &QLineEdit::textEdited, this, m_extensionsCSV.write);
     connect(m_remove, &PushButton::clicked, this, [this] { m_store.removeFileTypeRule(m_id); });
 }
@@ -59,7 +59,7 @@ void FileTypeRuleView::refresh()
 {
     const QString extensions = m_extensionsCSV.read();
     m_toggle->setLabel(extensions.isEmpty() ? Localized::text(u"New rule"_s, u"Nuova regola"_s) : extensions);
-    m_toggle->setChecked(m_enabled.read());
+    m_toggle->showChecked(m_enabled.read());
     if (m_extensions->text() != extensions) {
         const int cursor = m_extensions->cursorPosition();
         m_extensions->setText(extensions);

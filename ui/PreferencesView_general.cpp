@@ -163,9 +163,9 @@ void PreferencesView::addToggle(Card& card, const QString& text, bool LapsaSetti
 {
     const SettingBinding<bool> setting = settingBinding(m_store, field);
     auto* const toggle = new Toggle(text, &card);
-    connect(toggle, &Toggle::clicked, this, setting.write);
+    connect(toggle, &Toggle::switched, this, setting.write);
     card.addRow(toggle);
-    m_generalControls.push_back([toggle, setting] { toggle->setChecked(setting.read()); });
+    m_generalControls.push_back([toggle, setting] { toggle->showChecked(setting.read()); });
 }
 
 QWidget* PreferencesView::makeThemePicker()
@@ -196,8 +196,8 @@ QWidget* PreferencesView::makeRecoveryToggle()
     toggle->setAccessibleDescription(explanation->text());
     stack->layout()->addWidget(toggle);
     stack->layout()->addWidget(explanation);
-    connect(toggle, &Toggle::clicked, this, setting.write);
-    m_generalControls.push_back([toggle, setting] { toggle->setChecked(setting.read()); });
+    connect(toggle, &Toggle::switched, this, setting.write);
+    m_generalControls.push_back([toggle, setting] { toggle->showChecked(setting.read()); });
     return stack;
 }
 

@@ -13,6 +13,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QRadioButton>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -87,7 +88,11 @@ SegmentedControl::SegmentedControl(const QString& name, const QStringList& texts
         m_group->addButton(segment, static_cast<int>(m_group->buttons().size()));
         row->addWidget(segment);
     }
-    connect(m_group, &QButtonGroup::idClicked, this, &SegmentedControl::chosenByUser);
+    connect(m_group, &QButtonGroup::idToggled, this, [this](int index, bool on) {
+        if (on && !m_showing) {
+            emit chosenByUser(index);
+        }
+    });
 }
 
 int SegmentedControl::chosen() const
@@ -98,6 +103,7 @@ int SegmentedControl::chosen() const
 void SegmentedControl::setChosen(int index)
 {
     if (QAbstractButton* const button = m_group->button(index)) {
+        const QScopedValueRollback showing(m_showing, true);
         button->setChecked(true);
     }
 }

@@ -24,7 +24,7 @@ public:
     void setChosen(int index);
 
 signals:
-    /// The user chose.
+    /// The user chose: by the pointer, a key or a screen reader, which does not click.
     void chosenByUser(int index);
 
 protected:
@@ -32,6 +32,7 @@ protected:
 
 private:
     QButtonGroup* m_group;
+    bool m_showing = false;
 };
 
 } // namespace lapsa

@@ -13,6 +13,7 @@
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QStyle>
 
 #include <algorithm>
@@ -47,6 +48,11 @@ Toggle::Toggle(const QString& text, QWidget* parent)
     connect(&m_position, &QVariantAnimation::valueChanged, this, qOverload<>(&QWidget::update));
     connect(this, &QCheckBox::toggled, this,
             [this](bool on) { motion::moveTo(m_position, on ? 1 : 0, isVisible() ? motion::hoverDuration : 0ms); });
+    connect(this, &QCheckBox::toggled, this, [this](bool on) {
+        if (!m_showing) {
+            emit switched(on);
+        }
+    });
 }
 
 void Toggle::setTextStyle(const TextStyle& style)
@@ -73,6 +79,12 @@ void Toggle::setLabel(const QString& text)
     setAccessibleName(line);
     updateGeometry();
     update();
+}
+
+void Toggle::showChecked(bool on)
+{
+    const QScopedValueRollback showing(m_showing, true);
+    setChecked(on);
 }
 
 QSize Toggle::sizeHint() const

@@ -23,6 +23,8 @@ public:
     void setElideMode(Qt::TextElideMode mode);
     /// What the line says; as setText(), but any name is shown as plain text.
     void setLabel(const QString& text);
+    /// Shows a state that was set elsewhere: switched() is not emitted.
+    void showChecked(bool on);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -30,6 +32,10 @@ public:
     [[nodiscard]] bool hasHeightForWidth() const override { return m_elideMode == Qt::ElideNone; }
 
     [[nodiscard]] int heightForWidth(int width) const override;
+
+signals:
+    /// It was turned: by the pointer, a key or a screen reader, which does not click.
+    void switched(bool on);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -45,6 +51,7 @@ private:
     QString m_label;
     TextStyle m_style = bodyText;
     Qt::TextElideMode m_elideMode = Qt::ElideNone;
+    bool m_showing = false;
     QVariantAnimation m_position;
 };
 
