@@ -5,6 +5,7 @@
 
 #include "FileIconSource.h"
 #include "FileRowView.h"
+#include "FocusRing.h"
 #include "LapsaStore.h"
 #include "Localized.h"
 #include "ScrollFade.h"
@@ -22,6 +23,7 @@ namespace {
 
 constexpr int rowSpacing = 10;
 constexpr int emptyPadding = 56;
+constexpr int ringRadius = 16;
 /// Between the rows and the scroll bar, in the margin.
 constexpr int barGap = 7;
 /// One notch of a wheel is three lines: about one row.
@@ -41,6 +43,7 @@ FileListView::FileListView(LapsaStore& store, FileIconSource& icons, QWidget* pa
     m_empty->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     m_bar->setFocusPolicy(Qt::NoFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setFocusRadius(*this, ringRadius);
     connect(m_bar, &QScrollBar::valueChanged, this, &FileListView::bindRows);
 }
 
@@ -75,9 +78,9 @@ QList<FileRowView*> FileListView::visibleRows() const
 void FileListView::focusRow(const QString& id)
 {
     const auto row = std::ranges::find(m_rows, id, [](const Row& bound) { return bound.view->item().id; });
-    if (row != m_rows.end()) {
-        row->view->setFocus(Qt::OtherFocusReason);
-    }
+    FileRowView* const view = row != m_rows.end() ? row->view : currentRow();
+    QWidget& target = view != nullptr ? static_cast<QWidget&>(*view) : *this;
+    target.setFocus(Qt::OtherFocusReason);
 }
 
 void FileListView::resizeEvent(QResizeEvent* event)
@@ -110,26 +113,33 @@ void FileListView::wheelEvent(QWheelEvent* event)
 void FileListView::keyPressEvent(QKeyEvent* event)
 {
     const Row* const focused = focusedRow();
+    const auto moveBy = [this, focused](qsizetype rows) {
+        const FileRowView* const current = currentRow();
+        if (focused != nullptr) {
+            moveCurrent(focused->index + rows, Qt::TabFocusReason);
+        } else if (current != nullptr) {
+            moveCurrent(std::ranges::find(m_rows, current, &Row::view)->index, Qt::TabFocusReason);
+        }
+    };
     const qsizetype page = std::max(1, height() / pitch());
-    const qsizetype from = focused != nullptr ? focused->index : 0;
     switch (event->key()) {
     case Qt::Key_Up:
-        moveCurrent(from - 1);
+        moveBy(-1);
         return;
     case Qt::Key_Down:
-        moveCurrent(from + 1);
+        moveBy(1);
         return;
     case Qt::Key_PageUp:
-        moveCurrent(from - page);
+        moveBy(-page);
         return;
     case Qt::Key_PageDown:
-        moveCurrent(from + page);
+        moveBy(page);
         return;
     case Qt::Key_Home:
-        moveCurrent(0);
+        moveCurrent(0, Qt::TabFocusReason);
         return;
     case Qt::Key_End:
-        moveCurrent(count() - 1);
+        moveCurrent(count() - 1, Qt::TabFocusReason);
         return;
     default:
         QWidget::keyPressEvent(event);
@@ -154,6 +164,12 @@ bool FileListView::eventFilter(QObject* watched, QEvent* event)
             scrollTo(focused->index);
             updateTabStops();
         }
+    } else if (event->type() == QEvent::MouseButtonPress) {
+        // The row has the focus, not its button: a key that is pressed next takes no file. A second click at once,
+        // which does nothing, does nothing here either.
+        auto* view = qobject_cast<FileRowView*>(watched);
+        view = view != nullptr ? view : qobject_cast<FileRowView*>(watched->parent());
+        view->setFocus(Qt::MouseFocusReason);
     }
     return QWidget::eventFilter(watched, event);
 }
@@ -185,6 +201,16 @@ const FileListView::Row* FileListView::focusedRow() const
         return focus != nullptr && (bound.view == focus || bound.view->isAncestorOf(focus));
     });
     return row != m_rows.end() ? &*row : nullptr;
+}
+
+FileRowView* FileListView::currentRow() const
+{
+    const auto row = std::ranges::find(m_rows, m_currentId, [](const Row& bound) { return bound.view->item().id; });
+    if (row != m_rows.end()) {
+        return row->view;
+    }
+    const QList<FileRowView*> visible = visibleRows();
+    return visible.isEmpty() ? nullptr : visible.first();
 }
 
 /// Scrolls by as much as the item at the upper edge has moved. At the very top the list stays at the top.

@@ -23,7 +23,8 @@ class TextLabel;
 /// The scrolling list of items. Only the rows on screen exist: a row is bound to an item by its id and moves with it,
 /// so that hover and focus stay with the item while the list changes around it. Any number of items costs the same.
 ///
-/// One row is the current one: Tab stops at it and its buttons, the arrow keys make another one current.
+/// One row is the current one: Tab stops at it and its buttons, the arrow keys make another one current. The list
+/// itself can have the focus, but is no stop: the keys go on from there to its rows.
 class FileListView final : public QWidget
 {
     Q_OBJECT
@@ -41,7 +42,8 @@ public:
     /// Stands beside the list in the surroundings' margin, not over the rows.
     [[nodiscard]] QScrollBar& scrollBar() { return *m_bar; }
 
-    /// Puts the focus back onto the row of an item after something covered it.
+    /// Puts the focus back onto the row of an item after something covered it. Where the item is gone, the row in its
+    /// place has it, or the empty list.
     void focusRow(const QString& id);
 
 signals:
@@ -68,6 +70,8 @@ private:
     [[nodiscard]] qsizetype indexOf(const QString& id, qsizetype hint) const;
     /// The row that has the focus, itself or inside; none where the focus is elsewhere.
     [[nodiscard]] const Row* focusedRow() const;
+    /// Where Tab stops: the current row while it is bound, else the first one that is seen; none in an empty list.
+    [[nodiscard]] FileRowView* currentRow() const;
 
     void keepAnchor();
     void updateRange();
@@ -77,8 +81,9 @@ private:
     [[nodiscard]] FileRowView* takeRow(std::vector<Row>& from, const QString& id) const;
     [[nodiscard]] FileRowView* spareRow(std::vector<Row>& from);
     void place(const Row& row);
+    void replaceCurrent(const std::vector<Row>& unbound);
     void updateTabStops();
-    void moveCurrent(qsizetype index);
+    void moveCurrent(qsizetype index, Qt::FocusReason reason);
     void scrollTo(qsizetype index);
     void placeBar();
     void updateFades();

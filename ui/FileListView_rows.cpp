@@ -26,6 +26,7 @@ void FileListView::bindRows()
     if (focusGone) {
         QApplication::focusWidget()->clearFocus();
     }
+    replaceCurrent(before);
     for (const Row& row : before) {
         row.view->hide();
         m_spare.push_back(row);
@@ -42,7 +43,7 @@ void FileListView::bindRows()
     m_anchorId = m_anchorIndex < items.size() ? items[m_anchorIndex].id : QString();
     if (focusGone) {
         // To the row, not to its button: a key that is pressed once more must not act on the next item.
-        moveCurrent(focusedIndex);
+        moveCurrent(focusedIndex, Qt::OtherFocusReason);
     }
     updateTabStops();
 }
@@ -122,33 +123,34 @@ void FileListView::place(const Row& row)
     row.view->show();
 }
 
+/// When the current item is gone, the one in its place is the current one.
+void FileListView::replaceCurrent(const std::vector<Row>& unbound)
+{
+    const auto row = std::ranges::find(unbound, m_currentId, [](const Row& bound) { return bound.view->item().id; });
+    if (row != unbound.end() && indexOf(m_currentId, row->index) < 0) {
+        m_currentId = count() > 0 ? m_store.items()[std::min(row->index, count() - 1)].id : QString();
+    }
+}
+
 void FileListView::updateTabStops()
 {
-    const FileRowView* current = nullptr;
-    for (const Row& row : m_rows) {
-        if (row.view->item().id == m_currentId) {
-            current = row.view;
-        }
-    }
-    const QList<FileRowView*> visible = visibleRows();
-    if (current == nullptr && !visible.isEmpty()) {
-        current = visible.first();
-    }
+    const FileRowView* const current = currentRow();
     for (const Row& row : m_rows) {
         row.view->setTabStop(row.view == current);
     }
 }
 
-void FileListView::moveCurrent(qsizetype index)
+void FileListView::moveCurrent(qsizetype index, Qt::FocusReason reason)
 {
     if (count() == 0) {
+        setFocus(reason);
         return;
     }
     const qsizetype target = std::clamp<qsizetype>(index, 0, count() - 1);
     scrollTo(target);
     const auto row = std::ranges::find(m_rows, target, &Row::index);
     if (row != m_rows.end()) {
-        row->view->setFocus(Qt::TabFocusReason);
+        row->view->setFocus(reason);
     }
 }
 

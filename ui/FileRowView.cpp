@@ -147,7 +147,7 @@ void FileRowView::fillContextMenu(QMenu& menu)
 void FileRowView::setTabStop(bool stop)
 {
     for (QWidget* const widget : m_focusOrder) {
-        widget->setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);
+        widget->setFocusPolicy(stop ? Qt::TabFocus : Qt::NoFocus);
     }
 }
 

@@ -52,7 +52,8 @@ public:
     /// Fills `menu` with what can be done to the item's file; looks at the file once, to know whether it is a folder.
     void fillContextMenu(QMenu& menu);
 
-    /// Whether Tab stops here and at the buttons. Only the current row of a list does.
+    /// Whether Tab stops here and at the buttons. Only the current row of a list does. A click gives none of them the
+    /// focus: the list decides where it goes.
     void setTabStop(bool stop);
 
 signals:

@@ -67,10 +67,15 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event)
             hide();
         }
         break;
+    case QEvent::Hide:
+        if (widget == window() && !event->spontaneous()) {
+            follow(nullptr); // opened again, the window waits for the keyboard anew
+            break;
+        }
+        [[fallthrough]];
     case QEvent::Move:
     case QEvent::Resize:
     case QEvent::Show:
-    case QEvent::Hide:
         if (m_target != nullptr && (widget == m_target || widget->isAncestorOf(m_target))) {
             place();
         }

@@ -12,7 +12,7 @@ namespace lapsa {
 void setFocusRadius(QWidget& widget, int radius);
 
 /// The ring around whatever has the keyboard's focus in a window, drawn outside the control and over everything else.
-/// It shows once the focus is moved by the keyboard, and for text fields always.
+/// It shows once the focus is moved by the keyboard, until the window closes, and for text fields always.
 class FocusRing final : public QWidget
 {
     Q_OBJECT

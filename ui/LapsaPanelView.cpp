@@ -20,6 +20,7 @@
 #include "TextLabel.h"
 
 #include <QPainter>
+#include <QShowEvent>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -90,6 +91,9 @@ void LapsaPanelView::showEvent(QShowEvent* event)
     m_appliedTheme = m_environment.store.settings().theme;
     refresh();
     tick();
+    if (!event->spontaneous() && !showingSheet()) {
+        m_list->setFocus(Qt::OtherFocusReason); // whatever had it when the panel was closed
+    }
     m_clock = m_environment.mainQueue.repeatEvery(tickInterval, [this] { tick(); });
 }
 
