@@ -4,10 +4,14 @@
 #pragma once
 
 #include "FileSystem.h"
+#include "HeldFolder.h"
 
 #include <QStringList>
 
+#include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace lapsa::fileSystem {
 
@@ -29,6 +33,17 @@ public:
     /// Says whether there is something at `path`, as exists() does: a link that leads nowhere is nothing. What the
     /// operations below then do is theirs to say: they act on the entry itself, and fail where there is none.
     bool select(const QString& path);
+
+    /// The same for an entry of a folder that is held open: it is acted upon in that very folder. Links that lead
+    /// nowhere are something here.
+    bool select(const HeldFolder& folder, const QString& name);
+
+    /// How what is selected looked; nothing where there was nothing.
+    [[nodiscard]] std::optional<EntryLook> selected() const;
+
+    /// Calls `announce` before each copy to another file system and before each removal of a folder: both may take any
+    /// time. `bytes` is the size of a file; a folder's is not known, and says as much as there can be.
+    void announceLongWork(std::function<void(std::int64_t bytes)> announce);
 
     /// fileSystem::move() of what is selected.
     Result<void> move(const QString& to);

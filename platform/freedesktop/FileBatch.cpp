@@ -6,8 +6,8 @@
 #include "CrossDeviceMove.h"
 #include "FolderRemoval.h"
 #include "HeldPlace.h"
+#include "OpenedFolder.h"
 #include "ProtectionCheck.h"
-#include "Trash.h"
 #include "TrashFolder.h"
 
 #include <fcntl.h>
@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <limits>
 #include <span>
 #include <tuple>
 #include <utility>
@@ -50,6 +51,11 @@ public:
 
     void expectTrash(QStringList paths);
     bool select(const QString& path);
+    bool select(const FileDescriptor& folder, const QByteArray& name);
+    [[nodiscard]] std::optional<EntryLook> selected() const;
+
+    void announceLongWork(std::function<void(std::int64_t)> announce) { m_announce = std::move(announce); }
+
     int move(const QString& to);
     int moveToTrash();
     int remove();
@@ -66,6 +72,8 @@ private:
     int moveToHomeTrash();
     Result<TrashFolder>& homeTrash();
 
+    void announce() const;
+
     [[nodiscard]] const Place& place() const { return m_source.place(); }
 
     [[nodiscard]] FileIdentity identity() const { return identityOf(m_status); }
@@ -81,6 +89,7 @@ private:
     /// Of the selected entry: why it cannot be acted on, else how it looked.
     int m_error = ENOENT;
     struct statx m_status = {};
+    std::function<void(std::int64_t)> m_announce;
 };
 
 void Batch::Selection::expectTrash(QStringList paths)
@@ -110,6 +119,26 @@ bool Batch::Selection::select(const QString& path)
     return exists(path);
 }
 
+bool Batch::Selection::select(const FileDescriptor& folder, const QByteArray& name)
+{
+    m_error = m_source.goTo(folder, name);
+    m_error = m_error == 0 ? look() : m_error;
+    return m_error == 0;
+}
+
+std::optional<EntryLook> Batch::Selection::selected() const
+{
+    return m_error == 0 ? std::optional(entryLook(place().folder.get(), m_status)) : std::nullopt;
+}
+
+void Batch::Selection::announce() const
+{
+    if (m_announce) {
+        m_announce(isFolder(m_status) ? std::numeric_limits<std::int64_t>::max()
+                                      : static_cast<std::int64_t>(m_status.stx_size));
+    }
+}
+
 int Batch::Selection::look()
 {
     const Result<struct statx> found =
@@ -137,6 +166,7 @@ int Batch::Selection::move(const QString& to)
         error = error == 0 ? rename() : error;
     }
     if (error == EXDEV) {
+        announce();
         error = moveAcross(place(), m_status, m_destination.place());
         // That takes its time.
         m_destination.letGo();
@@ -203,6 +233,7 @@ int Batch::Selection::remove()
     if (!isFolder(m_status)) {
         return errorOf([&] { return ::unlinkat(place().folder.get(), place().name.constData(), 0); });
     }
+    announce();
     const int error = FolderRemoval().run(place(), identity());
     m_source.letGo(); // it may have taken its time
     return error;
@@ -224,6 +255,23 @@ bool Batch::select(const QString& path)
     return m_selection->select(path);
 }
 
+bool Batch::select(const HeldFolder& folder, const QString& name)
+{
+    const Result<QByteArray> bytes = entryName(name);
+    // What cannot be said selects nothing.
+    return m_selection->select(folder.m_opened->folder, bytes ? bytes.value() : QByteArray());
+}
+
+std::optional<EntryLook> Batch::selected() const
+{
+    return m_selection->selected();
+}
+
+void Batch::announceLongWork(std::function<void(std::int64_t)> announce)
+{
+    m_selection->announceLongWork(std::move(announce));
+}
+
 Result<void> Batch::move(const QString& to)
 {
     return resultOf(m_selection->move(to));
@@ -239,29 +287,4 @@ Result<void> Batch::remove()
     return resultOf(m_selection->remove());
 }
 
-Result<void> move(const QString& from, const QString& to, const Protection& protection)
-{
-    Batch batch(protection);
-    batch.select(from);
-    return batch.move(to);
-}
-
-Result<void> remove(const QString& path, const Protection& protection)
-{
-    Batch batch(protection);
-    batch.select(path);
-    return batch.remove();
-}
-
 } // namespace lapsa::fileSystem
-
-namespace lapsa {
-
-Result<void> moveToTrash(const QString& path, const fileSystem::Protection& protection)
-{
-    fileSystem::Batch batch(protection);
-    batch.select(path);
-    return batch.moveToTrash();
-}
-
-} // namespace lapsa

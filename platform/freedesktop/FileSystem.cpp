@@ -118,6 +118,14 @@ std::optional<QString> standardizedPath(const QUrl& url)
     return QString::fromUtf8(lexicallyClean(bytes));
 }
 
+std::optional<QString> standardizedPath(const QString& path)
+{
+    if (!path.startsWith(u'/') || path.contains(QChar::Null) || !path.isValidUtf16()) {
+        return std::nullopt;
+    }
+    return isLexicallyClean(path) ? path : QString::fromUtf8(lexicallyClean(path.toUtf8()));
+}
+
 Status status(const QString& path)
 {
     const Result<QByteArray> bytes = pathBytes(path);

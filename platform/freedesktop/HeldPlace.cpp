@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 
+#include <cerrno>
 #include <utility>
 
 namespace lapsa {
@@ -33,6 +34,20 @@ int HeldPlace::goTo(const QString& path)
     m_place = std::move(opened).value();
     m_asked = bytes.first(nameStart);
     m_sharing = 1;
+    return 0;
+}
+
+int HeldPlace::goTo(const FileDescriptor& folder, const QByteArray& name)
+{
+    *this = {};
+    if (name.isEmpty()) {
+        return EINVAL;
+    }
+    FileDescriptor own(::fcntl(folder.get(), F_DUPFD_CLOEXEC, 0));
+    if (!own) {
+        return errno;
+    }
+    m_place = {.folder = std::move(own), .name = name};
     return 0;
 }
 

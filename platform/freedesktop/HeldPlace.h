@@ -22,6 +22,10 @@ public:
     /// failure there is no place.
     [[nodiscard]] int goTo(const QString& path);
 
+    /// Goes to an entry of a folder that is open already; it need not exist. Returns an `errno` value,
+    /// EINVAL without a name.
+    [[nodiscard]] int goTo(const FileDescriptor& folder, const QByteArray& name);
+
     /// Where the entry stands, after a success.
     [[nodiscard]] const Place& place() const { return m_place; }
 

@@ -4,16 +4,13 @@
 #pragma once
 
 #include "FileDescriptor.h"
+#include "FileIdentity.h"
 #include "Result.h"
 
 #include <QByteArray>
 #include <QString>
 
 #include <sys/stat.h>
-
-#include <cstddef>
-#include <cstdint>
-#include <functional>
 
 namespace lapsa {
 
@@ -24,23 +21,6 @@ struct Place
     /// Opened with O_PATH.
     FileDescriptor folder;
     QByteArray name;
-};
-
-/// What makes two looks the same file.
-struct FileIdentity
-{
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-
-    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
-};
-
-struct FileIdentityHash
-{
-    std::size_t operator()(const FileIdentity& identity) const noexcept
-    {
-        return std::hash<std::uint64_t>()(identity.inode * 31 + identity.device);
-    }
 };
 
 /// The bytes of an absolute path without trailing slashes. EINVAL for one that is empty, relative, holds a NUL or is no

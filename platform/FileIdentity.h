@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+
+namespace lapsa {
+
+/// What makes two looks the same file, whatever the paths said.
+struct FileIdentity
+{
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
+struct FileIdentityHash
+{
+    std::size_t operator()(const FileIdentity& identity) const noexcept
+    {
+        return std::hash<std::uint64_t>()(identity.inode * 31 + identity.device);
+    }
+};
+
+} // namespace lapsa

@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "HeldFolder.h"
+
+#include "OpenedFolder.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <optional>
+#include <utility>
+
+namespace lapsa::fileSystem {
+
+namespace {
+
+FileDescriptor openedFolder(int folder, const char* path)
+{
+    return FileDescriptor(retrying([&] { return ::openat(folder, path, O_PATH | O_DIRECTORY | O_CLOEXEC); }));
+}
+
+} // namespace
+
+HeldFolder::HeldFolder(const QString& path)
+    : m_opened(std::make_unique<Opened>())
+{
+    const Result<QByteArray> bytes = pathBytes(path);
+    if (!bytes) {
+        m_opened->error = bytes.error().code;
+        return;
+    }
+    m_opened->folder = openedFolder(AT_FDCWD, bytes.value().constData());
+    m_opened->error = m_opened->folder ? 0 : errno;
+}
+
+HeldFolder::~HeldFolder() = default;
+
+Result<FileIdentity> HeldFolder::identity() const
+{
+    if (m_opened->error != 0) {
+        return FileError::fromErrno(m_opened->error);
+    }
+    const Result<struct statx> found = lapsa::look(m_opened->folder.get(), "", STATX_INO);
+    return found ? Result<FileIdentity>(identityOf(found.value())) : found.error();
+}
+
+Result<EntryLook> HeldFolder::look(const QString& name) const
+{
+    const Result<QByteArray> bytes = entryName(name);
+    if (!bytes || m_opened->error != 0) {
+        return bytes ? FileError::fromErrno(m_opened->error) : bytes.error();
+    }
+    const Result<struct statx> found =
+        lapsa::look(m_opened->folder.get(), bytes.value().constData(), STATX_TYPE | STATX_INO | STATX_NLINK);
+    return found ? Result<EntryLook>(entryLook(m_opened->folder.get(), found.value())) : found.error();
+}
+
+void forEachFolderUpwards(const QString& folder, const std::function<bool(const FileIdentity&)>& visit)
+{
+    const Result<QByteArray> bytes = pathBytes(folder);
+    FileDescriptor opened = bytes ? openedFolder(AT_FDCWD, bytes.value().constData()) : FileDescriptor();
+    std::optional<FileIdentity> below;
+    while (opened) {
+        const Result<struct statx> found = lapsa::look(opened.get(), "", STATX_INO);
+        // "/" is its own parent.
+        if (!found || below == identityOf(found.value()) || !visit(identityOf(found.value()))) {
+            return;
+        }
+        below = identityOf(found.value());
+        opened = openedFolder(opened.get(), "..");
+    }
+}
+
+} // namespace lapsa::fileSystem
+
+namespace lapsa {
+
+Result<QByteArray> entryName(const QString& name)
+{
+    const bool usable = !name.isEmpty() && name != u"." && name != u".." && !name.contains(u'/') &&
+                        !name.contains(QChar::Null) && name.isValidUtf16();
+    return usable ? Result<QByteArray>(name.toUtf8()) : FileError::fromErrno(EINVAL);
+}
+
+fileSystem::EntryLook entryLook(int folder, const struct statx& status)
+{
+    fileSystem::EntryLook entry{.identity = identityOf(status), .isDirectory = isFolder(status)};
+    if (!entry.isDirectory && status.stx_nlink > 1) {
+        const Result<struct statx> found = look(folder, "", STATX_INO);
+        entry.folderOfName = found ? identityOf(found.value()) : FileIdentity();
+    }
+    return entry;
+}
+
+} // namespace lapsa

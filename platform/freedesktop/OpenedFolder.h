@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "HeldFolder.h"
+#include "Place.h"
+
+#include <QByteArray>
+
+#include <sys/stat.h>
+
+#include <cerrno>
+
+namespace lapsa {
+
+struct fileSystem::HeldFolder::Opened
+{
+    /// Opened with O_PATH.
+    FileDescriptor folder;
+    /// Why it could not be opened, an `errno` value.
+    int error = EINVAL;
+};
+
+/// The bytes of a name that means one entry of a folder; EINVAL for all others.
+[[nodiscard]] Result<QByteArray> entryName(const QString& name);
+
+/// What a look at an entry of an open folder (at least STATX_TYPE, STATX_INO and STATX_NLINK) has found.
+[[nodiscard]] fileSystem::EntryLook entryLook(int folder, const struct statx& status);
+
+} // namespace lapsa
