@@ -7,9 +7,13 @@
 #include "FileName.h"
 #include "FreeNames.h"
 #include "LapsaStore.h"
+#include "RecoveryFolder.h"
+#include "RecoveryPurge.h"
 #include "SystemLog.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <optional>
 #include <tuple>
 #include <utility>
 
@@ -24,35 +28,36 @@ fileSystem::Protection protection()
     return {.folder = AppPaths::applicationSupportDirectory().toLocalFile()};
 }
 
-Result<void> putBack(const LapsaRecoveryItem& item)
+/// Moves the selected copy to the place that its record tells.
+Result<void> putBack(const LapsaRecoveryItem& item, fileSystem::Batch& batch)
 {
     FreeNames freeNames;
     const QString folder = parentPath(item.originalPath);
     if (auto made = fileSystem::createDirectory(folder, fileSystem::Access::Default); !made) {
         return made;
     }
-    fileSystem::Batch batch(protection());
-    batch.select(item.recoveryPath);
     const auto moved = moveToFreeName(batch, item.originalPath, freeNames);
     return moved ? Result<void>() : Result<void>(moved.error());
-}
-
-// Silent on purpose, a copy that is already gone included: the record goes either way.
-void removeCopy(const LapsaRecoveryItem& item, fileSystem::Batch& batch)
-{
-    batch.select(item.recoveryPath);
-    std::ignore = batch.remove();
 }
 
 } // namespace
 
 void LapsaStore::restoreRecoveryItem(const LapsaRecoveryItem& item)
 {
-    // The record of a copy that is gone stays until its time is up.
-    if (!fileSystem::exists(item.recoveryPath)) {
+    RecoveryFolder recovery;
+    const std::optional<QString> name = recovery.nameOf(item.recoveryPath);
+    fileSystem::Batch batch(protection());
+    Result<void> restored;
+    if (name && batch.select(recovery.held(), *name)) {
+        restored = putBack(item, batch);
+    } else if (!name && fileSystem::exists(item.recoveryPath)) {
+        // Not a copy of ours, whatever the record says.
+        restored = FileError::fromErrno(EPERM);
+    } else {
+        // The record of a copy that is gone stays until its time is up.
         return;
     }
-    if (const auto restored = putBack(item); !restored) {
+    if (!restored) {
         systemLog(u"Lapsa recovery restore failed: "_s + restored.error().description);
         return;
     }
@@ -60,10 +65,16 @@ void LapsaStore::restoreRecoveryItem(const LapsaRecoveryItem& item)
     saveRecoverySoon();
 }
 
+// What cannot be removed is silent on purpose, a copy that is already gone and a path to elsewhere included: the record
+// goes either way.
 void LapsaStore::deleteRecoveryItem(const LapsaRecoveryItem& item)
 {
+    RecoveryFolder recovery;
     fileSystem::Batch batch(protection());
-    removeCopy(item, batch);
+    const std::optional<QString> name = recovery.nameOf(item.recoveryPath);
+    if (name && batch.select(recovery.held(), *name)) {
+        std::ignore = batch.remove();
+    }
     removeRecoveryRecords(item.id);
     saveRecoverySoon();
 }
@@ -75,22 +86,14 @@ void LapsaStore::purgeExpiredRecovery()
     if (std::ranges::none_of(m_recoveryItems, due)) {
         return;
     }
-    // A file that was taken back by hand, and expired again, can lie where its first copy lay: its time is the later
-    // one.
-    QSet<QString> stillKept;
-    for (const LapsaRecoveryItem& item : std::as_const(m_recoveryItems)) {
-        if (!due(item)) {
-            stillKept.insert(item.recoveryPath);
-        }
-    }
     fileSystem::Batch batch(protection());
-    for (const LapsaRecoveryItem& item : std::as_const(m_recoveryItems)) {
-        if (due(item) && !stillKept.contains(item.recoveryPath)) {
-            removeCopy(item, batch);
-        }
+    RecoveryPurge purge(m_recoveryItems, m_items, now);
+    QList<LapsaRecoveryItem> left = purge.run(batch);
+    if (left.size() == m_recoveryItems.size()) {
+        return;
     }
     emit willChange();
-    m_recoveryItems.removeIf(due);
+    m_recoveryItems = std::move(left);
     saveRecoverySoon();
 }
 

@@ -37,6 +37,10 @@ struct Status
 /// are not resolved. Nothing for what is no local file URL, for a relative one, and for one whose bytes are not UTF-8.
 [[nodiscard]] std::optional<QString> standardizedPath(const QUrl& url);
 
+/// The same of a path as text, which an edited list may hold: "//home/ada" is "/home/ada". Nothing for what is not
+/// absolute, cannot be said in UTF-8 or holds a NUL.
+[[nodiscard]] std::optional<QString> standardizedPath(const QString& path);
+
 /// All answers about `path` from one look.
 [[nodiscard]] Status status(const QString& path);
 [[nodiscard]] bool exists(const QString& path);

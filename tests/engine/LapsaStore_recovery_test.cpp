@@ -125,9 +125,11 @@ private slots:
         QTest::addColumn<int>("code");
 
         QTest::newRow("the folder cannot be made")
-            << u"%home%/in the way/a.txt"_s << u"%home%/copy.txt"_s << int{EEXIST};
-        QTest::newRow("the original path is relative") << u"a.txt"_s << u"%home%/copy.txt"_s << int{EINVAL};
-        QTest::newRow("the original path is empty") << QString() << u"%home%/copy.txt"_s << int{EINVAL};
+            << u"%home%/in the way/a.txt"_s << u"%home%/.local/share/Lapsa/Recovery/copy.txt"_s << int{EEXIST};
+        QTest::newRow("the original path is relative")
+            << u"a.txt"_s << u"%home%/.local/share/Lapsa/Recovery/copy.txt"_s << int{EINVAL};
+        QTest::newRow("the original path is empty")
+            << QString() << u"%home%/.local/share/Lapsa/Recovery/copy.txt"_s << int{EINVAL};
         QTest::newRow("the copy is the home folder") << u"%home%/a.txt"_s << u"%home%"_s << int{EPERM};
         QTest::newRow("the copy is the root") << u"%home%/a.txt"_s << u"/"_s << int{EPERM};
     }
@@ -142,7 +144,7 @@ private slots:
         QFETCH(int, code);
         test::StoreWorld world(false);
         world.home.makeFile(u"in the way"_s);
-        world.home.makeFile(u"copy.txt"_s, "bytes");
+        world.home.makeFile(recoveryFolder + u"/copy.txt"_s, "bytes");
         const QString home = world.home.path({});
         const LapsaRecoveryItem parked =
             record(originalPath.replace(u"%home%"_s, home), recoveryPath.replace(u"%home%"_s, home), distantFuture);
@@ -154,7 +156,7 @@ private slots:
         QCOMPARE(log.lines(),
                  QStringList{u"Lapsa recovery restore failed: "_s + FileError::fromErrno(code).description});
         QCOMPARE(world.store().recoveryItems(), QList{parked});
-        QCOMPARE(content(world.home.path(u"copy.txt"_s)), QByteArray("bytes"));
+        QCOMPARE(content(world.home.path(recoveryFolder + u"/copy.txt"_s)), QByteArray("bytes"));
     }
 
     void deletingByHandRemovesTheCopyAndTheRecord()
@@ -226,10 +228,10 @@ private slots:
     {
         for (const bool restore : {true, false}) {
             test::StoreWorld world(false);
-            const QString copy = world.home.makeFile(u"copy"_s);
+            const QString copy = world.home.makeFile(recoveryFolder + u"/copy"_s);
             LapsaRecoveryItem first = record(world.home.path(u"a"_s), copy, distantFuture);
             LapsaRecoveryItem second = first;
-            second.recoveryPath = world.home.makeFile(u"other copy"_s);
+            second.recoveryPath = world.home.makeFile(recoveryFolder + u"/other copy"_s);
             const LapsaRecoveryItem other = record(world.home.path(u"b"_s), copy, distantFuture);
             startWith(world, {first, other, second});
 
@@ -281,7 +283,7 @@ private slots:
             QSKIP("A failure here would cost files: the system allows no read-only world");
         }
         test::StoreWorld world(false);
-        const QString copy = world.home.makeFile(u"copy"_s);
+        const QString copy = world.home.makeFile(recoveryFolder + u"/copy"_s);
         startWith(world, {record(u"/a"_s, world.home.path(u"missing"_s), world.time.now() + 1h),
                           record(u"/a"_s, world.home.path({}), world.time.now() + 1h),
                           record(u"/a"_s, copy, world.time.now() + 1h)});
@@ -299,7 +301,7 @@ private slots:
     void aCopyThatLiesWhereAnEarlierOneLayKeepsItsOwnTime()
     {
         test::StoreWorld world(false);
-        const QString copy = world.home.makeFile(u"copy"_s);
+        const QString copy = world.home.makeFile(recoveryFolder + u"/copy"_s);
         startWith(world, {record(u"/a"_s, copy, world.time.now() + 1h), record(u"/a"_s, copy, world.time.now() + 2h)});
 
         world.time.advance(1h);

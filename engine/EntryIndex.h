@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "HeldFolder.h"
+
+#include <QString>
+
+#include <optional>
+#include <unordered_map>
+
+namespace lapsa {
+
+/// Entries of folders that are found again by what they are, under another spelling or by another way too.
+class EntryIndex final
+{
+public:
+    void add(const fileSystem::EntryLook& entry, const QString& name);
+
+    [[nodiscard]] bool contains(const fileSystem::EntryLook& entry, const QString& name) const;
+
+private:
+    struct Name
+    {
+        std::optional<FileIdentity> folder;
+        QString folded;
+    };
+
+    std::unordered_multimap<FileIdentity, Name, FileIdentityHash> m_names;
+};
+
+} // namespace lapsa

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "EntryIndex.h"
+#include "FileBatch.h"
+#include "ItemPlaces.h"
+#include "LapsaItem.h"
+#include "LapsaRecoveryItem.h"
+#include "RecoveryFolder.h"
+#include "Time.h"
+
+#include <QHash>
+#include <QList>
+#include <QSet>
+#include <QString>
+
+namespace lapsa {
+
+/// One look through the records for copies whose retention has run out. What it removes lies in this Lapsa's own
+/// Recovery folder; a copy stays there while a record that is not yet due keeps it as well.
+class RecoveryPurge final
+{
+public:
+    /// `records` outlives this object.
+    RecoveryPurge(const QList<LapsaRecoveryItem>& records, const QList<LapsaItem>& items, TimePoint now);
+
+    /// Removes what is due, and returns the records that remain: those that are not due, and those whose copies are on
+    /// the list again, locked or with time left, by themselves or with something inside them. The record of a copy that
+    /// cannot be removed, is gone or lies elsewhere does not remain.
+    [[nodiscard]] QList<LapsaRecoveryItem> run(fileSystem::Batch& batch);
+
+private:
+    enum class Fate
+    {
+        Remains,
+        Dropped,
+    };
+
+    [[nodiscard]] bool isDue(const LapsaRecoveryItem& record) const { return record.purgeAfter <= m_now; }
+
+    [[nodiscard]] Fate purge(const LapsaRecoveryItem& record, fileSystem::Batch& batch);
+    [[nodiscard]] bool isKept(const QString& name, const fileSystem::EntryLook& entry);
+
+    const QList<LapsaRecoveryItem>& m_records;
+    TimePoint m_now;
+    RecoveryFolder m_folder;
+    ItemPlaces m_itemsNotRunOut;
+    /// What records that are not due keep: the names, and what they were seen to be.
+    QSet<QString> m_keptNames;
+    bool m_keptSeen = false;
+    EntryIndex m_kept;
+    QMultiHash<QString, QString> m_keptSpellings;
+};
+
+} // namespace lapsa
