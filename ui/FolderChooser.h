@@ -3,17 +3,17 @@
 
 #pragma once
 
-#include <QFileDialog>
+#include "Chooser.h"
 
 namespace lapsa {
 
-/// The dialog that takes one folder.
-class FolderChooser final : public QFileDialog
+/// The dialog that takes one folder, where the desktop has none of its own.
+class FolderChooser final : public Chooser
 {
     Q_OBJECT
 
 public:
-    explicit FolderChooser(QWidget* parent);
+    FolderChooser(const QString& startFolder, QWidget* parent);
 };
 
 } // namespace lapsa

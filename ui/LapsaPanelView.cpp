@@ -201,8 +201,9 @@ void LapsaPanelView::showChooser()
         m_chooser->activateWindow();
         return;
     }
-    m_chooser = new FileChooser(window());
+    m_chooser = new FileChooser(m_lastFolder, window());
     m_chooser->setAttribute(Qt::WA_DeleteOnClose);
+    connect(m_chooser, &QDialog::finished, this, [this] { m_lastFolder = m_chooser->folder(); });
     connect(m_chooser, &QDialog::accepted, this, [this] { m_environment.store.addFiles(m_chooser->chosen()); });
     m_chooser->open();
 }

@@ -81,6 +81,8 @@ private:
     TextLabel* m_count = nullptr;
     FileListView* m_list = nullptr;
     QPointer<FileChooser> m_chooser;
+    /// Where the chooser was left; empty until then.
+    QString m_lastFolder;
     QPointer<Sheet> m_sheet;
     QString m_sheetItemId;
 };

@@ -100,6 +100,8 @@ private:
     QVBoxLayout* m_folderColumn = nullptr;
     QList<AutoCleanFolderView*> m_folders;
     QPointer<FolderChooser> m_folderChooser;
+    /// Where the chooser was left; empty until then.
+    QString m_lastFolder;
 };
 
 } // namespace lapsa

@@ -39,8 +39,9 @@ void PreferencesView::showFolderPicker()
         m_folderChooser->activateWindow();
         return;
     }
-    m_folderChooser = new FolderChooser(window());
+    m_folderChooser = new FolderChooser(m_lastFolder, window());
     m_folderChooser->setAttribute(Qt::WA_DeleteOnClose);
+    connect(m_folderChooser, &QDialog::finished, this, [this] { m_lastFolder = m_folderChooser->folder(); });
     connect(m_folderChooser, &QDialog::accepted, this, &PreferencesView::addChosenFolder);
     m_folderChooser->open();
 }
@@ -48,7 +49,7 @@ void PreferencesView::showFolderPicker()
 void PreferencesView::addChosenFolder()
 {
     const qsizetype before = m_folders.size();
-    for (const QUrl& folder : m_folderChooser->selectedUrls()) {
+    for (const QUrl& folder : m_folderChooser->chosen()) {
         m_store.addAutoCleanFolder(folder);
     }
     refreshFolders();

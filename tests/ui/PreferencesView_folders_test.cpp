@@ -129,10 +129,8 @@ private slots:
         FolderChooser& chooser = openChooser(world);
         QVERIFY(world.view.showingFolderPicker());
 
-        auto* const field = chooser.findChild<QLineEdit*>(u"fileNameEdit"_s);
-        field->setText(folder);
-        QTest::keyClick(field, Qt::Key_Return);
-        world.settle();
+        chooser.findChild<QLineEdit*>()->setText(folder);
+        click(world, named<PushButton>(chooser, u"Add"_s));
 
         QCOMPARE(world.settings().autoCleanFolders.size(), 1);
         QCOMPARE(world.settings().autoCleanFolders.constFirst().folderPath, folder);
@@ -147,10 +145,8 @@ private slots:
         world.view.showTab(PreferencesView::Tab::Folders);
         FolderChooser& chooser = openChooser(world);
 
-        auto* const field = chooser.findChild<QLineEdit*>(u"fileNameEdit"_s);
-        field->setText(folder);
-        QTest::keyClick(field, Qt::Key_Return);
-        world.settle();
+        chooser.findChild<QLineEdit*>()->setText(folder);
+        click(world, named<PushButton>(chooser, u"Add"_s));
 
         QCOMPARE(world.settings().autoCleanFolders.size(), 1);
     }

@@ -63,9 +63,32 @@ QRect inkBounds(const QImage& image)
 void Symbols_test::everySymbolIsDrawnCentredInItsSquare_data()
 {
     QTest::addColumn<QString>("name");
-    for (const char* const name : {"gearshape", "arrow.down.doc", "timer", "lock.open", "lock.fill", "xmark", "trash",
-                                   "plus", "minus", "doc.badge.gearshape", "folder.badge.gearshape",
-                                   "folder.badge.plus", "chevron.up", "chevron.down", "checkmark"}) {
+    for (const char* const name : {"gearshape",
+                                   "arrow.down.doc",
+                                   "timer",
+                                   "lock.open",
+                                   "lock.fill",
+                                   "xmark",
+                                   "trash",
+                                   "plus",
+                                   "minus",
+                                   "doc.badge.gearshape",
+                                   "folder.badge.gearshape",
+                                   "folder.badge.plus",
+                                   "chevron.up",
+                                   "chevron.down",
+                                   "chevron.left",
+                                   "chevron.right",
+                                   "checkmark",
+                                   "arrow.up",
+                                   "house",
+                                   "desktopcomputer",
+                                   "doc",
+                                   "arrow.down.circle",
+                                   "photo",
+                                   "music.note",
+                                   "film",
+                                   "internaldrive"}) {
         QTest::newRow(name) << QString::fromLatin1(name);
     }
 }

@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "ChooserModel.h"
+
+#include "Localized.h"
+#include "TextStyle.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QMimeDatabase>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QDir::Filters folders = QDir::AllDirs | QDir::Drives | QDir::NoDotAndDotDot;
+
+/// The theme's icon, or the drawing of our own.
+QIcon themed(const QStringList& names, const QString& drawing)
+{
+    for (const QString& name : names) {
+        if (QIcon::hasThemeIcon(name)) {
+            return QIcon::fromTheme(name);
+        }
+    }
+    return QIcon(u":/lapsa/icons/%1.svg"_s.arg(drawing));
+}
+
+/// As it is on the disk; the model's own fileName() asks for what is shown.
+QString nameOf(const QModelIndex& index)
+{
+    return index.data(QFileSystemModel::FileNameRole).toString();
+}
+
+} // namespace
+
+ChooserModel::ChooserModel(bool foldersOnly, QObject* parent)
+    : QFileSystemModel(parent)
+{
+    setReadOnly(true);
+    setFilter(foldersOnly ? folders : folders | QDir::Files);
+    setOption(DontUseCustomDirectoryIcons);
+}
+
+void ChooserModel::setHiddenShown(bool shown)
+{
+    setFilter(shown ? filter() | QDir::Hidden : filter() & ~QDir::Filters(QDir::Hidden));
+}
+
+QVariant ChooserModel::data(const QModelIndex& index, int role) const
+{
+    switch (role) {
+    case Qt::DisplayRole:
+        return shownText(index);
+    case Qt::DecorationRole:
+        return index.column() == Name ? iconOf(index) : QVariant();
+    case Qt::TextAlignmentRole:
+        return index.column() == Size ? QVariant::fromValue(Qt::AlignTrailing | Qt::AlignVCenter) : QVariant();
+    case Qt::ToolTipRole:
+        return plainToolTip(nameOf(index));
+    default:
+        return QFileSystemModel::data(index, role);
+    }
+}
+
+QVariant ChooserModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
+        return role == Qt::DecorationRole ? QVariant() : QFileSystemModel::headerData(section, orientation, role);
+    }
+    switch (section) {
+    case Name:
+        return Localized::text(u"Name"_s, u"Nome"_s);
+    case Size:
+        return Localized::text(u"Size"_s, u"Dimensione"_s);
+    case Changed:
+        return Localized::text(u"Changed"_s, u"Modificato"_s);
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags ChooserModel::flags(const QModelIndex& index) const
+{
+    return QFileSystemModel::flags(index) & (Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren);
+}
+
+QVariant ChooserModel::shownText(const QModelIndex& index) const
+{
+    switch (index.column()) {
+    case Name:
+        return singleLine(nameOf(index));
+    case Size:
+        return isDir(index) ? QString()
+                            : QLocale().formattedDataSize(size(index), 1, QLocale::DataSizeTraditionalFormat);
+    case Changed:
+        return QLocale().toString(lastModified(index), QLocale::ShortFormat);
+    default:
+        return {};
+    }
+}
+
+QIcon ChooserModel::iconOf(const QModelIndex& index) const
+{
+    const bool folder = isDir(index);
+    // By the name alone: what a file holds is not read for its picture.
+    const QMimeType type =
+        folder ? QMimeType() : QMimeDatabase().mimeTypeForFile(nameOf(index), QMimeDatabase::MatchExtension);
+    QIcon& icon = m_icons[type.name()];
+    if (icon.isNull()) {
+        icon = folder ? themed({u"folder"_s, u"inode-directory"_s}, u"folder"_s)
+                      : themed({type.iconName(), type.genericIconName(), u"text-x-generic"_s}, u"page"_s);
+    }
+    return icon;
+}
+
+} // namespace lapsa

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QListWidget>
+
+namespace lapsa {
+
+/// The places to begin at, beside a chooser's names: the home folder, the user's own folders in it, the whole computer.
+class ChooserPlaces final : public QListWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ChooserPlaces(QWidget* parent = nullptr);
+
+    /// Marks the place that is shown; none when it is none of these.
+    void showPlace(const QString& folder);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+signals:
+    /// The user asks for a place, by its absolute path.
+    void chosen(const QString& folder);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void addPlace(const QString& name, const QString& symbol, const QString& folder);
+    void tintSymbols();
+};
+
+} // namespace lapsa
