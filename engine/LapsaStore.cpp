@@ -15,6 +15,7 @@
 #include <QPointer>
 
 #include <chrono>
+#include <utility>
 
 namespace lapsa {
 
@@ -43,6 +44,7 @@ Result<void> writeList(const QList<T>& list, const QUrl& file)
 LapsaStore::LapsaStore(SettingsStore& settingsStore, const Environment& environment)
     : m_settingsStore(settingsStore)
     , m_environment(environment)
+    , m_knownPaths(AppPaths::knownPathsURL().toLocalFile())
     , m_saveWorkItem(environment.mainQueue, saveDelay, [this] { saveNow(); })
     , m_recoverySaveWorkItem(environment.mainQueue, recoverySaveDelay, [this] { saveRecoveryNow(); })
 {
@@ -76,10 +78,29 @@ void LapsaStore::setSettings(const LapsaSettings& settings)
 void LapsaStore::saveNow()
 {
     m_saveWorkItem.cancel();
+    saveKnownPaths(); // first: no item is listed without what there is to know of its path
     if (const auto written = writeList(m_items, AppPaths::stateURL()); !written) {
         systemLog(u"Lapsa state save failed: "_s + written.error().description);
     }
     saveRecoveryNow();
+}
+
+void LapsaStore::saveKnownPaths()
+{
+    if (!m_knownPaths.isEmpty()) {
+        QSet<QString> paths;
+        QSet<QString> folders;
+        for (const LapsaItem& item : std::as_const(m_items)) {
+            paths.insert(item.path);
+        }
+        for (const LapsaAutoCleanFolderRule& rule : settings().autoCleanFolders) {
+            folders.insert(rule.folderPath);
+        }
+        m_knownPaths.keepOnly(paths, folders);
+    }
+    if (const auto written = m_knownPaths.save(); !written) {
+        systemLog(u"Lapsa state save failed: "_s + written.error().description);
+    }
 }
 
 void LapsaStore::saveSoon()

@@ -5,6 +5,7 @@
 
 #include "AddResult.h"
 #include "DebouncedTask.h"
+#include "KnownPaths.h"
 #include "LapsaItem.h"
 #include "LapsaRecoveryItem.h"
 #include "LapsaSettings.h"
@@ -160,12 +161,15 @@ private:
     void removeRecoveryRecords(QUuid id);
     void removeInterruptedRestores() const;
     void scanFolder(const LapsaAutoCleanFolderRule& rule);
+    void saveKnownPaths();
 
     SettingsStore& m_settingsStore;
     Environment m_environment;
     QList<LapsaItem> m_items;
     QList<LapsaRecoveryItem> m_recoveryItems;
     std::optional<QString> m_lastMessage;
+    /// Of the items and of the watched folders.
+    fileSystem::KnownPaths m_knownPaths;
     DebouncedTask m_saveWorkItem;
     DebouncedTask m_recoverySaveWorkItem;
 };

@@ -129,7 +129,9 @@ AddResult LapsaStore::addFound(const QList<FoundFile>& files, const AddOptions& 
     AddResult result;
     result.ids.reserve(files.size());
     ItemsByPath known(m_items, files.size());
+    QStringList paths;
     for (const FoundFile& file : files) {
+        paths.push_back(file.path);
         // No upper bound here, on purpose: a given lifespan is taken at its word. Only the rules bound their own.
         const std::int64_t minutes = std::max<std::int64_t>(
             byRules && !file.isDirectory ? rules.lifespanFor(lastPathComponent(file.path)) : flat, 1);
@@ -147,6 +149,7 @@ AddResult LapsaStore::addFound(const QList<FoundFile>& files, const AddOptions& 
             result.newFolders.push_back(file.path);
         }
     }
+    m_knownPaths.remember(paths);
     m_lastMessage.reset();
     saveSoon();
     return result;

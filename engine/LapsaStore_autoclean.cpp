@@ -62,16 +62,17 @@ void LapsaStore::scanFolder(const LapsaAutoCleanFolderRule& rule)
     const QSet<QStringView> known = namesOnCountdown(m_items, folder);
     QList<FoundFile> taken;
     // A folder that cannot be listed now is looked at again by the next pass: silent on purpose.
-    std::ignore = fileSystem::forEachVisibleEntry(*standardized, [&](const fileSystem::FolderEntry& entry) {
-        if (known.contains(entry.name())) {
-            return;
-        }
-        const fileSystem::Status status = entry.status();
-        // What may never be taken is passed over in silence: nobody asked for it.
-        if (status.exists && !status.isDirectory && !status.isMountPoint && isNewFor(rule, entry)) {
-            taken.push_back({.path = folder + u'/' + entry.name(), .isDirectory = false});
-        }
-    });
+    std::ignore =
+        fileSystem::forEachVisibleEntry(*standardized, m_knownPaths, [&](const fileSystem::FolderEntry& entry) {
+            if (known.contains(entry.name())) {
+                return;
+            }
+            const fileSystem::Status status = entry.status();
+            // What may never be taken is passed over in silence: nobody asked for it.
+            if (status.exists && !status.isDirectory && !status.isMountPoint && isNewFor(rule, entry)) {
+                taken.push_back({.path = folder + u'/' + entry.name(), .isDirectory = false});
+            }
+        });
     // Either the file type rules or the folder's own lifespan, never both, on purpose.
     addFound(taken, rule.applyFileTypeRules
                         ? AddOptions{}
@@ -100,7 +101,9 @@ void LapsaStore::addAutoCleanFolder(const QUrl& url)
         return;
     }
     changed.autoCleanFolders.push_back({.folderPath = *path, .createdAt = m_environment.clock.now()});
+    m_knownPaths.rememberFolder(*path);
     setSettings(changed);
+    saveKnownPaths();
 }
 
 void LapsaStore::removeAutoCleanFolder(const QUuid& id)

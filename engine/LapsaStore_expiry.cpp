@@ -20,7 +20,11 @@ using namespace Qt::StringLiterals;
 /// What disposing of many files in a row shares.
 struct LapsaStore::DisposalRun
 {
-    fileSystem::Batch batch{{.folder = AppPaths::applicationSupportDirectory().toLocalFile()}};
+    explicit DisposalRun(const fileSystem::KnownPaths& knownPaths)
+        : batch({.folder = AppPaths::applicationSupportDirectory().toLocalFile(), .knownPaths = &knownPaths})
+    {}
+
+    fileSystem::Batch batch;
     QString recoveryFolder = AppPaths::recoveryDirectory().toLocalFile();
     FreeNames freeNames;
 };
@@ -65,7 +69,7 @@ void LapsaStore::deleteExpiredItems()
     for (const LapsaItem& item : snapshot) {
         if (item.isExpired(clock.now()) && !item.locked) {
             if (!run) {
-                run.emplace();
+                run.emplace(m_knownPaths);
                 if (!settings().useRecoveryWindow && settings().useTrash) {
                     run->batch.expectTrash(expiredPaths(snapshot, clock.now()));
                 }
@@ -111,7 +115,7 @@ void LapsaStore::markWarningsSent(QSet<QString> ids)
 
 void LapsaStore::deleteFileForItem(const LapsaItem& item)
 {
-    DisposalRun run;
+    DisposalRun run(m_knownPaths);
     deleteFileForItem(item, run);
 }
 

@@ -68,4 +68,9 @@ QUrl AppPaths::recoveryStateURL()
     return inDataFolder("recovery.json"_L1);
 }
 
+QUrl AppPaths::knownPathsURL()
+{
+    return QUrl::fromLocalFile(userFolders::applicationState() + "/Lapsa/paths.json"_L1);
+}
+
 } // namespace lapsa

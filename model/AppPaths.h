@@ -21,6 +21,10 @@ struct AppPaths
     [[nodiscard]] static QUrl settingsURL();
     [[nodiscard]] static QUrl stateURL();
     [[nodiscard]] static QUrl recoveryStateURL();
+
+    /// What is remembered of the listed paths that other users can lead elsewhere. Not in the data folder: it says
+    /// something about this machine only.
+    [[nodiscard]] static QUrl knownPathsURL();
 };
 
 } // namespace lapsa

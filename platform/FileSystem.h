@@ -18,11 +18,17 @@ class QUrl;
 /// never touched. Asking for existence and kind follows symbolic links; moving and removing act on the link itself.
 namespace lapsa::fileSystem {
 
+class KnownPaths;
+
 /// What may be neither moved nor removed, whatever a record says: "/", the home folder, mount points and everything
-/// above one of these always; the folder named here, and everything above it, too.
+/// above one of these always; the folder named here and the folders directly in it, wherever they really are where a
+/// link stands for one, and everything above them, too. Folders are known by what they are, not by their paths.
 struct Protection
 {
     QString folder;
+    /// Where the paths led when the user named them, if that is known. What other users have led elsewhere meanwhile is
+    /// EACCES. Outlives whoever is given it.
+    const KnownPaths* knownPaths = nullptr;
 };
 
 struct Status
@@ -96,6 +102,10 @@ public:
 /// Calls `visit` for each direct entry of a folder in the order in which the file system lists them. Hidden entries (a
 /// leading dot), "." and "..", and names that are not valid UTF-8 are passed over.
 Result<void> forEachVisibleEntry(const QString& folder, const std::function<void(const FolderEntry&)>& visit);
+
+/// The same of a folder that other users may exchange for another: EACCES where it is not the one that is known.
+Result<void> forEachVisibleEntry(const QString& folder, const KnownPaths& knownPaths,
+                                 const std::function<void(const FolderEntry&)>& visit);
 
 /// Calls `visit` with the name of every direct entry of a folder, hidden ones too, but "." and ".." and names that are
 /// not valid UTF-8.

@@ -12,6 +12,10 @@ namespace lapsa::userFolders {
 /// to an absolute path, else `~/.local/share`. Empty where the user has no home folder at all. Nothing is created.
 [[nodiscard]] QStringList applicationSupport();
 
+/// The folder for what applications note for themselves: `$XDG_STATE_HOME` where it is set to an absolute path, else
+/// `~/.local/state`. Empty where the user has no home folder at all. Nothing is created.
+[[nodiscard]] QString applicationState();
+
 /// Every path that counts as the user's home: `$HOME` and the one in the user database.
 [[nodiscard]] QStringList home();
 

@@ -6,6 +6,7 @@
 #include "CrossDeviceMove.h"
 #include "FolderRemoval.h"
 #include "HeldPlace.h"
+#include "KnownPathsCheck.h"
 #include "OpenedFolder.h"
 #include "ProtectionCheck.h"
 #include "TrashFolder.h"
@@ -61,6 +62,7 @@ public:
     int remove();
 
 private:
+    int goTo(const QString& path);
     int look();
 
     int checkUnprotected() const
@@ -103,15 +105,11 @@ bool Batch::Selection::select(const QString& path)
     while (m_expectedPosition < m_expected.size() && m_expected.at(m_expectedPosition) != path) {
         ++m_expectedPosition;
     }
-    m_error = m_source.goTo(path);
-    if (m_error == 0) {
-        m_error = look();
-    }
+    m_error = goTo(path);
     if (m_error == ENOENT && m_source.isShared()) {
         // The folder may have got another name since it was opened.
         m_source.letGo();
-        m_error = m_source.goTo(path);
-        m_error = m_error == 0 ? look() : m_error;
+        m_error = goTo(path);
     }
     if (m_error == 0 && !S_ISLNK(m_status.stx_mode)) {
         return true;
@@ -137,6 +135,19 @@ void Batch::Selection::announce() const
         m_announce(isFolder(m_status) ? std::numeric_limits<std::int64_t>::max()
                                       : static_cast<std::int64_t>(m_status.stx_size));
     }
+}
+
+int Batch::Selection::goTo(const QString& path)
+{
+    const KnownPaths* const knownPaths = m_protection.knownPaths;
+    const auto known = knownPaths != nullptr && !knownPaths->isEmpty() ? knownPaths->stepsTo(path) : std::nullopt;
+    if (const int error = m_source.goTo(path, known ? WalkDetail::Steps : WalkDetail::Folder)) {
+        return error;
+    }
+    if (const int error = look()) {
+        return error;
+    }
+    return known && !isKnownPlace(*known, m_source) ? EACCES : 0;
 }
 
 int Batch::Selection::look()

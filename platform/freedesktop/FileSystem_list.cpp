@@ -3,6 +3,7 @@
 
 #include "FileDescriptor.h"
 #include "FileSystem.h"
+#include "KnownPathsCheck.h"
 #include "Place.h"
 
 #include <dirent.h>
@@ -82,21 +83,25 @@ private:
     mutable std::optional<struct statx> m_itself;
 };
 
+bool isVisible(const char* name)
+{
+    return *name != '.';
+}
+
+bool isNoPoint(const char* name)
+{
+    return std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0;
+}
+
 /// Calls `visit` with the open folder, the entry and its name, for each entry that `wanted` and that has a name.
 template <typename Wanted, typename Visit>
-Result<void> forEachEntry(const QString& path, Wanted wanted, Visit visit)
+Result<void> forEachEntry(FileDescriptor opened, Wanted wanted, Visit visit)
 {
-    const Result<QByteArray> bytes = pathBytes(path);
-    if (!bytes) {
-        return bytes.error();
-    }
-    FileDescriptor descriptor(
-        retrying([&] { return ::open(bytes.value().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    const OpenFolder folder(descriptor ? ::fdopendir(descriptor.get()) : nullptr);
+    const OpenFolder folder(opened ? ::fdopendir(opened.get()) : nullptr);
     if (!folder) {
         return FileError::fromErrno(errno);
     }
-    const int number = descriptor.release(); // the open folder closes it
+    const int number = opened.release(); // the open folder closes it
     errno = 0;
     for (const dirent* entry = ::readdir(folder.get()); entry != nullptr; entry = ::readdir(folder.get())) {
         const QString name = wanted(entry->d_name) ? nameText(QByteArrayView(entry->d_name)) : QString();
@@ -108,20 +113,49 @@ Result<void> forEachEntry(const QString& path, Wanted wanted, Visit visit)
     return errno == 0 ? Result<void>() : FileError::fromErrno(errno);
 }
 
+Result<void> forEachVisibleIn(const QString& folder, const std::optional<PathSteps>& known,
+                              const std::function<void(const FolderEntry&)>& visit)
+{
+    const Result<QByteArray> path = pathBytes(folder);
+    if (!path) {
+        return path.error();
+    }
+    const Result<WalkedFolder> walked = walkTo(path.value(), known ? WalkDetail::Steps : WalkDetail::Folder);
+    if (!walked) {
+        return walked.error();
+    }
+    if (known && !isKnownWay(*known, walked.value())) {
+        return FileError::fromErrno(EACCES);
+    }
+    const int number = walked.value().folder.get();
+    FileDescriptor opened(retrying([&] { return ::openat(number, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    return forEachEntry(std::move(opened), isVisible, [&](int listed, const dirent& entry, const QString& name) {
+        visit(OpenFolderEntry(listed, entry, name));
+    });
+}
+
 } // namespace
 
 Result<void> forEachVisibleEntry(const QString& folder, const std::function<void(const FolderEntry&)>& visit)
 {
-    return forEachEntry(
-        folder, [](const char* name) { return *name != '.'; },
-        [&](int number, const dirent& entry, const QString& name) { visit(OpenFolderEntry(number, entry, name)); });
+    return forEachVisibleIn(folder, std::nullopt, visit);
+}
+
+Result<void> forEachVisibleEntry(const QString& folder, const KnownPaths& knownPaths,
+                                 const std::function<void(const FolderEntry&)>& visit)
+{
+    return forEachVisibleIn(folder, knownPaths.stepsInto(folder), visit);
 }
 
 Result<void> forEachName(const QString& folder, const std::function<void(const QString&)>& visit)
 {
-    return forEachEntry(
-        folder, [](const char* name) { return std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0; },
-        [&](int, const dirent&, const QString& name) { visit(name); });
+    const Result<QByteArray> bytes = pathBytes(folder);
+    if (!bytes) {
+        return bytes.error();
+    }
+    FileDescriptor opened(
+        retrying([&] { return ::open(bytes.value().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    return forEachEntry(std::move(opened), isNoPoint, [&](int, const dirent&, const QString& name) { visit(name); });
 }
 
 } // namespace lapsa::fileSystem

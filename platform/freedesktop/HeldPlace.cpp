@@ -10,7 +10,7 @@
 
 namespace lapsa {
 
-int HeldPlace::goTo(const QString& path)
+int HeldPlace::goTo(const QString& path, WalkDetail detail)
 {
     Result<QByteArray> read = pathBytes(path);
     if (!read) {
@@ -21,18 +21,27 @@ int HeldPlace::goTo(const QString& path)
     const qsizetype nameStart = bytes.lastIndexOf('/') + 1;
     const QByteArrayView name = QByteArrayView(bytes).sliced(nameStart);
     const bool ordinary = !name.isEmpty() && name != "." && name != "..";
-    if (ordinary && m_place.folder && m_sharing < mostSharing && QByteArrayView(bytes).first(nameStart) == m_asked) {
+    const bool detailed = detail == WalkDetail::Folder || m_detail == WalkDetail::Steps;
+    if (ordinary && m_place.folder && detailed && m_sharing < mostSharing &&
+        QByteArrayView(bytes).first(nameStart) == m_asked) {
         ++m_sharing;
         m_place.name = bytes.sliced(nameStart);
         return 0;
     }
     *this = {};
-    Result<Place> opened = openPlace(AT_FDCWD, bytes);
-    if (!opened) {
-        return opened.error().code;
+    if (!ordinary) {
+        return name.isEmpty() ? EPERM : EINVAL;
     }
-    m_place = std::move(opened).value();
     m_asked = bytes.first(nameStart);
+    Result<WalkedFolder> walked = walkTo(nameStart > 1 ? m_asked.chopped(1) : m_asked, detail);
+    if (!walked) {
+        const int error = walked.error().code;
+        *this = {};
+        return error;
+    }
+    m_walked = std::move(walked).value();
+    m_place = {.folder = std::move(m_walked.folder), .name = bytes.sliced(nameStart)};
+    m_detail = detail;
     m_sharing = 1;
     return 0;
 }

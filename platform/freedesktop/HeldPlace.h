@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "PathWalk.h"
 #include "Place.h"
 
 #include <optional>
@@ -18,9 +19,9 @@ public:
     /// How many entries share one opening of their folder.
     static constexpr int mostSharing = 32;
 
-    /// Goes to the entry at `path`; it need not exist. Returns an `errno` value, as openPlace() has them; after a
-    /// failure there is no place.
-    [[nodiscard]] int goTo(const QString& path);
+    /// Goes to the entry at `path`, as walkTo() does; it need not exist. Returns an `errno` value: EINVAL as for
+    /// pathBytes() and for a path that ends in "." or "..", EPERM for "/". After a failure there is no place.
+    [[nodiscard]] int goTo(const QString& path, WalkDetail detail = WalkDetail::Folder);
 
     /// Goes to an entry of a folder that is open already; it need not exist. Returns an `errno` value,
     /// EINVAL without a name.
@@ -28,6 +29,9 @@ public:
 
     /// Where the entry stands, after a success.
     [[nodiscard]] const Place& place() const { return m_place; }
+
+    /// How the way there was walked; its folder is that of the place.
+    [[nodiscard]] const WalkedFolder& walked() const { return m_walked; }
 
     /// The real path of the folder.
     [[nodiscard]] Result<QByteArray> folderPath();
@@ -41,7 +45,9 @@ public:
 private:
     /// As it was asked for, with its trailing slash.
     QByteArray m_asked;
+    WalkDetail m_detail = WalkDetail::Folder;
     Place m_place;
+    WalkedFolder m_walked;
     int m_sharing = 0;
     std::optional<QByteArray> m_folderPath;
 };

@@ -62,6 +62,15 @@ QStringList applicationSupport()
     return homes.isEmpty() ? QStringList() : QStringList{QDir::cleanPath(homes.first() + u"/.local/share"_s)};
 }
 
+QString applicationState()
+{
+    if (const QString stateHome = usablePath(qgetenv("XDG_STATE_HOME")); !stateHome.isEmpty()) {
+        return stateHome;
+    }
+    const QStringList homes = home();
+    return homes.isEmpty() ? QString() : QDir::cleanPath(homes.first() + u"/.local/state"_s);
+}
+
 QStringList home()
 {
     QStringList homes;

@@ -112,9 +112,14 @@ void PrivateMounts::unmount(const QString& mountPoint)
 
 int asOrdinaryUser(const std::function<int()>& work)
 {
+    return asUser(ordinaryUser, work);
+}
+
+int asUser(unsigned user, const std::function<int()>& work)
+{
     const pid_t child = ::fork();
     if (child == 0) {
-        const bool dropped = ::setgroups(0, nullptr) == 0 && ::setgid(ordinaryUser) == 0 && ::setuid(ordinaryUser) == 0;
+        const bool dropped = ::setgroups(0, nullptr) == 0 && ::setgid(user) == 0 && ::setuid(user) == 0;
         ::_exit(dropped ? work() : 255);
     }
     int status = 0;
@@ -128,7 +133,12 @@ int asOrdinaryUser(const std::function<int()>& work)
 
 void giveToOrdinaryUser(const QString& path)
 {
-    check(::lchown(path.toUtf8().constData(), ordinaryUser, ordinaryUser), "lchown");
+    giveTo(ordinaryUser, path);
+}
+
+void giveTo(unsigned user, const QString& path)
+{
+    check(::lchown(path.toUtf8().constData(), user, user), "lchown");
 }
 
 } // namespace lapsa::test

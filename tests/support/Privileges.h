@@ -40,11 +40,14 @@ private:
 /// Runs `work` as an ordinary user without any privilege, in a process of its own; what it returns comes back (0 to
 /// 255). Needs root.
 [[nodiscard]] int asOrdinaryUser(const std::function<int()>& work);
+/// The same as any other user, of the group with his number.
+[[nodiscard]] int asUser(unsigned user, const std::function<int()>& work);
 
 /// The user and group of asOrdinaryUser().
 inline constexpr unsigned ordinaryUser = 65534;
 
 /// Gives a path to that user.
 void giveToOrdinaryUser(const QString& path);
+void giveTo(unsigned user, const QString& path);
 
 } // namespace lapsa::test

@@ -35,18 +35,21 @@ void writeFile(const QString& path, const QByteArray& content)
 TemporaryHome::TemporaryHome()
     : m_home(qEnvironmentVariableIsSet("HOME") ? qgetenv("HOME") : QByteArray())
     , m_dataHome(qEnvironmentVariableIsSet("XDG_DATA_HOME") ? qgetenv("XDG_DATA_HOME") : QByteArray())
+    , m_stateHome(qEnvironmentVariableIsSet("XDG_STATE_HOME") ? qgetenv("XDG_STATE_HOME") : QByteArray())
 {
     if (!m_folder.isValid()) {
         qFatal("no temporary folder");
     }
     qputenv("HOME", m_folder.path().toUtf8());
     qputenv("XDG_DATA_HOME", path(u".local/share"_s).toUtf8());
+    qputenv("XDG_STATE_HOME", path(u".local/state"_s).toUtf8());
 }
 
 TemporaryHome::~TemporaryHome()
 {
     putBack("HOME", m_home);
     putBack("XDG_DATA_HOME", m_dataHome);
+    putBack("XDG_STATE_HOME", m_stateHome);
 }
 
 QString TemporaryHome::path(const QString& relative) const

@@ -10,8 +10,8 @@
 
 namespace lapsa::test {
 
-/// A home folder of its own for one test, on a real file system: `HOME` and `XDG_DATA_HOME` point into it until it
-/// goes.
+/// A home folder of its own for one test, on a real file system: `HOME`, `XDG_DATA_HOME` and `XDG_STATE_HOME`
+/// point into it until it goes.
 class TemporaryHome final
 {
 public:
@@ -40,6 +40,7 @@ private:
     QTemporaryDir m_folder;
     QByteArray m_home;
     QByteArray m_dataHome;
+    QByteArray m_stateHome;
 };
 
 } // namespace lapsa::test

@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "PrivateGroup.h"
+
+#include <grp.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <optional>
+#include <vector>
+
+namespace lapsa {
+
+namespace {
+
+struct User
+{
+    uid_t user = 0;
+    gid_t group = 0;
+
+    friend bool operator==(const User&, const User&) = default;
+};
+
+/// Calls one of the look-ups of the user database with as much room as it wants.
+template <typename Entry, typename LookUp>
+const Entry* lookedUp(Entry& entry, std::vector<char>& buffer, LookUp lookUp)
+{
+    Entry* found = nullptr;
+    buffer.resize(1024);
+    while (lookUp(entry, buffer, found) == ERANGE) {
+        buffer.resize(buffer.size() * 2);
+    }
+    return found;
+}
+
+bool isOnlyOf(const User& user)
+{
+    std::vector<char> userBuffer;
+    std::vector<char> groupBuffer;
+    passwd userEntry{};
+    group groupEntry{};
+    const passwd* const self = lookedUp(userEntry, userBuffer, [&](auto& entry, auto& buffer, auto& found) {
+        return ::getpwuid_r(user.user, &entry, buffer.data(), buffer.size(), &found);
+    });
+    const group* const own = lookedUp(groupEntry, groupBuffer, [&](auto& entry, auto& buffer, auto& found) {
+        return ::getgrgid_r(user.group, &entry, buffer.data(), buffer.size(), &found);
+    });
+    if (self == nullptr || own == nullptr || self->pw_gid != user.group ||
+        std::strcmp(self->pw_name, own->gr_name) != 0) {
+        return false;
+    }
+    for (char** member = own->gr_mem; *member != nullptr; ++member) {
+        if (std::strcmp(*member, self->pw_name) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+bool isPrivateGroup(gid_t group)
+{
+    // The user database may be far away (a directory service): it is asked once for each.
+    thread_local User known;
+    thread_local std::optional<bool> answer;
+    const User asked{.user = ::geteuid(), .group = group};
+    if (asked.group != ::getegid()) {
+        return false;
+    }
+    if (!answer || known != asked) {
+        known = asked;
+        answer = isOnlyOf(asked);
+    }
+    return *answer;
+}
+
+} // namespace lapsa
