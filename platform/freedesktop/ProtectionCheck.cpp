@@ -8,10 +8,13 @@
 #include "UserFolders.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 namespace lapsa {
@@ -34,10 +37,20 @@ QList<ProtectedFolder> protectedFolders(const fileSystem::Protection& protection
     for (const QString& home : userFolders::home()) {
         folders.push_back({.path = home, .itself = Refusal::Home, .above = Refusal::HoldsHome});
     }
-    if (!protection.folder.isEmpty()) {
-        folders.push_back(
-            {.path = protection.folder, .itself = Refusal::ProtectedFolder, .above = Refusal::HoldsProtectedFolder});
+    if (protection.folder.isEmpty()) {
+        return folders;
     }
+    const auto add = [&](const QString& path) {
+        folders.push_back({.path = path, .itself = Refusal::ProtectedFolder, .above = Refusal::HoldsProtectedFolder});
+    };
+    add(protection.folder);
+    // One that cannot be listed has nothing in it that could be told.
+    std::ignore = fileSystem::forEachName(protection.folder, [&](const QString& name) {
+        const QString path = protection.folder + u'/' + name;
+        if (fileSystem::isDirectory(path)) {
+            add(path);
+        }
+    });
     return folders;
 }
 
@@ -104,36 +117,66 @@ std::optional<Refusal> refusalOfFolder(const struct statx& status, const fileSys
     return above;
 }
 
-/// Whether the link is a step on the way to a folder, and the last one.
-std::optional<Refusal> refusalOnTheWay(const QString& name, const FileIdentity& link, const ProtectedFolder& folder)
+/// Goes along a path, from link to link as the kernel would.
+class LinksOnTheWay final
 {
-    const QStringList steps = folder.path.split(u'/', Qt::SkipEmptyParts);
-    QByteArray path;
-    for (qsizetype i = 0; i < steps.size(); ++i) {
-        path += '/' + steps[i].toUtf8();
-        // The names are compared first: an ordinary link is not worth a look at the disk.
-        if (steps[i] != name) {
-            continue;
+public:
+    explicit LinksOnTheWay(const FileIdentity& wanted)
+        : m_wanted(wanted)
+    {}
+
+    enum class Found
+    {
+        No,
+        OnTheWay,
+        AtTheEnd,
+    };
+
+    [[nodiscard]] Found lookAlong(const QByteArray& path)
+    {
+        for (qsizetype end = 0; end < path.size();) {
+            const qsizetype slash = path.indexOf('/', end + 1);
+            end = slash < 0 ? path.size() : slash;
+            const QByteArray part = path.first(end);
+            const Result<struct statx> found = look(AT_FDCWD, part.constData(), STATX_TYPE | STATX_INO);
+            if (!found || !S_ISLNK(found.value().stx_mode)) {
+                continue;
+            }
+            const bool last = end == path.size();
+            if (identityOf(found.value()) == m_wanted) {
+                return last ? Found::AtTheEnd : Found::OnTheWay;
+            }
+            constexpr int mostLinks = 40; // as many as the kernel follows
+            const Found behind = ++m_links > mostLinks ? Found::No : lookAlong(targetOf(part));
+            if (behind != Found::No) {
+                return last ? behind : Found::OnTheWay;
+            }
         }
-        const Result<struct statx> found = look(AT_FDCWD, path.constData(), STATX_INO);
-        if (found && identityOf(found.value()) == link) {
-            return i + 1 == steps.size() ? folder.itself : folder.above;
-        }
+        return Found::No;
     }
-    return std::nullopt;
-}
+
+private:
+    static QByteArray targetOf(const QByteArray& link)
+    {
+        QByteArray target(PATH_MAX, Qt::Uninitialized);
+        const ssize_t length = ::readlink(link.constData(), target.data(), std::size_t(target.size()));
+        target.truncate(std::max<ssize_t>(length, 0));
+        return target.startsWith('/') ? target : link.first(link.lastIndexOf('/') + 1) + target;
+    }
+
+    FileIdentity m_wanted;
+    int m_links = 0;
+};
 
 /// Without the link a protected folder may be out of reach.
-std::optional<Refusal> refusalOfLink(const Place& place, const struct statx& status,
-                                     const fileSystem::Protection& protection)
+std::optional<Refusal> refusalOfLink(const struct statx& status, const fileSystem::Protection& protection)
 {
-    const QString name = nameText(place.name);
-    if (name.isEmpty()) {
-        return std::nullopt;
-    }
+    using Found = LinksOnTheWay::Found;
     for (const ProtectedFolder& folder : protectedFolders(protection)) {
-        if (const auto refusal = refusalOnTheWay(name, identityOf(status), folder)) {
-            return refusal;
+        const Result<QByteArray> path = pathBytes(folder.path);
+        const Found found = path ? LinksOnTheWay(identityOf(status)).lookAlong(path.value()) : Found::No;
+        if (found != Found::No) {
+            return found == Found::AtTheEnd ? folder.itself : folder.above;
         }
     }
     return std::nullopt;
@@ -162,7 +205,7 @@ Result<std::optional<Refusal>> refusalAt(const Place& place, const struct statx&
                                          const fileSystem::Protection& protection)
 {
     if (S_ISLNK(status.stx_mode)) {
-        return refusalOfLink(place, status, protection);
+        return refusalOfLink(status, protection);
     }
     if (!isFolder(status)) {
         return isMountPoint(status) ? std::optional(Refusal::MountPoint) : std::nullopt;

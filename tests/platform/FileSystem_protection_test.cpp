@@ -37,6 +37,8 @@ private slots:
 
     void aProtectedPathStaysWhereItIs_data();
     void aProtectedPathStaysWhereItIs();
+    void whereALinkInTheDataFolderLeadsStaysWhereItIs_data();
+    void whereALinkInTheDataFolderLeadsStaysWhereItIs();
     void whatIsAboveTheHomeStaysWhereItIs_data();
     void whatIsAboveTheHomeStaysWhereItIs();
     void aMountPointStaysWhereItIs_data();
@@ -88,6 +90,7 @@ void FileSystem_protection_test::aProtectedPathStaysWhereItIs_data()
     QTest::newRow("the home folder, reached by a link in the path") << u"HOME/to above/NAME"_s;
     QTest::newRow("the data folder") << u"HOME/data/Lapsa"_s;
     QTest::newRow("the data folder with a slash") << u"HOME/data/Lapsa/"_s;
+    QTest::newRow("a folder in the data folder") << u"HOME/data/Lapsa/Recovery"_s;
     QTest::newRow("a folder above the data folder") << u"HOME/data"_s;
     QTest::newRow("a link on the way to the data folder") << u"HOME/link"_s;
 }
@@ -103,6 +106,28 @@ void FileSystem_protection_test::aProtectedPathStaysWhereItIs()
     }
 
     expectRefused(path.replace(u"HOME"_s, home).replace(u"NAME"_s, home.section(u'/', -1)));
+}
+
+void FileSystem_protection_test::whereALinkInTheDataFolderLeadsStaysWhereItIs_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("the link") << u"data/Lapsa/Recovery"_s;
+    QTest::newRow("a link on the way") << u"disk"_s;
+    QTest::newRow("its target") << u"large/disk/parked"_s;
+    QTest::newRow("its target by way of another link") << u"disk/parked"_s;
+    QTest::newRow("what holds the target") << u"large/disk"_s;
+    QTest::newRow("what holds that") << u"large"_s;
+}
+
+void FileSystem_protection_test::whereALinkInTheDataFolderLeadsStaysWhereItIs()
+{
+    QFETCH(QString, path);
+    m_home->makeFile(u"large/disk/parked/file"_s);
+    QVERIFY(QFile::link(u"large/disk"_s, m_home->path(u"disk"_s)));
+    QVERIFY(QDir(m_home->path(u"data/Lapsa/Recovery"_s)).removeRecursively());
+    QVERIFY(QFile::link(u"../../disk/parked"_s, m_home->path(u"data/Lapsa/Recovery"_s)));
+
+    expectRefused(m_home->path(path));
 }
 
 void FileSystem_protection_test::whatIsAboveTheHomeStaysWhereItIs_data()
@@ -184,7 +209,6 @@ void FileSystem_protection_test::everythingElseInTheHomeIsFree_data()
 {
     QTest::addColumn<QString>("path");
     QTest::newRow("a parked file") << u"data/Lapsa/Recovery/parked"_s;
-    QTest::newRow("the Recovery folder") << u"data/Lapsa/Recovery"_s;
     QTest::newRow("a folder beside the data folder") << u"data/Lapsa2"_s;
     QTest::newRow("a link to the home folder") << u"to home"_s;
     QTest::newRow("a link named as the data folder") << u"elsewhere/Lapsa"_s;

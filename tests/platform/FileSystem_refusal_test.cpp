@@ -56,7 +56,8 @@ private slots:
         row("a link to what holds the home folder", u"TOP/link"_s, std::nullopt);
         row("a folder in the home folder", u"TOP/users/ada/folder"_s, std::nullopt);
         row("a file", u"TOP/users/ada/folder/file"_s, std::nullopt);
-        row("what is in the protected folder", u"TOP/data/Lapsa/Recovery"_s, std::nullopt);
+        row("a folder in the protected folder", u"TOP/data/Lapsa/Recovery"_s, Refusal::ProtectedFolder);
+        row("what is in that one", u"TOP/data/Lapsa/Recovery/parked"_s, std::nullopt);
         row("nothing", u"TOP/users/ada/missing"_s, std::nullopt);
         row("a relative path", u"home"_s, std::nullopt);
         row("an empty path", u""_s, std::nullopt);
