@@ -71,14 +71,10 @@ LapsaItem newItem(const QString& path, std::int64_t minutes, const Clock& clock)
     };
 }
 
-/// Why Lapsa never takes what stands there. Recovery is asked about by itself: it may be a link to somewhere else.
+/// Why Lapsa never takes what stands there.
 std::optional<fileSystem::Refusal> refusalOf(const QString& path)
 {
-    if (const auto refusal =
-            fileSystem::refusalOf(path, {.folder = AppPaths::applicationSupportDirectory().toLocalFile()})) {
-        return refusal;
-    }
-    return fileSystem::refusalOf(path, {.folder = AppPaths::recoveryDirectory().toLocalFile()});
+    return fileSystem::refusalOf(path, {.folder = AppPaths::applicationSupportDirectory().toLocalFile()});
 }
 
 } // namespace
