@@ -3,6 +3,8 @@
 
 #include "AppDelegate.h"
 
+#include "AddMessage.h"
+#include "AddResult.h"
 #include "AppPaths.h"
 #include "CleanupService.h"
 #include "FileIconProvider.h"
@@ -111,7 +113,7 @@ void AppDelegate::setUpStatusItem()
 
 void AppDelegate::applicationOpen(const QList<QUrl>& urls)
 {
-    m_store->addFiles(urls, {.applyFileTypeRules = true});
+    showAddMessage(*m_store, m_store->addFiles(urls, {.applyFileTypeRules = true}));
 }
 
 void AppDelegate::togglePanel()
@@ -134,7 +136,7 @@ void AppDelegate::addFinderSelectionFromShortcut()
     const QList<QUrl> urls =
         FinderSelectionReader::selectedFileURLs(m_environment.fileManagerSelection, [this] { saveEverything(); });
     if (!urls.isEmpty()) {
-        m_store->addFiles(urls, {.applyFileTypeRules = true});
+        showAddMessage(*m_store, m_store->addFiles(urls, {.applyFileTypeRules = true}));
     }
     openPanel();
 }

@@ -4,6 +4,8 @@
 #include "LapsaPanelView.h"
 
 #include "Accessibility.h"
+#include "AddMessage.h"
+#include "AddResult.h"
 #include "Clock.h"
 #include "DropZone.h"
 #include "FileChooser.h"
@@ -19,6 +21,7 @@
 #include "SymbolButton.h"
 #include "TextLabel.h"
 
+#include <QHideEvent>
 #include <QPainter>
 #include <QShowEvent>
 #include <QVBoxLayout>
@@ -101,6 +104,10 @@ void LapsaPanelView::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
     m_clock.reset();
+    // It was read, and what it says of a file may not be true by the next opening.
+    if (!event->spontaneous() && !m_message->isHidden()) {
+        m_environment.store.setLastMessage({});
+    }
 }
 
 QWidget* LapsaPanelView::makeHeader()
@@ -189,9 +196,12 @@ void LapsaPanelView::applyTheme()
 
 void LapsaPanelView::addDroppedFiles(const QList<QUrl>& urls)
 {
+    // Each by itself; what is said afterwards is said of the whole drop.
+    AddResult dropped;
     for (const QUrl& url : urls) {
-        m_environment.store.addFiles({url});
+        dropped.append(m_environment.store.addFiles({url}));
     }
+    showAddMessage(m_environment.store, dropped);
 }
 
 void LapsaPanelView::showChooser()
@@ -204,7 +214,8 @@ void LapsaPanelView::showChooser()
     m_chooser = new FileChooser(m_lastFolder, window());
     m_chooser->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_chooser, &QDialog::finished, this, [this] { m_lastFolder = m_chooser->folder(); });
-    connect(m_chooser, &QDialog::accepted, this, [this] { m_environment.store.addFiles(m_chooser->chosen()); });
+    connect(m_chooser, &QDialog::accepted, this,
+            [this] { showAddMessage(m_environment.store, m_environment.store.addFiles(m_chooser->chosen())); });
     m_chooser->open();
 }
 

@@ -5,6 +5,8 @@
 
 #include "Language.h"
 
+#include <QLocale>
+
 namespace lapsa {
 
 using namespace Qt::StringLiterals;
@@ -17,6 +19,11 @@ bool Localized::isItalian()
 QString Localized::text(const QString& english, const QString& italian)
 {
     return isItalian() ? italian : english;
+}
+
+QString Localized::number(std::int64_t number)
+{
+    return QLocale(isItalian() ? QLocale::Italian : QLocale::English).toString(qlonglong{number});
 }
 
 QString Localized::openLapsa()

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <cstdint>
+
 namespace lapsa {
 
 /// The two-language string table. Every property asks for the language anew, so that nothing has to be told when the
@@ -17,6 +19,9 @@ public:
 
     /// The one of the two texts that the current language asks for.
     [[nodiscard]] static QString text(const QString& english, const QString& italian);
+
+    /// A whole number with the separators of the current language: "5,000", Italian "5.000".
+    [[nodiscard]] static QString number(std::int64_t number);
 
     [[nodiscard]] static QString openLapsa();
     [[nodiscard]] static QString preferences();

@@ -12,6 +12,7 @@
 #include "RecordingDesktop.h"
 #include "SplashView.h"
 #include "TemporaryHome.h"
+#include "TextLabel.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -82,6 +83,15 @@ public:
     {
         return std::ranges::any_of(QApplication::topLevelWidgets(), [](const QWidget* window) {
             return window->isVisible() && qobject_cast<const T*>(window) != nullptr;
+        });
+    }
+
+    /// Whether a label with that text is there to be seen.
+    [[nodiscard]] static bool showsText(const QString& text)
+    {
+        return std::ranges::any_of(QApplication::allWidgets(), [&text](const QWidget* widget) {
+            const auto* const label = qobject_cast<const TextLabel*>(widget);
+            return label != nullptr && label->isVisible() && label->text() == text;
         });
     }
 
@@ -370,6 +380,30 @@ private slots:
         QVERIFY(!Program::shows<PopoverWindow>());
         program.time.advance(300ms);
         QVERIFY(program.lists(file));
+    }
+
+    void whatTheHotKeyMayNotTakeIsSaidInThePanel()
+    {
+        Program program;
+        program.selection.answer = FileManagerSelection::Paths{program.home.path(u"."_s).chopped(2)};
+        program.start();
+
+        program.hotKeys.press();
+
+        QCOMPARE(program.storedItems().size(), 0);
+        QVERIFY(Program::showsText(u"Your home folder cannot be put on countdown."_s));
+    }
+
+    void whatAFolderMeansThatWasOpenedIsSaidByTheNextPanel()
+    {
+        Program program;
+        program.home.makeFile(u"folder/file"_s);
+        program.start();
+
+        program.delegate->applicationOpen({QUrl::fromLocalFile(program.home.path(u"folder"_s))});
+        program.delegate->openPanel();
+
+        QVERIFY(Program::showsText(u"“folder” goes as a whole: 1 file."_s));
     }
 
     void aClickOnAWarningLocksItsItemAndOpensThePanel()

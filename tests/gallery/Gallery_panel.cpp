@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "AddMessage.h"
+#include "AddResult.h"
 #include "DropZone.h"
 #include "FileListView.h"
 #include "FileRowView.h"
@@ -91,7 +93,13 @@ void Gallery::paintPanel()
 
         scene.world.store().toggleLock(scene.world.store().items()[0]);
         scene.world.store().toggleLock(scene.world.store().items()[2]);
-        scene.world.store().setLastMessage(u"“Interview.mp3” is locked: it stays in its place until you unlock it."_s);
+        for (int number = 1; number <= 11; ++number) {
+            scene.world.home.makeFile(u"Holiday pictures/%1.jpg"_s.arg(number));
+        }
+        showAddMessage(scene.world.store(),
+                       {.ids = {},
+                        .newFolders = {scene.world.home.path(u"Holiday pictures"_s)},
+                        .refused = {{.path = u"/home/ada"_s, .reason = fileSystem::Refusal::Home}}});
         QApplication::processEvents();
         save(*panel, u"panel-locked-message"_s);
     }

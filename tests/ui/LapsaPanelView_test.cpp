@@ -307,6 +307,7 @@ void LapsaPanelView_test::theChooserTakesFilesAndFoldersInOneCall()
     QStringList names = world.listedNames();
     names.sort();
     QCOMPARE(names, (QStringList{u"a file.txt"_s, u"a folder"_s}));
+    QCOMPARE(world.store().lastMessage(), u"“a folder” goes as a whole: no files yet."_s);
     QTRY_VERIFY(world.panel.chooser() == nullptr);
 }
 

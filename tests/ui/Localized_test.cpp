@@ -109,6 +109,15 @@ private slots:
         }
     }
 
+    void numbersAreGroupedAsTheLanguageGroupsThem()
+    {
+        setLocale("", "", "en_IT.UTF-8");
+        QCOMPARE(Localized::number(999), u"999"_s);
+        QCOMPARE(Localized::number(1290), u"1,290"_s);
+        setLocale("", "", "it_CH.UTF-8");
+        QCOMPARE(Localized::number(1290), u"1.290"_s);
+    }
+
     void aChangeOfTheLocaleShowsAtTheNextRead()
     {
         setLocale("", "", "en_GB.UTF-8");
