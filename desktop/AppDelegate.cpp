@@ -66,7 +66,8 @@ void AppDelegate::applicationDidFinishLaunching()
         std::make_unique<PanelController>(PanelController::Environment{.store = *m_store,
                                                                        .clock = m_environment.clock,
                                                                        .mainQueue = m_environment.mainQueue,
-                                                                       .icons = FileIconProvider::shared()});
+                                                                       .icons = FileIconProvider::shared(),
+                                                                       .folderPicker = m_environment.folderPicker});
     connect(m_panelController.get(), &PanelController::popoverDidClose, this, [this] {
         clearStatusButtonHighlight();
         giveBackMemoryAfter(restBeforeTidying);

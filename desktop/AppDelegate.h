@@ -18,6 +18,7 @@ class Appearance;
 class CleanupService;
 class Clock;
 class FileManagerSelection;
+class FolderPicker;
 class HotKeyManager;
 class HotKeys;
 class LapsaStore;
@@ -52,6 +53,7 @@ public:
         StatusBar& statusBar;
         HotKeys& hotKeys;
         FileManagerSelection& fileManagerSelection;
+        FolderPicker& folderPicker;
     };
 
     explicit AppDelegate(const Environment& environment);

@@ -6,6 +6,7 @@
 #include "DataFolderLock.h"
 #include "DesktopFacilities.h"
 #include "FileManagerSelection.h"
+#include "FolderPicker.h"
 #include "FreedesktopAppearance.h"
 #include "FreedesktopMotionPreference.h"
 #include "FreedesktopNotificationCentre.h"
@@ -150,8 +151,9 @@ int runApplication(const QApplication& application, SessionApplication& session,
     const std::unique_ptr<StatusBar> statusBar = makeStatusBar();
     const std::unique_ptr<HotKeys> hotKeys = makeHotKeys();
     const std::unique_ptr<FileManagerSelection> fileManagerSelection = makeFileManagerSelection();
+    const std::unique_ptr<FolderPicker> folderPicker = makeFolderPicker();
     AppDelegate delegate({clock, mainQueue, appearance, workspace, pasteboard, notificationCentre, *statusBar, *hotKeys,
-                          *fileManagerSelection});
+                          *fileManagerSelection, *folderPicker});
 
     const TerminationSignals terminationSignals;
     QObject::connect(&terminationSignals, &TerminationSignals::received, &delegate, &AppDelegate::quit);

@@ -138,7 +138,7 @@ void PanelController::ensurePopover()
 
 void PanelController::makePreferencesWindow()
 {
-    m_preferencesWindow = std::make_unique<PreferencesView>(m_environment.store);
+    m_preferencesWindow = std::make_unique<PreferencesView>(m_environment.store, m_environment.folderPicker);
     // Titled, closable and to be minimised, but not resizable.
     m_preferencesWindow->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                         Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |

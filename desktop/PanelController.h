@@ -15,6 +15,7 @@ namespace lapsa {
 class AlertDialog;
 class Clock;
 class FileIconSource;
+class FolderPicker;
 class LapsaStore;
 class MainQueue;
 class PreferencesView;
@@ -35,6 +36,7 @@ public:
         const Clock& clock;
         MainQueue& mainQueue;
         FileIconSource& icons;
+        FolderPicker& folderPicker;
     };
 
     explicit PanelController(const Environment& environment);

@@ -36,9 +36,10 @@ constexpr int sectionSpacing = 24;
 
 } // namespace
 
-PreferencesView::PreferencesView(LapsaStore& store, QWidget* parent)
+PreferencesView::PreferencesView(LapsaStore& store, FolderPicker& folderPicker, QWidget* parent)
     : QWidget(parent)
     , m_store(store)
+    , m_folderPicker(folderPicker)
     , m_tabs(new SymbolTabBar(this))
     , m_pages(new QStackedWidget(this))
 {
@@ -76,7 +77,7 @@ void PreferencesView::showTab(Tab tab)
 
 bool PreferencesView::showingFolderPicker() const
 {
-    return m_folderChooser != nullptr;
+    return m_folderQuestion != nullptr || m_folderChooser != nullptr;
 }
 
 void PreferencesView::paintEvent(QPaintEvent*)

@@ -3,12 +3,14 @@
 
 #pragma once
 
+#include "FolderPicker.h"
 #include "LapsaSettings.h"
 
 #include <QPointer>
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 class QStackedWidget;
@@ -39,11 +41,11 @@ public:
         Folders,
     };
 
-    /// `store` outlives the view.
-    explicit PreferencesView(LapsaStore& store, QWidget* parent = nullptr);
+    /// Store and picker outlive the view.
+    PreferencesView(LapsaStore& store, FolderPicker& folderPicker, QWidget* parent = nullptr);
 
     void showTab(Tab tab);
-    /// Whether the folder chooser is open.
+    /// Whether a folder is being chosen, in the desktop's dialog or in the one of our own.
     [[nodiscard]] bool showingFolderPicker() const;
 
     static constexpr QSize extent{620, 620};
@@ -84,9 +86,13 @@ private:
     void makeFoldersTab();
     void refreshFolders();
     void showFolderPicker();
-    void addChosenFolder();
+    void folderPicked(const FolderPicker::Answer& answer);
+    /// The dialog of our own, where the desktop has none.
+    void showFolderChooser();
+    void addFolder(const QUrl& folder);
 
     LapsaStore& m_store;
+    FolderPicker& m_folderPicker;
     bool m_changeNoted = false;
     std::optional<LapsaTheme> m_appliedTheme;
     SymbolTabBar* m_tabs = nullptr;
@@ -99,6 +105,7 @@ private:
     PushButton* m_addFolder = nullptr;
     QVBoxLayout* m_folderColumn = nullptr;
     QList<AutoCleanFolderView*> m_folders;
+    std::unique_ptr<FolderQuestion> m_folderQuestion;
     QPointer<FolderChooser> m_folderChooser;
     /// Where the chooser was left; empty until then.
     QString m_lastFolder;

@@ -10,6 +10,9 @@
 #include "PushButton.h"
 #include "RuleColumn.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 namespace lapsa {
 
 using namespace Qt::StringLiterals;
@@ -39,19 +42,43 @@ void PreferencesView::showFolderPicker()
         m_folderChooser->activateWindow();
         return;
     }
+    // A dialog of the desktop that is open already may lie behind other windows: it gives way to a new one.
+    m_folderQuestion.reset();
+    m_folderQuestion = m_folderPicker.ask({.title = Localized::text(u"Add folder"_s, u"Aggiungi cartella"_s),
+                                           .acceptLabel = Localized::text(u"Add"_s, u"Aggiungi"_s),
+                                           .startFolder = m_lastFolder.isEmpty() ? QDir::homePath() : m_lastFolder,
+                                           .window = window()->winId()},
+                                          [this](const FolderPicker::Answer& answer) { folderPicked(answer); });
+}
+
+void PreferencesView::folderPicked(const FolderPicker::Answer& answer)
+{
+    m_folderQuestion.reset();
+    if (const auto* const folder = std::get_if<QUrl>(&answer)) {
+        m_lastFolder = QFileInfo(folder->toLocalFile()).path();
+        addFolder(*folder);
+    } else if (std::holds_alternative<FolderPicker::Unavailable>(answer) && isVisible()) {
+        showFolderChooser();
+    }
+}
+
+void PreferencesView::showFolderChooser()
+{
     m_folderChooser = new FolderChooser(m_lastFolder, window());
     m_folderChooser->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_folderChooser, &QDialog::finished, this, [this] { m_lastFolder = m_folderChooser->folder(); });
-    connect(m_folderChooser, &QDialog::accepted, this, &PreferencesView::addChosenFolder);
+    connect(m_folderChooser, &QDialog::accepted, this, [this] {
+        for (const QUrl& folder : m_folderChooser->chosen()) {
+            addFolder(folder);
+        }
+    });
     m_folderChooser->open();
 }
 
-void PreferencesView::addChosenFolder()
+void PreferencesView::addFolder(const QUrl& folder)
 {
     const qsizetype before = m_folders.size();
-    for (const QUrl& folder : m_folderChooser->chosen()) {
-        m_store.addAutoCleanFolder(folder);
-    }
+    m_store.addAutoCleanFolder(folder);
     refreshFolders();
     if (m_folders.size() > before) {
         revealNewest(*m_folders.constLast());

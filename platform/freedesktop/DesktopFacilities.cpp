@@ -5,6 +5,7 @@
 
 #include "FileManagerSelection.h"
 #include "HotKeys.h"
+#include "PortalFolderPicker.h"
 #include "PortalHotKeys.h"
 #include "StatusItem.h"
 #include "TrayStatusItem.h"
@@ -67,6 +68,12 @@ std::unique_ptr<FileManagerSelection> makeFileManagerSelection()
         return std::make_unique<X11FileManagerSelection>();
     }
     return std::make_unique<NoFileManagerSelection>();
+}
+
+std::unique_ptr<FolderPicker> makeFolderPicker()
+{
+    using Windows = PortalFolderPicker::Windows;
+    return std::make_unique<PortalFolderPicker>(x11Connection() != nullptr ? Windows::X11 : Windows::Unnamed);
 }
 
 } // namespace lapsa

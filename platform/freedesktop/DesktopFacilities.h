@@ -8,6 +8,7 @@
 namespace lapsa {
 
 class FileManagerSelection;
+class FolderPicker;
 class HotKeys;
 class StatusBar;
 
@@ -17,5 +18,6 @@ class StatusBar;
 [[nodiscard]] std::unique_ptr<StatusBar> makeStatusBar();
 [[nodiscard]] std::unique_ptr<HotKeys> makeHotKeys();
 [[nodiscard]] std::unique_ptr<FileManagerSelection> makeFileManagerSelection();
+[[nodiscard]] std::unique_ptr<FolderPicker> makeFolderPicker();
 
 } // namespace lapsa

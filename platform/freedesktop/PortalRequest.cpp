@@ -18,8 +18,9 @@ namespace {
 const QString service = u"org.freedesktop.portal.Desktop"_s;
 const QString interface = u"org.freedesktop.portal.Request"_s;
 
-/// "0: Success, the request is carried out" of the portal's documentation.
+/// "0: Success, the request is carried out" and "1: The user cancelled the interaction" of the portal's documentation.
 constexpr uint success = 0;
+constexpr uint cancelled = 1;
 
 QString newToken()
 {
@@ -36,14 +37,16 @@ QString predictedPath(const QString& token)
 
 } // namespace
 
-PortalRequest::PortalRequest(QDBusMessage call, QVariantMap options, std::function<void(const Answer&)> answered)
+PortalRequest::PortalRequest(QDBusMessage call, QVariantMap options, std::function<void(const Answer&)> answered,
+                             std::chrono::milliseconds patience)
     : m_answered(std::move(answered))
 {
     const QString token = newToken();
     listenTo(predictedPath(token));
     options[u"handle_token"_s] = token;
     call << options;
-    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
+    auto* watcher = new QDBusPendingCallWatcher(
+        QDBusConnection::sessionBus().asyncCall(call, static_cast<int>(patience.count())), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
         replied(watcher->reply());
@@ -87,6 +90,7 @@ void PortalRequest::replied(const QDBusMessage& reply)
 
 void PortalRequest::responded(uint response, const QVariantMap& results)
 {
+    m_refusedByUser = m_pending && response == cancelled;
     finish(response == success ? Answer(results) : std::nullopt);
 }
 

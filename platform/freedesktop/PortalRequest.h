@@ -8,6 +8,7 @@
 #include <QString>
 #include <QVariantMap>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -23,11 +24,19 @@ public:
     /// The results; nothing when the portal or the user refused, or nobody was there to ask.
     using Answer = std::optional<QVariantMap>;
 
-    /// Sends `call`, to which the options are added as the last argument. `answered` may destroy this object.
-    PortalRequest(QDBusMessage call, QVariantMap options, std::function<void(const Answer&)> answered);
+    /// How long the bus waits for a service, where nothing else is said.
+    static constexpr std::chrono::milliseconds usualPatience{25'000};
+
+    /// Sends `call`, to which the options are added as the last argument. `patience` is for the portal to take the
+    /// request, not for its answer. `answered` may destroy this object.
+    PortalRequest(QDBusMessage call, QVariantMap options, std::function<void(const Answer&)> answered,
+                  std::chrono::milliseconds patience = usualPatience);
     ~PortalRequest() override;
 
     [[nodiscard]] bool pending() const { return m_pending; }
+
+    /// Whether there are no results because the user wanted none. False until the answer is there.
+    [[nodiscard]] bool refusedByUser() const { return m_refusedByUser; }
 
 private slots:
     void responded(uint response, const QVariantMap& results);
@@ -41,6 +50,7 @@ private:
     std::function<void(const Answer&)> m_answered;
     QString m_path;
     bool m_pending = true;
+    bool m_refusedByUser = false;
 };
 
 } // namespace lapsa

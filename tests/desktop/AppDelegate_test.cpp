@@ -58,8 +58,9 @@ public:
     /// What is on disk and on the desktop can be prepared before start().
     void start()
     {
-        delegate = std::make_unique<AppDelegate>(AppDelegate::Environment{
-            time, time, appearance, workspace, pasteboard, notificationCentre, statusBar, hotKeys, selection});
+        delegate = std::make_unique<AppDelegate>(AppDelegate::Environment{time, time, appearance, workspace, pasteboard,
+                                                                          notificationCentre, statusBar, hotKeys,
+                                                                          selection, folderPicker});
         delegate->applicationDidFinishLaunching();
     }
 
@@ -116,6 +117,7 @@ public:
     RecordingStatusBar statusBar;
     RecordingHotKeys hotKeys;
     PlayedSelection selection;
+    RecordingFolderPicker folderPicker;
     std::unique_ptr<AppDelegate> delegate;
 };
 

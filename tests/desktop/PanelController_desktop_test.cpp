@@ -55,7 +55,8 @@ public:
     RecordingIcons icons;
     /// Nobody knows where it is: the panel comes up in the corner.
     RecordingStatusButton button;
-    PanelController controller{{store(), time, time, icons}};
+    RecordingFolderPicker folderPicker;
+    PanelController controller{{store(), time, time, icons, folderPicker}};
 };
 
 /// Lets a while pass in which something that must not happen could happen.

@@ -48,7 +48,8 @@ public:
 
     RecordingIcons icons;
     RecordingStatusButton button;
-    PanelController controller{{store(), time, time, icons}};
+    RecordingFolderPicker folderPicker;
+    PanelController controller{{store(), time, time, icons, folderPicker}};
 };
 
 /// A window of the same program that has nothing to do with the panel.

@@ -60,7 +60,8 @@ public:
 
     RecordingIcons icons;
     RecordingStatusButton button;
-    PanelController controller{{store(), time, time, icons}};
+    RecordingFolderPicker folderPicker;
+    PanelController controller{{store(), time, time, icons, folderPicker}};
 };
 
 /// Clicks twice, and waits until a widget has got the second click.

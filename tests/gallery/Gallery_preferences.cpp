@@ -4,6 +4,7 @@
 #include "AlertDialog.h"
 #include "Gallery.h"
 #include "PreferencesView.h"
+#include "RecordingDesktop.h"
 #include "SplashView.h"
 
 #include <QApplication>
@@ -22,7 +23,8 @@ void Gallery::paintPreferences()
     // It need not be there to be shown.
     scene.world.store().addAutoCleanFolder(QUrl::fromLocalFile(u"/home/somebody/Downloads"_s));
     scene.world.letSavesPass();
-    PreferencesView view(scene.world.store());
+    RecordingFolderPicker folderPicker;
+    PreferencesView view(scene.world.store(), folderPicker);
     view.resize(PreferencesView::extent);
     view.show();
     view.showTab(Tab::General);

@@ -3,6 +3,8 @@
 
 #include "RecordingDesktop.h"
 
+#include <QObject>
+
 namespace lapsa::test {
 
 namespace {
@@ -55,6 +57,50 @@ void RecordingHotKeys::press() const
 {
     if (handler) {
         handler();
+    }
+}
+
+namespace {
+
+class RecordedQuestion final : public QObject, public FolderQuestion
+{
+public:
+    explicit RecordedQuestion(std::function<void()> closed)
+        : m_closed(std::move(closed))
+    {}
+
+    RecordedQuestion(const RecordedQuestion&) = delete;
+    RecordedQuestion& operator=(const RecordedQuestion&) = delete;
+
+    ~RecordedQuestion() override { m_closed(); }
+
+private:
+    std::function<void()> m_closed;
+};
+
+} // namespace
+
+std::unique_ptr<FolderQuestion> RecordingFolderPicker::ask(const Question& question,
+                                                           std::function<void(const Answer&)> answered)
+{
+    questions.push_back(question);
+    m_answered = std::move(answered);
+    auto made = std::make_unique<RecordedQuestion>([this] {
+        ++closed;
+        m_answered = {};
+    });
+    if (!available) {
+        QMetaObject::invokeMethod(
+            made.get(), [this] { answer(Unavailable()); }, Qt::QueuedConnection);
+    }
+    return made;
+}
+
+void RecordingFolderPicker::answer(const Answer& answer) const
+{
+    // A copy, because the one who hears it may close the question.
+    if (const std::function<void(const Answer&)> answered = m_answered) {
+        answered(answer);
     }
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "FileManagerSelection.h"
+#include "FolderPicker.h"
 #include "HotKeys.h"
 #include "NotificationCentre.h"
 #include "StatusButton.h"
@@ -88,6 +89,25 @@ public:
     [[nodiscard]] Answer ask() override { return answer; }
 
     Answer answer = Nothing();
+};
+
+/// A dialog of the desktop that is answered by the test; without an answer there is no such dialog.
+class RecordingFolderPicker final : public FolderPicker
+{
+public:
+    [[nodiscard]] std::unique_ptr<FolderQuestion> ask(const Question& question,
+                                                      std::function<void(const Answer&)> answered) override;
+
+    /// Answers the question that was asked last, unless it was withdrawn.
+    void answer(const Answer& answer) const;
+
+    bool available = false;
+    QList<Question> questions;
+    /// How many of them were withdrawn or have been answered.
+    int closed = 0;
+
+private:
+    std::function<void(const Answer&)> m_answered;
 };
 
 class RecordingNotificationCentre final : public NotificationCentre

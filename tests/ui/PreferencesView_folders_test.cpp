@@ -10,6 +10,7 @@
 #include "Toggle.h"
 
 #include <QAbstractButton>
+#include <QDir>
 #include <QLineEdit>
 #include <QTest>
 
@@ -163,6 +164,69 @@ private slots:
         QVERIFY(world.settings().autoCleanFolders.isEmpty());
         QVERIFY(world.view.isVisible());
         QTRY_VERIFY(!world.view.showingFolderPicker());
+    }
+
+    void theDesktopsOwnDialogIsAskedFirst()
+    {
+        PreferencesWorld world;
+        world.folderPicker.available = true;
+        world.view.showTab(PreferencesView::Tab::Folders);
+
+        click(world, named<PushButton>(world.view, u"Add folder"_s));
+
+        QCOMPARE(world.folderPicker.questions.size(), 1);
+        QCOMPARE(world.folderPicker.questions[0].title, u"Add folder"_s);
+        QCOMPARE(world.folderPicker.questions[0].acceptLabel, u"Add"_s);
+        QCOMPARE(world.folderPicker.questions[0].startFolder, QDir::homePath());
+        QCOMPARE(world.folderPicker.questions[0].window, std::uintptr_t(world.view.winId()));
+        QVERIFY(world.view.showingFolderPicker());
+        QVERIFY(world.view.findChildren<FolderChooser*>().isEmpty());
+    }
+
+    void whatIsChosenInTheDesktopsDialogIsWatched()
+    {
+        PreferencesWorld world;
+        const QString folder = world.home.makeFolder(u"Incoming/today"_s);
+        world.folderPicker.available = true;
+        world.view.showTab(PreferencesView::Tab::Folders);
+        click(world, named<PushButton>(world.view, u"Add folder"_s));
+
+        world.folderPicker.answer(QUrl::fromLocalFile(folder));
+        world.settle();
+
+        QCOMPARE(world.settings().autoCleanFolders.size(), 1);
+        QCOMPARE(world.settings().autoCleanFolders.constFirst().folderPath, folder);
+        QVERIFY(!world.view.showingFolderPicker());
+        click(world, named<PushButton>(world.view, u"Add folder"_s));
+        QCOMPARE(world.folderPicker.questions.constLast().startFolder, world.home.path(u"Incoming"_s));
+    }
+
+    void aDesktopsDialogThatIsCancelledDoesNothing()
+    {
+        PreferencesWorld world;
+        world.folderPicker.available = true;
+        world.view.showTab(PreferencesView::Tab::Folders);
+        click(world, named<PushButton>(world.view, u"Add folder"_s));
+
+        world.folderPicker.answer(FolderPicker::Cancelled());
+        world.settle();
+
+        QVERIFY(world.settings().autoCleanFolders.isEmpty());
+        QVERIFY(!world.view.showingFolderPicker());
+        QVERIFY(world.view.findChildren<FolderChooser*>().isEmpty());
+    }
+
+    void aSecondPressOpensTheDesktopsDialogAnew()
+    {
+        PreferencesWorld world;
+        world.folderPicker.available = true;
+        world.view.showTab(PreferencesView::Tab::Folders);
+
+        click(world, named<PushButton>(world.view, u"Add folder"_s));
+        click(world, named<PushButton>(world.view, u"Add folder"_s));
+
+        QCOMPARE(world.folderPicker.questions.size(), 2);
+        QCOMPARE(world.folderPicker.closed, 1);
     }
 
     void aSecondPressOnAddFolderKeepsTheOneChooser()

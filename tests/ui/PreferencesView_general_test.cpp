@@ -245,7 +245,8 @@ private slots:
     {
         StoreWorld world;
         world.changeSettings([](LapsaSettings& settings) { settings.theme = LapsaTheme::Light; });
-        PreferencesView view(world.store());
+        RecordingFolderPicker folderPicker;
+        PreferencesView view(world.store(), folderPicker);
         world.appearance.forced.clear();
 
         view.show();
@@ -277,7 +278,8 @@ private slots:
         world.home.writeDataFile(u"settings.json"_s, file);
         world.start();
 
-        PreferencesView view(world.store());
+        RecordingFolderPicker folderPicker;
+        PreferencesView view(world.store(), folderPicker);
         view.show();
 
         QVERIFY(shows(view, u"Recovery retention: 168 h"_s));

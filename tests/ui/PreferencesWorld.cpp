@@ -9,7 +9,7 @@
 namespace lapsa::test {
 
 PreferencesWorld::PreferencesWorld()
-    : view(store())
+    : view(store(), folderPicker)
 {
     view.show();
     view.activateWindow();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "PreferencesView.h"
+#include "RecordingDesktop.h"
 #include "StoreWorld.h"
 
 #include <functional>
@@ -23,6 +24,8 @@ public:
 
     [[nodiscard]] const LapsaSettings& settings() { return store().settings(); }
 
+    /// The desktop has no dialog for folders until a test says so.
+    RecordingFolderPicker folderPicker;
     PreferencesView view;
 };
 
