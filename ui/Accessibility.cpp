@@ -53,6 +53,10 @@ QAccessibleInterface* accessibleFor(const QString& className, QObject* object)
     if (className == "lapsa::Sheet"_L1) {
         return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Dialog);
     }
+    // What is named as a whole and steered by its parts: "Days" alone would not say of what.
+    if (className == "lapsa::DurationEditor"_L1 || className == "lapsa::SegmentedControl"_L1) {
+        return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Grouping);
+    }
     return nullptr;
 }
 

@@ -50,6 +50,7 @@ void AutoCleanFolderView::refresh()
     const QString path = folderBinding(m_store, m_id, &LapsaAutoCleanFolderRule::folderPath).read();
     m_enabled->setLabel(path.isEmpty() ? Localized::text(u"Folder not set"_s, u"Cartella non impostata"_s) : path);
     m_enabled->setToolTip(plainToolTip(path));
+    m_lifespan->setAccessibleName(m_enabled->accessibleName());
     for (const BoundToggle& bound : m_toggles) {
         bound.toggle->showChecked(bound.setting.read());
     }

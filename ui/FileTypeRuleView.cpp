@@ -59,6 +59,7 @@ void FileTypeRuleView::refresh()
 {
     const QString extensions = m_extensionsCSV.read();
     m_toggle->setLabel(extensions.isEmpty() ? Localized::text(u"New rule"_s, u"Nuova regola"_s) : extensions);
+    m_lifespan->setAccessibleName(m_toggle->accessibleName());
     m_toggle->showChecked(m_enabled.read());
     if (m_extensions->text() != extensions) {
         const int cursor = m_extensions->cursorPosition();

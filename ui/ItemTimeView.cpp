@@ -104,6 +104,7 @@ QWidget* ItemTimeView::makeDuration()
     m_editor = new DurationEditor(
         {.read = [this] { return m_minutes; }, .write = [this](std::int64_t minutes) { setMinutes(minutes); }}, bounds,
         widget);
+    m_editor->setAccessibleName(accessibleName());
     m_firstStop = m_editor->findChild<Stepper*>();
     column->addWidget(m_choice);
     column->addWidget(m_editor);

@@ -3,6 +3,7 @@
 
 #include "PreferencesView.h"
 
+#include "Accessibility.h"
 #include "AutoCleanFolderView.h"
 #include "FileTypeRuleView.h"
 #include "FocusRing.h"
@@ -43,6 +44,7 @@ PreferencesView::PreferencesView(LapsaStore& store, FolderPicker& folderPicker, 
     , m_tabs(new SymbolTabBar(this))
     , m_pages(new QStackedWidget(this))
 {
+    installAccessibility();
     setFixedSize(extent);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, topMargin, 0, 0);

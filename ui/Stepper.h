@@ -13,6 +13,8 @@ namespace lapsa {
 class Stepper final : public QSpinBox
 {
     Q_OBJECT
+    /// What the toolkit asks for when a screen reader wants one step; without it that is a tenth of the range.
+    Q_PROPERTY(int stepSize READ singleStep)
 
 public:
     /// `name` is what a screen reader calls it.

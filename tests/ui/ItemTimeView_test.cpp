@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "DurationEditor.h"
 #include "FileRowView.h"
 #include "ItemTimeView.h"
 #include "PanelWorld.h"
@@ -10,6 +11,7 @@
 #include "Stepper.h"
 #include "TextLabel.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QTest>
 
@@ -42,6 +44,7 @@ private slots:
     void theSheetGoesWithItsItem();
     void returnOnTheRowOpensTheSheet();
     void italianTextsAreItalian();
+    void theFieldsBelongToTheFileTimer();
     void atTwiceTheTextSizeTheSheetFitsThePanel();
 };
 
@@ -269,6 +272,18 @@ void ItemTimeView_test::italianTextsAreItalian()
     world.open();
     world.press(u"Salva"_s);
     QVERIFY(!world.panel.showingSheet());
+}
+
+void ItemTimeView_test::theFieldsBelongToTheFileTimer()
+{
+    SheetWorld world(90);
+
+    world.open();
+
+    QAccessibleInterface* const editor =
+        QAccessible::queryAccessibleInterface(world.sheet()->findChild<DurationEditor*>());
+    QCOMPARE(editor->role(), QAccessible::Grouping);
+    QCOMPARE(editor->text(QAccessible::Name), u"File timer"_s);
 }
 
 void ItemTimeView_test::atTwiceTheTextSizeTheSheetFitsThePanel()

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "AutoCleanFolderView.h"
+#include "DurationEditor.h"
 #include "FileTypeRuleView.h"
 #include "PanelWorld.h"
 #include "PreferencesWorld.h"
+#include "Stepper.h"
 #include "Toggle.h"
 
 #include <QAccessible>
@@ -23,14 +24,29 @@ namespace {
 
 using BoolField = bool LapsaSettings::*;
 
+QAccessibleInterface& accessibleOf(QWidget& control)
+{
+    QAccessibleInterface* const found = QAccessible::queryAccessibleInterface(&control);
+    if (found == nullptr) {
+        qFatal("a screen reader does not find \"%s\"", qPrintable(control.accessibleName()));
+    }
+    return *found;
+}
+
 /// Does one of a control's actions as a screen reader does it. What comes of it may come on a later turn.
 void doAccessibly(QWidget& control, const QString& action)
 {
-    QAccessibleInterface* const found = QAccessible::queryAccessibleInterface(&control);
-    if (found == nullptr || found->actionInterface() == nullptr) {
-        qFatal("a screen reader finds no action of \"%s\"", qPrintable(control.accessibleName()));
+    accessibleOf(control).actionInterface()->doAction(action);
+}
+
+/// The name of the group that a control belongs to; empty where there is none.
+QString groupOf(QWidget& control)
+{
+    const QAccessibleInterface* above = accessibleOf(control).parent();
+    while (above != nullptr && above->role() != QAccessible::Grouping) {
+        above = above->parent();
     }
-    found->actionInterface()->doAction(action);
+    return above != nullptr ? above->text(QAccessible::Name) : QString();
 }
 
 void addActions()
@@ -125,6 +141,49 @@ private slots:
             expected.*field = !(expected.*field);
             QTRY_COMPARE(world.settings().autoCleanFolders, QList{expected});
         }
+    }
+
+    void eachFieldSaysOfWhatItIsByTheNameOfItsGroup()
+    {
+        PreferencesWorld world;
+        world.store().addFileTypeRule();
+        world.store().addAutoCleanFolder(QUrl::fromLocalFile(u"/srv/scans"_s));
+        world.settle();
+
+        QStringList groups;
+        for (Stepper* const days : world.view.findChildren<Stepper*>()) {
+            if (days->accessibleName() == u"Days"_s) {
+                groups.push_back(groupOf(*days));
+            }
+        }
+
+        groups.sort();
+        QCOMPARE(groups, QStringList({u".exe,.msi,.pkg,.dmg"_s, u".png,.jpg,.jpeg,.webp"_s, u".zip,.rar,.7z"_s,
+                                      u"/srv/scans"_s, u"Default expiry"_s, u"New rule"_s, u"Notify before expiry"_s}));
+        QCOMPARE(groupOf(named<QRadioButton>(world.view, u"Dark"_s)), u"Theme"_s);
+    }
+
+    void aGroupFollowsTheExtensionsOfItsRule()
+    {
+        PreferencesWorld world;
+        world.view.showTab(PreferencesView::Tab::Rules);
+
+        world.changeElsewhere([](LapsaSettings& settings) { settings.fileTypeRules = {{.extensionsCSV = u".log"_s}}; });
+
+        QCOMPARE(groupOf(*world.view.findChild<FileTypeRuleView*>()->findChild<Stepper*>()), u".log"_s);
+    }
+
+    void oneStepOfAFieldIsOne()
+    {
+        PreferencesWorld world;
+        Stepper& days = *named<DurationEditor>(world.view, u"Default expiry"_s).findChild<Stepper*>();
+        QAccessibleValueInterface* const value = accessibleOf(days).valueInterface();
+        QVERIFY(value != nullptr);
+
+        QCOMPARE(value->minimumStepSize().toDouble(), 1.0);
+        value->setCurrentValue(value->currentValue().toDouble() + value->minimumStepSize().toDouble());
+
+        QCOMPARE(world.settings().defaultExpirationMinutes, 1440 + 120);
     }
 
     void aControlThatOnlyFollowsTheSettingsWritesNothing()
