@@ -5,6 +5,7 @@
 
 #include "Card.h"
 #include "DurationEditor.h"
+#include "EditorLine.h"
 #include "Localized.h"
 #include "PushButton.h"
 #include "Toggle.h"
@@ -72,10 +73,9 @@ void AutoCleanFolderView::makeControls(QWidget* stack)
                                  &LapsaAutoCleanFolderRule::applyFileTypeRules, stack));
     const auto lifespan = folderBinding(m_store, m_id, &LapsaAutoCleanFolderRule::lifespanMinutes);
     m_lifespan = new DurationEditor({lifespan.read, lifespan.write}, lifespanBounds, stack);
-    column->addWidget(m_lifespan, 0, Qt::AlignLeading);
     auto* const remove = new PushButton(Localized::text(u"Remove folder"_s, u"Rimuovi cartella"_s),
                                         PushButton::Kind::Destructive, stack);
-    column->addWidget(remove, 0, Qt::AlignTrailing);
+    column->addLayout(new EditorLine(m_lifespan, remove));
     connect(remove, &PushButton::clicked, this, [this] { m_store.removeAutoCleanFolder(m_id); });
 }
 

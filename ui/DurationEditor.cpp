@@ -7,6 +7,7 @@
 #include "Stepper.h"
 #include "TextLabel.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -40,18 +41,27 @@ DurationEditor::DurationEditor(Binding totalMinutes, const Bounds& bounds, QWidg
     : QWidget(parent)
     , m_totalMinutes(std::move(totalMinutes))
     , m_bounds(bounds)
-    , m_columns{Column{.field = &DurationFields::days, .mark = Localized::daysShort()},
-                Column{.field = &DurationFields::hours, .mark = Localized::hoursShort()},
-                Column{.field = &DurationFields::minutes, .mark = Localized::minutesShort()}}
+    , m_columns{Column{.field = &DurationFields::days,
+                       .title = Localized::durationDays(),
+                       .mark = Localized::daysShort(),
+                       .highest = std::max<std::int64_t>(bounds.maxTotalMinutes / minutesPerDay, 0)},
+                Column{.field = &DurationFields::hours,
+                       .title = Localized::durationHours(),
+                       .mark = Localized::hoursShort(),
+                       .highest = lastHour},
+                Column{.field = &DurationFields::minutes,
+                       .title = Localized::durationMinutes(),
+                       .mark = Localized::minutesShort(),
+                       .highest = lastMinute}}
 {
     auto* const columns = new QHBoxLayout(this);
     columns->setContentsMargins({});
     columns->setSpacing(columnSpacing);
-    const std::int64_t lastDay = std::max<std::int64_t>(bounds.maxTotalMinutes / minutesPerDay, 0);
-    columns->addWidget(makeColumn(m_columns[0], Localized::durationDays(), lastDay));
-    columns->addWidget(makeColumn(m_columns[1], Localized::durationHours(), lastHour));
-    columns->addWidget(makeColumn(m_columns[2], Localized::durationMinutes(), lastMinute));
+    for (Column& column : m_columns) {
+        columns->addWidget(makeColumn(column));
+    }
     columns->addStretch();
+    arrange();
     refresh();
 }
 
@@ -91,34 +101,59 @@ void DurationEditor::refresh()
     }
 }
 
-QWidget* DurationEditor::makeColumn(Column& column, const QString& title, std::int64_t highest)
+int DurationEditor::lineCentre() const
+{
+    // The steppers stand on the lowest line.
+    return sizeHint().height() - m_columns.front().stepper->sizeHint().height() / 2;
+}
+
+void DurationEditor::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ApplicationFontChange) {
+        arrange();
+    }
+}
+
+QWidget* DurationEditor::makeColumn(Column& column)
 {
     auto* const widget = new QWidget(this);
     widget->setMinimumWidth(columnMinimumWidth);
     auto* const lines = new QVBoxLayout(widget);
     lines->setContentsMargins({});
     lines->setSpacing(lineSpacing);
-    lines->addWidget(new TextLabel(title, secondCaptionText, ColorRole::Secondary, widget));
+    lines->addWidget(new TextLabel(column.title, secondCaptionText, ColorRole::Secondary, widget));
 
     column.value = new TextLabel({}, calloutText, ColorRole::Primary, widget);
-    // As wide as its highest value: the stepper beside it stays where it is.
-    const double widest = tabularText::width(u"%1 %2"_s.arg(highest).arg(column.mark), column.value->font());
-    column.value->setTabular(std::max(valueMinimumWidth, static_cast<int>(std::ceil(widest))));
-    column.stepper = new Stepper(title, widget);
-    column.stepper->setRange(0, static_cast<int>(highest));
+    column.stepper = new Stepper(column.title, widget);
+    column.stepper->setRange(0, static_cast<int>(column.highest));
     connect(column.stepper, &QSpinBox::valueChanged, this,
             [this, field = column.field](int value) { writeUnit(field, value); });
 
-    const bool stacked = textScale() > stackedScale;
-    auto* const row = new QBoxLayout(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-    row->setSpacing(valueSpacing);
+    column.line = new QBoxLayout(QBoxLayout::LeftToRight);
+    column.line->setSpacing(valueSpacing);
     const bool last = column.field == &DurationFields::minutes;
-    row->setContentsMargins(0, 0, last ? 0 : columnEnd, 0);
-    row->addWidget(column.value, 0, stacked ? Qt::AlignLeading : Qt::AlignVCenter);
-    row->addWidget(column.stepper, 0, stacked ? Qt::AlignLeading : Qt::AlignVCenter);
-    row->addStretch();
-    lines->addLayout(row);
+    column.line->setContentsMargins(0, 0, last ? 0 : columnEnd, 0);
+    column.line->addWidget(column.value);
+    column.line->addWidget(column.stepper);
+    column.line->addStretch();
+    lines->addLayout(column.line);
     return widget;
+}
+
+/// Gives everything its place at the size of text that the user reads now.
+void DurationEditor::arrange()
+{
+    const bool stacked = textScale() > stackedScale;
+    const QFont font = fontFor(calloutText);
+    for (const Column& column : m_columns) {
+        // As wide as its highest value: the stepper beside it stays where it is.
+        const double widest = tabularText::width(u"%1 %2"_s.arg(column.highest).arg(column.mark), font);
+        column.value->setTabular(std::max(valueMinimumWidth, static_cast<int>(std::ceil(widest))));
+        column.line->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+        column.line->setAlignment(column.value, stacked ? Qt::AlignLeading : Qt::AlignVCenter);
+        column.line->setAlignment(column.stepper, stacked ? Qt::AlignLeading : Qt::AlignVCenter);
+    }
 }
 
 void DurationEditor::writeUnit(Field field, std::int64_t value)

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <functional>
 
+class QBoxLayout;
+
 namespace lapsa {
 
 class Stepper;
@@ -51,8 +53,14 @@ public:
     /// The total that is written for three fields. An overflow is a programming error and ends the process.
     [[nodiscard]] static std::int64_t totalOf(const DurationFields& fields, const Bounds& bounds);
 
+    /// The vertical centre of the line that holds the steppers.
+    [[nodiscard]] int lineCentre() const;
+
     /// Shows the number as it is now. One outside the bounds is shown clamped and not written back.
     void refresh();
+
+protected:
+    void changeEvent(QEvent* event) override;
 
 private:
     using Field = std::int64_t DurationFields::*;
@@ -60,12 +68,16 @@ private:
     struct Column
     {
         Field field = nullptr;
+        QString title;
         QString mark;
+        std::int64_t highest = 0;
+        QBoxLayout* line = nullptr;
         TextLabel* value = nullptr;
         Stepper* stepper = nullptr;
     };
 
-    [[nodiscard]] QWidget* makeColumn(Column& column, const QString& title, std::int64_t highest);
+    [[nodiscard]] QWidget* makeColumn(Column& column);
+    void arrange();
     void writeUnit(Field field, std::int64_t value);
 
     Binding m_totalMinutes;

@@ -5,6 +5,7 @@
 
 #include "Card.h"
 #include "DurationEditor.h"
+#include "EditorLine.h"
 #include "Localized.h"
 #include "PushButton.h"
 #include "Toggle.h"
@@ -94,8 +95,7 @@ void FileTypeRuleView::makeControls(QWidget* stack)
         new PushButton(Localized::text(u"Remove rule"_s, u"Rimuovi regola"_s), PushButton::Kind::Destructive, stack);
     column->addWidget(m_toggle);
     column->addWidget(m_extensions);
-    column->addWidget(m_lifespan, 0, Qt::AlignLeading);
-    column->addWidget(m_remove, 0, Qt::AlignTrailing);
+    column->addLayout(new EditorLine(m_lifespan, m_remove));
 }
 
 } // namespace lapsa

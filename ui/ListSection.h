@@ -9,6 +9,8 @@ class QVBoxLayout;
 
 namespace lapsa {
 
+class TextLabel;
+
 /// A heading with a button at the end of its line, and a column of cards below.
 class ListSection final : public QWidget
 {
@@ -18,10 +20,15 @@ public:
     /// Takes the button.
     ListSection(const QString& heading, QWidget* button, QWidget* parent = nullptr);
 
+    /// How far the button reaches above the heading.
+    [[nodiscard]] int overhang() const;
+
     /// Where the cards go.
     [[nodiscard]] QVBoxLayout& column() { return *m_column; }
 
 private:
+    TextLabel* m_heading;
+    QWidget* m_button;
     QVBoxLayout* m_column;
 };
 

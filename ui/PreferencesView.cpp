@@ -9,13 +9,16 @@
 #include "FocusRing.h"
 #include "FolderChooser.h"
 #include "LapsaStore.h"
+#include "ListSection.h"
 #include "Localized.h"
 #include "Material.h"
+#include "PushButton.h"
+#include "ScrollPage.h"
 #include "SettingsStore.h"
 #include "SymbolTabBar.h"
 
+#include <QEvent>
 #include <QPainter>
-#include <QScrollArea>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QTimer>
@@ -30,10 +33,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int topMargin = 16;
-constexpr int tabsToPage = 8;
-constexpr int pageMargin = 24;
-constexpr int pageTopMargin = 8;
-constexpr int sectionSpacing = 24;
+constexpr int tabsToPage = 4;
 
 } // namespace
 
@@ -50,7 +50,7 @@ PreferencesView::PreferencesView(LapsaStore& store, FolderPicker& folderPicker, 
     column->setContentsMargins(0, topMargin, 0, 0);
     column->setSpacing(tabsToPage);
     auto* const tabRow = new QHBoxLayout;
-    tabRow->setContentsMargins(pageMargin, 0, pageMargin, 0);
+    tabRow->setContentsMargins(ScrollPage::margin, 0, ScrollPage::margin, 0);
     tabRow->addStretch();
     tabRow->addWidget(m_tabs);
     tabRow->addStretch();
@@ -89,29 +89,35 @@ void PreferencesView::paintEvent(QPaintEvent*)
     material::paintWindow(painter, rect().adjusted(-1, -1, 1, 1), 0, palette());
 }
 
+void PreferencesView::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ApplicationFontChange) {
+        noteChange(); // once the controls have their new sizes
+    }
+}
+
 void PreferencesView::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
     refresh();
 }
 
-QVBoxLayout* PreferencesView::makePage(const QString& name)
+ScrollPage* PreferencesView::makePage(const QString& name)
 {
-    auto* const area = new QScrollArea(m_pages);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->setWidgetResizable(true);
-    area->setFocusPolicy(Qt::NoFocus);
-    area->viewport()->setAutoFillBackground(false);
-    auto* const page = new QWidget;
-    page->setAccessibleName(name);
-    auto* const sections = new QVBoxLayout(page);
-    sections->setContentsMargins(pageMargin, pageTopMargin, pageMargin, pageMargin);
-    sections->setSpacing(sectionSpacing);
-    area->setWidget(page);
-    page->setAutoFillBackground(false);
-    m_pages->addWidget(area);
-    return sections;
+    auto* const page = new ScrollPage(name, m_pages);
+    m_pages->addWidget(page);
+    return page;
+}
+
+ListSection* PreferencesView::makeListTab(const QString& heading, PushButton* button)
+{
+    ScrollPage* const page = makePage(heading);
+    auto* const section = new ListSection(heading, button);
+    page->sections().addWidget(section);
+    page->sections().addStretch();
+    m_refreshers.push_back([page, section] { page->setOverhang(section->overhang()); });
+    return section;
 }
 
 void PreferencesView::makeShortcuts()
@@ -147,7 +153,7 @@ void PreferencesView::noteChange()
 
 void PreferencesView::refresh()
 {
-    for (const auto& bringUpToDate : m_generalControls) {
+    for (const auto& bringUpToDate : m_refreshers) {
         bringUpToDate();
     }
     refreshRules();
@@ -166,12 +172,12 @@ void PreferencesView::applyTheme()
 
 void PreferencesView::revealNewest(QWidget& view)
 {
-    auto* const area = qobject_cast<QScrollArea*>(m_pages->currentWidget());
+    auto* const area = qobject_cast<ScrollPage*>(m_pages->currentWidget());
     // Not before the page knows its new height.
     QTimer::singleShot(0, &view, [area, &view] {
         area->widget()->layout()->activate();
         area->widget()->adjustSize();
-        area->ensureWidgetVisible(&view, 0, pageMargin);
+        area->ensureWidgetVisible(&view, 0, ScrollPage::margin);
     });
 }
 

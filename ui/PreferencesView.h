@@ -24,7 +24,9 @@ class FileTypeRuleView;
 class FolderChooser;
 class FormSection;
 class LapsaStore;
+class ListSection;
 class PushButton;
+class ScrollPage;
 class SymbolTabBar;
 
 /// Edits the settings: every control writes its field at once, and shows at once what was changed elsewhere. It holds
@@ -52,11 +54,14 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
     /// A scrolling page with sections from top to bottom.
-    [[nodiscard]] QVBoxLayout* makePage(const QString& name);
+    [[nodiscard]] ScrollPage* makePage(const QString& name);
+    /// A page with one list of cards. Takes the button.
+    [[nodiscard]] ListSection* makeListTab(const QString& heading, PushButton* button);
     void makeShortcuts();
     void noteChange();
     void refresh();
@@ -97,8 +102,8 @@ private:
     std::optional<LapsaTheme> m_appliedTheme;
     SymbolTabBar* m_tabs = nullptr;
     QStackedWidget* m_pages = nullptr;
-    /// What brings the controls of the general tab up to date.
-    QList<std::function<void()>> m_generalControls;
+    /// What brings the controls of the general tab, and the pages, up to date.
+    QList<std::function<void()>> m_refreshers;
     PushButton* m_addRule = nullptr;
     QVBoxLayout* m_ruleColumn = nullptr;
     QList<FileTypeRuleView*> m_rules;

@@ -19,13 +19,9 @@ using namespace Qt::StringLiterals;
 
 void PreferencesView::makeFoldersTab()
 {
-    QVBoxLayout* const sections = makePage(Localized::autoCleanFolders());
     m_addFolder = new PushButton(Localized::text(u"Add folder"_s, u"Aggiungi cartella"_s), PushButton::Kind::Plain);
     m_addFolder->setSymbol(u"folder.badge.plus"_s);
-    auto* const section = new ListSection(Localized::autoCleanFolders(), m_addFolder);
-    m_folderColumn = &section->column();
-    sections->addWidget(section);
-    sections->addStretch();
+    m_folderColumn = &makeListTab(Localized::autoCleanFolders(), m_addFolder)->column();
     connect(m_addFolder, &PushButton::clicked, this, &PreferencesView::showFolderPicker);
 }
 

@@ -7,6 +7,7 @@
 #include "LapsaStore.h"
 #include "Localized.h"
 #include "PreferencesView.h"
+#include "ScrollPage.h"
 #include "SegmentedControl.h"
 #include "SettingBinding.h"
 #include "Stepper.h"
@@ -88,12 +89,12 @@ QWidget* makeStack(QWidget* parent, int spacing)
 
 void PreferencesView::makeGeneralTab()
 {
-    QVBoxLayout* const sections = makePage(m_tabs->tabText(static_cast<int>(Tab::General)));
-    QWidget* const page = sections->parentWidget();
-    sections->addWidget(makeGeneralSection(page));
-    sections->addWidget(makeNotificationsSection(page));
-    sections->addWidget(makeRecoverySection(page));
-    sections->addStretch();
+    ScrollPage* const page = makePage(m_tabs->tabText(static_cast<int>(Tab::General)));
+    QVBoxLayout& sections = page->sections();
+    sections.addWidget(makeGeneralSection(page->widget()));
+    sections.addWidget(makeNotificationsSection(page->widget()));
+    sections.addWidget(makeRecoverySection(page->widget()));
+    sections.addStretch();
 }
 
 FormSection* PreferencesView::makeGeneralSection(QWidget* page)
@@ -116,7 +117,7 @@ FormSection* PreferencesView::makeGeneralSection(QWidget* page)
     line->addLayout(texts, 1);
     line->addWidget(controls.editor, 0, Qt::AlignVCenter);
     card.addRow(row);
-    m_generalControls.push_back([controls, expiry] { controls.show(expiry.read()); });
+    m_refreshers.push_back([controls, expiry] { controls.show(expiry.read()); });
 
     addToggle(card,
               Localized::text(u"Use Trash instead of permanent delete"_s,
@@ -147,7 +148,7 @@ FormSection* PreferencesView::makeNotificationsSection(QWidget* page)
     stack->layout()->addWidget(controls.editor);
     stack->layout()->setAlignment(controls.editor, Qt::AlignLeading);
     card.addRow(stack);
-    m_generalControls.push_back([controls, leadTime] { controls.show(leadTime.read()); });
+    m_refreshers.push_back([controls, leadTime] { controls.show(leadTime.read()); });
     return section;
 }
 
@@ -165,7 +166,7 @@ void PreferencesView::addToggle(Card& card, const QString& text, bool LapsaSetti
     auto* const toggle = new Toggle(text, &card);
     connect(toggle, &Toggle::switched, this, setting.write);
     card.addRow(toggle);
-    m_generalControls.push_back([toggle, setting] { toggle->showChecked(setting.read()); });
+    m_refreshers.push_back([toggle, setting] { toggle->showChecked(setting.read()); });
 }
 
 QWidget* PreferencesView::makeThemePicker()
@@ -178,7 +179,7 @@ QWidget* PreferencesView::makeThemePicker()
     auto* const picker = new SegmentedControl(Localized::text(u"Theme"_s, u"Tema"_s), names, this);
     connect(picker, &SegmentedControl::chosenByUser, this,
             [setting](int index) { setting.write(allLapsaThemes.at(static_cast<std::size_t>(index))); });
-    m_generalControls.push_back([picker, setting] { picker->setChosen(static_cast<int>(setting.read())); });
+    m_refreshers.push_back([picker, setting] { picker->setChosen(static_cast<int>(setting.read())); });
     return picker;
 }
 
@@ -197,7 +198,7 @@ QWidget* PreferencesView::makeRecoveryToggle()
     stack->layout()->addWidget(toggle);
     stack->layout()->addWidget(explanation);
     connect(toggle, &Toggle::switched, this, setting.write);
-    m_generalControls.push_back([toggle, setting] { toggle->showChecked(setting.read()); });
+    m_refreshers.push_back([toggle, setting] { toggle->showChecked(setting.read()); });
     return stack;
 }
 
@@ -214,7 +215,7 @@ QWidget* PreferencesView::makeRetention()
     line->addWidget(label, 1, Qt::AlignVCenter);
     line->addWidget(stepper, 0, Qt::AlignVCenter);
     connect(stepper, &QSpinBox::valueChanged, this, setting.write);
-    m_generalControls.push_back([label, stepper, setting] {
+    m_refreshers.push_back([label, stepper, setting] {
         const std::int64_t hours = setting.read();
         label->setText(u"%1: %2 h"_s.arg(Localized::retention()).arg(hours));
         const QSignalBlocker blocker(stepper);

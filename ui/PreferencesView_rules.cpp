@@ -15,13 +15,9 @@ using namespace Qt::StringLiterals;
 
 void PreferencesView::makeRulesTab()
 {
-    QVBoxLayout* const sections = makePage(Localized::fileTypeRules());
     m_addRule = new PushButton(Localized::text(u"Add rule"_s, u"Aggiungi regola"_s), PushButton::Kind::Plain);
     m_addRule->setSymbol(u"plus"_s);
-    auto* const section = new ListSection(Localized::fileTypeRules(), m_addRule);
-    m_ruleColumn = &section->column();
-    sections->addWidget(section);
-    sections->addStretch();
+    m_ruleColumn = &makeListTab(Localized::fileTypeRules(), m_addRule)->column();
     connect(m_addRule, &PushButton::clicked, this, &PreferencesView::addRule);
 }
 

@@ -55,26 +55,29 @@ void TextLabel::setTabular(int leastWidth)
 
 QSize TextLabel::sizeHint() const
 {
+    const QMargins margins = contentsMargins();
     if (!m_tabular) {
         const int width = static_cast<int>(std::ceil(QFontMetricsF(font()).horizontalAdvance(text())));
-        return {width, lineHeight()};
+        return QSize(width, lineHeight()).grownBy(margins);
     }
     const int width = static_cast<int>(std::ceil(tabularText::width(text(), font())));
-    return {std::max(width, m_leastWidth), lineHeight()};
+    return QSize(std::max(width, m_leastWidth), lineHeight()).grownBy(margins);
 }
 
 QSize TextLabel::minimumSizeHint() const
 {
-    return m_tabular ? sizeHint() : QSize(0, lineHeight());
+    return m_tabular ? sizeHint() : QSize(0, lineHeight()).grownBy(contentsMargins());
 }
 
 int TextLabel::heightForWidth(int width) const
 {
+    const QMargins margins = contentsMargins();
+    const int around = margins.top() + margins.bottom();
     if (m_tabular) {
-        return lineHeight();
+        return lineHeight() + around;
     }
-    const int height = boundsFor(width).height();
-    return m_maximumLines > 0 ? std::min(height, m_maximumLines * lineHeight()) : height;
+    const int height = boundsFor(width - margins.left() - margins.right()).height();
+    return (m_maximumLines > 0 ? std::min(height, m_maximumLines * lineHeight()) : height) + around;
 }
 
 void TextLabel::paintEvent(QPaintEvent*)
@@ -85,7 +88,7 @@ void TextLabel::paintEvent(QPaintEvent*)
     const Qt::Alignment place = QStyle::visualAlignment(layoutDirection(), alignment());
     if (m_tabular) {
         const QSize size(static_cast<int>(std::ceil(tabularText::width(text(), font()))), lineHeight());
-        const QRect line = QStyle::alignedRect(Qt::LeftToRight, place, size, rect());
+        const QRect line = QStyle::alignedRect(Qt::LeftToRight, place, size, contentsRect());
         tabularText::draw(painter, QPointF(line.left(), line.top() + QFontMetricsF(font()).ascent()), text(), font());
         return;
     }
@@ -93,7 +96,7 @@ void TextLabel::paintEvent(QPaintEvent*)
     if (m_maximumLines > 0) {
         shown = shortened(shown);
     }
-    QRect lines = rect();
+    QRect lines = contentsRect();
     if (place.testFlag(Qt::AlignHCenter)) {
         const int width = balancedWidth(lines.width());
         lines.adjust((lines.width() - width) / 2, 0, -(lines.width() - width) / 2, 0);
@@ -142,7 +145,7 @@ QString TextLabel::shortened(const QString& text) const
         if (!next.isValid()) {
             break;
         }
-        next.setLineWidth(width());
+        next.setLineWidth(contentsRect().width());
     }
     layout.endLayout();
     const QTextLine last = layout.lineAt(layout.lineCount() - 1);
@@ -150,7 +153,7 @@ QString TextLabel::shortened(const QString& text) const
         return text;
     }
     return text.first(last.textStart()) +
-           QFontMetrics(font()).elidedText(text.sliced(last.textStart()), Qt::ElideRight, width());
+           QFontMetrics(font()).elidedText(text.sliced(last.textStart()), Qt::ElideRight, contentsRect().width());
 }
 
 } // namespace lapsa

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QScrollArea>
+
+class QScrollBar;
+class QVBoxLayout;
+
+namespace lapsa {
+
+class ScrollFade;
+
+/// A column of sections that scrolls. The scroll bar lies in the margin, so that nothing moves when it comes or goes;
+/// what lies beyond an edge runs out softly.
+class ScrollPage final : public QScrollArea
+{
+    Q_OBJECT
+
+public:
+    /// `name` is what a screen reader calls the page.
+    explicit ScrollPage(const QString& name, QWidget* parent = nullptr);
+
+    /// Where the sections go, from top to bottom.
+    [[nodiscard]] QVBoxLayout& sections() { return *m_sections; }
+
+    /// How far the first section's own top reaches above the line on which first headings stand. At most topMargin.
+    void setOverhang(int overhang);
+
+    /// At the left, the right and the bottom.
+    static constexpr int margin = 24;
+    static constexpr int topMargin = 12;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void followRange();
+    void placeBar();
+    void updateFades();
+
+    QVBoxLayout* m_sections;
+    QScrollBar* m_bar;
+    ScrollFade* m_topFade;
+    ScrollFade* m_bottomFade;
+};
+
+} // namespace lapsa
