@@ -114,7 +114,9 @@ void AppDelegate::setUpStatusItem()
 
 void AppDelegate::applicationOpen(const QList<QUrl>& urls)
 {
-    showAddMessage(*m_store, m_store->addFiles(urls, {.applyFileTypeRules = true}));
+    const AddResult result = m_store->addFiles(urls, {.applyFileTypeRules = true});
+    showAddMessage(*m_store, result);
+    m_panelController->reveal(result.ids);
 }
 
 void AppDelegate::togglePanel()
@@ -136,10 +138,13 @@ void AppDelegate::addFinderSelectionFromShortcut()
 {
     const QList<QUrl> urls =
         FinderSelectionReader::selectedFileURLs(m_environment.fileManagerSelection, [this] { saveEverything(); });
+    AddResult result;
     if (!urls.isEmpty()) {
-        showAddMessage(*m_store, m_store->addFiles(urls, {.applyFileTypeRules = true}));
+        result = m_store->addFiles(urls, {.applyFileTypeRules = true});
+        showAddMessage(*m_store, result);
     }
     openPanel();
+    m_panelController->reveal(result.ids);
 }
 
 void AppDelegate::addFinderSelectionMenu()

@@ -95,6 +95,13 @@ void PanelController::close()
     }
 }
 
+void PanelController::reveal(const QStringList& ids)
+{
+    if (m_popover) {
+        static_cast<LapsaPanelView&>(m_popover->content()).reveal(ids);
+    }
+}
+
 void PanelController::showPreferences()
 {
     material::setTranslucencyAvailable(compositingAvailable());

@@ -49,6 +49,8 @@ public:
     /// closes by itself is decided here, by the settings of this moment.
     void show(StatusButton* button);
     void close();
+    /// Shows items that the user has just put on the list, where the panel is open.
+    void reveal(const QStringList& ids);
     /// Opens the preferences, or brings them to the front.
     void showPreferences();
     /// Puts the theme into force for that window, and with it for all: they are never of two minds. Without a window

@@ -45,6 +45,8 @@ FileListView::FileListView(LapsaStore& store, FileIconSource& icons, QWidget* pa
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setFocusRadius(*this, ringRadius);
     connect(m_bar, &QScrollBar::valueChanged, this, &FileListView::bindRows);
+    connect(&m_light, &QVariantAnimation::valueChanged, this, &FileListView::showLight);
+    connect(&m_light, &QVariantAnimation::finished, this, &FileListView::showLight);
 }
 
 void FileListView::refresh()

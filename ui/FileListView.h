@@ -8,6 +8,8 @@
 
 #include <QList>
 #include <QScrollBar>
+#include <QSet>
+#include <QVariantAnimation>
 #include <QWidget>
 
 #include <vector>
@@ -45,6 +47,10 @@ public:
     /// Puts the focus back onto the row of an item after something covered it. Where the item is gone, the row in its
     /// place has it, or the empty list.
     void focusRow(const QString& id);
+
+    /// Scrolls to items that the user has just put on the list, and lights them up once. Call after refresh(). An id
+    /// that is not on the list is passed over.
+    void reveal(const QStringList& ids);
 
 signals:
     void timeSheetRequested(const lapsa::LapsaItem& item);
@@ -85,6 +91,9 @@ private:
     void updateTabStops();
     void moveCurrent(qsizetype index, Qt::FocusReason reason);
     void scrollTo(qsizetype index);
+    void scrollToBlock(qsizetype first, qsizetype last);
+    void light(const QSet<QString>& ids);
+    void showLight();
     void placeBar();
     void updateFades();
 
@@ -97,6 +106,9 @@ private:
     QString m_anchorId;
     qsizetype m_anchorIndex = 0;
     QString m_currentId;
+    /// The items that are lit, by how much while the animation runs.
+    QSet<QString> m_lit;
+    QVariantAnimation m_light;
     TextLabel* m_empty;
     QScrollBar* m_bar;
     ScrollFade* m_topFade;

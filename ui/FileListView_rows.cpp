@@ -38,6 +38,7 @@ void FileListView::bindRows()
         row.view->setNow(m_now);
         place(row);
     }
+    showLight();
     updateFades();
     m_anchorIndex = m_bar->value() / pitch();
     m_anchorId = m_anchorIndex < items.size() ? items[m_anchorIndex].id : QString();

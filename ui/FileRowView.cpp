@@ -23,6 +23,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace lapsa {
 
@@ -38,6 +39,8 @@ constexpr int buttonExtent = 30;
 constexpr int cornerRadius = 16;
 constexpr double groundWhite = 0.1;
 constexpr double groundAccent = 0.035;
+/// Text keeps its contrast on it, in every role.
+constexpr double lightAccent = 0.1;
 constexpr std::int64_t secondsPerMinute = 60;
 /// From this text size on the buttons stand below the text, which needs the whole width.
 constexpr double stackedScale = 1.3;
@@ -115,6 +118,16 @@ QLinearGradient FileRowView::groundFor(const QRectF& rect, const QPalette& palet
     return gradient;
 }
 
+QColor FileRowView::lightFor(const QPalette& palette, double strength)
+{
+    return withOpacity(themeColor(ColorRole::Accent, palette), lightAccent * strength);
+}
+
+QColor FileRowView::borderFor(const QPalette& palette, double strength)
+{
+    return mixed(themeColor(ColorRole::Separator, palette), themeColor(ColorRole::Accent, palette), strength);
+}
+
 int FileRowView::rowHeight()
 {
     if (stacked()) {
@@ -151,12 +164,22 @@ void FileRowView::setTabStop(bool stop)
     }
 }
 
+void FileRowView::setLight(double strength)
+{
+    if (std::exchange(m_light, strength) != strength) {
+        update();
+    }
+}
+
 void FileRowView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     material::paintShape(painter, rect(), cornerRadius, baseFor(palette()));
     material::paintShape(painter, rect(), cornerRadius, groundFor(rect(), palette()));
-    material::paintBorder(painter, rect(), cornerRadius, QPen(themeColor(ColorRole::Separator, palette()), 1));
+    if (m_light > 0) {
+        material::paintShape(painter, rect(), cornerRadius, lightFor(palette(), m_light));
+    }
+    material::paintBorder(painter, rect(), cornerRadius, QPen(borderFor(palette(), m_light), 1));
 }
 
 void FileRowView::contextMenuEvent(QContextMenuEvent* event)

@@ -46,6 +46,9 @@ public:
     /// row as far as a surface; any lighter, and red symbols would lose their contrast.
     [[nodiscard]] static QColor baseFor(const QPalette& palette);
     [[nodiscard]] static QLinearGradient groundFor(const QRectF& rect, const QPalette& palette);
+    /// What lies over the ground of a row that is lit, and the line round it. `strength` is 0 to 1.
+    [[nodiscard]] static QColor lightFor(const QPalette& palette, double strength);
+    [[nodiscard]] static QColor borderFor(const QPalette& palette, double strength);
     /// The height of every row at the current text size.
     [[nodiscard]] static int rowHeight();
 
@@ -55,6 +58,11 @@ public:
     /// Whether Tab stops here and at the buttons. Only the current row of a list does. A click gives none of them the
     /// focus: the list decides where it goes.
     void setTabStop(bool stop);
+
+    /// How far the row is lit, 0 to 1.
+    void setLight(double strength);
+
+    [[nodiscard]] double light() const { return m_light; }
 
 signals:
     void timeSheetRequested();
@@ -77,6 +85,7 @@ private:
     FileIconSource& m_icons;
     LapsaItem m_item;
     TimePoint m_now;
+    double m_light = 0;
     FileIconView* m_icon;
     ElidedLabel* m_name;
     ElidedLabel* m_remaining;

@@ -80,6 +80,15 @@ bool LapsaPanelView::showingSheet() const
     return m_sheet != nullptr;
 }
 
+void LapsaPanelView::reveal(const QStringList& ids)
+{
+    if (isVisible()) {
+        refresh();
+        layout()->activate(); // a message that comes or goes takes its height from the list
+        m_list->reveal(ids);
+    }
+}
+
 void LapsaPanelView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
@@ -201,7 +210,13 @@ void LapsaPanelView::addDroppedFiles(const QList<QUrl>& urls)
     for (const QUrl& url : urls) {
         dropped.append(m_environment.store.addFiles({url}));
     }
-    showAddMessage(m_environment.store, dropped);
+    showAdded(dropped);
+}
+
+void LapsaPanelView::showAdded(const AddResult& result)
+{
+    showAddMessage(m_environment.store, result);
+    reveal(result.ids);
 }
 
 void LapsaPanelView::showChooser()
@@ -215,7 +230,7 @@ void LapsaPanelView::showChooser()
     m_chooser->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_chooser, &QDialog::finished, this, [this] { m_lastFolder = m_chooser->folder(); });
     connect(m_chooser, &QDialog::accepted, this,
-            [this] { showAddMessage(m_environment.store, m_environment.store.addFiles(m_chooser->chosen())); });
+            [this] { showAdded(m_environment.store.addFiles(m_chooser->chosen())); });
     m_chooser->open();
 }
 

@@ -14,6 +14,7 @@
 
 namespace lapsa {
 
+struct AddResult;
 class Clock;
 class DropZone;
 class FileChooser;
@@ -49,6 +50,8 @@ public:
     [[nodiscard]] FileChooser* chooser() const;
     /// Whether a sheet covers the panel; Escape then belongs to it.
     [[nodiscard]] bool showingSheet() const;
+    /// Scrolls to items that the user has just put on the list, and lights them up once; nothing while it is closed.
+    void reveal(const QStringList& ids);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -67,6 +70,7 @@ private:
     void tick();
     void applyTheme();
     void addDroppedFiles(const QList<QUrl>& urls);
+    void showAdded(const AddResult& result);
     void showChooser();
     void showTimeSheet(const LapsaItem& item);
     void dismissSheetOfVanishedItem();

@@ -15,6 +15,8 @@ namespace lapsa::motion {
 inline constexpr std::chrono::milliseconds hoverDuration{120};
 inline constexpr std::chrono::milliseconds popoverDuration{140};
 inline constexpr std::chrono::milliseconds sheetDuration{160};
+/// How long what was added is lit.
+inline constexpr std::chrono::milliseconds highlightDuration{1200};
 inline constexpr QEasingCurve::Type easing = QEasingCurve::OutCubic;
 
 /// False where the desktop has animations switched off, and where no one can see them (no display).

@@ -3,6 +3,7 @@
 
 #include "AlertDialog.h"
 #include "AppDelegate.h"
+#include "FileRowView.h"
 #include "LogCapture.h"
 #include "ManualTime.h"
 #include "PanelWorld.h"
@@ -120,6 +121,19 @@ public:
     RecordingFolderPicker folderPicker;
     std::unique_ptr<AppDelegate> delegate;
 };
+
+/// The files whose rows are lit in the open panel.
+QStringList litFiles()
+{
+    QStringList names;
+    for (const QWidget* const widget : QApplication::allWidgets()) {
+        const auto* const row = qobject_cast<const FileRowView*>(widget);
+        if (row != nullptr && row->isVisible() && row->light() > 0) {
+            names.push_back(row->item().displayName);
+        }
+    }
+    return names;
+}
 
 QStringList titlesOf(const QList<StatusMenuEntry>& menu)
 {
@@ -321,6 +335,20 @@ private slots:
         };
         QCOMPARE(lifespan(items[0]), 7 * 24 * 3600);
         QCOMPARE(lifespan(items[1]), 2 * 3600);
+    }
+
+    void whatTheUserAddsIsLitInTheOpenPanel()
+    {
+        Program program;
+        program.start();
+        program.delegate->applicationOpen({QUrl::fromLocalFile(program.home.makeFile(u"while closed.txt"_s))});
+        program.selection.answer = program.home.makeFile(u"by key.txt"_s);
+
+        program.hotKeys.press();
+        QCOMPARE(litFiles(), QStringList{u"by key.txt"_s});
+        program.delegate->applicationOpen({QUrl::fromLocalFile(program.home.makeFile(u"opened with.txt"_s))});
+
+        QCOMPARE(litFiles(), QStringList{u"opened with.txt"_s});
     }
 
     void aFailureAddsNothingButOpensThePanel()

@@ -19,6 +19,7 @@
 
 #include <chrono>
 #include <memory>
+#include <tuple>
 
 namespace lapsa::test {
 
@@ -69,6 +70,9 @@ void Gallery::paintPanel()
         fill(scene);
         const auto panel = shownPanel(scene);
         save(*panel, u"panel-many"_s);
+        panel->reveal({scene.world.store().items().at(2).id});
+        save(*panel, u"panel-added"_s);
+        std::ignore = QTest::qWaitFor([&] { return row(*panel, 2)->light() == 0; });
 
         QTest::mouseMove(row(*panel, 1)->findChildren<RowIconButton*>().at(0), {15, 15});
         QEnterEvent enter({15, 15}, {15, 15}, {15, 15});

@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileListView.h"
+#include "FileRowView.h"
+#include "LapsaStore.h"
+#include "Motion.h"
+#include "ScrollFade.h"
+
+#include <algorithm>
+
+namespace lapsa {
+
+namespace {
+
+/// How much of its time a row stays lit before it fades: as long as an eye needs to get there.
+constexpr double heldPart = 0.4;
+
+} // namespace
+
+void FileListView::reveal(const QStringList& ids)
+{
+    const QSet<QString> wanted(ids.begin(), ids.end());
+    const QList<LapsaItem>& items = m_store.items();
+    qsizetype first = -1;
+    qsizetype last = -1;
+    // From the end, where the new ones are: the others need not be looked at.
+    for (qsizetype index = items.size() - 1, left = wanted.size(); index >= 0 && left > 0; --index) {
+        if (wanted.contains(items[index].id)) {
+            last = std::max(index, last);
+            first = index;
+            --left;
+        }
+    }
+    if (first < 0) {
+        return;
+    }
+    if (focusedRow() == nullptr) {
+        m_currentId = items[first].id; // the keyboard goes on from there
+    }
+    scrollToBlock(first, last);
+    light(wanted);
+    updateTabStops();
+}
+
+/// To the middle, so that its neighbours tell where it is; the upper end of what is too long for that. Rows that are
+/// all seen stay where they are.
+void FileListView::scrollToBlock(qsizetype first, qsizetype last)
+{
+    const qint64 top = qint64(first) * pitch();
+    const qint64 bottom = qint64(last) * pitch() + FileRowView::rowHeight();
+    if (top >= m_bar->value() && bottom <= m_bar->value() + height()) {
+        return;
+    }
+    const qint64 above = std::max<qint64>((height() - (bottom - top)) / 2, ScrollFade::extent);
+    m_bar->setValue(static_cast<int>(std::clamp<qint64>(top - above, 0, m_bar->maximum())));
+}
+
+/// Nothing moves where nothing may: the rows stay lit as long, and are dark again at once.
+void FileListView::light(const QSet<QString>& ids)
+{
+    m_lit = ids;
+    m_light.stop();
+    m_light.setKeyValues({{0, 1.0}, {heldPart, 1.0}, {1, motion::allowed() ? 0.0 : 1.0}});
+    m_light.setDuration(static_cast<int>(motion::highlightDuration.count()));
+    m_light.start();
+    showLight();
+}
+
+void FileListView::showLight()
+{
+    const double strength = m_light.state() == QAbstractAnimation::Running ? m_light.currentValue().toDouble() : 0;
+    for (const Row& row : m_rows) {
+        row.view->setLight(m_lit.contains(row.view->item().id) ? strength : 0);
+    }
+}
+
+} // namespace lapsa
