@@ -24,6 +24,7 @@
 #include "SystemLog.h"
 #include "TerminationSignals.h"
 #include "ThemePalette.h"
+#include "ToolkitTexts.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -194,6 +195,8 @@ int launch(int argc, char** argv)
     QApplication::setStyle(new LapsaStyle);
     const auto application = makeApplication(arguments, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    ToolkitTexts toolkitTexts;
+    QCoreApplication::installTranslator(&toolkitTexts);
     // The drawing of our own where Lapsa runs without being installed, or the theme has none.
     QGuiApplication::setWindowIcon(QIcon::fromTheme(applicationId, QIcon(u":/lapsa/%1.svg"_s.arg(applicationId))));
 

@@ -29,6 +29,13 @@ QIcon themed(const QStringList& names, const QString& drawing)
     return QIcon(u":/lapsa/icons/%1.svg"_s.arg(drawing));
 }
 
+/// For sizes and times. The texts around them are Italian by another rule than the toolkit's.
+QLocale shownLocale()
+{
+    const QLocale usual;
+    return Localized::isItalian() && usual.language() != QLocale::Italian ? QLocale(QLocale::Italian) : usual;
+}
+
 /// As it is on the disk; the model's own fileName() asks for what is shown.
 QString nameOf(const QModelIndex& index)
 {
@@ -95,9 +102,9 @@ QVariant ChooserModel::shownText(const QModelIndex& index) const
         return singleLine(nameOf(index));
     case Size:
         return isDir(index) ? QString()
-                            : QLocale().formattedDataSize(size(index), 1, QLocale::DataSizeTraditionalFormat);
+                            : shownLocale().formattedDataSize(size(index), 1, QLocale::DataSizeTraditionalFormat);
     case Changed:
-        return QLocale().toString(lastModified(index), QLocale::ShortFormat);
+        return shownLocale().toString(lastModified(index), QLocale::ShortFormat);
     default:
         return {};
     }
