@@ -107,12 +107,12 @@ int DurationEditor::lineCentre() const
     return sizeHint().height() - m_columns.front().stepper->sizeHint().height() / 2;
 }
 
-void DurationEditor::changeEvent(QEvent* event)
+bool DurationEditor::event(QEvent* event)
 {
-    QWidget::changeEvent(event);
     if (event->type() == QEvent::ApplicationFontChange) {
         arrange();
     }
+    return QWidget::event(event);
 }
 
 QWidget* DurationEditor::makeColumn(Column& column)

@@ -60,7 +60,7 @@ public:
     void refresh();
 
 protected:
-    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     using Field = std::int64_t DurationFields::*;

@@ -80,13 +80,13 @@ void ElidedLabel::paintEvent(QPaintEvent*)
     painter.drawText(rect(), static_cast<int>(place | Qt::AlignAbsolute) | Qt::TextSingleLine, shown);
 }
 
-void ElidedLabel::changeEvent(QEvent* event)
+bool ElidedLabel::event(QEvent* event)
 {
-    QLabel::changeEvent(event);
     if (event->type() == QEvent::ApplicationFontChange) {
         setFont(fontFor(m_style));
         updateGeometry();
     }
+    return QLabel::event(event);
 }
 
 void ElidedLabel::resizeEvent(QResizeEvent* event)

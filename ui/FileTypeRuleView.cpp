@@ -62,6 +62,7 @@ void FileTypeRuleView::refresh()
     m_toggle->setLabel(extensions.isEmpty() ? Localized::text(u"New rule"_s, u"Nuova regola"_s) : extensions);
     m_lifespan->setAccessibleName(m_toggle->accessibleName());
     m_toggle->showChecked(m_enabled.read());
+    m_extensions->setFont(fontFor(bodyText));
     if (m_extensions->text() != extensions) {
         const int cursor = m_extensions->cursorPosition();
         m_extensions->setText(extensions);
@@ -87,7 +88,6 @@ void FileTypeRuleView::makeControls(QWidget* stack)
     m_toggle->setElideMode(Qt::ElideRight);
     const QString placeholder = Localized::text(u"Extensions, e.g. .pdf,.png"_s, u"Estensioni, esempio .pdf,.png"_s);
     m_extensions = new QLineEdit(stack);
-    m_extensions->setFont(fontFor(bodyText));
     m_extensions->setPlaceholderText(placeholder);
     m_extensions->setAccessibleName(placeholder);
     m_lifespan = new DurationEditor({lifespan.read, lifespan.write}, lifespanBounds, stack);

@@ -89,12 +89,12 @@ void PreferencesView::paintEvent(QPaintEvent*)
     material::paintWindow(painter, rect().adjusted(-1, -1, 1, 1), 0, palette());
 }
 
-void PreferencesView::changeEvent(QEvent* event)
+bool PreferencesView::event(QEvent* event)
 {
-    QWidget::changeEvent(event);
     if (event->type() == QEvent::ApplicationFontChange) {
         noteChange(); // once the controls have their new sizes
     }
+    return QWidget::event(event);
 }
 
 void PreferencesView::showEvent(QShowEvent* event)

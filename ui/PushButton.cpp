@@ -79,13 +79,13 @@ void PushButton::paintEvent(QPaintEvent*)
     painter.drawText(place, Qt::AlignCenter | Qt::TextSingleLine, text());
 }
 
-void PushButton::changeEvent(QEvent* event)
+bool PushButton::event(QEvent* event)
 {
-    HoverButton::changeEvent(event);
     if (event->type() == QEvent::ApplicationFontChange) {
         setFont(fontFor(buttonText));
         updateGeometry();
     }
+    return HoverButton::event(event);
 }
 
 QColor PushButton::foreground() const

@@ -60,13 +60,13 @@ protected:
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
     }
 
-    void changeEvent(QEvent* event) override
+    bool event(QEvent* event) override
     {
-        QRadioButton::changeEvent(event);
         if (event->type() == QEvent::ApplicationFontChange) {
             setFont(fontFor(chosenText));
             updateGeometry();
         }
+        return QRadioButton::event(event);
     }
 
     [[nodiscard]] bool hitButton(const QPoint& position) const override { return rect().contains(position); }

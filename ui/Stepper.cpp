@@ -6,6 +6,7 @@
 #include "FocusRing.h"
 #include "Material.h"
 #include "Painting.h"
+#include "TextStyle.h"
 #include "ThemePalette.h"
 
 #include <QKeyEvent>
@@ -13,6 +14,8 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyle>
+
+#include <cmath>
 
 namespace lapsa {
 
@@ -33,6 +36,12 @@ constexpr int dividerInset = 5;
 constexpr auto firstRepeat = 400ms;
 constexpr auto nextRepeat = 70ms;
 
+/// A length that grows with the text that the user reads.
+int scaled(int length)
+{
+    return static_cast<int>(std::lround(length * textScale()));
+}
+
 } // namespace
 
 Stepper::Stepper(const QString& name, QWidget* parent)
@@ -51,17 +60,17 @@ Stepper::Stepper(const QString& name, QWidget* parent)
 
 QSize Stepper::sizeHint() const
 {
-    return {2 * halfWidth, controlHeight};
+    return {2 * scaled(halfWidth), scaled(controlHeight)};
 }
 
 QRect Stepper::decrementRect() const
 {
-    return QStyle::visualRect(layoutDirection(), rect(), QRect(0, 0, halfWidth, height()));
+    return QStyle::visualRect(layoutDirection(), rect(), QRect(0, 0, width() / 2, height()));
 }
 
 QRect Stepper::incrementRect() const
 {
-    return QStyle::visualRect(layoutDirection(), rect(), QRect(halfWidth, 0, halfWidth, height()));
+    return QStyle::visualRect(layoutDirection(), rect(), QRect(width() / 2, 0, width() / 2, height()));
 }
 
 void Stepper::paintEvent(QPaintEvent*)
@@ -70,13 +79,21 @@ void Stepper::paintEvent(QPaintEvent*)
     material::paintSurface(painter, rect(), radius, palette());
     paintHalf(painter, -1);
     paintHalf(painter, 1);
-    painter.fillRect(QRect(width() / 2, dividerInset, 1, height() - 2 * dividerInset),
+    painter.fillRect(QRect(width() / 2, scaled(dividerInset), 1, height() - 2 * scaled(dividerInset)),
                      themeColor(ColorRole::Separator, palette()));
 }
 
 void Stepper::resizeEvent(QResizeEvent*)
 {
     // The number is shown elsewhere: the field inside takes no part in the layout.
+}
+
+bool Stepper::event(QEvent* event)
+{
+    if (event->type() == QEvent::ApplicationFontChange) {
+        setFixedSize(sizeHint());
+    }
+    return QSpinBox::event(event);
 }
 
 void Stepper::mousePressEvent(QMouseEvent* event)
@@ -171,7 +188,7 @@ void Stepper::paintHalf(QPainter& painter, int half) const
     }
     const QColor color = possible ? painting::enabledColor(*this, primary) : withOpacity(primary, impossibleOpacity);
     painting::drawSymbol(painter, place,
-                         {half < 0 ? u"minus"_s : u"plus"_s, symbolSize, SymbolWeight::Semibold, color});
+                         {half < 0 ? u"minus"_s : u"plus"_s, symbolSize * textScale(), SymbolWeight::Semibold, color});
 }
 
 void Stepper::stepHeld()

@@ -96,12 +96,12 @@ void SymbolTabBar::paintEvent(QPaintEvent*)
     }
 }
 
-void SymbolTabBar::changeEvent(QEvent* event)
+bool SymbolTabBar::event(QEvent* event)
 {
-    QTabBar::changeEvent(event);
     if (event->type() == QEvent::ApplicationFontChange) {
         setFont(fontFor(tabLabelText));
     }
+    return QTabBar::event(event);
 }
 
 void SymbolTabBar::paintTab(QPainter& painter, int index) const

@@ -22,7 +22,7 @@ protected:
     [[nodiscard]] QSize tabSizeHint(int index) const override;
     [[nodiscard]] QSize minimumTabSizeHint(int index) const override;
     void paintEvent(QPaintEvent* event) override;
-    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     /// Whether there is room for texts only.

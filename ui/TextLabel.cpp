@@ -104,13 +104,13 @@ void TextLabel::paintEvent(QPaintEvent*)
     painter.drawText(lines, static_cast<int>(place | Qt::AlignAbsolute) | Qt::TextWordWrap, shown);
 }
 
-void TextLabel::changeEvent(QEvent* event)
+bool TextLabel::event(QEvent* event)
 {
-    QLabel::changeEvent(event);
     if (event->type() == QEvent::ApplicationFontChange) {
         setFont(fontFor(m_style));
         updateGeometry();
     }
+    return QLabel::event(event);
 }
 
 int TextLabel::lineHeight() const

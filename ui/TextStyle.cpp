@@ -113,7 +113,9 @@ void draw(QPainter& painter, const QPointF& baseline, const QString& text, const
     painter.setFont(font);
     QPointF place = baseline;
     forEachPiece(text, QFontMetricsF(font), [&](const QString& piece, double advance, double width) {
-        painter.drawText(place + QPointF((width - advance) / 2, 0), piece);
+        // The first one stands flush with what is above and below; a narrow digit in the middle of its cell would not.
+        const double inset = place.x() > baseline.x() ? (width - advance) / 2 : 0;
+        painter.drawText(place + QPointF(inset, 0), piece);
         place.rx() += width;
     });
 }

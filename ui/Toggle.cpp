@@ -111,12 +111,12 @@ void Toggle::paintEvent(QPaintEvent*)
     paintSwitch(painter);
 }
 
-void Toggle::changeEvent(QEvent* event)
+bool Toggle::event(QEvent* event)
 {
-    QCheckBox::changeEvent(event);
     if (event->type() == QEvent::ApplicationFontChange) {
         setTextStyle(m_style);
     }
+    return QCheckBox::event(event);
 }
 
 void Toggle::keyPressEvent(QKeyEvent* event)

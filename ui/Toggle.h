@@ -39,7 +39,7 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     [[nodiscard]] bool hitButton(const QPoint& position) const override;
 

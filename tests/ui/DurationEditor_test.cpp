@@ -6,6 +6,8 @@
 #include "Stepper.h"
 #include "TextLabel.h"
 
+#include <QApplication>
+#include <QImage>
 #include <QTest>
 
 #include <limits>
@@ -35,6 +37,9 @@ private slots:
     void titlesAndMarksFollowTheLanguage();
     void theColumnsStandAtTheirDistances();
     void theSteppersAreNamedByTheirUnit();
+    void theSteppersGrowWithTheText_data();
+    void theSteppersGrowWithTheText();
+    void everythingGrowsWhenTheTextDoes();
     void aHeldHalfRepeatsAndTheWheelDoesNothing();
 };
 
@@ -84,6 +89,39 @@ struct Editor
     int writes = 0;
     DurationEditor editor;
 };
+
+/// Another text size of the desktop, until it goes.
+class TextSize final
+{
+public:
+    explicit TextSize(double points) { setPoints(points); }
+
+    TextSize(const TextSize&) = delete;
+    TextSize& operator=(const TextSize&) = delete;
+
+    ~TextSize() { setPoints(10); }
+
+private:
+    static void setPoints(double points)
+    {
+        QFont font = QApplication::font();
+        font.setPointSizeF(points);
+        QApplication::setFont(font);
+    }
+};
+
+/// How wide the plus sign of a stepper is drawn.
+int widthOfSign(Stepper& stepper)
+{
+    QImage image(stepper.size(), QImage::Format_ARGB32);
+    stepper.render(&image);
+    const QRect half = stepper.incrementRect().adjusted(4, 0, -4, 0);
+    int width = 0;
+    for (int x = half.left(); x <= half.right(); ++x) {
+        width += image.pixelColor(x, image.height() / 2).lightness() < 128 ? 1 : 0;
+    }
+    return width;
+}
 
 } // namespace
 
@@ -216,6 +254,50 @@ void DurationEditor_test::theSteppersAreNamedByTheirUnit()
     QCOMPARE(editor.stepper(u"Days"_s).accessibleName(), u"Days"_s);
     QCOMPARE(editor.stepper(u"Hours"_s).accessibleName(), u"Hours"_s);
     QCOMPARE(editor.stepper(u"Minutes"_s).accessibleName(), u"Minutes"_s);
+}
+
+void DurationEditor_test::theSteppersGrowWithTheText_data()
+{
+    QTest::addColumn<double>("points");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("sign");
+    QTest::newRow("usual text") << 10.0 << QSize(44, 24) << 7;
+    QTest::newRow("text at 150 %") << 15.0 << QSize(66, 36) << 11;
+    QTest::newRow("text at 200 %") << 20.0 << QSize(88, 48) << 14;
+}
+
+void DurationEditor_test::theSteppersGrowWithTheText()
+{
+    QFETCH(const double, points);
+    QFETCH(const QSize, size);
+    QFETCH(const int, sign);
+    const TextSize text(points);
+
+    Editor editor(1500);
+    Stepper& days = editor.stepper(u"Days"_s);
+
+    QCOMPARE(days.size(), size);
+    QCOMPARE(days.incrementRect().united(days.decrementRect()).size(), size);
+    QVERIFY2(widthOfSign(days) >= sign, qPrintable(QString::number(widthOfSign(days))));
+    QVERIFY(editor.editor.rect().contains(QRect(days.mapTo(&editor.editor, QPoint()), days.size())));
+}
+
+void DurationEditor_test::everythingGrowsWhenTheTextDoes()
+{
+    Editor small(1500);
+    const QSize usual = small.editor.sizeHint();
+    const TextSize text(20);
+    Editor large(1500);
+
+    // Only within its event loop does the toolkit tell the widgets by itself.
+    for (QWidget* const widget : QApplication::allWidgets()) {
+        QEvent event(QEvent::ApplicationFontChange);
+        QApplication::sendEvent(widget, &event);
+    }
+    QApplication::processEvents();
+
+    QVERIFY(small.editor.sizeHint().height() > usual.height());
+    QCOMPARE(small.editor.sizeHint(), large.editor.sizeHint());
 }
 
 void DurationEditor_test::aHeldHalfRepeatsAndTheWheelDoesNothing()

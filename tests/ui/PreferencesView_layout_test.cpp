@@ -96,6 +96,26 @@ private slots:
         QCOMPARE(placeOfHeading(world, u"Auto-clean folders"_s), place);
     }
 
+    void theHeadingsStayInOnePlaceWhenTheTextGrows()
+    {
+        PreferencesWorld world;
+        const QPoint before = placeOfHeading(world, u"General"_s);
+
+        setPointSize(20);
+        // Only within its event loop does the toolkit tell the widgets by itself.
+        for (QWidget* const widget : QApplication::allWidgets()) {
+            QEvent event(QEvent::ApplicationFontChange);
+            QApplication::sendEvent(widget, &event);
+        }
+        world.settle();
+        QTRY_VERIFY(placeOfHeading(world, u"General"_s) != before);
+        const QPoint place = placeOfHeading(world, u"General"_s);
+        world.view.showTab(PreferencesView::Tab::Rules);
+        world.settle();
+
+        QCOMPARE(placeOfHeading(world, u"File type rules"_s), place);
+    }
+
     void theSwitchesOfAllTabsStandInOneColumnWithAndWithoutAScrollBar_data()
     {
         QTest::addColumn<Qt::LayoutDirection>("direction");

@@ -6,7 +6,11 @@
 
 #include <QApplication>
 #include <QFontMetricsF>
+#include <QImage>
+#include <QPainter>
 #include <QTest>
+
+#include <functional>
 
 using namespace lapsa;
 using namespace Qt::StringLiterals;
@@ -21,6 +25,7 @@ private slots:
     void theSizesOfDesktopsAreTakenAsUsual();
     void aStyleIsAFontOfThatManyPixels();
     void everyRunningNumberIsEquallyWide();
+    void aFirstDigitStandsFlush();
     void aNameIsShownOnOneLine_data();
     void aNameIsShownOnOneLine();
     void aToolTipShowsMarkupAsText();
@@ -69,12 +74,54 @@ void TextStyle_test::aStyleIsAFontOfThatManyPixels()
     QCOMPARE(fontFor(headlineText).family(), QApplication::font().family());
 }
 
+namespace {
+
+/// A font whose digits differ in width.
+QFont unevenDigits()
+{
+    QFont font(u"Inter"_s);
+    font.setPixelSize(40);
+    return font;
+}
+
+/// The column of the first ink of a text that starts at column 10.
+int firstInk(const std::function<void(QPainter&)>& draw)
+{
+    QImage image(300, 60, QImage::Format_ARGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    draw(painter);
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            if (image.pixelColor(x, y).lightness() < 128) {
+                return x;
+            }
+        }
+    }
+    return -1;
+}
+
+} // namespace
+
 void TextStyle_test::everyRunningNumberIsEquallyWide()
 {
-    QFont font(u"Inter"_s); // its digits differ in width, where it is installed
-    font.setPixelSize(12);
+    const QFont font = unevenDigits();
 
     QCOMPARE(tabularText::width(u"11:11 left"_s, font), tabularText::width(u"48:08 left"_s, font));
+}
+
+void TextStyle_test::aFirstDigitStandsFlush()
+{
+    const QFont font = unevenDigits();
+    QVERIFY(QFontMetricsF(font).horizontalAdvance(u'1') < QFontMetricsF(font).horizontalAdvance(u'0') - 4);
+    constexpr QPointF baseline(10, 50);
+
+    const int running = firstInk([&](QPainter& painter) { tabularText::draw(painter, baseline, u"12 min"_s, font); });
+
+    QCOMPARE(running, firstInk([&](QPainter& painter) {
+                 painter.setFont(font);
+                 painter.drawText(baseline, u"12 min"_s);
+             }));
 }
 
 void TextStyle_test::aNameIsShownOnOneLine_data()
