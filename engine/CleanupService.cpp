@@ -5,6 +5,7 @@
 
 #include "Clock.h"
 #include "ExpiryWarnings.h"
+#include "ItemPlaces.h"
 #include "LapsaStore.h"
 #include "MainQueue.h"
 
@@ -67,11 +68,13 @@ void CleanupService::sendDueWarnings(LapsaStore& store)
     const std::int64_t leadMinutes = store.settings().notifyBeforeMinutes;
     const TimePoint now = m_environment.clock.now();
     const QList<LapsaItem> snapshot = store.items();
+    ItemPlaces locked = ItemPlaces::ofLocked(snapshot);
     QSet<QString> warned;
     for (const LapsaItem& item : snapshot) {
         const double remaining = secondsBetween(now, item.expiresAt);
         const bool due = remaining > 0 && remaining <= static_cast<double>(leadMinutes) * secondsPerMinute;
-        if (due && !item.locked && !item.fiveMinuteWarningSent) {
+        // What a lock holds back will not go, and is not said to.
+        if (due && !item.locked && !item.fiveMinuteWarningSent && !locked.areAtOrIn(item.path)) {
             // The setting and not the time left, on purpose, even where less time is left.
             m_notificationService.sendWarning(item, leadMinutes);
             warned.insert(item.id);

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -54,6 +55,23 @@ ItemPlaces::ItemPlaces(const QList<LapsaItem>& items)
     for (const LapsaItem& item : items) {
         m_files.push_back(item.path);
     }
+}
+
+ItemPlaces ItemPlaces::ofLocked(const QList<LapsaItem>& items)
+{
+    QList<LapsaItem> locked;
+    std::ranges::copy_if(items, std::back_inserter(locked), &LapsaItem::locked);
+    return ItemPlaces(locked);
+}
+
+bool ItemPlaces::areAtOrIn(const QString& path)
+{
+    if (m_files.isEmpty()) {
+        return false;
+    }
+    const QString standardized = fileSystem::standardizedPath(path).value_or(path);
+    const auto found = Neighbours().look(standardized);
+    return found && (includes(standardized, found.value()) || lieIn(standardized, found.value()));
 }
 
 bool ItemPlaces::includes(const QString& path, const fileSystem::EntryLook& entry)

@@ -103,8 +103,16 @@ public:
 
     /// The file stays where it is.
     void removeFromList(const LapsaItem& item);
-    /// Disposes of the file as the settings say, locked or not, and takes the item off the list.
-    void deleteNow(const LapsaItem& item);
+    enum class DeleteOutcome
+    {
+        OffTheList,
+        /// Nothing was touched: another item, which is locked, lies in the folder.
+        HoldsLockedItem,
+    };
+
+    /// Disposes of the file as the settings say, locked or not, and takes the item off the list; with a folder, the
+    /// items in it that are not locked.
+    [[nodiscard]] DeleteOutcome deleteNow(const LapsaItem& item);
     void toggleLock(const LapsaItem& item);
     void lockItem(const QString& id);
     /// A new expiry `minutes`, at least 1, from now.
@@ -117,7 +125,8 @@ public:
 
     // ---- Expiry
 
-    /// Purges the recovery folder, then disposes of every item that is expired and not locked.
+    /// Purges the recovery folder, then disposes of every item that is expired and not locked. A lock holds for what
+    /// the locked item lies in as well: such a folder is passed over.
     void deleteExpiredItems();
     void markWarningSent(const QString& id);
     /// The same for many at once: the first item of each id.
@@ -155,9 +164,10 @@ private:
     AddResult addFound(const QList<FoundFile>& files, const AddOptions& options);
     [[nodiscard]] QList<LapsaItem>::iterator firstItem(const QString& id);
     void removeItems(QString id);
-    void deleteFileForItem(const LapsaItem& item);
     void deleteFileForItem(const LapsaItem& item, DisposalRun& run);
+    [[nodiscard]] Result<void> disposeOf(const LapsaItem& item, DisposalRun& run);
     [[nodiscard]] Result<void> moveToRecovery(const LapsaItem& item, DisposalRun& run);
+    void takeOffTheList(const DisposalRun& run);
     void removeRecoveryRecords(QUuid id);
     void removeInterruptedRestores() const;
     void scanFolder(const LapsaAutoCleanFolderRule& rule);

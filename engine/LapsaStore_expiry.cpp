@@ -6,12 +6,15 @@
 #include "FileBatch.h"
 #include "FileName.h"
 #include "FreeNames.h"
+#include "ItemPlaces.h"
 #include "LapsaStore.h"
 #include "RandomUuid.h"
 #include "SystemLog.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
+#include <utility>
 
 namespace lapsa {
 
@@ -20,13 +23,21 @@ using namespace Qt::StringLiterals;
 /// What disposing of many files in a row shares.
 struct LapsaStore::DisposalRun
 {
-    explicit DisposalRun(const fileSystem::KnownPaths& knownPaths)
+    DisposalRun(const QList<LapsaItem>& items, const fileSystem::KnownPaths& knownPaths)
         : batch({.folder = AppPaths::applicationSupportDirectory().toLocalFile(), .knownPaths = &knownPaths})
+        , locked(ItemPlaces::ofLocked(items))
     {}
 
     fileSystem::Batch batch;
     QString recoveryFolder = AppPaths::recoveryDirectory().toLocalFile();
     FreeNames freeNames;
+    ItemPlaces locked;
+    /// By hand a lock holds for what lies in the item alone: the user said now.
+    bool byHand = false;
+    /// Of the items that were dealt with, whatever became of their files: id and path.
+    QSet<std::pair<QString, QString>> handled;
+    /// The folders that are gone from their places, standardised.
+    QSet<QString> goneFolders;
 };
 
 namespace {
@@ -69,7 +80,7 @@ void LapsaStore::deleteExpiredItems()
     for (const LapsaItem& item : snapshot) {
         if (item.isExpired(clock.now()) && !item.locked) {
             if (!run) {
-                run.emplace(m_knownPaths);
+                run.emplace(snapshot, m_knownPaths);
                 if (!settings().useRecoveryWindow && settings().useTrash) {
                     run->batch.expectTrash(expiredPaths(snapshot, clock.now()));
                 }
@@ -77,17 +88,45 @@ void LapsaStore::deleteExpiredItems()
             deleteFileForItem(item, *run);
         }
     }
-    if (!run) {
-        return;
+    if (run && !run->handled.isEmpty()) {
+        takeOffTheList(*run);
+        saveSoon();
+        saveRecoverySoon();
     }
+}
 
-    // Tested anew against the clock, on purpose: an item whose time ran out while the files above were on their way
-    // leaves the list as well, and its file stays where it is.
-    emit willChange();
-    const TimePoint now = clock.now();
-    m_items.removeIf([now](const LapsaItem& item) { return item.isExpired(now) && !item.locked; });
+// Neither the item's own lock nor the time left is asked for, on purpose: the user said now.
+LapsaStore::DeleteOutcome LapsaStore::deleteNow(const LapsaItem& item)
+{
+    DisposalRun run(m_items, m_knownPaths);
+    run.byHand = true;
+    deleteFileForItem(item, run);
+    if (run.handled.isEmpty()) {
+        return DeleteOutcome::HoldsLockedItem;
+    }
+    removeItems(item.id);
+    takeOffTheList(run);
     saveSoon();
-    saveRecoverySoon();
+    return DeleteOutcome::OffTheList;
+}
+
+// What ran out meanwhile was not dealt with: it stays for the next pass.
+void LapsaStore::takeOffTheList(const DisposalRun& run)
+{
+    const auto wentWithItsFolder = [&run](const LapsaItem& item) {
+        const std::optional<QString> path = fileSystem::standardizedPath(item.path);
+        for (QString folder = parentPath(path.value_or(QString())); folder.size() > 1; folder = parentPath(folder)) {
+            if (run.goneFolders.contains(folder)) {
+                return true;
+            }
+        }
+        return false;
+    };
+    emit willChange();
+    m_items.removeIf([&](const LapsaItem& item) {
+        return !item.locked &&
+               (run.handled.contains({item.id, item.path}) || (!run.goneFolders.isEmpty() && wentWithItsFolder(item)));
+    });
 }
 
 void LapsaStore::markWarningSent(const QString& id)
@@ -113,30 +152,34 @@ void LapsaStore::markWarningsSent(QSet<QString> ids)
     }
 }
 
-void LapsaStore::deleteFileForItem(const LapsaItem& item)
-{
-    DisposalRun run(m_knownPaths);
-    deleteFileForItem(item, run);
-}
-
 void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
 {
-    // Somebody else was faster: nothing to do and nothing to say. A path that leads nowhere by itself, as an edited
-    // file may hold one, is refused below like everything else that must not be touched.
-    if (!run.batch.select(item.path) && item.path.startsWith(u'/')) {
+    const bool exists = run.batch.select(item.path);
+    const std::optional<fileSystem::EntryLook> entry = run.batch.selected();
+    const bool heldByLock =
+        entry && ((!run.byHand && run.locked.includes(item.path, *entry)) || run.locked.lieIn(item.path, *entry));
+    if (heldByLock) {
         return;
     }
-    Result<void> disposed;
-    if (settings().useRecoveryWindow) {
-        disposed = moveToRecovery(item, run);
-    } else if (settings().useTrash) {
-        disposed = run.batch.moveToTrash();
-    } else {
-        disposed = run.batch.remove();
+    run.handled.insert({item.id, item.path});
+    // Somebody else was faster: nothing to do and nothing to say. A path that leads nowhere by itself, as an edited
+    // file may hold one, is refused below like everything else that must not be touched.
+    if (!exists && item.path.startsWith(u'/')) {
+        return;
     }
-    if (!disposed) {
+    if (const Result<void> disposed = disposeOf(item, run); !disposed) {
         systemLog(u"Lapsa failed to delete "_s + item.path + u": "_s + disposed.error().description);
+    } else if (entry && entry->isDirectory) {
+        run.goneFolders.insert(fileSystem::standardizedPath(item.path).value_or(item.path));
     }
+}
+
+Result<void> LapsaStore::disposeOf(const LapsaItem& item, DisposalRun& run)
+{
+    if (settings().useRecoveryWindow) {
+        return moveToRecovery(item, run);
+    }
+    return settings().useTrash ? run.batch.moveToTrash() : run.batch.remove();
 }
 
 Result<void> LapsaStore::moveToRecovery(const LapsaItem& item, DisposalRun& run)

@@ -17,14 +17,6 @@ void LapsaStore::removeFromList(const LapsaItem& item)
     saveSoon();
 }
 
-// Neither the lock nor the time left is asked for, on purpose: the user said now.
-void LapsaStore::deleteNow(const LapsaItem& item)
-{
-    deleteFileForItem(item);
-    removeItems(item.id);
-    saveSoon();
-}
-
 // The countdown goes on behind a lock, on purpose: locking never adds time.
 void LapsaStore::toggleLock(const LapsaItem& item)
 {

@@ -230,7 +230,15 @@ void FileRowView::makeButtons()
     connect(m_timerButton, &RowIconButton::clicked, this, &FileRowView::timeSheetRequested);
     connect(m_lockButton, &RowIconButton::clicked, this, [this] { m_store.toggleLock(m_item); });
     connect(m_removeButton, &RowIconButton::clicked, this, [this] { m_store.removeFromList(m_item); });
-    connect(m_deleteButton, &RowIconButton::clicked, this, [this] { m_store.deleteNow(m_item); });
+    connect(m_deleteButton, &RowIconButton::clicked, this, &FileRowView::deleteNow);
+}
+
+void FileRowView::deleteNow()
+{
+    if (m_store.deleteNow(m_item) == LapsaStore::DeleteOutcome::HoldsLockedItem) {
+        m_store.setLastMessage(Localized::text(u"“%1” holds a locked file."_s, u"“%1” contiene un file bloccato."_s)
+                                   .arg(m_item.displayName));
+    }
 }
 
 void FileRowView::arrange()

@@ -75,6 +75,7 @@ protected:
 
 private:
     void makeButtons();
+    void deleteNow();
     void arrange();
     void refresh();
     void refreshRemaining();

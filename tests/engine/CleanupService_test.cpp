@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <optional>
+#include <tuple>
 
 using namespace lapsa;
 using namespace std::chrono_literals;
@@ -196,7 +197,7 @@ private slots:
     void whilePausedAPassWarnsOfNothingAndDeletesAndPurgesNothing()
     {
         World world;
-        world.store().deleteNow(world.add(world.home.makeFile(u"parked.txt"_s)));
+        std::ignore = world.store().deleteNow(world.add(world.home.makeFile(u"parked.txt"_s)));
         const QString copy = world.store().recoveryItems().first().recoveryPath;
         world.time.advance(24h);
         const LapsaItem due = world.add(world.home.makeFile(u"due.txt"_s), 1);

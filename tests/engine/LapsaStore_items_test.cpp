@@ -11,6 +11,7 @@
 #include <QTest>
 
 #include <cerrno>
+#include <tuple>
 
 using namespace lapsa;
 using namespace std::chrono_literals;
@@ -127,7 +128,7 @@ private slots:
         const LapsaItem item = world.add(world.home.makeFile(u"a.txt"_s), 600);
         world.store().toggleLock(item);
 
-        world.store().deleteNow(item);
+        std::ignore = world.store().deleteNow(item);
 
         QVERIFY(!item.exists());
         QVERIFY(world.store().items().isEmpty());
@@ -143,7 +144,7 @@ private slots:
         QVERIFY(QFile::remove(item.path));
         const test::LogCapture log;
 
-        world.store().deleteNow(item);
+        std::ignore = world.store().deleteNow(item);
 
         QVERIFY(world.store().items().isEmpty());
         QVERIFY(world.store().recoveryItems().isEmpty());
@@ -165,7 +166,7 @@ private slots:
         const LapsaItem item = world.store().items().first();
         const test::LogCapture log;
 
-        world.store().deleteNow(item);
+        std::ignore = world.store().deleteNow(item);
 
         QVERIFY(item.exists());
         QVERIFY(world.store().items().isEmpty());

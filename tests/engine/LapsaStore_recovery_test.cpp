@@ -13,6 +13,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <tuple>
 
 using namespace lapsa;
 using namespace std::chrono_literals;
@@ -26,7 +27,7 @@ const QString recoveryName = u"recovery.json"_s;
 /// Parks a file as a sweep does; the answer is its record.
 LapsaRecoveryItem park(test::StoreWorld& world, const QString& relative, const QByteArray& content = "bytes")
 {
-    world.store().deleteNow(world.add(world.home.makeFile(relative, content)));
+    std::ignore = world.store().deleteNow(world.add(world.home.makeFile(relative, content)));
     world.letSavesPass();
     return world.store().recoveryItems().last();
 }
@@ -321,7 +322,7 @@ private slots:
     {
         test::StoreWorld world;
         world.home.makeFile(u"photos/2026/a.jpg"_s);
-        world.store().deleteNow(world.add(world.home.path(u"photos"_s)));
+        std::ignore = world.store().deleteNow(world.add(world.home.path(u"photos"_s)));
         world.time.advance(24h);
 
         world.store().purgeExpiredRecovery();

@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <tuple>
 
 using namespace lapsa;
 using namespace std::chrono_literals;
@@ -118,7 +119,7 @@ private slots:
     {
         test::StoreWorld world;
         for (const QString& name : {u"purged"_s, u"deleted"_s, u"restored"_s}) {
-            world.store().deleteNow(world.add(world.home.makeFile(name, name.toUtf8())));
+            std::ignore = world.store().deleteNow(world.add(world.home.makeFile(name, name.toUtf8())));
         }
         world.letSavesPass();
         const QString old = world.home.path(recoveryFolder);

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <optional>
 #include <random>
+#include <tuple>
 
 using namespace lapsa;
 using namespace std::chrono_literals;
@@ -33,7 +34,7 @@ struct World final : test::StoreWorld
     World()
     {
         startService();
-        store().deleteNow(add(home.makeFile(u"copy.txt"_s)));
+        std::ignore = store().deleteNow(add(home.makeFile(u"copy.txt"_s)));
         copy = store().recoveryItems().constLast();
         longItem = add(home.makeFile(u"long.txt"_s), maxLifespanMinutes);
         lockedItem = add(home.makeFile(u"locked.txt"_s), 1);

@@ -136,7 +136,7 @@ void ComingsAndGoings::touchItems()
 
     const LapsaItem disposed = anyItem();
     const QList<LapsaRecoveryItem> before = store.recoveryItems();
-    store.deleteNow(disposed);
+    std::ignore = store.deleteNow(disposed);
     followRecords(before);
     followDisposal(disposed);
 }

@@ -32,6 +32,8 @@ private slots:
     void lockTogglesTheItemAndItsSymbol();
     void removeFromListKeepsTheFile();
     void deleteNowTakesTheFileAway();
+    void deleteNowOfAFolderThatHoldsALockedFileSaysSo_data();
+    void deleteNowOfAFolderThatHoldsALockedFileSaysSo();
     void aFileHasFiveEntriesInItsMenu();
     void aFolderHasNoContainingFolderInItsMenu();
     void theEntriesOfTheMenuActOnTheItem();
@@ -207,6 +209,34 @@ void FileRowView_test::deleteNowTakesTheFileAway()
 
     QVERIFY(world.store().items().isEmpty());
     QVERIFY(!QFile::exists(item.path));
+}
+
+void FileRowView_test::deleteNowOfAFolderThatHoldsALockedFileSaysSo_data()
+{
+    QTest::addColumn<QByteArray>("locale");
+    QTest::addColumn<QString>("help");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("English") << QByteArray("en_US.UTF-8") << u"Delete now"_s << u"“proj” holds a locked file."_s;
+    QTest::newRow("Italian") << QByteArray("it_IT.UTF-8") << u"Elimina ora"_s << u"“proj” contiene un file bloccato."_s;
+}
+
+void FileRowView_test::deleteNowOfAFolderThatHoldsALockedFileSaysSo()
+{
+    QFETCH(QByteArray, locale);
+    QFETCH(QString, help);
+    QFETCH(QString, message);
+    const test::Language language(locale.constData());
+    PanelWorld world;
+    const LapsaItem folder = world.addItem(u"proj/"_s);
+    const LapsaItem kept = world.addItem(u"proj/keep.txt"_s);
+    world.store().toggleLock(kept);
+
+    QTest::mouseClick(&world.button(0, help), Qt::LeftButton);
+
+    QCOMPARE(world.store().lastMessage(), std::optional(message));
+    QCOMPARE(world.store().items().size(), 2);
+    QVERIFY(kept.exists());
 }
 
 void FileRowView_test::aFileHasFiveEntriesInItsMenu()
