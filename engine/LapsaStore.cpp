@@ -111,6 +111,7 @@ void LapsaStore::saveSoon()
 void LapsaStore::saveRecoveryNow()
 {
     m_recoverySaveWorkItem.cancel();
+    m_recordUnsavedSince.reset();
     if (const auto written = writeList(m_recoveryItems, AppPaths::recoveryStateURL()); !written) {
         systemLog(u"Lapsa recovery save failed: "_s + written.error().description);
     }

@@ -29,6 +29,12 @@ class Pasteboard;
 class SettingsStore;
 class Workspace;
 
+namespace fileSystem {
+
+class Batch;
+
+} // namespace fileSystem
+
 /// The one central state: the items on countdown, the files parked for recovery, and every operation on them. Main
 /// thread only. Items are looked up by `id` at each operation; an unknown one changes nothing. Nothing here fails
 /// outwardly: what goes wrong with a file is one line in the system log.
@@ -168,6 +174,8 @@ private:
     [[nodiscard]] Result<void> disposeOf(const LapsaItem& item, DisposalRun& run);
     [[nodiscard]] Result<void> moveToRecovery(const LapsaItem& item, DisposalRun& run);
     void takeOffTheList(const DisposalRun& run);
+    void announceLongWork(fileSystem::Batch& batch);
+    void saveAgedRecords();
     void removeRecoveryRecords(QUuid id);
     void removeInterruptedRestores() const;
     void scanFolder(const LapsaAutoCleanFolderRule& rule);
@@ -177,6 +185,8 @@ private:
     Environment m_environment;
     QList<LapsaItem> m_items;
     QList<LapsaRecoveryItem> m_recoveryItems;
+    /// When the oldest record that is not on the disk yet was made.
+    std::optional<TimePoint> m_recordUnsavedSince;
     std::optional<QString> m_lastMessage;
     /// Of the items and of the watched folders.
     fileSystem::KnownPaths m_knownPaths;

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <optional>
 #include <utility>
 
@@ -81,10 +82,12 @@ void LapsaStore::deleteExpiredItems()
         if (item.isExpired(clock.now()) && !item.locked) {
             if (!run) {
                 run.emplace(snapshot, m_knownPaths);
+                announceLongWork(run->batch);
                 if (!settings().useRecoveryWindow && settings().useTrash) {
                     run->batch.expectTrash(expiredPaths(snapshot, clock.now()));
                 }
             }
+            saveAgedRecords();
             deleteFileForItem(item, *run);
         }
     }
@@ -100,6 +103,7 @@ LapsaStore::DeleteOutcome LapsaStore::deleteNow(const LapsaItem& item)
 {
     DisposalRun run(m_items, m_knownPaths);
     run.byHand = true;
+    announceLongWork(run.batch);
     deleteFileForItem(item, run);
     if (run.handled.isEmpty()) {
         return DeleteOutcome::HoldsLockedItem;
@@ -205,7 +209,31 @@ Result<void> LapsaStore::moveToRecovery(const LapsaItem& item, DisposalRun& run)
         .deletedAt = deletedAt,
         .purgeAfter = addingHours(clock.now(), std::max<std::int64_t>(settings().recoveryRetentionHours, 1)),
     });
+    if (!m_recordUnsavedSince) {
+        m_recordUnsavedSince = deletedAt;
+    }
     return {};
+}
+
+void LapsaStore::announceLongWork(fileSystem::Batch& batch)
+{
+    batch.announceLongWork([this](std::int64_t bytes) {
+        constexpr std::int64_t soonCopied = 1 << 20;
+        if (bytes > soonCopied && m_recordUnsavedSince) {
+            saveRecoveryNow();
+        }
+    });
+}
+
+// A pass can be long, and no timer fires meanwhile. The end of the process would cost the records that are not saved:
+// their files would stay in Recovery, unknown.
+void LapsaStore::saveAgedRecords()
+{
+    // What comes next takes its time as well: a record is to be on the disk after at most 0.35 seconds.
+    constexpr std::chrono::milliseconds oldest{300};
+    if (m_recordUnsavedSince && m_environment.clock.now() - *m_recordUnsavedSince >= oldest) {
+        saveRecoveryNow();
+    }
 }
 
 } // namespace lapsa

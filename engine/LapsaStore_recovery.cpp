@@ -87,6 +87,7 @@ void LapsaStore::purgeExpiredRecovery()
         return;
     }
     fileSystem::Batch batch(protection());
+    announceLongWork(batch);
     RecoveryPurge purge(m_recoveryItems, m_items, now);
     QList<LapsaRecoveryItem> left = purge.run(batch);
     if (left.size() == m_recoveryItems.size()) {
