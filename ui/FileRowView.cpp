@@ -233,14 +233,6 @@ void FileRowView::makeButtons()
     connect(m_deleteButton, &RowIconButton::clicked, this, &FileRowView::deleteNow);
 }
 
-void FileRowView::deleteNow()
-{
-    if (m_store.deleteNow(m_item) == LapsaStore::DeleteOutcome::HoldsLockedItem) {
-        m_store.setLastMessage(Localized::text(u"“%1” holds a locked file."_s, u"“%1” contiene un file bloccato."_s)
-                                   .arg(m_item.displayName));
-    }
-}
-
 void FileRowView::arrange()
 {
     delete layout();

@@ -269,7 +269,6 @@ bool Batch::select(const QString& path)
 bool Batch::select(const HeldFolder& folder, const QString& name)
 {
     const Result<QByteArray> bytes = entryName(name);
-    // What cannot be said selects nothing.
     return m_selection->select(folder.m_opened->folder, bytes ? bytes.value() : QByteArray());
 }
 
