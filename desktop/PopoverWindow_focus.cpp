@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "PopoverWindow.h"
+#include "X11InputMonitor.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QDialog>
+#include <QGuiApplication>
+#include <QWindow>
+
+#include <algorithm>
+#include <memory>
+
+namespace lapsa {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// How long the focus may take to come back from a closed dialog.
+constexpr auto returnPatience = 300ms;
+
+/// Not over a window of this program: a click on one shows in the focus.
+bool pointerIsElsewhere()
+{
+    return QApplication::topLevelAt(QCursor::pos()) == nullptr;
+}
+
+} // namespace
+
+bool PopoverWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    // The focus that a closed dialog had is nobody's then, and nobody is told.
+    if (event->type() == QEvent::Hide && qobject_cast<QDialog*>(watched) != nullptr && m_hadFocus) {
+        m_returning.start(returnPatience);
+        m_leaving.start(0ms);
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void PopoverWindow::focusMovedTo(QWindow* window)
+{
+    if (!isVisible()) {
+        return;
+    }
+    if (owns(window)) {
+        m_hadFocus = true;
+        m_leaving.stop();
+    } else if (m_hadFocus) {
+        m_leaving.start(0ms);
+    }
+}
+
+void PopoverWindow::closeIfLeft()
+{
+    if (!isVisible() || owns(QGuiApplication::focusWindow()) || showsOwnDialog()) {
+        return;
+    }
+    if (m_returning.isActive()) {
+        // A dialog was closed: the window manager need not know where its focus came from, and may give it away.
+        activateWindow();
+        m_leaving.start(returnPatience);
+    } else if (m_behavior == Behavior::Transient) {
+        m_closeReason = CloseReason::FocusLost;
+        hide();
+    }
+}
+
+void PopoverWindow::watchClicks()
+{
+    if (m_behavior == Behavior::ApplicationDefined) {
+        m_clicks.reset();
+    } else if (!m_clicks) {
+        m_clicks = std::make_unique<X11InputMonitor>(X11InputMonitor::Kind::Buttons);
+        connect(m_clicks.get(), &X11InputMonitor::pressed, this, &PopoverWindow::buttonPressed);
+        connect(m_clicks.get(), &X11InputMonitor::released, this, &PopoverWindow::buttonReleased);
+    }
+}
+
+void PopoverWindow::buttonPressed()
+{
+    // The release of the click that opens the panel can be heard after the bar has told of it.
+    m_pressedElsewhere = isVisible() && pointerIsElsewhere();
+}
+
+/// A click is over with its release, as a bar sees it: closed at the press, a slow click on the icon would find the
+/// panel closed for long, and open it again. What is dragged out of the panel or onto it is no click elsewhere.
+void PopoverWindow::buttonReleased(quint32 button)
+{
+    if (!X11InputMonitor::isWheel(button) && isVisible() && m_behavior == Behavior::Transient && !showsOwnDialog() &&
+        m_pressedElsewhere && pointerIsElsewhere()) {
+        m_closeReason = CloseReason::FocusLost;
+        hide();
+    }
+}
+
+bool PopoverWindow::owns(const QWindow* window) const
+{
+    for (; window != nullptr; window = window->transientParent()) {
+        if (window == windowHandle()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool PopoverWindow::showsOwnDialog() const
+{
+    return std::ranges::any_of(QGuiApplication::topLevelWindows(), [this](const QWindow* window) {
+        return window != windowHandle() && window->isVisible() && owns(window);
+    });
+}
+
+} // namespace lapsa
