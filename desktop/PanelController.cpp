@@ -12,6 +12,7 @@
 #include "Material.h"
 #include "PreferencesView.h"
 #include "StatusButton.h"
+#include "WindowFrame.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -85,6 +86,9 @@ void PanelController::show(StatusButton* button)
     const std::optional<QRect> icon = button->frame();
     const QRect workArea = screenOf(icon).availableGeometry();
     m_popover->present(popoverPlacement(icon, workArea, m_popover->content().size()), workArea);
+    if (m_preferencesWindow && m_preferencesWindow->isVisible()) {
+        putBesidePanel(*m_preferencesWindow);
+    }
     button->setHighlighted(true);
 }
 
@@ -107,7 +111,10 @@ void PanelController::showPreferences()
     material::setTranslucencyAvailable(compositingAvailable());
     if (!m_preferencesWindow) {
         makePreferencesWindow();
+        const QRect middle = centredFrame(*m_preferencesWindow, currentScreen().availableGeometry());
+        m_preferencesWindow->move(middle.topLeft());
     }
+    putBesidePanel(*m_preferencesWindow);
     applyTheme(m_preferencesWindow.get());
     bringToFront(*m_preferencesWindow);
 }
@@ -151,9 +158,18 @@ void PanelController::makePreferencesWindow()
                                         Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                                         Qt::WindowMinimizeButtonHint);
     m_preferencesWindow->setWindowTitle(Localized::preferences());
-    QRect frame(QPoint(), m_preferencesWindow->size());
-    frame.moveCenter(currentScreen().availableGeometry().center());
-    m_preferencesWindow->move(frame.topLeft());
+}
+
+/// A panel that closes by itself makes room by that.
+void PanelController::putBesidePanel(QWidget& window)
+{
+    if (m_popover && m_popover->isVisible() && m_popover->behavior() == PopoverWindow::Behavior::ApplicationDefined) {
+        const QRect frame = frameOf(window);
+        const QPoint place = m_popover->beside(frame).topLeft();
+        if (place != frame.topLeft()) {
+            window.move(place);
+        }
+    }
 }
 
 void PanelController::showAlert()

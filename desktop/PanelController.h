@@ -72,6 +72,7 @@ signals:
 private:
     void ensurePopover();
     void makePreferencesWindow();
+    void putBesidePanel(QWidget& window);
     void showAlert();
     void reactToClose(PopoverWindow::CloseReason reason);
     [[nodiscard]] PopoverWindow::Behavior behavior() const;

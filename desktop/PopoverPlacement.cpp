@@ -4,10 +4,15 @@
 #include "PopoverPlacement.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <utility>
 
 namespace lapsa {
 
 namespace {
+
+/// Between the popover and a window beside it.
+constexpr int gap = 16;
 
 /// The start of a piece of `length` that begins as near to `wanted` as `from` and `end` allow; at `from` when it does
 /// not fit.
@@ -61,6 +66,23 @@ PopoverPlacement popoverPlacement(const std::optional<QRect>& icon, const QRect&
     const QPoint corner(startInside(wanted.x(), size.width(), workArea.x(), right),
                         startInside(wanted.y(), size.height(), workArea.y(), bottom));
     return {.rect = QRect(corner, size), .side = side};
+}
+
+QRect besidePopover(const QRect& wanted, const QRect& popover, const QRect& workArea)
+{
+    if (!wanted.intersects(popover)) {
+        return wanted;
+    }
+    const int end = workArea.x() + workArea.width();
+    const auto at = [&](int x) {
+        return QRect(startInside(x, wanted.width(), workArea.x(), end), wanted.y(), wanted.width(), wanted.height());
+    };
+    const QRect left = at(popover.x() - gap - wanted.width());
+    const QRect right = at(popover.x() + popover.width() + gap);
+    const auto cost = [&](const QRect& place) {
+        return std::pair(place.intersected(popover).width(), std::abs(place.x() - wanted.x()));
+    };
+    return cost(right) < cost(left) ? right : left;
 }
 
 } // namespace lapsa

@@ -31,4 +31,9 @@ struct PopoverPlacement
 [[nodiscard]] PopoverPlacement popoverPlacement(const std::optional<QRect>& icon, const QRect& workArea,
                                                 const QSize& size);
 
+/// Where another window goes that wants to be at `wanted`, its frame included: there, or, where it would lie under the
+/// popover, beside that and as near as possible. Where `workArea` has too little room for both, they overlap as little
+/// as possible.
+[[nodiscard]] QRect besidePopover(const QRect& wanted, const QRect& popover, const QRect& workArea);
+
 } // namespace lapsa

@@ -5,6 +5,7 @@
 
 #include "Material.h"
 #include "Motion.h"
+#include "Taskbar.h"
 #include "ThemePalette.h"
 #include "X11InputMonitor.h"
 
@@ -64,7 +65,8 @@ QMargins boundedBy(const QMargins& wanted, const QRect& rect, const QRect& area)
 } // namespace
 
 PopoverWindow::PopoverWindow(QWidget* content)
-    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+    // Not Qt::Tool: that is "transient for the group", above all windows of the program whichever is used.
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
     , m_content(content)
 {
     setWindowTitle(content->windowTitle());
@@ -86,14 +88,24 @@ void PopoverWindow::present(const PopoverPlacement& placement, const QRect& work
         m_pressedElsewhere = false;
         adaptToDesktop();
     }
+    m_place = placement.rect;
+    m_workArea = workArea;
     moveTo(placement, workArea);
     if (comesUp) {
         startAnimation(placement.side);
+        create();
+        keepOutOfTaskbars(*windowHandle());
     }
+    standBelow(nullptr);
     show();
     raise();
     activateWindow();
     watchClicks();
+}
+
+QRect PopoverWindow::beside(const QRect& frame) const
+{
+    return besidePopover(frame, m_place, m_workArea);
 }
 
 void PopoverWindow::childEvent(QChildEvent* event)

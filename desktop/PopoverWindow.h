@@ -52,6 +52,9 @@ public:
     /// Comes up with its content at that place inside the work area, or goes there when it is up already.
     void present(const PopoverPlacement& placement, const QRect& workArea);
 
+    /// Where another window goes that wants to be at `frame`: beside the popover, where it would lie under it.
+    [[nodiscard]] QRect beside(const QRect& frame) const;
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 signals:
@@ -69,6 +72,7 @@ private:
     void moveTo(const PopoverPlacement& placement, const QRect& workArea);
     void startAnimation(PopoverPlacement::Side side);
     void focusMovedTo(QWindow* window);
+    void standBelow(QWindow* active);
     void closeIfLeft();
     void watchClicks();
     void buttonPressed();
@@ -77,6 +81,9 @@ private:
     [[nodiscard]] bool showsOwnDialog() const;
 
     QWidget* m_content;
+    /// Where it is, without its shadow, and the room that there is.
+    QRect m_place;
+    QRect m_workArea;
     Behavior m_behavior = Behavior::ApplicationDefined;
     CloseReason m_closeReason = CloseReason::Asked;
     bool m_hadFocus = false;

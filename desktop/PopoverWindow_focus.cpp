@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "PopoverWindow.h"
+#include "WindowFrame.h"
 #include "X11InputMonitor.h"
 
 #include <QApplication>
@@ -28,12 +29,22 @@ bool pointerIsElsewhere()
     return QApplication::topLevelAt(QCursor::pos()) == nullptr;
 }
 
+/// Neither a menu nor a splash.
+bool isOrdinary(const QWindow& window)
+{
+    return window.type() == Qt::Window || window.type() == Qt::Dialog;
+}
+
 } // namespace
 
 bool PopoverWindow::eventFilter(QObject* watched, QEvent* event)
 {
+    auto* const dialog = qobject_cast<QDialog*>(watched);
+    if (dialog != nullptr && event->type() == QEvent::Show && !event->spontaneous()) {
+        dialog->move(beside(centredFrame(*dialog, m_workArea)).topLeft());
+    }
     // The focus that a closed dialog had is nobody's then, and nobody is told.
-    if (event->type() == QEvent::Hide && qobject_cast<QDialog*>(watched) != nullptr && m_hadFocus) {
+    if (dialog != nullptr && event->type() == QEvent::Hide && m_hadFocus) {
         m_returning.start(returnPatience);
         m_leaving.start(0ms);
     }
@@ -45,11 +56,24 @@ void PopoverWindow::focusMovedTo(QWindow* window)
     if (!isVisible()) {
         return;
     }
+    standBelow(window);
     if (owns(window)) {
         m_hadFocus = true;
         m_leaving.stop();
     } else if (m_hadFocus) {
         m_leaving.start(0ms);
+    }
+}
+
+/// It is above other programs, but hides nothing of a window of this one while the user is at that.
+void PopoverWindow::standBelow(QWindow* active)
+{
+    const bool below = active != nullptr && !owns(active) && isOrdinary(*active);
+    if (windowHandle() != nullptr) {
+        windowHandle()->setFlag(Qt::WindowStaysOnTopHint, !below);
+    }
+    if (below) {
+        active->raise();
     }
 }
 

@@ -109,6 +109,60 @@ private slots:
 
         QCOMPARE(placement.rect.topLeft(), QPoint(0, 24));
     }
+
+    void anotherWindowNeverLiesUnderItWhereThereIsRoom_data()
+    {
+        QTest::addColumn<QRect>("wanted");
+        QTest::addColumn<QRect>("popover");
+        QTest::addColumn<QPoint>("corner");
+        const QPoint middle(645, 240);
+        QTest::newRow("far from it") << QRect(middle, QSize(630, 630)) << QRect(1490, 30, 430, 560) << middle;
+        QTest::newRow("just beside it") << QRect(860, 240, 630, 630) << QRect(1490, 30, 430, 560) << QPoint(860, 240);
+        QTest::newRow("under one at the right")
+            << QRect(middle, QSize(630, 630)) << QRect(1200, 30, 430, 560) << QPoint(554, 240);
+        QTest::newRow("under one at the left")
+            << QRect(middle, QSize(630, 630)) << QRect(300, 30, 430, 560) << QPoint(746, 240);
+        QTest::newRow("under one in the middle, nearer to the left")
+            << QRect(600, 240, 630, 630) << QRect(745, 30, 430, 560) << QPoint(99, 240);
+        QTest::newRow("no room at the left")
+            << QRect(100, 240, 630, 630) << QRect(400, 30, 430, 560) << QPoint(846, 240);
+        QTest::newRow("room at the left, but not for a gap")
+            << QRect(middle, QSize(630, 630)) << QRect(640, 30, 430, 560) << QPoint(1086, 240);
+        QTest::newRow("just room at the left")
+            << QRect(300, 240, 630, 630) << QRect(640, 30, 430, 560) << QPoint(0, 240);
+    }
+
+    void anotherWindowNeverLiesUnderItWhereThereIsRoom()
+    {
+        QFETCH(const QRect, wanted);
+        QFETCH(const QRect, popover);
+        QFETCH(const QPoint, corner);
+
+        const QRect place = besidePopover(wanted, popover, workArea);
+
+        QCOMPARE(place, QRect(corner, wanted.size()));
+        QVERIFY(!place.intersects(popover));
+    }
+
+    void whereThereIsTooLittleRoomTheyOverlapAsLittleAsPossible_data()
+    {
+        QTest::addColumn<QRect>("popover");
+        QTest::addColumn<int>("x");
+        QTest::newRow("at the right") << QRect(594, 0, 430, 560) << 0;
+        QTest::newRow("at the left") << QRect(0, 0, 430, 560) << 394;
+        QTest::newRow("right of the middle") << QRect(300, 0, 430, 560) << 0;
+        QTest::newRow("left of the middle") << QRect(290, 0, 430, 560) << 394;
+    }
+
+    void whereThereIsTooLittleRoomTheyOverlapAsLittleAsPossible()
+    {
+        QFETCH(const QRect, popover);
+        QFETCH(const int, x);
+
+        const QRect place = besidePopover(QRect(197, 60, 630, 650), popover, QRect(0, 0, 1024, 768));
+
+        QCOMPARE(place, QRect(x, 60, 630, 650));
+    }
 };
 
 } // namespace lapsa::test

@@ -5,7 +5,21 @@
 
 #include "HelperProcess.h"
 
+#include <QList>
+#include <QRect>
+#include <QString>
+
 namespace lapsa::test {
+
+/// A window as the window manager knows it.
+struct ManagedWindow
+{
+    QString id;
+    QString title;
+    /// Without and with what the window manager puts around it.
+    QRect inner;
+    QRect frame;
+};
 
 /// A real window manager (xfwm4) on the display and the session bus that the environment names; without a bus, where
 /// its settings are, newer versions do not start. It is there once this is constructed: a window that is shown before
@@ -14,6 +28,9 @@ class WindowManager final
 {
 public:
     WindowManager();
+
+    /// All windows that it manages, the lowest first.
+    [[nodiscard]] static QList<ManagedWindow> stacking();
 
 private:
     HelperProcess m_process;
