@@ -3,6 +3,7 @@
 
 #include "PopoverWindow.h"
 
+#include "DropShadow.h"
 #include "Material.h"
 #include "Motion.h"
 #include "Taskbar.h"
@@ -25,8 +26,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int shadowExtent = 24;
-constexpr double shadowStepOpacity = 0.0085;
+constexpr DropShadow shadow;
 constexpr int travel = 6;
 /// How long a window manager may take to notice that a window has gone, in milliseconds.
 constexpr qint64 windowManagerPatience = 500;
@@ -35,8 +35,22 @@ constexpr qint64 windowManagerPatience = 500;
 QMargins shadowFor(PopoverPlacement::Side side)
 {
     using enum PopoverPlacement::Side;
-    const auto unless = [side](PopoverPlacement::Side iconSide) { return side == iconSide ? 0 : shadowExtent; };
-    return {unless(RightOfIcon), unless(BelowIcon), unless(LeftOfIcon), unless(AboveIcon)};
+    QMargins margins = shadow.margins();
+    switch (side) {
+    case BelowIcon:
+        margins.setTop(0);
+        break;
+    case AboveIcon:
+        margins.setBottom(0);
+        break;
+    case RightOfIcon:
+        margins.setLeft(0);
+        break;
+    case LeftOfIcon:
+        margins.setRight(0);
+        break;
+    }
+    return margins;
 }
 
 /// Where it comes from, seen from its place.
@@ -122,16 +136,10 @@ void PopoverWindow::paintEvent(QPaintEvent*)
         return; // the content covers all of it
     }
     QPainter painter(this);
-    const QRectF ground = m_content->geometry();
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.fillRect(rect(), Qt::transparent);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    // The further out, the later it begins: it leaves the icon's side softly, where there is no room for it.
-    const bool fromTop = ground.top() <= 0;
-    for (int ring = shadowExtent; ring > 0; --ring) {
-        const QRectF outline = ground.adjusted(-ring, fromTop ? ring : -ring, ring, fromTop ? ring : -ring);
-        material::paintShape(painter, outline, material::panelRadius + ring, withOpacity(Qt::black, shadowStepOpacity));
-    }
+    shadow.paint(painter, m_content->geometry(), material::panelRadius);
 }
 
 void PopoverWindow::keyPressEvent(QKeyEvent* event)
@@ -178,14 +186,14 @@ void PopoverWindow::adaptToDesktop()
 
 void PopoverWindow::moveTo(const PopoverPlacement& placement, const QRect& workArea)
 {
-    QMargins shadow;
+    QMargins around;
     if (testAttribute(Qt::WA_TranslucentBackground)) {
-        shadow = boundedBy(shadowFor(placement.side), placement.rect, workArea);
+        around = boundedBy(shadowFor(placement.side), placement.rect, workArea);
     }
-    const QRect window = placement.rect.marginsAdded(shadow);
+    const QRect window = placement.rect.marginsAdded(around);
     setFixedSize(window.size());
     move(window.topLeft());
-    m_content->setGeometry(QRect(QPoint(shadow.left(), shadow.top()), placement.rect.size()));
+    m_content->setGeometry(QRect(QPoint(around.left(), around.top()), placement.rect.size()));
 }
 
 void PopoverWindow::startAnimation(PopoverPlacement::Side side)

@@ -3,6 +3,7 @@
 
 #include "SplashView.h"
 
+#include "DropShadow.h"
 #include "Picture.h"
 #include "TextStyle.h"
 
@@ -17,6 +18,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double cornerRadius = 36;
+constexpr DropShadow shadow;
 constexpr QSize logoSize(180, 180);
 constexpr int fallbackSpacing = 14;
 constexpr TextStyle titleText{42, QFont::Normal};
@@ -33,6 +35,15 @@ SplashView::SplashView(const QString& pictures, QWidget* parent)
     , m_pictures(pictures)
 {
     setFixedSize(extent);
+}
+
+void SplashView::setTranslucent(bool translucent)
+{
+    const QMargins around = translucent ? shadow.margins() : QMargins();
+    setAttribute(Qt::WA_TranslucentBackground, translucent);
+    setContentsMargins(around);
+    setFixedSize(extent.grownBy(around));
+    m_rendered = {};
 }
 
 QString SplashView::defaultPictures()
@@ -52,15 +63,24 @@ void SplashView::paintEvent(QPaintEvent*)
 
 void SplashView::render()
 {
-    m_rendered = QPixmap((QSizeF(extent) * devicePixelRatioF()).toSize());
+    m_rendered = QPixmap((QSizeF(size()) * devicePixelRatioF()).toSize());
     m_rendered.setDevicePixelRatio(devicePixelRatioF());
     m_rendered.fill(Qt::transparent);
     QPainter painter(&m_rendered);
     painter.setRenderHint(QPainter::Antialiasing);
+    if (testAttribute(Qt::WA_TranslucentBackground)) {
+        shadow.paint(painter, contentsRect(), cornerRadius);
+    }
+    painter.translate(contentsRect().topLeft());
+    paintPicture(painter);
+}
+
+void SplashView::paintPicture(QPainter& painter) const
+{
     QPainterPath shape;
     // Where nothing can shine through, the corners are dark like the rest.
-    const double radius = window()->testAttribute(Qt::WA_TranslucentBackground) ? cornerRadius : 0;
-    shape.addRoundedRect(rect(), radius, radius);
+    const double radius = testAttribute(Qt::WA_TranslucentBackground) ? cornerRadius : 0;
+    shape.addRoundedRect(QRectF(QPointF(), extent), radius, radius);
     painter.fillPath(shape, groundColor());
     QPixmap image = picture();
     if (image.isNull()) {
@@ -68,9 +88,11 @@ void SplashView::render()
         return;
     }
     // A brush, not a clip: its edge is smooth.
+    const double ratio = devicePixelRatioF();
     image.setDevicePixelRatio(1);
-    QBrush brush(image.scaled(m_rendered.size(), Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation));
-    brush.setTransform(QTransform::fromScale(1 / devicePixelRatioF(), 1 / devicePixelRatioF()));
+    QBrush brush(
+        image.scaled((QSizeF(extent) * ratio).toSize(), Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation));
+    brush.setTransform(QTransform::fromScale(1 / ratio, 1 / ratio));
     painter.fillPath(shape, brush);
 }
 
@@ -84,14 +106,14 @@ void SplashView::paintFallback(QPainter& painter) const
 {
     const QFont font = fontFor(titleText);
     const int titleHeight = QFontMetrics(font).height();
-    const int top = (height() - logoSize.height() - fallbackSpacing - titleHeight) / 2;
+    const int top = (extent.height() - logoSize.height() - fallbackSpacing - titleHeight) / 2;
     const QPixmap logo = svgPicture(m_pictures + u"/LapsaLogo.svg"_s, logoSize, devicePixelRatioF());
     if (!logo.isNull()) {
-        painter.drawPixmap(QPoint((width() - logoSize.width()) / 2, top), logo);
+        painter.drawPixmap(QPoint((extent.width() - logoSize.width()) / 2, top), logo);
     }
     painter.setFont(font);
     painter.setPen(Qt::white);
-    painter.drawText(QRect(0, top + logoSize.height() + fallbackSpacing, width(), titleHeight), Qt::AlignCenter,
+    painter.drawText(QRect(0, top + logoSize.height() + fallbackSpacing, extent.width(), titleHeight), Qt::AlignCenter,
                      u"Lapsa"_s);
 }
 

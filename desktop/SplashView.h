@@ -7,6 +7,8 @@
 #include <QString>
 #include <QWidget>
 
+class QPainter;
+
 namespace lapsa {
 
 /// The picture of the splash on its dark rounded ground; without the picture the logo and the name.
@@ -18,7 +20,12 @@ public:
     /// `pictures` is the folder with "LapsaSplash" and "LapsaLogo".
     explicit SplashView(const QString& pictures = defaultPictures(), QWidget* parent = nullptr);
 
+    /// Of the picture.
     static constexpr QSize extent{500, 500};
+
+    /// With round corners and a shadow around the picture, where something can shine through; otherwise square, and as
+    /// large as the picture.
+    void setTranslucent(bool translucent);
 
     [[nodiscard]] static QString defaultPictures();
 
@@ -28,6 +35,7 @@ protected:
 private:
     [[nodiscard]] QPixmap picture() const;
     void paintFallback(QPainter& painter) const;
+    void paintPicture(QPainter& painter) const;
     void render();
 
     QString m_pictures;

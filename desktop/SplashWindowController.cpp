@@ -39,11 +39,11 @@ QWidget* makeWindow()
 {
     auto* const window = new SplashView;
     window->setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    window->setAttribute(Qt::WA_TranslucentBackground, material::translucencyAvailable());
+    window->setTranslucent(material::translucencyAvailable());
     window->setWindowTitle(u"Lapsa"_s);
-    QRect frame(QPoint(), SplashView::extent);
-    frame.moveCenter(QGuiApplication::primaryScreen()->geometry().center());
-    window->move(frame.topLeft());
+    QRect picture(QPoint(), SplashView::extent);
+    picture.moveCenter(QGuiApplication::primaryScreen()->geometry().center());
+    window->move(picture.topLeft() - window->contentsRect().topLeft());
     return window;
 }
 

@@ -45,13 +45,13 @@ void Gallery::paintAlert()
 void Gallery::paintSplash()
 {
     SplashView splash;
-    splash.resize(SplashView::extent);
+    splash.setTranslucent(true);
     save(splash, u"splash"_s);
 
     const QTemporaryDir pictures;
     QFile::copy(SplashView::defaultPictures() + u"/LapsaLogo.svg"_s, pictures.filePath(u"LapsaLogo.svg"_s));
     SplashView missing(pictures.path());
-    missing.resize(SplashView::extent);
+    missing.setTranslucent(true);
     save(missing, u"splash-picture-missing"_s);
 }
 
