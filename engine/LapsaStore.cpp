@@ -8,6 +8,7 @@
 #include "FileSystem.h"
 #include "JSONDecoder.h"
 #include "JSONEncoder.h"
+#include "KeptFiles.h"
 #include "MainQueue.h"
 #include "SettingsStore.h"
 #include "SystemLog.h"
@@ -167,6 +168,8 @@ void LapsaStore::loadItems()
         m_items = *std::move(stored);
         return;
     }
+    keepCopyOf(AppPaths::stateURL().toLocalFile());
+    keepRecoveryList();
     // Kept on purpose: this also writes the recovery list, which has not been read yet, so that an unreadable item list
     // costs the recovery records as well. Their files stay in the recovery folder.
     saveNow();
@@ -179,7 +182,17 @@ void LapsaStore::loadRecoveryItems()
         removeInterruptedRestores();
         return;
     }
+    keepRecoveryList();
     saveRecoveryNow();
+}
+
+// A list without records is nothing to keep.
+void LapsaStore::keepRecoveryList()
+{
+    const auto stored = storedList<LapsaRecoveryItem>(AppPaths::recoveryStateURL());
+    if (!stored || !stored->isEmpty()) {
+        keepCopyOf(AppPaths::recoveryStateURL().toLocalFile());
+    }
 }
 
 } // namespace lapsa

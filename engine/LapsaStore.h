@@ -167,6 +167,7 @@ private:
     void reactToSettings(LapsaTheme theme);
     void loadItems();
     void loadRecoveryItems();
+    static void keepRecoveryList();
     AddResult addFound(const QList<FoundFile>& files, const AddOptions& options);
     [[nodiscard]] QList<LapsaItem>::iterator firstItem(const QString& id);
     void removeItems(QString id);

@@ -53,6 +53,12 @@ QUrl AppPaths::recoveryDirectory()
     return QUrl::fromLocalFile(madeFolder(dataFolder() + "/Recovery"_L1));
 }
 
+QString AppPaths::keptFilesFolder()
+{
+    const QString state = userFolders::applicationState();
+    return state.isEmpty() ? QString() : state + "/Lapsa"_L1;
+}
+
 QUrl AppPaths::settingsURL()
 {
     return inDataFolder("settings.json"_L1);

@@ -16,6 +16,10 @@ struct AppPaths
     /// The folder "Recovery" in it, created in the same way.
     [[nodiscard]] static QUrl recoveryDirectory();
 
+    /// The folder "Lapsa" for copies of what could not be read, in the user's folder for state; empty where there is
+    /// none. Nothing is created.
+    [[nodiscard]] static QString keptFilesFolder();
+
     // The three files. Asking for one creates the data folder, never the file.
 
     [[nodiscard]] static QUrl settingsURL();

@@ -7,6 +7,7 @@
 #include "FileSystem.h"
 #include "JSONDecoder.h"
 #include "JSONEncoder.h"
+#include "KeptFiles.h"
 #include "SystemLog.h"
 
 #include <chrono>
@@ -47,6 +48,7 @@ void SettingsStore::load()
         setSettings(*stored);
         return;
     }
+    keepCopyOf(AppPaths::settingsURL().toLocalFile());
     setSettings(LapsaSettings::defaults());
     saveNow();
 }

@@ -25,7 +25,7 @@ public:
     void setSettings(const LapsaSettings& settings);
 
     /// Reads `settings.json`. One that is missing or cannot be read, as a whole, gives the defaults and is replaced by
-    /// them at once, silently.
+    /// them at once; a copy of it is kept.
     void load();
     /// Saves 0.35 seconds from now, in place of a save that is already waiting.
     void scheduleSave();

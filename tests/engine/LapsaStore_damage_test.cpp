@@ -6,6 +6,7 @@
 #include "LogCapture.h"
 #include "StoreWorld.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -56,7 +57,8 @@ public:
     }
 
     /// Starts on the damaged file. Tells what is wrong; nothing when the file was replaced as a whole, the others but
-    /// those that go with it are what they were, and every file of the user is untouched.
+    /// those that go with it are what they were, copies are kept of what was replaced, and every file of the user is
+    /// untouched.
     QByteArray startWith(const char* name, const QByteArray& damaged)
     {
         for (const auto& [other, bytes] : m_files.asKeyValueRange()) {
@@ -75,12 +77,30 @@ public:
         if (world.store().items().isEmpty() != itemsLost || world.store().recoveryItems().isEmpty() != recordsLost) {
             return "the lists";
         }
-        return filesAfter(name, recordsLost) + log.lines().join(u'\n').toUtf8();
+        QList<QByteArray> replaced;
+        if (!damaged.isEmpty()) {
+            replaced.push_back(damaged);
+        }
+        if (itemsLost) {
+            replaced.push_back(m_files[names[2]]);
+        }
+        return filesAfter(name, recordsLost) + (keptAsToldBy(log.lines()) == replaced ? "" : "the copies");
     }
 
     test::StoreWorld world{false};
 
 private:
+    /// What the copies hold that the log tells about.
+    static QList<QByteArray> keptAsToldBy(const QStringList& lines)
+    {
+        QList<QByteArray> kept;
+        for (const QString& line : lines) {
+            QFile file(line.section(u", a copy is kept: "_s, 1));
+            kept.push_back(file.open(QIODevice::ReadOnly) ? file.readAll() : line.toUtf8());
+        }
+        return kept;
+    }
+
     QByteArray filesAfter(const char* name, bool recordsLost)
     {
         const QByteArray now = world.home.dataFile(QString::fromLatin1(name));

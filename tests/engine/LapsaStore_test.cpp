@@ -56,6 +56,22 @@ bool isThere(const test::StoreWorld& world, const QString& name)
     return !world.home.dataFile(name).isNull();
 }
 
+/// The names of the copies that the log tells about; whatever else it says is among them too.
+QStringList keptBy(const test::LogCapture& log)
+{
+    QStringList names;
+    for (const QString& line : log.lines()) {
+        names += line.contains(u", a copy is kept: "_s) ? line.section(u'/', -1) : line;
+    }
+    return names;
+}
+
+QByteArray keptContent(const test::StoreWorld& world, const QString& name)
+{
+    QFile file(world.home.path(u".local/state/Lapsa/"_s + name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 } // namespace
 
 class LapsaStore_test final : public QObject
@@ -116,21 +132,25 @@ private slots:
     void anUnreadableItemListBecomesEmptyAndCostsTheRecoveryRecordsToo_data()
     {
         QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QStringList>("kept");
 
         const LapsaItem item = itemAt(u"/tmp/a"_s, distantFuture);
+        const QStringList both{u"state-1.json"_s, u"recovery-1.json"_s};
         QTest::newRow("one record lacks a key")
-            << encoded(QList{item}).replace("\"fiveMinuteWarningSent\" : false,", "");
-        QTest::newRow("no JSON") << QByteArray("{");
-        QTest::newRow("empty") << QByteArray();
+            << encoded(QList{item}).replace("\"fiveMinuteWarningSent\" : false,", "") << both;
+        QTest::newRow("no JSON") << QByteArray("{") << both;
+        QTest::newRow("empty") << QByteArray() << QStringList{u"recovery-1.json"_s};
     }
 
     void anUnreadableItemListBecomesEmptyAndCostsTheRecoveryRecordsToo()
     {
         QFETCH(QByteArray, content);
+        QFETCH(QStringList, kept);
         test::StoreWorld world(false);
         const QString copy = world.home.makeFile(u".local/share/Lapsa/Recovery/a.txt"_s);
         world.home.writeDataFile(stateName, content);
-        world.home.writeDataFile(recoveryName, encoded(QList{recordAt(copy, distantFuture)}));
+        const QByteArray records = encoded(QList{recordAt(copy, distantFuture)});
+        world.home.writeDataFile(recoveryName, records);
         const test::LogCapture log;
 
         world.start();
@@ -140,7 +160,54 @@ private slots:
         QCOMPARE(world.home.dataFile(stateName), emptyList);
         QCOMPARE(world.home.dataFile(recoveryName), emptyList);
         QVERIFY(QFile::exists(copy));
+        QCOMPARE(keptBy(log), kept);
+        QCOMPARE(keptContent(world, u"recovery-1.json"_s), records);
+        QCOMPARE(keptContent(world, u"state-1.json"_s), content);
+    }
+
+    void aFirstStartKeepsNothing()
+    {
+        test::StoreWorld world(false);
+        const test::LogCapture log;
+
+        world.start();
+        world.letSavesPass();
+        world.start();
+
         QCOMPARE(log.lines(), QStringList());
+        QVERIFY(!QFile::exists(world.home.path(u".local/state/Lapsa/state-1.json"_s)));
+    }
+
+    void anEmptyRecoveryListIsNotKept()
+    {
+        test::StoreWorld world(false);
+        world.home.writeDataFile(stateName, "{");
+        world.home.writeDataFile(recoveryName, emptyList);
+        const test::LogCapture log;
+
+        world.start();
+
+        QCOMPARE(keptBy(log), QStringList{u"state-1.json"_s});
+    }
+
+    void whatTheFirstVersionWroteIsRead()
+    {
+        test::StoreWorld world(false);
+        for (const QString& name : {u"settings.json"_s, stateName, recoveryName}) {
+            QFile file(QFINDTESTDATA("written-by/0.1.0/") + name);
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            world.home.writeDataFile(name, file.readAll());
+        }
+        const test::LogCapture log;
+
+        world.start();
+
+        QCOMPARE(log.lines(), QStringList());
+        QCOMPARE(world.store().settings().theme, LapsaTheme::Dark);
+        QCOMPARE(world.store().settings().fileTypeRules.first().extensionsCSV, u".zip,.rar"_s);
+        QCOMPARE(world.store().settings().autoCleanFolders.first().folderPath, u"/home/ada/Downloads"_s);
+        QVERIFY(!world.store().items().isEmpty());
+        QVERIFY(!world.store().recoveryItems().isEmpty());
     }
 
     void anUnreadableRecoveryListBecomesEmptyAndTheItemsStay()
@@ -156,7 +223,8 @@ private slots:
         QCOMPARE(world.store().items(), items);
         QVERIFY(world.store().recoveryItems().isEmpty());
         QCOMPARE(world.home.dataFile(recoveryName), emptyList);
-        QCOMPARE(log.lines(), QStringList());
+        QCOMPARE(keptBy(log), QStringList{u"recovery-1.json"_s});
+        QCOMPARE(keptContent(world, u"recovery-1.json"_s), QByteArray("[{}]"));
     }
 
     void itemsThatExpiredMeanwhileAreLoadedUnchanged()

@@ -78,6 +78,7 @@ FaultWorld::FaultWorld(const QString& folder)
     m_mounted = mountTemporary(m_home) && mountTemporary(m_volume);
     qputenv("HOME", m_home.toUtf8());
     qputenv("XDG_DATA_HOME", (m_home + u"/.local/share"_s).toUtf8());
+    qputenv("XDG_STATE_HOME", (m_home + u"/.local/state"_s).toUtf8());
 }
 
 FaultWorld::~FaultWorld()

@@ -78,6 +78,9 @@ private slots:
 
         QCOMPARE(store.settings(), LapsaSettings::defaults());
         QCOMPARE(home.dataFile(fileName), encoded(LapsaSettings::defaults()));
+        QFile kept(home.path(u".local/state/Lapsa/settings-1.json"_s));
+        QCOMPARE(kept.open(QIODevice::ReadOnly), !content.isEmpty());
+        QCOMPARE(kept.readAll(), content);
     }
 
     void aReadableFileIsRewrittenInNormalFormShortlyAfter()
@@ -101,13 +104,15 @@ private slots:
         const test::TemporaryHome home;
         test::ManualTime time;
         SettingsStore store(time);
+        time.advance(1s);
+        // Whatever is written before the time is up shows by the file coming back.
+        QVERIFY(QFile::remove(home.dataPath(fileName)));
 
         for (int change = 1; change <= 10; ++change) {
             time.advance(30ms);
             store.setSettings(withLifespan(change));
+            QVERIFY(home.dataFile(fileName).isNull());
         }
-        // Whatever is written before the time is up shows by the file coming back.
-        QVERIFY(QFile::remove(home.dataPath(fileName)));
         time.advance(349ms);
         QVERIFY(home.dataFile(fileName).isNull());
         time.advance(1ms);

@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "KeptFiles.h"
+
+#include "AppPaths.h"
+#include "FileName.h"
+#include "FileSystem.h"
+#include "SystemLog.h"
+
+#include <QList>
+
+#include <algorithm>
+#include <cstdint>
+#include <tuple>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The copies of one file, by their numbers.
+class Copies
+{
+public:
+    Copies(QString folder, const FileName& name)
+        : m_folder(std::move(folder))
+        , m_name(name)
+    {
+        const auto listed = fileSystem::forEachName(m_folder, [this](const QString& found) {
+            const FileName parts = FileName::of(found);
+            bool isNumber = false;
+            const std::int64_t number = parts.base.mid(m_name.base.size() + 1).toLongLong(&isNumber);
+            if (isNumber && number > 0 && found == nameOf(number)) {
+                m_numbers.push_back(number);
+            }
+        });
+        std::ignore = listed; // there is no folder yet
+        std::ranges::sort(m_numbers);
+    }
+
+    [[nodiscard]] bool lastOneSays(const QByteArray& bytes) const
+    {
+        const auto last = m_numbers.isEmpty() ? Result<QByteArray>(QByteArray()) : fileSystem::read(newest());
+        return last && last.value() == bytes;
+    }
+
+    [[nodiscard]] QString newest() const { return pathOf(m_numbers.last()); }
+
+    Result<void> add(const QByteArray& bytes)
+    {
+        const std::int64_t number = m_numbers.isEmpty() ? 1 : m_numbers.last() + 1;
+        auto written = fileSystem::writeAtomically(pathOf(number), bytes);
+        if (written) {
+            m_numbers.push_back(number);
+        }
+        return written;
+    }
+
+    void removeOldest()
+    {
+        const fileSystem::Protection protection{.folder = AppPaths::applicationSupportDirectory().toLocalFile()};
+        while (m_numbers.size() > mostKeptFiles) {
+            // One too many does no harm: silent on purpose.
+            std::ignore = fileSystem::remove(pathOf(m_numbers.takeFirst()), protection);
+        }
+    }
+
+private:
+    [[nodiscard]] QString nameOf(std::int64_t number) const
+    {
+        return m_name.base + u'-' + QString::number(number) + u'.' + m_name.extension;
+    }
+
+    [[nodiscard]] QString pathOf(std::int64_t number) const { return m_folder + u'/' + nameOf(number); }
+
+    QString m_folder;
+    FileName m_name;
+    /// Rising.
+    QList<std::int64_t> m_numbers;
+};
+
+} // namespace
+
+void keepCopyOf(const QString& file)
+{
+    const Result<QByteArray> bytes = fileSystem::read(file);
+    const QString folder = AppPaths::keptFilesFolder();
+    if (!bytes || bytes.value().isEmpty() || folder.isEmpty()) {
+        return;
+    }
+    const QString name = lastPathComponent(file);
+    Copies copies(folder, FileName::of(name));
+    if (copies.lastOneSays(bytes.value())) {
+        systemLog(u"Lapsa replaces "_s + name + u", a copy is kept: "_s + copies.newest());
+        return;
+    }
+    Result<void> kept = fileSystem::createDirectory(folder, fileSystem::Access::OwnerOnly);
+    if (kept) {
+        kept = copies.add(bytes.value());
+    }
+    if (!kept) {
+        systemLog(u"Lapsa replaces "_s + name + u", no copy is kept: "_s + kept.error().description);
+        return;
+    }
+    copies.removeOldest();
+    systemLog(u"Lapsa replaces "_s + name + u", a copy is kept: "_s + copies.newest());
+}
+
+} // namespace lapsa
