@@ -208,10 +208,13 @@ StatusButton* AppDelegate::statusButton() const
 
 void AppDelegate::notificationClicked(const QHash<QString, QString>& userInfo)
 {
+    QStringList locked;
     if (const auto itemId = userInfo.constFind(u"itemId"_s); itemId != userInfo.cend()) {
         m_store->lockItem(*itemId);
+        locked.push_back(*itemId);
     }
     openPanel();
+    m_panelController->announceLocked(locked);
 }
 
 void AppDelegate::giveBackMemoryAfter(std::chrono::milliseconds delay)

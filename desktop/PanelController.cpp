@@ -106,6 +106,13 @@ void PanelController::reveal(const QStringList& ids)
     }
 }
 
+void PanelController::announceLocked(const QStringList& ids)
+{
+    if (m_popover) {
+        static_cast<LapsaPanelView&>(m_popover->content()).announceLocked(ids);
+    }
+}
+
 void PanelController::showPreferences()
 {
     material::setTranslucencyAvailable(compositingAvailable());

@@ -51,6 +51,8 @@ public:
     void close();
     /// Shows items that the user has just put on the list, where the panel is open.
     void reveal(const QStringList& ids);
+    /// Has a screen reader say that a warning has locked these items, where the panel is open.
+    void announceLocked(const QStringList& ids);
     /// Opens the preferences, or brings them to the front.
     void showPreferences();
     /// Puts the theme into force for that window, and with it for all: they are never of two minds. Without a window

@@ -3,10 +3,13 @@
 
 #include "Accessibility.h"
 
+#include "Announcer.h"
 #include "FileListView.h"
-#include "FileRowView.h"
+#include "PushButton.h"
+#include "Sheet.h"
 
 #include <QAccessibleWidget>
+#include <QStackedWidget>
 
 namespace lapsa {
 
@@ -14,48 +17,162 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The list's children are the rows on screen, in the order in which they are seen.
-class FileListAccessible final : public QAccessibleWidget
+/// A row is reached by the arrow keys also while it is no stop of Tab.
+class RowAccessible final : public QAccessibleWidget
 {
 public:
-    explicit FileListAccessible(FileListView& list)
-        : QAccessibleWidget(&list, QAccessible::List)
-        , m_list(list)
+    explicit RowAccessible(QWidget* row)
+        : QAccessibleWidget(row, QAccessible::ListItem)
     {}
 
-    [[nodiscard]] int childCount() const override { return static_cast<int>(m_list.visibleRows().size()); }
+    [[nodiscard]] QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.focusable = true;
+        return state;
+    }
+
+    [[nodiscard]] QStringList actionNames() const override { return {setFocusAction()}; }
+};
+
+/// Named after what it asks; nothing outside it can be reached.
+class SheetAccessible final : public QAccessibleWidget
+{
+public:
+    explicit SheetAccessible(Sheet& sheet)
+        : QAccessibleWidget(&sheet, QAccessible::Dialog)
+        , m_sheet(sheet)
+    {}
+
+    [[nodiscard]] QString text(QAccessible::Text text) const override
+    {
+        return text == QAccessible::Name ? m_sheet.content().accessibleName() : QAccessibleWidget::text(text);
+    }
+
+    [[nodiscard]] QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.modal = true;
+        return state;
+    }
+
+private:
+    Sheet& m_sheet;
+};
+
+/// The button that Return presses wherever the focus is.
+class DefaultButtonAccessible final : public QAccessibleWidget
+{
+public:
+    explicit DefaultButtonAccessible(PushButton& button)
+        : QAccessibleWidget(&button, QAccessible::Button)
+        , m_button(button)
+    {}
+
+    [[nodiscard]] QString text(QAccessible::Text text) const override
+    {
+        const QString given = QAccessibleWidget::text(text);
+        return text == QAccessible::Name && given.isEmpty() ? m_button.text() : given;
+    }
+
+    [[nodiscard]] QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.defaultButton = true;
+        state.pressed = m_button.isDown();
+        return state;
+    }
+
+    [[nodiscard]] QStringList actionNames() const override
+    {
+        QStringList names = QAccessibleWidget::actionNames();
+        if (m_button.isEnabled()) {
+            names.prepend(pressAction());
+        }
+        return names;
+    }
+
+    void doAction(const QString& action) override
+    {
+        if (action == pressAction()) {
+            m_button.animateClick(); // it may open a dialog, which would keep the screen reader waiting
+        } else {
+            QAccessibleWidget::doAction(action);
+        }
+    }
+
+private:
+    PushButton& m_button;
+};
+
+/// The page that is seen, in a container that a screen reader passes over: the toolkit's own would be one more thing to
+/// read out, without a name.
+class StackAccessible final : public QAccessibleWidget
+{
+public:
+    explicit StackAccessible(QStackedWidget& stack)
+        : QAccessibleWidget(&stack, QAccessible::Client)
+        , m_stack(stack)
+    {}
+
+    [[nodiscard]] int childCount() const override { return m_stack.currentWidget() != nullptr ? 1 : 0; }
 
     [[nodiscard]] QAccessibleInterface* child(int index) const override
     {
-        const QList<FileRowView*> rows = m_list.visibleRows();
-        return index >= 0 && index < rows.size() ? QAccessible::queryAccessibleInterface(rows[index]) : nullptr;
+        return index == 0 ? QAccessible::queryAccessibleInterface(m_stack.currentWidget()) : nullptr;
     }
 
     [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override
     {
-        return child != nullptr
-                   ? static_cast<int>(m_list.visibleRows().indexOf(qobject_cast<FileRowView*>(child->object())))
-                   : -1;
+        return child != nullptr && child->object() == m_stack.currentWidget() ? 0 : -1;
     }
 
 private:
-    FileListView& m_list;
+    QStackedWidget& m_stack;
+};
+
+/// A window is a frame, what has a name is a group of that name, and every other container is passed over.
+class ContainerAccessible final : public QAccessibleWidget
+{
+public:
+    explicit ContainerAccessible(QWidget* container)
+        : QAccessibleWidget(container)
+    {}
+
+    [[nodiscard]] QAccessible::Role role() const override
+    {
+        if (widget()->isWindow()) {
+            return QAccessible::Window;
+        }
+        // A sheet has its content's name already.
+        const bool inSheet = qobject_cast<const Sheet*>(widget()->parentWidget()) != nullptr;
+        return widget()->accessibleName().isEmpty() || inSheet ? QAccessible::Client : QAccessible::Grouping;
+    }
 };
 
 QAccessibleInterface* accessibleFor(const QString& className, QObject* object)
 {
     if (className == "lapsa::FileListView"_L1) {
-        return new FileListAccessible(*static_cast<FileListView*>(object));
+        return static_cast<FileListView*>(object)->makeAccessible();
     }
     if (className == "lapsa::FileRowView"_L1) {
-        return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::ListItem);
+        return new RowAccessible(static_cast<QWidget*>(object));
     }
     if (className == "lapsa::Sheet"_L1) {
-        return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Dialog);
+        return new SheetAccessible(*static_cast<Sheet*>(object));
     }
-    // What is named as a whole and steered by its parts: "Days" alone would not say of what.
-    if (className == "lapsa::DurationEditor"_L1 || className == "lapsa::SegmentedControl"_L1) {
-        return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Grouping);
+    if (className == "lapsa::Announcer"_L1) {
+        return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Notification);
+    }
+    if (className == "lapsa::PushButton"_L1) {
+        auto& button = *static_cast<PushButton*>(object);
+        return button.kind() == PushButton::Kind::Default ? new DefaultButtonAccessible(button) : nullptr;
+    }
+    if (className == "QStackedWidget"_L1) {
+        return new StackAccessible(*static_cast<QStackedWidget*>(object));
+    }
+    if (className == "QWidget"_L1) {
+        return new ContainerAccessible(static_cast<QWidget*>(object));
     }
     return nullptr;
 }

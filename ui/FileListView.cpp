@@ -9,6 +9,7 @@
 #include "LapsaStore.h"
 #include "Localized.h"
 #include "ScrollFade.h"
+#include "Spotlight.h"
 #include "TextLabel.h"
 
 #include <QApplication>
@@ -35,6 +36,7 @@ FileListView::FileListView(LapsaStore& store, FileIconSource& icons, QWidget* pa
     : QWidget(parent)
     , m_store(store)
     , m_icons(icons)
+    , m_spotlight(new Spotlight(this))
     , m_empty(new TextLabel(Localized::nothingHere(), captionText, ColorRole::Secondary, this))
     , m_bar(new QScrollBar(Qt::Vertical, parent))
     , m_topFade(new ScrollFade(Qt::TopEdge, this))
@@ -45,8 +47,7 @@ FileListView::FileListView(LapsaStore& store, FileIconSource& icons, QWidget* pa
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setFocusRadius(*this, ringRadius);
     connect(m_bar, &QScrollBar::valueChanged, this, &FileListView::bindRows);
-    connect(&m_light, &QVariantAnimation::valueChanged, this, &FileListView::showLight);
-    connect(&m_light, &QVariantAnimation::finished, this, &FileListView::showLight);
+    connect(m_spotlight, &Spotlight::changed, this, &FileListView::showLight);
 }
 
 void FileListView::refresh()

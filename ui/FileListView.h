@@ -8,11 +8,11 @@
 
 #include <QList>
 #include <QScrollBar>
-#include <QSet>
-#include <QVariantAnimation>
 #include <QWidget>
 
 #include <vector>
+
+class QAccessibleInterface;
 
 namespace lapsa {
 
@@ -20,6 +20,7 @@ class FileIconSource;
 class FileRowView;
 class LapsaStore;
 class ScrollFade;
+class Spotlight;
 class TextLabel;
 
 /// The scrolling list of items. Only the rows on screen exist: a row is bound to an item by its id and moves with it,
@@ -37,7 +38,6 @@ public:
     /// Reads the store's items anew; keeps what is seen in its place when something changed above it.
     void refresh();
     void setNow(TimePoint now);
-
     /// The rows on screen, from top to bottom.
     [[nodiscard]] QList<FileRowView*> visibleRows() const;
 
@@ -47,10 +47,11 @@ public:
     /// Puts the focus back onto the row of an item after something covered it. Where the item is gone, the row in its
     /// place has it, or the empty list.
     void focusRow(const QString& id);
-
-    /// Scrolls to items that the user has just put on the list, and lights them up once. Call after refresh(). An id
-    /// that is not on the list is passed over.
+    /// Scrolls to items that the user has just put on the list, and lights them up once. Call after refresh().
     void reveal(const QStringList& ids);
+
+    /// What a screen reader is told: of every item, not only of the rows. The caller owns it.
+    [[nodiscard]] QAccessibleInterface* makeAccessible();
 
 signals:
     void timeSheetRequested(const lapsa::LapsaItem& item);
@@ -71,12 +72,15 @@ private:
         qsizetype index = 0;
     };
 
+    class Accessible;
+    class AccessibleItem;
+
     [[nodiscard]] qsizetype count() const;
     [[nodiscard]] int pitch() const;
     [[nodiscard]] qsizetype indexOf(const QString& id, qsizetype hint) const;
-    /// The row that has the focus, itself or inside; none where the focus is elsewhere.
+    /// The row that has the focus, itself or inside.
     [[nodiscard]] const Row* focusedRow() const;
-    /// Where Tab stops: the current row while it is bound, else the first one that is seen; none in an empty list.
+    /// Where Tab stops: the current row while it is bound, else the first one that is seen, if any.
     [[nodiscard]] FileRowView* currentRow() const;
 
     void keepAnchor();
@@ -92,7 +96,6 @@ private:
     void moveCurrent(qsizetype index, Qt::FocusReason reason);
     void scrollTo(qsizetype index);
     void scrollToBlock(qsizetype first, qsizetype last);
-    void light(const QSet<QString>& ids);
     void showLight();
     void placeBar();
     void updateFades();
@@ -106,9 +109,7 @@ private:
     QString m_anchorId;
     qsizetype m_anchorIndex = 0;
     QString m_currentId;
-    /// The items that are lit, by how much while the animation runs.
-    QSet<QString> m_lit;
-    QVariantAnimation m_light;
+    Spotlight* m_spotlight;
     TextLabel* m_empty;
     QScrollBar* m_bar;
     ScrollFade* m_topFade;

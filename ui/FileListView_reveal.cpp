@@ -4,19 +4,12 @@
 #include "FileListView.h"
 #include "FileRowView.h"
 #include "LapsaStore.h"
-#include "Motion.h"
 #include "ScrollFade.h"
+#include "Spotlight.h"
 
 #include <algorithm>
 
 namespace lapsa {
-
-namespace {
-
-/// How much of its time a row stays lit before it fades: as long as an eye needs to get there.
-constexpr double heldPart = 0.4;
-
-} // namespace
 
 void FileListView::reveal(const QStringList& ids)
 {
@@ -39,7 +32,7 @@ void FileListView::reveal(const QStringList& ids)
         m_currentId = items[first].id; // the keyboard goes on from there
     }
     scrollToBlock(first, last);
-    light(wanted);
+    m_spotlight->light(wanted);
     updateTabStops();
 }
 
@@ -56,22 +49,10 @@ void FileListView::scrollToBlock(qsizetype first, qsizetype last)
     m_bar->setValue(static_cast<int>(std::clamp<qint64>(top - above, 0, m_bar->maximum())));
 }
 
-/// Nothing moves where nothing may: the rows stay lit as long, and are dark again at once.
-void FileListView::light(const QSet<QString>& ids)
-{
-    m_lit = ids;
-    m_light.stop();
-    m_light.setKeyValues({{0, 1.0}, {heldPart, 1.0}, {1, motion::allowed() ? 0.0 : 1.0}});
-    m_light.setDuration(static_cast<int>(motion::highlightDuration.count()));
-    m_light.start();
-    showLight();
-}
-
 void FileListView::showLight()
 {
-    const double strength = m_light.state() == QAbstractAnimation::Running ? m_light.currentValue().toDouble() : 0;
     for (const Row& row : m_rows) {
-        row.view->setLight(m_lit.contains(row.view->item().id) ? strength : 0);
+        row.view->setLight(m_spotlight->strengthOf(row.view->item().id));
     }
 }
 

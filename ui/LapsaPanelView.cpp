@@ -6,6 +6,7 @@
 #include "Accessibility.h"
 #include "AddMessage.h"
 #include "AddResult.h"
+#include "Announcer.h"
 #include "Clock.h"
 #include "DropZone.h"
 #include "FileChooser.h"
@@ -60,6 +61,7 @@ LapsaPanelView::LapsaPanelView(const Environment& environment, std::function<voi
     column->addWidget(makeMessage());
     column->addWidget(makeCount());
     column->addWidget(makeList(), 1);
+    m_announcer = new Announcer(this);
     new FocusRing(*this);
 
     connect(&m_environment.store, &LapsaStore::willChange, this, &LapsaPanelView::noteChange);
@@ -113,6 +115,7 @@ void LapsaPanelView::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
     m_clock.reset();
+    m_due.clear();
     // It was read, and what it says of a file may not be true by the next opening.
     if (!event->spontaneous() && !m_message->isHidden()) {
         m_environment.store.setLastMessage({});
@@ -162,6 +165,7 @@ QWidget* LapsaPanelView::makeList()
 /// Told before the change: the new state is read once, on the next turn, however many changes there were.
 void LapsaPanelView::noteChange()
 {
+    noteDueItems();
     if (std::exchange(m_changeNoted, true)) {
         return;
     }
@@ -184,9 +188,15 @@ void LapsaPanelView::refresh()
     m_dropZone->setDefaultExpiry(store.settings().defaultExpirationMinutes);
     m_message->setText(store.lastMessage().value_or(QString()));
     m_message->setVisible(store.lastMessage().has_value());
-    m_count->setText(u"%1 %2"_s.arg(count).arg(count == 1 ? Localized::filePresent() : Localized::filesPresent()));
+    const QString present =
+        u"%1 %2"_s.arg(count).arg(count == 1 ? Localized::filePresent() : Localized::filesPresent());
+    m_count->setText(present);
+    if (m_list->accessibleName() != present) {
+        m_list->setAccessibleName(present);
+    }
     m_list->setNow(m_environment.clock.now());
     m_list->refresh();
+    announceGoneItems();
     dismissSheetOfVanishedItem();
 }
 

@@ -5,6 +5,7 @@
 
 #include "LapsaTheme.h"
 
+#include <QHash>
 #include <QPointer>
 #include <QWidget>
 
@@ -15,6 +16,7 @@
 namespace lapsa {
 
 struct AddResult;
+class Announcer;
 class Clock;
 class DropZone;
 class FileChooser;
@@ -52,6 +54,8 @@ public:
     [[nodiscard]] bool showingSheet() const;
     /// Scrolls to items that the user has just put on the list, and lights them up once; nothing while it is closed.
     void reveal(const QStringList& ids);
+    /// Has a screen reader say that a warning has locked these items.
+    void announceLocked(const QStringList& ids);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -66,6 +70,8 @@ private:
     [[nodiscard]] QWidget* makeList();
 
     void noteChange();
+    void noteDueItems();
+    void announceGoneItems();
     void refresh();
     void tick();
     void applyTheme();
@@ -80,10 +86,13 @@ private:
     std::unique_ptr<ScheduledTask> m_clock;
     std::optional<LapsaTheme> m_appliedTheme;
     bool m_changeNoted = false;
+    /// The names, by their ids, of the items that may go by themselves with the change that is noted.
+    QHash<QString, QString> m_due;
     DropZone* m_dropZone = nullptr;
     TextLabel* m_message = nullptr;
     TextLabel* m_count = nullptr;
     FileListView* m_list = nullptr;
+    Announcer* m_announcer = nullptr;
     QPointer<FileChooser> m_chooser;
     /// Where the chooser was left; empty until then.
     QString m_lastFolder;

@@ -19,6 +19,8 @@ public:
     /// Takes `content`, which is centred and keeps its size hint.
     Sheet(QWidget& parent, QWidget* content);
 
+    [[nodiscard]] QWidget& content() const { return *m_content; }
+
     /// Goes away; `dismissed` is emitted at once.
     void dismiss();
 

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "Announcer.h"
+
+#include <QAccessible>
+
+namespace lapsa {
+
+Announcer::Announcer(QWidget* parent)
+    : QWidget(parent)
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setAttribute(Qt::WA_NoSystemBackground);
+    setFocusPolicy(Qt::NoFocus);
+    setGeometry(0, 0, 1, 1);
+}
+
+void Announcer::announce(const QString& text)
+{
+    if (!QAccessible::isActive() || !isVisible()) {
+        return;
+    }
+    // A notification that comes up is read out by itself, wherever the focus is; the toolkit knows no better way yet.
+    setAccessibleName(text);
+    QAccessibleEvent shown(this, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&shown);
+}
+
+} // namespace lapsa
