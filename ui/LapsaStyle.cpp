@@ -7,6 +7,7 @@
 #include "Motion.h"
 #include "ThemePalette.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMenu>
@@ -33,6 +34,17 @@ constexpr int menuPadding = 5;
 constexpr int indicatorExtent = 18;
 constexpr int toolTipMargin = 6;
 constexpr int listItemHeight = 28;
+constexpr int cellPadding = 5;
+constexpr int headerPadding = 6;
+/// Between the rounded edge of a list and what is in it.
+constexpr QMargins listPadding(5, 5, 5, 5);
+
+/// A list on a ground of its own; one in a popup has the popup's.
+bool isFramedList(const QWidget* widget)
+{
+    const auto* const list = qobject_cast<const QAbstractItemView*>(widget);
+    return list != nullptr && list->frameShape() == QFrame::StyledPanel && !list->isWindow();
+}
 
 /// The parts of a scroll bar without arrows: its groove is all of it.
 QRect scrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part)
@@ -72,8 +84,8 @@ LapsaStyle::LapsaStyle()
 void LapsaStyle::polish(QWidget* widget)
 {
     QProxyStyle::polish(widget);
-    if (qobject_cast<QMenu*>(widget) != nullptr && material::translucencyAvailable()) {
-        widget->setAttribute(Qt::WA_TranslucentBackground);
+    if (auto* const menu = qobject_cast<QMenu*>(widget); menu != nullptr && material::translucencyAvailable()) {
+        makeRound(*menu);
     }
     if (qobject_cast<QScrollBar*>(widget) != nullptr || qobject_cast<QComboBox*>(widget) != nullptr) {
         widget->setAttribute(Qt::WA_Hover);
@@ -103,7 +115,10 @@ void LapsaStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
         drawToolTip(*option, *painter);
         return;
     case PE_Frame:
-        drawListFrame(*option, *painter);
+        drawListFrame(*option, *painter, widget);
+        return;
+    case PE_IndicatorHeaderArrow:
+        drawSortArrow(*option, *painter, widget);
         return;
     case PE_PanelItemViewItem:
         drawListItem(*option, *painter);
@@ -125,7 +140,7 @@ void LapsaStyle::drawControl(ControlElement element, const QStyleOption* option,
 {
     switch (element) {
     case CE_MenuItem:
-        drawMenuItem(*option, *painter);
+        drawMenuItem(*option, *painter, widget);
         return;
     case CE_MenuEmptyArea:
         return;
@@ -200,6 +215,9 @@ QRect LapsaStyle::subControlRect(ComplexControl control, const QStyleOptionCompl
 
 QRect LapsaStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const
 {
+    if (element == SE_ShapedFrameContents && isFramedList(widget)) {
+        return option->rect.marginsRemoved(listPadding);
+    }
     if (element == SE_LineEditContents) {
         return option->rect.adjusted(fieldPadding - 2, 0, -fieldPadding + 2, 0);
     }
@@ -221,6 +239,10 @@ int LapsaStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
     case PM_IndicatorWidth:
     case PM_IndicatorHeight:
         return indicatorExtent;
+    case PM_FocusFrameHMargin: // on both sides of what is in a cell
+        return cellPadding;
+    case PM_HeaderMargin:
+        return headerPadding;
     case PM_ToolTipLabelFrameWidth:
         return toolTipMargin;
     case PM_ButtonShiftHorizontal:
@@ -238,6 +260,7 @@ int LapsaStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
     case SH_Widget_Animation_Duration:
         return motion::milliseconds(motion::hoverDuration);
     case SH_ScrollBar_LeftClickAbsolutePosition:
+    case SH_ScrollBar_ContextMenu:
     case SH_ComboBox_Popup:
     case SH_UnderlineShortcut:
     case SH_DialogButtonBox_ButtonsHaveIcons:

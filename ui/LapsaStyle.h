@@ -5,6 +5,8 @@
 
 #include <QProxyStyle>
 
+class QMenu;
+
 namespace lapsa {
 
 /// The look of what is the toolkit's own: text fields, combo boxes, check boxes, scroll bars, menus, tooltips, and the
@@ -16,6 +18,7 @@ class LapsaStyle final : public QProxyStyle
 public:
     LapsaStyle();
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void polish(QWidget* widget) override;
     void unpolish(QWidget* widget) override;
     using QProxyStyle::polish;
@@ -48,7 +51,8 @@ private:
 
     // ---- Lists of files: LapsaStyle_lists.cpp --------------------------------------------------------------------
 
-    static void drawListFrame(const QStyleOption& option, QPainter& painter);
+    static void drawListFrame(const QStyleOption& option, QPainter& painter, const QWidget* widget);
+    static void drawSortArrow(const QStyleOption& option, QPainter& painter, const QWidget* widget);
     static void drawListItem(const QStyleOption& option, QPainter& painter);
     static void drawHeaderSection(const QStyleOption& option, QPainter& painter);
     static void drawToolButton(const QStyleOption& option, QPainter& painter);
@@ -56,7 +60,9 @@ private:
     // ---- Menus: LapsaStyle_menus.cpp -----------------------------------------------------------------------------
 
     static void drawMenuGround(const QStyleOption& option, QPainter& painter, const QWidget* widget);
-    static void drawMenuItem(const QStyleOption& option, QPainter& painter);
+    static void drawMenuItem(const QStyleOption& option, QPainter& painter, const QWidget* widget);
+    /// Gives a menu round corners and a shadow, which needs a compositing window manager.
+    void makeRound(QMenu& menu);
     [[nodiscard]] static QSize menuItemSize(const QStyleOption& option, const QSize& size);
     static void drawToolTip(const QStyleOption& option, QPainter& painter);
 };

@@ -3,6 +3,7 @@
 
 #include "LapsaStyle.h"
 #include "Material.h"
+#include "Painting.h"
 #include "ThemePalette.h"
 
 #include <QPainter>
@@ -10,11 +11,14 @@
 
 namespace lapsa {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int itemRadius = 6;
 constexpr double hoverOpacity = 0.06;
 constexpr double pressedOpacity = 0.12;
+constexpr double sortArrowSize = 10;
 
 QColor hoverTint(const QStyleOption& option, double opacity)
 {
@@ -23,9 +27,25 @@ QColor hoverTint(const QStyleOption& option, double opacity)
 
 } // namespace
 
-void LapsaStyle::drawListFrame(const QStyleOption& option, QPainter& painter)
+void LapsaStyle::drawListFrame(const QStyleOption& option, QPainter& painter, const QWidget* widget)
 {
-    material::paintBorder(painter, option.rect, 0, QPen(themeColor(ColorRole::Separator, option.palette), 1));
+    const bool popup = widget == nullptr || widget->isWindow();
+    material::paintSurface(painter, option.rect, popup ? 0 : material::controlRadius, option.palette);
+}
+
+void LapsaStyle::drawSortArrow(const QStyleOption& option, QPainter& painter, const QWidget* widget)
+{
+    const auto* const header = qstyleoption_cast<const QStyleOptionHeader*>(&option);
+    if (header == nullptr || widget == nullptr || header->sortIndicator == QStyleOptionHeader::None) {
+        return;
+    }
+    // The toolkit's "down" is the order from the first to the last.
+    const bool ascending = header->sortIndicator == QStyleOptionHeader::SortDown;
+    // The toolkit puts it above the middle of the line.
+    const QRect place(option.rect.left(), 0, option.rect.width(), widget->height());
+    painting::drawSymbol(painter, place,
+                         {ascending ? u"chevron.down"_s : u"chevron.up"_s, sortArrowSize, SymbolWeight::Semibold,
+                          themeColor(ColorRole::Secondary, option.palette)});
 }
 
 void LapsaStyle::drawListItem(const QStyleOption& option, QPainter& painter)

@@ -6,11 +6,15 @@
 #include "Painting.h"
 #include "ThemePalette.h"
 
+#include <QCursor>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOption>
 
 #include <algorithm>
+#include <cstdlib>
+#include <utility>
 
 namespace lapsa {
 
@@ -21,7 +25,11 @@ namespace {
 constexpr int itemInset = 5;
 constexpr int itemPadding = 10;
 constexpr int itemVerticalPadding = 6;
-constexpr int itemRadius = 6;
+constexpr int itemRadius = 4;
+/// The hairline of a square menu, inside which an entry is marked.
+constexpr int hairline = 1;
+constexpr material::Shadow menuShadow{.extent = 14, .drop = 3, .opacity = 0.22};
+constexpr QMargins shadowRoom(14, 11, 14, 17);
 constexpr int separatorHeight = 11;
 constexpr int checkColumn = 20;
 constexpr double checkSize = 11;
@@ -32,6 +40,18 @@ bool separates(const QStyleOptionMenuItem& item)
     return item.menuItemType == QStyleOptionMenuItem::Separator;
 }
 
+/// Whether a menu has round corners, and room for its shadow around it.
+bool isRound(const QWidget* menu)
+{
+    return menu != nullptr && menu->testAttribute(Qt::WA_TranslucentBackground);
+}
+
+/// Where a menu's start or end has to go, so that what is seen of it begins where the menu was asked for.
+int shiftFor(int start, int end, int pointer, std::pair<int, int> room)
+{
+    return std::abs(pointer - end) <= 2 && std::abs(pointer - start) > 2 ? room.second : -room.first;
+}
+
 int leadingRoom(const QStyleOptionMenuItem& item)
 {
     return itemPadding + (item.menuHasCheckableItems ? checkColumn : 0);
@@ -39,13 +59,45 @@ int leadingRoom(const QStyleOptionMenuItem& item)
 
 } // namespace
 
-void LapsaStyle::drawMenuGround(const QStyleOption& option, QPainter& painter, const QWidget* widget)
+void LapsaStyle::makeRound(QMenu& menu)
 {
-    const bool round = widget != nullptr && widget->testAttribute(Qt::WA_TranslucentBackground);
-    material::paintSurface(painter, option.rect, round ? material::controlRadius : 0, option.palette);
+    menu.setAttribute(Qt::WA_TranslucentBackground);
+    menu.setContentsMargins(shadowRoom);
+    menu.installEventFilter(this);
 }
 
-void LapsaStyle::drawMenuItem(const QStyleOption& option, QPainter& painter)
+bool LapsaStyle::eventFilter(QObject* watched, QEvent* event)
+{
+    auto* const menu = qobject_cast<QMenu*>(watched);
+    if (menu != nullptr && event->type() == QEvent::Show) {
+        const QRect frame = menu->geometry();
+        const QPoint pointer = QCursor::pos();
+        menu->move(frame.topLeft() +
+                   QPoint(shiftFor(frame.left(), frame.right(), pointer.x(), {shadowRoom.left(), shadowRoom.right()}),
+                          shiftFor(frame.top(), frame.bottom(), pointer.y(), {shadowRoom.top(), shadowRoom.bottom()})));
+    }
+    if (menu != nullptr && event->type() == QEvent::MouseButtonPress) {
+        const QPoint place = static_cast<QMouseEvent*>(event)->position().toPoint();
+        if (!menu->rect().marginsRemoved(shadowRoom).contains(place)) {
+            menu->close(); // the shadow is no part of the menu
+            return true;
+        }
+    }
+    return QProxyStyle::eventFilter(watched, event);
+}
+
+void LapsaStyle::drawMenuGround(const QStyleOption& option, QPainter& painter, const QWidget* widget)
+{
+    if (!isRound(widget)) {
+        material::paintSurface(painter, option.rect, 0, option.palette);
+        return;
+    }
+    const QRect menu = widget->rect().marginsRemoved(shadowRoom);
+    material::paintShadow(painter, menu, material::controlRadius, menuShadow);
+    material::paintSurface(painter, menu, material::controlRadius, option.palette);
+}
+
+void LapsaStyle::drawMenuItem(const QStyleOption& option, QPainter& painter, const QWidget* widget)
 {
     const auto* const item = qstyleoption_cast<const QStyleOptionMenuItem*>(&option);
     if (item == nullptr) {
@@ -60,7 +112,9 @@ void LapsaStyle::drawMenuItem(const QStyleOption& option, QPainter& painter)
     const bool enabled = option.state.testFlag(State_Enabled);
     const bool selected = enabled && option.state.testFlag(State_Selected);
     if (selected) {
-        material::paintShape(painter, place, itemRadius, themeColor(ColorRole::Accent, option.palette));
+        const bool round = isRound(widget);
+        const QRect marked = round ? place : option.rect.adjusted(hairline, 0, -hairline, 0);
+        material::paintShape(painter, marked, round ? itemRadius : 0, themeColor(ColorRole::Accent, option.palette));
     }
     const QColor color = selected
                              ? themeColor(ColorRole::OnAccent, option.palette)
