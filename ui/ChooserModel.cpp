@@ -4,11 +4,16 @@
 #include "ChooserModel.h"
 
 #include "Localized.h"
+#include "Picture.h"
 #include "TextStyle.h"
+#include "ThemePalette.h"
 
 #include <QDateTime>
+#include <QGuiApplication>
 #include <QLocale>
 #include <QMimeDatabase>
+
+#include <algorithm>
 
 namespace lapsa {
 
@@ -16,17 +21,29 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr QSize iconSize(20, 20);
 constexpr QDir::Filters folders = QDir::AllDirs | QDir::Drives | QDir::NoDotAndDotDot;
 
-/// The theme's icon, or the drawing of our own.
+/// Figures stand at the end of their column.
+QVariant alignmentOf(int column)
+{
+    const Qt::Alignment side = column == ChooserModel::Size ? Qt::AlignTrailing : Qt::AlignLeading;
+    return QVariant::fromValue(side | Qt::AlignVCenter);
+}
+
+/// The theme's icon, or the drawing of our own. A selected one keeps its colours.
 QIcon themed(const QStringList& names, const QString& drawing)
 {
-    for (const QString& name : names) {
-        if (QIcon::hasThemeIcon(name)) {
-            return QIcon::fromTheme(name);
-        }
+    const auto name = std::ranges::find_if(names, [](const QString& each) { return QIcon::hasThemeIcon(each); });
+    const QIcon source = name == names.end() ? QIcon() : QIcon::fromTheme(*name);
+    QIcon icon;
+    for (const double ratio : {1.0, 2.0}) {
+        const QPixmap pixmap = source.isNull() ? svgPicture(u":/lapsa/icons/%1.svg"_s.arg(drawing), iconSize, ratio)
+                                               : source.pixmap(iconSize, ratio);
+        icon.addPixmap(pixmap, QIcon::Normal);
+        icon.addPixmap(pixmap, QIcon::Selected);
     }
-    return QIcon(u":/lapsa/icons/%1.svg"_s.arg(drawing));
+    return icon;
 }
 
 /// For sizes and times. The texts around them are Italian by another rule than the toolkit's.
@@ -65,7 +82,10 @@ QVariant ChooserModel::data(const QModelIndex& index, int role) const
     case Qt::DecorationRole:
         return index.column() == Name ? iconOf(index) : QVariant();
     case Qt::TextAlignmentRole:
-        return index.column() == Size ? QVariant::fromValue(Qt::AlignTrailing | Qt::AlignVCenter) : QVariant();
+        return alignmentOf(index.column());
+    case Qt::ForegroundRole:
+        return index.column() == Name ? QVariant()
+                                      : QVariant(themeColor(ColorRole::Secondary, QGuiApplication::palette()));
     case Qt::ToolTipRole:
         return plainToolTip(nameOf(index));
     default:
@@ -75,6 +95,9 @@ QVariant ChooserModel::data(const QModelIndex& index, int role) const
 
 QVariant ChooserModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
+    if (role == Qt::TextAlignmentRole) {
+        return alignmentOf(section);
+    }
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
         return role == Qt::DecorationRole ? QVariant() : QFileSystemModel::headerData(section, orientation, role);
     }

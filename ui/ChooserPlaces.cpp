@@ -9,6 +9,7 @@
 #include "ThemePalette.h"
 
 #include <QDir>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QStandardPaths>
 
@@ -20,6 +21,7 @@ namespace {
 
 constexpr int placesWidth = 168;
 constexpr double symbolSize = 13;
+constexpr double markOpacity = 0.09;
 constexpr int folderRole = Qt::UserRole;
 constexpr int symbolRole = Qt::UserRole + 1;
 
@@ -57,7 +59,7 @@ ChooserPlaces::ChooserPlaces(QWidget* parent)
         }
     }
     addPlace(Localized::text(u"Computer"_s, u"Computer"_s), u"internaldrive"_s, QDir::rootPath());
-    tintSymbols();
+    quieten();
     connect(this, &QListWidget::itemClicked, this,
             [this](const QListWidgetItem* item) { emit chosen(item->data(folderRole).toString()); });
 }
@@ -91,7 +93,7 @@ void ChooserPlaces::changeEvent(QEvent* event)
 {
     QListWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) {
-        tintSymbols();
+        quieten();
     }
 }
 
@@ -101,6 +103,20 @@ void ChooserPlaces::addPlace(const QString& name, const QString& symbol, const Q
     place->setData(folderRole, folder);
     place->setData(symbolRole, symbol);
     place->setToolTip(plainToolTip(folder));
+}
+
+/// The place that is shown is marked without the accent, which belongs to what is chosen.
+void ChooserPlaces::quieten()
+{
+    QPalette quiet = QGuiApplication::palette();
+    const QColor ground = themeColor(ColorRole::Window, quiet);
+    const QColor primary = themeColor(ColorRole::Primary, quiet);
+    quiet.setColor(paletteRole(ColorRole::Accent), blended(withOpacity(primary, markOpacity), ground));
+    quiet.setColor(paletteRole(ColorRole::OnAccent), primary);
+    if (quiet != palette()) {
+        setPalette(quiet);
+    }
+    tintSymbols();
 }
 
 void ChooserPlaces::tintSymbols()
@@ -113,7 +129,7 @@ void ChooserPlaces::tintSymbols()
         QIcon icon;
         for (const double ratio : {1.0, 2.0}) {
             icon.addPixmap(symbolPixmap(tinted(ColorRole::Secondary), ratio), QIcon::Normal);
-            icon.addPixmap(symbolPixmap(tinted(ColorRole::OnAccent), ratio), QIcon::Selected);
+            icon.addPixmap(symbolPixmap(tinted(ColorRole::Primary), ratio), QIcon::Selected);
         }
         item(row)->setIcon(icon);
     }

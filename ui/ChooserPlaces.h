@@ -30,6 +30,7 @@ protected:
 
 private:
     void addPlace(const QString& name, const QString& symbol, const QString& folder);
+    void quieten();
     void tintSymbols();
 };
 

@@ -20,6 +20,22 @@ namespace lapsa {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// A folder as it is read: from the home folder on where it lies in there.
+QString wayTo(const QString& folder)
+{
+    const QString home = QDir::homePath();
+    if (folder != home && !folder.startsWith(home + u'/')) {
+        return folder;
+    }
+    QStringList parts = folder.sliced(home.size()).split(u'/', Qt::SkipEmptyParts);
+    parts.push_front(Localized::text(u"Home"_s, u"Cartella home"_s));
+    return parts.join(u" \u203A "_s);
+}
+
+} // namespace
+
 void Chooser::showFolder(const QString& folder, bool byUser)
 {
     const QString left = m_folder;
@@ -33,7 +49,7 @@ void Chooser::showFolder(const QString& folder, bool byUser)
     if (before.isValid() && before.parent() == m_names->rootIndex()) {
         m_names->selectionModel()->setCurrentIndex(before, QItemSelectionModel::NoUpdate);
     }
-    m_path->setText(folder);
+    m_path->setText(wayTo(folder));
     m_places->showPlace(folder);
     fillField();
 }

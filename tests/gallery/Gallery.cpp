@@ -45,6 +45,7 @@ void Gallery::paintEverything()
         paintSheet();
         paintPreferences();
         paintAlert();
+        paintChoosers();
         paintControls();
     }
     paintSplash();

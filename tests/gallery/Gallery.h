@@ -15,6 +15,8 @@
 
 #include <cstdint>
 
+class QLineEdit;
+
 namespace lapsa::test {
 
 /// The installed icon theme's icons, by file type.
@@ -50,6 +52,8 @@ private:
     void paintSheet();
     void paintPreferences();
     void paintAlert();
+    void paintChoosers();
+    void paintFieldMenu(QLineEdit& field);
     void paintSplash();
     void paintControls();
     void paintArtwork();

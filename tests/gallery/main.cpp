@@ -3,6 +3,7 @@
 
 #include "Gallery.h"
 #include "LapsaStyle.h"
+#include "ToolkitTexts.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -16,6 +17,8 @@ int main(int argc, char** argv)
         qFatal("usage: lapsa_gallery FOLDER");
     }
     QApplication::setStyle(new lapsa::LapsaStyle);
+    lapsa::ToolkitTexts toolkitTexts;
+    QCoreApplication::installTranslator(&toolkitTexts);
     QFont font(u"Inter"_s);
     font.setPointSizeF(10);
     QApplication::setFont(font);
