@@ -10,7 +10,7 @@
 #include <QStringView>
 
 #include <algorithm>
-#include <tuple>
+#include <chrono>
 #include <vector>
 
 namespace lapsa {
@@ -33,7 +33,10 @@ QSet<QStringView> namesOnCountdown(const QList<LapsaItem>& items, const QString&
 
 bool isNewFor(const LapsaAutoCleanFolderRule& rule, const fileSystem::FolderEntry& entry)
 {
-    return rule.includeExistingFiles || entry.creationDate().value_or(distantPast) >= rule.createdAt;
+    // In whole seconds: a rule that was read from its file has lost the fraction.
+    using std::chrono::floor, std::chrono::seconds;
+    return rule.includeExistingFiles ||
+           floor<seconds>(entry.creationDate().value_or(distantPast)) >= floor<seconds>(rule.createdAt);
 }
 
 } // namespace
@@ -53,7 +56,7 @@ void LapsaStore::scanAutoCleanFolders()
 
 void LapsaStore::scanFolder(const LapsaAutoCleanFolderRule& rule)
 {
-    const std::optional<QString> standardized = fileSystem::standardizedPath(QUrl::fromLocalFile(rule.folderPath));
+    const std::optional<QString> standardized = fileSystem::standardizedPath(rule.folderPath);
     // Lapsa's own files are nobody's leftovers.
     if (!standardized || fileSystem::isInside(*standardized, AppPaths::applicationSupportDirectory().toLocalFile())) {
         return;
@@ -61,8 +64,7 @@ void LapsaStore::scanFolder(const LapsaAutoCleanFolderRule& rule)
     const QString folder = *standardized == u"/" ? QString() : *standardized;
     const QSet<QStringView> known = namesOnCountdown(m_items, folder);
     QList<FoundFile> taken;
-    // A folder that cannot be listed now is looked at again by the next pass: silent on purpose.
-    std::ignore =
+    const auto listed =
         fileSystem::forEachVisibleEntry(*standardized, m_knownPaths, [&](const fileSystem::FolderEntry& entry) {
             if (known.contains(entry.name())) {
                 return;
@@ -73,6 +75,10 @@ void LapsaStore::scanFolder(const LapsaAutoCleanFolderRule& rule)
                 taken.push_back({.path = folder + u'/' + entry.name(), .isDirectory = false});
             }
         });
+    // A folder that cannot be listed now, or not to its end, is looked at again by the next pass: silent on purpose.
+    if (!listed) {
+        return;
+    }
     // Either the file type rules or the folder's own lifespan, never both, on purpose.
     addFound(taken, rule.applyFileTypeRules
                         ? AddOptions{}

@@ -14,7 +14,8 @@ namespace lapsa {
 
 QUrl LapsaItem::url() const
 {
-    return QUrl::fromLocalFile(path);
+    // Standardised: in "//home/ada", as an edited list may hold it, "home" would become the name of a machine.
+    return QUrl::fromLocalFile(fileSystem::standardizedPath(path).value_or(path));
 }
 
 bool LapsaItem::exists() const

@@ -4,6 +4,7 @@
 #include "FileSystem.h"
 
 #include "FileDescriptor.h"
+#include "FileUri.h"
 #include "Place.h"
 
 #include <QUrl>
@@ -101,8 +102,7 @@ Result<QByteArray> readToEnd(int file, off_t expected)
 
 std::optional<QString> standardizedPath(const QUrl& url)
 {
-    const QString host = url.host();
-    if (!url.isLocalFile() || !(host.isEmpty() || host == QLatin1StringView("localhost"))) {
+    if (!url.isLocalFile() || !isThisMachine(url.host())) {
         return std::nullopt;
     }
     QString decoded = url.path(QUrl::FullyDecoded);

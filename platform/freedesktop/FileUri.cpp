@@ -4,6 +4,7 @@
 #include "FileUri.h"
 
 #include <QStringDecoder>
+#include <QSysInfo>
 
 namespace lapsa {
 
@@ -13,7 +14,6 @@ namespace {
 
 constexpr QByteArrayView scheme = "file:";
 constexpr QByteArrayView authority = "//";
-constexpr QByteArrayView thisMachine = "localhost";
 
 /// What follows the scheme and an authority that names this machine.
 std::optional<QByteArrayView> encodedPath(QByteArrayView uri)
@@ -24,10 +24,12 @@ std::optional<QByteArrayView> encodedPath(QByteArrayView uri)
     QByteArrayView rest = uri.sliced(scheme.size());
     if (rest.startsWith(authority)) {
         rest = rest.sliced(authority.size());
-        if (rest.size() >= thisMachine.size() &&
-            rest.first(thisMachine.size()).compare(thisMachine, Qt::CaseInsensitive) == 0) {
-            rest = rest.sliced(thisMachine.size());
+        const qsizetype slash = rest.indexOf('/');
+        const QByteArrayView host = slash < 0 ? rest : rest.first(slash);
+        if (!isThisMachine(QString::fromUtf8(host))) {
+            return std::nullopt;
         }
+        rest = rest.sliced(host.size());
     }
     if (!rest.startsWith('/')) {
         return std::nullopt;
@@ -36,6 +38,20 @@ std::optional<QByteArrayView> encodedPath(QByteArrayView uri)
 }
 
 } // namespace
+
+bool isThisMachine(const QString& host)
+{
+    if (host.isEmpty() || host.compare("localhost"_L1, Qt::CaseInsensitive) == 0) {
+        return true;
+    }
+    const QString own = QSysInfo::machineHostName();
+    if (own.isEmpty()) {
+        return false;
+    }
+    const bool bothHaveDomains = host.contains(u'.') && own.contains(u'.');
+    const QString name = bothHaveDomains ? host : host.section(u'.', 0, 0);
+    return name.compare(bothHaveDomains ? own : own.section(u'.', 0, 0), Qt::CaseInsensitive) == 0;
+}
 
 QByteArray withOneLeadingSlash(const QByteArray& path)
 {

@@ -16,6 +16,10 @@ namespace lapsa {
 /// The file URI of an absolute path, its bytes percent-encoded one by one: nothing in a name has a meaning.
 [[nodiscard]] QByteArray fileUri(const QString& path);
 
+/// Whether the host of a file URI means this machine: none, "localhost", or the machine's own name, with or without its
+/// domain, as `ls --hyperlink` and some drags write it.
+[[nodiscard]] bool isThisMachine(const QString& host);
+
 /// The absolute path of a file URI of this machine, with one leading slash; nothing for any other text, and for a path
 /// that is not UTF-8.
 [[nodiscard]] std::optional<QString> pathOfFileUri(QByteArrayView uri);

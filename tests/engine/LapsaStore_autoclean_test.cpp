@@ -119,17 +119,19 @@ private slots:
         QCOMPARE(world.home.names(u"watched"_s), QStringList());
     }
 
-    void theDateOfCreationDecidesToTheInstant_data()
+    void theDateOfCreationDecidesToTheSecond_data()
     {
         QTest::addColumn<int>("microseconds");
         QTest::addColumn<bool>("taken");
 
-        QTest::newRow("the rule is of the same instant") << 0 << true;
-        QTest::newRow("the rule is older") << -1 << true;
-        QTest::newRow("the rule is newer") << 1 << false;
+        // From the beginning of the second in which the file was made.
+        QTest::newRow("the rule is of the second before") << -1 << true;
+        QTest::newRow("the rule is of the same second, early") << 0 << true;
+        QTest::newRow("the rule is of the same second, late") << 999'999 << true;
+        QTest::newRow("the rule is of the second after") << 1'000'000 << false;
     }
 
-    void theDateOfCreationDecidesToTheInstant()
+    void theDateOfCreationDecidesToTheSecond()
     {
         QFETCH(int, microseconds);
         QFETCH(bool, taken);
@@ -139,7 +141,8 @@ private slots:
             QSKIP("This file system keeps no birth times");
         }
         watch(world, [&](LapsaAutoCleanFolderRule& rule) {
-            rule.createdAt = created + std::chrono::microseconds{microseconds};
+            rule.createdAt =
+                std::chrono::floor<std::chrono::seconds>(created) + std::chrono::microseconds{microseconds};
         });
 
         world.store().scanAutoCleanFolders();

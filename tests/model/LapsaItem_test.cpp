@@ -107,6 +107,13 @@ class LapsaItem_test final : public QObject
 
 private slots:
 
+    void aPathWithDoubledSlashesIsAFileOfThisMachine()
+    {
+        const LapsaItem item{.id = {}, .path = u"//home/ada/w"_s, .displayName = {}, .addedAt = {}, .expiresAt = {}};
+
+        QCOMPARE(item.url(), QUrl::fromLocalFile(u"/home/ada/w"_s));
+    }
+
     void anItemWhoseTimeIsNowHasNoSecondsLeftAndIsExpired()
     {
         const LapsaItem item = sampleItem();

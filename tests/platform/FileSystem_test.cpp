@@ -71,7 +71,7 @@ void FileSystem_test::aFileUrlBecomesAPlainPath_data()
 {
     QTest::addColumn<QUrl>("url");
     QTest::addColumn<std::optional<QString>>("path");
-    const auto row = [](const char* name, const char* url, const std::optional<QString>& path) {
+    const auto row = [](const char* name, const QByteArray& url, const std::optional<QString>& path) {
         QTest::newRow(name) << QUrl::fromEncoded(url) << path;
     };
     row("plain", "file:///a/b.txt", u"/a/b.txt"_s);
@@ -85,6 +85,13 @@ void FileSystem_test::aFileUrlBecomesAPlainPath_data()
     row("beyond ASCII", "file:///%C3%A4", u"/ä"_s);
     row("bytes that are no UTF-8", "file:///a%FFb", std::nullopt);
     row("a NUL", "file:///a%00b", std::nullopt);
+    const QByteArray machine = QSysInfo::machineHostName().toUtf8();
+    row("on this machine by its name", "file://" + machine + "/a", u"/a"_s);
+    row("on this machine in capitals", "file://" + machine.toUpper() + "/a", u"/a"_s);
+    if (!machine.contains('.')) {
+        row("on this machine with its domain", "file://" + machine + ".example.org/a", u"/a"_s);
+    }
+    row("a host that begins like this machine", "file://" + machine + "x/a", std::nullopt);
     row("another host", "file://elsewhere/a", std::nullopt);
     row("another scheme", "https://localhost/a", std::nullopt);
     row("relative", "file:a", std::nullopt);

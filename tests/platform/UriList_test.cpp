@@ -55,6 +55,10 @@ private slots:
         row("a name that is not UTF-8", "file:///a\nfile:///%E9\n", {u"/a"_s, noPath});
         row("a NUL in a name", "file:///a%00b\n", {noPath});
         row("another machine", "file://server/a\n", {noPath});
+        const QByteArray machine = QSysInfo::machineHostName().toUtf8();
+        row("this machine by its own name", "file://" + machine + "/a\nfile://" + machine.toUpper() + "/b\n",
+            {u"/a"_s, u"/b"_s});
+        row("a machine of a similar name", "file://" + machine + "x/a\n", {noPath});
         row("remote places and the Trash", "sftp://host/a\ntrash:///b\nfile:///c\n", {noPath, noPath, u"/c"_s});
 
         row("nothing", "", {});
