@@ -5,11 +5,13 @@
 
 #include "AppPaths.h"
 #include "Appearance.h"
+#include "Clock.h"
 #include "FileSystem.h"
 #include "JSONDecoder.h"
 #include "JSONEncoder.h"
 #include "KeptFiles.h"
 #include "MainQueue.h"
+#include "RestoreNote.h"
 #include "SettingsStore.h"
 #include "SystemLog.h"
 
@@ -54,6 +56,7 @@ LapsaStore::LapsaStore(SettingsStore& settingsStore, const Environment& environm
     applyCurrentTheme();
     loadItems();
     loadRecoveryItems();
+    restoreNote::removeLeftovers(m_environment.clock.now());
     purgeExpiredRecovery();
 }
 
@@ -179,7 +182,6 @@ void LapsaStore::loadRecoveryItems()
 {
     if (auto stored = storedList<LapsaRecoveryItem>(AppPaths::recoveryStateURL())) {
         m_recoveryItems = *std::move(stored);
-        removeInterruptedRestores();
         return;
     }
     keepRecoveryList();

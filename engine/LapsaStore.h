@@ -178,7 +178,6 @@ private:
     void announceLongWork(fileSystem::Batch& batch);
     void saveAgedRecords();
     void removeRecoveryRecords(QUuid id);
-    void removeInterruptedRestores() const;
     void scanFolder(const LapsaAutoCleanFolderRule& rule);
     void saveKnownPaths();
 

@@ -9,6 +9,7 @@
 #include "LapsaStore.h"
 #include "RecoveryFolder.h"
 #include "RecoveryPurge.h"
+#include "RestoreNote.h"
 #include "SystemLog.h"
 
 #include <algorithm>
@@ -47,6 +48,15 @@ void LapsaStore::restoreRecoveryItem(const LapsaRecoveryItem& item)
     RecoveryFolder recovery;
     const std::optional<QString> name = recovery.nameOf(item.recoveryPath);
     fileSystem::Batch batch(protection());
+    bool noted = false;
+    batch.announceLongWork([&](std::int64_t) {
+        if (!std::exchange(noted, true)) {
+            restoreNote::write(item);
+        }
+        if (m_recordUnsavedSince) {
+            saveRecoveryNow();
+        }
+    });
     Result<void> restored;
     if (name && batch.select(recovery.held(), *name)) {
         restored = putBack(item, batch);
@@ -60,6 +70,9 @@ void LapsaStore::restoreRecoveryItem(const LapsaRecoveryItem& item)
     if (!restored) {
         systemLog(u"Lapsa recovery restore failed: "_s + restored.error().description);
         return;
+    }
+    if (noted) {
+        restoreNote::drop(item);
     }
     removeRecoveryRecords(item.id);
     saveRecoverySoon();
@@ -96,17 +109,6 @@ void LapsaStore::purgeExpiredRecovery()
     emit willChange();
     m_recoveryItems = std::move(left);
     saveRecoverySoon();
-}
-
-// A restore to another file system that the end of the process cut short has left a part of a copy beside the place it
-// was meant for. Its record is still there, since that goes last.
-void LapsaStore::removeInterruptedRestores() const
-{
-    QSet<QString> folders;
-    for (const LapsaRecoveryItem& item : m_recoveryItems) {
-        folders.insert(parentPath(item.originalPath));
-    }
-    std::ranges::for_each(std::as_const(folders), &fileSystem::removeInterruptedCopies);
 }
 
 // The id by value: it may be that of a record in the list itself, which moves while the list closes its gaps.

@@ -74,6 +74,11 @@ QUrl AppPaths::recoveryStateURL()
     return inDataFolder("recovery.json"_L1);
 }
 
+QUrl AppPaths::restoringURL()
+{
+    return inDataFolder("restoring.json"_L1);
+}
+
 QUrl AppPaths::knownPathsURL()
 {
     return QUrl::fromLocalFile(userFolders::applicationState() + "/Lapsa/paths.json"_L1);

@@ -26,6 +26,9 @@ struct AppPaths
     [[nodiscard]] static QUrl stateURL();
     [[nodiscard]] static QUrl recoveryStateURL();
 
+    /// What notes the copies that are being put back to other file systems; there only while one is under way.
+    [[nodiscard]] static QUrl restoringURL();
+
     /// What is remembered of the listed paths that other users can lead elsewhere. Not in the data folder: it says
     /// something about this machine only.
     [[nodiscard]] static QUrl knownPathsURL();

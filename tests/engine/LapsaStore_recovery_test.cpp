@@ -3,6 +3,7 @@
 
 #include "JSONEncoder.h"
 #include "LogCapture.h"
+#include "Privileges.h"
 #include "ReadOnlyWorld.h"
 #include "StoreWorld.h"
 
@@ -23,6 +24,7 @@ namespace {
 
 const QString recoveryFolder = u".local/share/Lapsa/Recovery"_s;
 const QString recoveryName = u"recovery.json"_s;
+const QString noteName = u"restoring.json"_s;
 
 /// Parks a file as a sweep does; the answer is its record.
 LapsaRecoveryItem park(test::StoreWorld& world, const QString& relative, const QByteArray& content = "bytes")
@@ -55,6 +57,15 @@ LapsaRecoveryItem record(const QString& originalPath, const QString& recoveryPat
             .displayName = u"x"_s,
             .deletedAt = distantPast,
             .purgeAfter = purgeAfter};
+}
+
+/// What a copy that was cut short leaves in a folder of the home.
+void makeLeftover(const test::StoreWorld& world, const QString& folder)
+{
+    const QString left = world.home.makeFile(folder + u"/.lapsa-copy-0123456789abcdef"_s);
+    if (::chmod(left.toUtf8().constData(), S_ISVTX | S_IRWXU) != 0) {
+        qFatal("cannot mark %s", qPrintable(left));
+    }
 }
 
 } // namespace
@@ -346,14 +357,73 @@ private slots:
     {
         test::StoreWorld world(false);
         const QString kept = world.home.makeFile(u"Documents/.lapsa-copy-kept"_s);
-        const QString left = world.home.makeFile(u"Documents/.lapsa-copy-0123456789abcdef"_s);
-        QVERIFY(::chmod(left.toUtf8().constData(), S_ISVTX | S_IRWXU) == 0);
+        makeLeftover(world, u"Documents"_s);
+        const QString copy = world.home.makeFile(recoveryFolder + u"/a.txt"_s);
+        const LapsaRecoveryItem parked = record(world.home.path(u"Documents/a.txt"_s), copy, world.time.now() + 1h);
+        world.home.writeDataFile(noteName, JSONEncoder::lapsa().encode(QList{parked}));
+
+        startWith(world, {parked});
+
+        QCOMPARE(world.home.names(u"Documents"_s), QStringList{u".lapsa-copy-kept"_s});
+        QVERIFY(QFile::exists(copy));
+        QVERIFY(world.home.dataFile(noteName).isNull());
+    }
+
+    void aStartLooksIntoNoFolderInWhichNoRestoreWasUnderWay()
+    {
+        test::StoreWorld world(false);
+        makeLeftover(world, u"Documents"_s);
         const QString copy = world.home.makeFile(recoveryFolder + u"/a.txt"_s);
 
         startWith(world, {record(world.home.path(u"Documents/a.txt"_s), copy, world.time.now() + 1h)});
 
-        QCOMPARE(world.home.names(u"Documents"_s), QStringList{u".lapsa-copy-kept"_s});
-        QVERIFY(QFile::exists(copy));
+        QCOMPARE(world.home.names(u"Documents"_s).size(), 1);
+    }
+
+    void aFolderThatIsAwayIsLookedForUntilTheRecordsTimeIsUp()
+    {
+        test::StoreWorld world(false);
+        const LapsaRecoveryItem parked =
+            record(world.home.path(u"Documents/a.txt"_s), QString(), world.time.now() + 1h);
+        world.home.writeDataFile(noteName, JSONEncoder::lapsa().encode(QList{parked}));
+        startWith(world, {});
+        QVERIFY(!world.home.dataFile(noteName).isNull());
+        makeLeftover(world, u"Documents"_s);
+
+        world.start();
+
+        QCOMPARE(world.home.names(u"Documents"_s), QStringList());
+        QVERIFY(world.home.dataFile(noteName).isNull());
+
+        world.home.writeDataFile(noteName, JSONEncoder::lapsa().encode(QList{parked}));
+        QVERIFY(QDir().rmdir(world.home.path(u"Documents"_s)));
+        world.time.advance(1h);
+        world.start();
+        QVERIFY(world.home.dataFile(noteName).isNull());
+    }
+
+    void aRestoreToAnotherFileSystemIsNotedUntilItHasWorked()
+    {
+        if (!test::PrivateMounts::available()) {
+            QSKIP("Needs root");
+        }
+        test::StoreWorld world;
+        test::PrivateMounts mounts;
+        const QString volume = world.home.path(u"volume"_s);
+        mounts.mountTemporary(volume);
+        const LapsaRecoveryItem parked = park(world, u"volume/a.txt"_s, QByteArray(100'000, 'x'));
+        mounts.unmount(volume);
+        mounts.mountTemporary(volume, "size=16k");
+
+        world.store().restoreRecoveryItem(parked); // there is no room
+        QCOMPARE(world.store().recoveryItems(), QList{parked});
+        QVERIFY(world.home.dataFile(noteName).contains("a.txt"));
+
+        mounts.unmount(volume);
+        mounts.mountTemporary(volume);
+        world.store().restoreRecoveryItem(parked);
+        QCOMPARE(content(parked.originalPath).size(), 100'000);
+        QVERIFY(world.home.dataFile(noteName).isNull());
     }
 
     void savingTheRecoveryListNowLeavesNoWriteWaiting()

@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "RestoreNote.h"
+
+#include "AppPaths.h"
+#include "FileName.h"
+#include "FileSystem.h"
+#include "JSONDecoder.h"
+#include "JSONEncoder.h"
+
+#include <QList>
+
+#include <tuple>
+
+namespace lapsa::restoreNote {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString path()
+{
+    return AppPaths::restoringURL().toLocalFile();
+}
+
+QList<LapsaRecoveryItem> noted()
+{
+    const Result<QByteArray> bytes = fileSystem::read(path());
+    return bytes
+               ? JSONDecoder::lapsa().decodeList<LapsaRecoveryItem>(bytes.value()).value_or(QList<LapsaRecoveryItem>())
+               : QList<LapsaRecoveryItem>();
+}
+
+// A failure is silent on purpose: at worst a start looks for leftovers in vain, or does not find them.
+void save(const QList<LapsaRecoveryItem>& records)
+{
+    if (records.isEmpty()) {
+        std::ignore = fileSystem::remove(path(), {.folder = AppPaths::applicationSupportDirectory().toLocalFile()});
+    } else {
+        std::ignore = fileSystem::writeAtomically(path(), JSONEncoder::lapsa().encode(records));
+    }
+}
+
+QList<LapsaRecoveryItem> without(QList<LapsaRecoveryItem> records, const LapsaRecoveryItem& record)
+{
+    records.removeIf([&record](const LapsaRecoveryItem& other) { return other.id == record.id; });
+    return records;
+}
+
+} // namespace
+
+void write(const LapsaRecoveryItem& record)
+{
+    save(without(noted(), record) << record);
+}
+
+void drop(const LapsaRecoveryItem& record)
+{
+    save(without(noted(), record));
+}
+
+void removeLeftovers(TimePoint now)
+{
+    // What a kill leaves while the note is written: no later write would take it away, as it does with the lists.
+    std::ignore = fileSystem::remove(path() + ".tmp"_L1, {});
+    if (!fileSystem::exists(path())) {
+        return;
+    }
+    QList<LapsaRecoveryItem> records = noted();
+    records.removeIf([now](const LapsaRecoveryItem& record) {
+        const QString folder = parentPath(record.originalPath);
+        const bool isThere = fileSystem::isDirectory(folder);
+        if (isThere) {
+            fileSystem::removeInterruptedCopies(folder);
+        }
+        return isThere || record.purgeAfter <= now;
+    });
+    save(records);
+}
+
+} // namespace lapsa::restoreNote
