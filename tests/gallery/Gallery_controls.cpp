@@ -5,16 +5,17 @@
 #include "DurationEditor.h"
 #include "FocusRing.h"
 #include "Gallery.h"
+#include "Localized.h"
 #include "Material.h"
 #include "PushButton.h"
 #include "RowIconButton.h"
+#include "SegmentedControl.h"
 #include "Symbols.h"
 #include "TextLabel.h"
 #include "ThemePalette.h"
 #include "Toggle.h"
 
 #include <QApplication>
-#include <QComboBox>
 #include <QLineEdit>
 #include <QPainter>
 #include <QSvgRenderer>
@@ -44,16 +45,18 @@ QWidget* makeButtons()
     auto* const widget = new QWidget;
     auto* const row = new QHBoxLayout(widget);
     row->setContentsMargins({});
-    auto* const add = new PushButton(u"Add rule"_s, PushButton::Kind::Plain, widget);
+    auto* const add =
+        new PushButton(Localized::text(u"Add rule"_s, u"Aggiungi regola"_s), PushButton::Kind::Plain, widget);
     add->setSymbol(u"plus"_s);
-    auto* const off = new PushButton(u"Save"_s, PushButton::Kind::Default, widget);
+    auto* const off = new PushButton(Localized::text(u"Save"_s, u"Salva"_s), PushButton::Kind::Default, widget);
     off->setEnabled(false);
     row->addWidget(add);
-    row->addWidget(new PushButton(u"Remove rule"_s, PushButton::Kind::Destructive, widget));
+    row->addWidget(
+        new PushButton(Localized::text(u"Remove rule"_s, u"Rimuovi regola"_s), PushButton::Kind::Destructive, widget));
     row->addStretch();
     row->addWidget(off);
-    row->addWidget(new PushButton(u"Cancel"_s, PushButton::Kind::Plain, widget));
-    row->addWidget(new PushButton(u"Save"_s, PushButton::Kind::Default, widget));
+    row->addWidget(new PushButton(Localized::text(u"Cancel"_s, u"Annulla"_s), PushButton::Kind::Plain, widget));
+    row->addWidget(new PushButton(Localized::text(u"Save"_s, u"Salva"_s), PushButton::Kind::Default, widget));
     return widget;
 }
 
@@ -70,20 +73,22 @@ void Gallery::paintControls()
     auto* const column = new QVBoxLayout(&ground);
     column->setContentsMargins(32, 28, 32, 28);
     column->setSpacing(20);
-    auto* const section = new FormSection(u"General"_s, &ground);
+    auto* const section = new FormSection(Localized::text(u"General"_s, u"Generale"_s), &ground);
     std::int64_t minutes = 1500;
     section->card().addRow(
-        u"Default expiry"_s,
+        Localized::defaultExpiry(),
         new DurationEditor(
             {.read = [&minutes] { return minutes; }, .write = [&minutes](std::int64_t m) { minutes = m; }}, {}));
-    auto* const on = new Toggle(u"Use Trash instead of permanent delete"_s);
+    auto* const on = new Toggle(Localized::text(u"Use Trash instead of permanent delete"_s,
+                                                u"Usa Cestino invece di eliminare definitivamente"_s));
     on->setChecked(true);
     section->card().addRow(on);
-    section->card().addRow(new Toggle(u"Pause all countdowns"_s));
-    auto* const theme = new QComboBox;
-    theme->addItems({u"System"_s, u"Dark"_s, u"Light"_s});
-    theme->setFont(fontFor(bodyText));
-    section->card().addRow(u"Theme"_s, theme);
+    section->card().addRow(new Toggle(Localized::pauseAll()));
+    const QString themeTitle = Localized::text(u"Theme"_s, u"Tema"_s);
+    auto* const theme =
+        new SegmentedControl(themeTitle, {Localized::text(u"System"_s, u"Sistema"_s), u"Dark"_s, u"Light"_s});
+    theme->setChosen(0);
+    section->card().addRow(themeTitle, theme);
     auto* const extensions = new QLineEdit(u".pdf,.png"_s);
     extensions->setFont(fontFor(bodyText));
     section->card().addRow(extensions);

@@ -9,6 +9,8 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTemporaryDir>
 
 namespace lapsa::test {
@@ -29,6 +31,11 @@ void Gallery::paintPreferences()
     view.show();
     view.showTab(Tab::General);
     save(view, u"preferences-general"_s);
+    // The tab is higher than the window.
+    for (const QScrollArea* const page : view.findChildren<QScrollArea*>()) {
+        page->verticalScrollBar()->setValue(page->isVisible() ? page->verticalScrollBar()->maximum() : 0);
+    }
+    save(view, u"preferences-general-end"_s);
     view.showTab(Tab::Rules);
     save(view, u"preferences-rules"_s);
     view.showTab(Tab::Folders);
