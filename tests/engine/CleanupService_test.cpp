@@ -78,12 +78,17 @@ private slots:
     void aPassWithoutAStoreDoesNothing()
     {
         World world;
+        const LapsaItem due = world.add(world.home.makeFile(u"due.txt"_s), 20);
+        world.add(world.home.makeFile(u"warned.txt"_s), 30);
         world.service->start();
 
         world.stop();
         world.time.advance(1h);
 
+        // The timer goes on, and what its passes would have done did not happen.
+        QCOMPARE(world.time.waitingTasks(), std::size_t{1});
         QCOMPARE(world.warnings.sent, Warnings());
+        QVERIFY(due.exists());
     }
 
     void aPassOfAServiceThatIsGoneDoesNothing()
@@ -200,7 +205,7 @@ private slots:
         std::ignore = world.store().deleteNow(world.add(world.home.makeFile(u"parked.txt"_s)));
         const QString copy = world.store().recoveryItems().first().recoveryPath;
         world.time.advance(24h);
-        const LapsaItem due = world.add(world.home.makeFile(u"due.txt"_s), 1);
+        const LapsaItem due = world.add(world.home.makeFile(u"due.txt"_s), 20);
         world.time.advance(1min);
         world.add(world.home.makeFile(u"soon.txt"_s), 3);
         world.changeSettings([](LapsaSettings& settings) { settings.pauseAllCountdowns = true; });

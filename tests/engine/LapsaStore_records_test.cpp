@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "LogCapture.h"
 #include "Privileges.h"
 #include "StoreWorld.h"
 
@@ -107,6 +108,45 @@ private slots:
         QVERIFY(!seen.isNull());
         QCOMPARE(seen.contains("\"displayName\" : \"a\""), onDisk);
         QCOMPARE(world.store().recoveryItems().size(), 2);
+    }
+
+    void whatTheSystemItselfRefusesIsOneLineAndTheItemIsDropped_data()
+    {
+        QTest::addColumn<bool>("useRecoveryWindow");
+        QTest::addColumn<bool>("useTrash");
+
+        QTest::newRow("into Recovery") << true << true;
+        QTest::newRow("into the Trash") << false << true;
+        QTest::newRow("for good") << false << false;
+    }
+
+    void whatTheSystemItselfRefusesIsOneLineAndTheItemIsDropped()
+    {
+        QFETCH(bool, useRecoveryWindow);
+        QFETCH(bool, useTrash);
+        if (!test::PrivateMounts::available()) {
+            QSKIP("Needs root");
+        }
+        test::StoreWorld world;
+        world.changeSettings([=](LapsaSettings& settings) {
+            settings.useRecoveryWindow = useRecoveryWindow;
+            settings.useTrash = useTrash;
+        });
+        test::PrivateMounts mounts;
+        const QString volume = world.home.path(u"volume"_s);
+        mounts.mountTemporary(volume);
+        const LapsaItem item = world.add(world.home.makeFile(u"volume/folder/a"_s), 1);
+        mounts.makeReadOnly(volume);
+        world.time.advance(1min);
+        const test::LogCapture log;
+
+        world.store().deleteExpiredItems();
+
+        QCOMPARE(log.lines().size(), 1);
+        QVERIFY(log.lines().first().startsWith(u"Lapsa failed to delete "_s + item.path + u": "_s));
+        QVERIFY(item.exists());
+        QVERIFY(world.store().items().isEmpty());
+        QVERIFY(world.store().recoveryItems().isEmpty());
     }
 
     void aRecordOfADeletionByHandIsSavedBeforeALongPurge()

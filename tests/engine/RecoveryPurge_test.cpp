@@ -256,6 +256,27 @@ private slots:
         QVERIFY(world.store().recoveryItems().isEmpty());
     }
 
+    void aRestoreOfACopyThatAnotherRecordSharesTakesItAway()
+    {
+        test::StoreWorld world(false);
+        const QString copy = world.home.makeFile(recoveryFolder + u"/a.txt"_s, "bytes");
+        const QString place = world.home.path(u"a.txt"_s);
+        const LapsaRecoveryItem first = record(copy, world.time.now() + 1h, place);
+        const LapsaRecoveryItem second = record(copy, world.time.now() + 2h, world.home.path(u"b.txt"_s));
+        startWith(world, {first, second});
+
+        world.store().restoreRecoveryItem(first);
+        world.store().restoreRecoveryItem(second); // gone: its record waits for its time
+        QCOMPARE(content(place), QByteArray("bytes"));
+        QVERIFY(!QFile::exists(second.originalPath));
+        QCOMPARE(world.store().recoveryItems(), QList{second});
+
+        world.time.advance(2h);
+        world.store().purgeExpiredRecovery();
+        QVERIFY(world.store().recoveryItems().isEmpty());
+        QCOMPARE(content(place), QByteArray("bytes"));
+    }
+
     void twoNamesOfOneFileHaveTheirOwnTimes()
     {
         test::StoreWorld world(false);

@@ -104,7 +104,8 @@ Promise::Spot Promise::spotOf(const FileFound& file) const
     if (path.startsWith(m_data + "/Recovery/")) {
         return Spot::Recovery;
     }
-    if (path.startsWith(m_data + '/')) {
+    // The copies of lists that could not be read are beside the promise.
+    if (path.startsWith(m_data + '/') || path.contains("/.local/state/Lapsa/")) {
         return Spot::Own;
     }
     if (path.contains("/Trash/files/") || path.contains("/.Trash-" + QByteArray::number(::geteuid()) + "/files/")) {
