@@ -28,6 +28,8 @@ constexpr std::int64_t lastMinute = 59;
 constexpr int columnSpacing = 8;
 constexpr int lineSpacing = 3;
 constexpr int valueSpacing = 3;
+/// Where the columns are spread and stand apart by themselves.
+constexpr int spreadValueSpacing = 8;
 constexpr int columnMinimumWidth = 82;
 /// Room behind a stepper, so that it is seen to belong to the value before it and not to the next.
 constexpr int columnEnd = 16;
@@ -101,6 +103,16 @@ void DurationEditor::refresh()
     }
 }
 
+void DurationEditor::spread()
+{
+    m_spread = true;
+    auto* const columns = static_cast<QHBoxLayout*>(layout());
+    delete columns->takeAt(columns->count() - 1);
+    columns->insertStretch(2);
+    columns->insertStretch(1);
+    arrange();
+}
+
 int DurationEditor::lineCentre() const
 {
     // The steppers stand on the lowest line.
@@ -131,9 +143,6 @@ QWidget* DurationEditor::makeColumn(Column& column)
             [this, field = column.field](int value) { writeUnit(field, value); });
 
     column.line = new QBoxLayout(QBoxLayout::LeftToRight);
-    column.line->setSpacing(valueSpacing);
-    const bool last = column.field == &DurationFields::minutes;
-    column.line->setContentsMargins(0, 0, last ? 0 : columnEnd, 0);
     column.line->addWidget(column.value);
     column.line->addWidget(column.stepper);
     column.line->addStretch();
@@ -145,11 +154,17 @@ QWidget* DurationEditor::makeColumn(Column& column)
 void DurationEditor::arrange()
 {
     const bool stacked = textScale() > stackedScale;
-    const QFont font = fontFor(calloutText);
-    for (const Column& column : m_columns) {
-        // As wide as its highest value: the stepper beside it stays where it is.
+    // As wide as its highest value: the stepper beside it stays where it is.
+    const auto widthOf = [font = fontFor(calloutText)](const Column& column) {
         const double widest = tabularText::width(u"%1 %2"_s.arg(column.highest).arg(column.mark), font);
-        column.value->setTabular(std::max(valueMinimumWidth, static_cast<int>(std::ceil(widest))));
+        return std::max(valueMinimumWidth, static_cast<int>(std::ceil(widest)));
+    };
+    const int widestOfAll = widthOf(*std::ranges::max_element(m_columns, {}, widthOf));
+    for (const Column& column : m_columns) {
+        const bool last = column.field == &DurationFields::minutes;
+        column.value->setTabular(m_spread ? widestOfAll : widthOf(column));
+        column.line->setSpacing(m_spread ? spreadValueSpacing : valueSpacing);
+        column.line->setContentsMargins(0, 0, last || m_spread ? 0 : columnEnd, 0);
         column.line->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
         column.line->setAlignment(column.value, stacked ? Qt::AlignLeading : Qt::AlignVCenter);
         column.line->setAlignment(column.stepper, stacked ? Qt::AlignLeading : Qt::AlignVCenter);

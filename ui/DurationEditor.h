@@ -53,6 +53,9 @@ public:
     /// The total that is written for three fields. An overflow is a programming error and ends the process.
     [[nodiscard]] static std::int64_t totalOf(const DurationFields& fields, const Bounds& bounds);
 
+    /// Spreads the columns over the whole width, with one width for all values.
+    void spread();
+
     /// The vertical centre of the line that holds the steppers.
     [[nodiscard]] int lineCentre() const;
 
@@ -83,6 +86,7 @@ private:
     Binding m_totalMinutes;
     Bounds m_bounds;
     std::array<Column, 3> m_columns;
+    bool m_spread = false;
 };
 
 } // namespace lapsa

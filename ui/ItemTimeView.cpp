@@ -25,7 +25,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int sheetWidth = 366;
+/// As wide as the column of rows that it covers: nothing of them looks out beside it.
+constexpr int sheetWidth = 382;
 constexpr int widestSheet = 406;
 constexpr int padding = 24;
 constexpr int sectionSpacing = 18;
@@ -105,6 +106,7 @@ QWidget* ItemTimeView::makeDuration()
         {.read = [this] { return m_minutes; }, .write = [this](std::int64_t minutes) { setMinutes(minutes); }}, bounds,
         widget);
     m_editor->setAccessibleName(accessibleName());
+    m_editor->spread();
     m_firstStop = m_editor->findChild<Stepper*>();
     column->addWidget(m_choice);
     column->addWidget(m_editor);
