@@ -379,6 +379,16 @@ void FileRowView_test::italianTextsAreItalian()
     for (const QString& tip : {u"Cambia scadenza"_s, u"Blocca"_s, u"Rimuovi dalla lista"_s, u"Elimina ora"_s}) {
         QCOMPARE(world.button(0, tip).toolTip(), tip);
     }
+
+    QTest::mouseClick(&world.button(0, u"Blocca"_s), Qt::LeftButton);
+    PanelWorld::settle();
+    QCOMPARE(label(world.row(0), 1).text(), u"bloccato"_s);
+    QCOMPARE(world.row(0).accessibleDescription(), u"bloccato"_s);
+    QCOMPARE(world.button(0, u"Sblocca"_s).toolTip(), u"Sblocca"_s);
+    QCOMPARE(world.row(0).findChildren<RowIconButton*>().at(1)->accessibleName(), u"Sblocca"_s);
+    QTest::mouseClick(&world.button(0, u"Sblocca"_s), Qt::LeftButton);
+    PanelWorld::settle();
+    QCOMPARE(label(world.row(0), 1).text(), u"1h 30min rimanenti"_s);
 }
 
 QTEST_MAIN(FileRowView_test)
