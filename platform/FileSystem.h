@@ -68,7 +68,8 @@ Result<void> createDirectory(const QString& path, Access access);
 
 /// Moves a file or a whole folder, also to another file system, keeping times, modes, links and extended attributes.
 /// Never overwrites: EEXIST when there is something at `to`, be it a dangling link. A move that fails leaves the source
-/// whole and nothing at `to`. EPERM for what is protected, EINVAL for an empty or relative path.
+/// whole and nothing at `to`. ETXTBSY for what would have to be copied while somebody writes to it: to be tried again
+/// later. EPERM for what is protected, EINVAL for an empty or relative path.
 Result<void> move(const QString& from, const QString& to, const Protection& protection);
 
 /// Removes a file, a link or a whole folder for good. Follows no link and crosses no mount point. EPERM and EINVAL as

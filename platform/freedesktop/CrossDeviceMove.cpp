@@ -3,10 +3,12 @@
 
 #include "CrossDeviceMove.h"
 
+#include "CopiedOriginals.h"
 #include "EntryCopy.h"
 #include "FileAttributes.h"
 #include "FolderRemoval.h"
 #include "InterruptedCopies.h"
+#include "SourceFile.h"
 #include "TreeCopy.h"
 
 #include <fcntl.h>
@@ -47,14 +49,6 @@ int checkRemovable(const FoundEntry& entry)
     return folder ? removalForbidden(entry, folder.value()) : folder.error().code;
 }
 
-/// The file as it was copied, if it still is so.
-CopiedFiles::iterator copiedAs(CopiedFiles& copied, int folder, const char* name)
-{
-    const Result<struct statx> now = look(folder, name, STATX_BASIC_STATS);
-    const auto before = now ? copied.find(identityOf(now.value())) : copied.end();
-    return before != copied.end() && before->second == ContentStamp::of(now.value()) ? before : copied.end();
-}
-
 /// Gives a whole copy, which is also open, its own name.
 int putInPlace(const Place& copy, int open, const Place& to)
 {
@@ -81,7 +75,7 @@ int linkInPlace(int open, const Place& to)
 
 /// A file that gets its name only when it is whole: nothing is left of it if the process ends before. Returns an
 /// `errno` value: EOPNOTSUPP where the file system has no such files.
-int copyNamelessly(const FoundEntry& entry, int from, const Place& to)
+int copyNamelessly(const FoundEntry& entry, const SourceFile& from, const Place& to)
 {
     FileDescriptor file(
         retrying([&] { return ::openat(to.folder.get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600); }));
@@ -100,7 +94,7 @@ int copyNamelessly(const FoundEntry& entry, int from, const Place& to)
 }
 
 /// A file that stands beside its place until it is whole.
-int copyUnderOtherName(const FoundEntry& entry, int from, const Place& to)
+int copyUnderOtherName(const FoundEntry& entry, const SourceFile& from, const Place& to)
 {
     const Place copy = besideAs(to, interruptedName());
     FileDescriptor file(retrying([&] {
@@ -126,24 +120,11 @@ int copyUnderOtherName(const FoundEntry& entry, int from, const Place& to)
         ::unlinkat(copy.folder.get(), copy.name.constData(), 0);
         return error;
     }
-    error = copyAttributes(from, file.get(), entry.status);
+    error = copyAttributes(from.get(), file.get(), entry.status);
     if (error != 0) {
         ::unlinkat(to.folder.get(), to.name.constData(), 0);
     }
     return error;
-}
-
-int copyFileTo(const FoundEntry& entry, const Place& to)
-{
-    if (!S_ISREG(entry.status.stx_mode)) {
-        return copyEntry(entry, to.folder.get(), to.name.constData());
-    }
-    const Result<FileDescriptor> from = openFound(entry);
-    if (!from) {
-        return from.error().code;
-    }
-    const int error = copyNamelessly(entry, from.value().get(), to);
-    return error == EOPNOTSUPP ? copyUnderOtherName(entry, from.value().get(), to) : error;
 }
 
 /// Removes a copy after a failure, in sight of what stands at the source: where nothing is seen there, the copy may be
@@ -157,21 +138,45 @@ int takeBack(const Place& from, const Place& to, int error)
     return error;
 }
 
-int moveFile(const Place& from, const struct statx& status, const Place& to)
+/// Removes the source of a whole copy if it `isStill` what was copied.
+template <typename IsStill>
+int removeSource(const Place& from, const struct statx& status, const Place& to, IsStill isStill)
 {
-    const FoundEntry entry = foundAt(from, status);
-    if (const int error = copyFileTo(entry, to)) {
-        return error;
-    }
     if (const int error = syncFolder(to)) {
         return takeBack(from, to, error);
     }
-    CopiedFiles copied = {{identityOf(status), ContentStamp::of(status)}};
-    if (copiedAs(copied, entry.folder, entry.name) == copied.end()) {
-        return takeBack(from, to, EBUSY);
+    if (!stands(from, identityOf(status)) || !isStill()) {
+        return takeBack(from, to, ETXTBSY);
     }
-    const int error = errorOf([&] { return ::unlinkat(entry.folder, entry.name, 0); });
+    const int error = errorOf([&] { return ::unlinkat(from.folder.get(), from.name.constData(), 0); });
     return error == 0 || !stands(from, identityOf(status)) ? 0 : takeBack(from, to, error);
+}
+
+int moveRegularFile(const Place& from, const struct statx& status, const Place& to)
+{
+    const FoundEntry entry = foundAt(from, status);
+    // Open until the end, and its lease with it.
+    const Result<SourceFile> source = SourceFile::open(entry);
+    if (!source) {
+        return source.error().code;
+    }
+    int error = copyNamelessly(entry, source.value(), to);
+    error = error == EOPNOTSUPP ? copyUnderOtherName(entry, source.value(), to) : error;
+    return error != 0 ? error : removeSource(from, status, to, [&] { return source.value().isStill(status); });
+}
+
+int moveFile(const Place& from, const struct statx& status, const Place& to)
+{
+    if (S_ISREG(status.stx_mode)) {
+        return moveRegularFile(from, status, to);
+    }
+    if (const int error = copyEntry(foundAt(from, status), to.folder.get(), to.name.constData())) {
+        return error;
+    }
+    return removeSource(from, status, to, [&] {
+        const Result<struct statx> now = look(from.folder.get(), from.name.constData(), STATX_BASIC_STATS);
+        return now && ContentStamp::of(now.value()) == ContentStamp::of(status);
+    });
 }
 
 /// Puts the whole copy of a folder into its place. Its own mode comes last: until then it is known as unfinished.
@@ -215,17 +220,13 @@ int moveFolder(const Place& from, const struct statx& status, const Place& to)
         removeCopy(copy);
         return error;
     }
-    // What is new at the source, or changed since it was copied, stays there; of a file with several names as many as
-    // were not found before. A listing can end early without a failure: the C library takes ENOENT for its end.
-    CopiedFiles copied = tree.copiedFiles();
-    FolderRemoval removal([&](int folder, const char* name) {
-        const auto found = copiedAs(copied, folder, name);
-        return found != copied.end() && found->second.names-- > 0;
-    });
+    // What is new at the source, or changed since it was copied, stays there.
+    CopiedOriginals originals(tree.copiedFiles());
+    FolderRemoval removal([&](int folder, const char* name) { return originals.mayGo(folder, name); });
     error = removal.run(from, identityOf(status));
     if (error != 0 && !removal.removedAnything()) {
         removeCopy(to);
-        return error;
+        return error == EBUSY ? ETXTBSY : error;
     }
     return 0; // the copy is whole: what is left of the source is only a second one
 }

@@ -5,6 +5,7 @@
 
 #include "FileAttributes.h"
 #include "FileContent.h"
+#include "SourceFile.h"
 
 #include <fcntl.h>
 #include <sys/sysmacros.h>
@@ -23,7 +24,7 @@ bool sameTime(const statx_timestamp& left, const statx_timestamp& right)
 
 int copyRegularEntry(const FoundEntry& entry, int toFolder, const char* toName)
 {
-    const Result<FileDescriptor> from = openFound(entry);
+    const Result<SourceFile> from = SourceFile::open(entry);
     if (!from) {
         return from.error().code;
     }
@@ -32,7 +33,7 @@ int copyRegularEntry(const FoundEntry& entry, int toFolder, const char* toName)
     if (!to) {
         return errno;
     }
-    int error = copyRegularFile(from.value().get(), to.get(), entry.status);
+    int error = copyRegularFile(from.value(), to.get(), entry.status);
     const int closing = to.close();
     error = error != 0 ? error : closing;
     if (error != 0) {
@@ -85,45 +86,24 @@ int remakeEntry(const FoundEntry& entry, int toFolder, const char* toName)
 
 ContentStamp ContentStamp::of(const struct statx& status)
 {
-    // Removing another name of the same file changes its status too, so that it tells nothing then.
-    const bool otherNames = status.stx_nlink > 1;
-    return {.size = status.stx_size,
-            .changed = status.stx_mtime,
-            .statusChanged = otherNames ? statx_timestamp{} : status.stx_ctime};
+    return {.size = status.stx_size, .changed = status.stx_mtime, .statusChanged = status.stx_ctime};
 }
 
 bool operator==(const ContentStamp& left, const ContentStamp& right)
 {
     return left.size == right.size && sameTime(left.changed, right.changed) &&
-           (sameTime(left.statusChanged, right.statusChanged) || left.statusChanged.tv_sec == 0 ||
-            right.statusChanged.tv_sec == 0);
+           sameTime(left.statusChanged, right.statusChanged);
 }
 
-Result<FileDescriptor> openFound(const FoundEntry& entry)
-{
-    // Without waiting: it may have become a pipe.
-    FileDescriptor file(retrying(
-        [&] { return ::openat(entry.folder, entry.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
-    if (!file) {
-        return FileError::fromErrno(errno == ELOOP ? EBUSY : errno);
-    }
-    const Result<struct statx> opened = look(file.get(), "", STATX_BASIC_STATS);
-    if (!opened || identityOf(opened.value()) != identityOf(entry.status)) {
-        return FileError::fromErrno(EBUSY);
-    }
-    return file;
-}
-
-int copyRegularFile(int from, int to, const struct statx& status)
+int copyRegularFile(const SourceFile& from, int to, const struct statx& status)
 {
     if (const int error = copyContent(from, to, off_t(status.stx_size))) {
         return error;
     }
-    if (const int error = copyAttributes(from, to, status)) {
+    if (const int error = copyAttributes(from.get(), to, status)) {
         return error;
     }
-    const Result<struct statx> now = look(from, "", STATX_BASIC_STATS);
-    return now && ContentStamp::of(now.value()) == ContentStamp::of(status) ? 0 : EBUSY;
+    return from.isStill(status) ? 0 : ETXTBSY;
 }
 
 int copyEntry(const FoundEntry& entry, int toFolder, const char* toName)

@@ -12,6 +12,8 @@
 
 namespace lapsa {
 
+class SourceFile;
+
 /// What of a file tells that it is still as it was copied.
 struct ContentStamp
 {
@@ -36,12 +38,9 @@ struct FoundEntry
     const struct statx& status;
 };
 
-/// Opens a regular file for copying; an `errno` value where it is no longer the one that was found.
-[[nodiscard]] Result<FileDescriptor> openFound(const FoundEntry& entry);
-
-/// Copies content and attributes of an open regular file into an open, empty one. Returns an `errno` value: EBUSY when
-/// the source changed meanwhile.
-[[nodiscard]] int copyRegularFile(int from, int to, const struct statx& status);
+/// Copies content and attributes of a regular file into an open, empty one. Returns an `errno` value: ETXTBSY when the
+/// source was written to since it was found with this status, or somebody is about to.
+[[nodiscard]] int copyRegularFile(const SourceFile& from, int to, const struct statx& status);
 
 /// Makes a copy of any entry but a folder under a name that must be free. Returns an `errno` value; after a failure
 /// nothing stands there, unless it was there before (EEXIST).

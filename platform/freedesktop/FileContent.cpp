@@ -4,6 +4,7 @@
 #include "FileContent.h"
 
 #include "FileDescriptor.h"
+#include "SourceFile.h"
 
 #include <linux/fs.h>
 #include <sys/ioctl.h>
@@ -44,7 +45,7 @@ int copyThroughMemory(int from, int to, Range range)
         const std::size_t wanted = std::min(bufferSize, std::size_t(range.end - range.start));
         const ssize_t got = retrying([&] { return ::pread(from, buffer.get(), wanted, range.start); });
         if (got <= 0) {
-            return got == 0 ? EBUSY : errno;
+            return got == 0 ? ETXTBSY : errno;
         }
         if (const int error = writeAt(to, buffer.get(), std::size_t(got), range.start)) {
             return error;
@@ -55,7 +56,7 @@ int copyThroughMemory(int from, int to, Range range)
 }
 
 /// Lets the kernel copy; what it cannot, goes through memory.
-int copyRange(int from, int to, Range range)
+int copyStretch(int from, int to, Range range)
 {
     while (range.start < range.end) {
         off_t readingAt = range.start;
@@ -74,6 +75,23 @@ int copyRange(int from, int to, Range range)
     return 0;
 }
 
+/// A stretch after the other: whoever wants to write waits for the end of one, not of the whole file.
+int copyRange(const SourceFile& from, int to, Range range)
+{
+    constexpr off_t stretch = off_t{16} << 20;
+    while (range.start < range.end) {
+        const off_t end = std::min(range.end, range.start + stretch);
+        if (const int error = copyStretch(from.get(), to, {.start = range.start, .end = end})) {
+            return error;
+        }
+        range.start = end;
+        if (range.start < range.end && from.wanted()) {
+            return ETXTBSY;
+        }
+    }
+    return 0;
+}
+
 /// The next stretch of data at or behind `place`; an empty one at the end. The whole rest is data where the file system
 /// does not tell holes.
 Range nextData(int from, off_t place, off_t size)
@@ -88,15 +106,16 @@ Range nextData(int from, off_t place, off_t size)
 
 } // namespace
 
-int copyContent(int from, int to, off_t size)
+int copyContent(const SourceFile& from, int to, off_t size)
 {
+    const int file = from.get();
     if (size == 0) {
         return 0;
     }
-    if (::ioctl(to, FICLONE, from) == 0) {
+    if (::ioctl(to, FICLONE, file) == 0) {
         return 0;
     }
-    for (Range data = nextData(from, 0, size); data.start < data.end; data = nextData(from, data.end, size)) {
+    for (Range data = nextData(file, 0, size); data.start < data.end; data = nextData(file, data.end, size)) {
         if (const int error = copyRange(from, to, data)) {
             return error;
         }

@@ -7,8 +7,10 @@
 
 namespace lapsa {
 
-/// Copies `size` bytes from one open file into another, empty one, by sharing them where the file system can. Holes
-/// stay holes. Returns an `errno` value: EBUSY where the source has become shorter meanwhile.
-[[nodiscard]] int copyContent(int from, int to, off_t size);
+class SourceFile;
+
+/// Copies `size` bytes from a file into another, empty one, by sharing them where the file system can. Holes stay
+/// holes. Returns an `errno` value: ETXTBSY where the source has become shorter meanwhile, or somebody wants to write.
+[[nodiscard]] int copyContent(const SourceFile& from, int to, off_t size);
 
 } // namespace lapsa

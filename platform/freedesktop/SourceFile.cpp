@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "SourceFile.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <csignal>
+#include <utility>
+
+namespace lapsa {
+
+namespace {
+
+/// Returns an `errno` value.
+int lease(int file)
+{
+    // The news of somebody who wants to write is asked for, not waited for. Its usual signal would end the process;
+    // this one is nothing to whoever does not care for it.
+    ::fcntl(file, F_SETSIG, SIGURG);
+    return errorOf([&] { return ::fcntl(file, F_SETLEASE, F_RDLCK); });
+}
+
+} // namespace
+
+SourceFile::SourceFile(FileDescriptor file, bool leased)
+    : m_file(std::move(file))
+    , m_leased(leased)
+{}
+
+Result<SourceFile> SourceFile::open(const FoundEntry& entry)
+{
+    // Without waiting: it may have become a pipe.
+    FileDescriptor file(retrying(
+        [&] { return ::openat(entry.folder, entry.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+    if (!file) {
+        return FileError::fromErrno(errno == ELOOP ? EBUSY : errno);
+    }
+    const Result<struct statx> opened = look(file.get(), "", STATX_BASIC_STATS);
+    if (!opened || identityOf(opened.value()) != identityOf(entry.status)) {
+        return FileError::fromErrno(EBUSY);
+    }
+    const int error = lease(file.get());
+    if (error == EAGAIN) {
+        return FileError::fromErrno(ETXTBSY);
+    }
+    return SourceFile(std::move(file), error == 0);
+}
+
+bool SourceFile::wanted() const
+{
+    return m_leased && ::fcntl(m_file.get(), F_GETLEASE) != F_RDLCK;
+}
+
+bool SourceFile::isStill(const struct statx& status) const
+{
+    const Result<struct statx> now = look(m_file.get(), "", STATX_BASIC_STATS);
+    return now && !wanted() && ContentStamp::of(now.value()) == ContentStamp::of(status);
+}
+
+} // namespace lapsa
