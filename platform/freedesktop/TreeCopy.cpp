@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <climits>
 #include <utility>
 
 namespace lapsa {
@@ -87,8 +88,7 @@ int TreeCopy::enter(const QByteArray& name, const QByteArray& toName)
     if (const int error = m_to->descend(toName.constData())) {
         return error;
     }
-    const QByteArray& above = m_levels.back().path;
-    m_levels.push_back({.path = above.isEmpty() ? toName : above + '/' + toName, .subfolders = {}});
+    m_levels.push_back({.toName = toName, .subfolders = {}, .folder = {}});
     if (m_levels.size() > 2) {
         return 0;
     }
@@ -151,18 +151,59 @@ int TreeCopy::copyFile(const FoundEntry& entry)
     }
     m_copiedFiles.emplace(identity, ContentStamp::of(entry.status));
     if (entry.status.stx_nlink > 1) {
-        m_hardLinks.emplace(identity, m_levels.back().path + '/' + entry.name);
+        m_hardLinks.emplace(identity, FirstName{.folder = currentFolder(), .name = entry.name});
     }
     return 0;
 }
 
-int TreeCopy::copyHardLink(const FoundEntry& entry, const QByteArray& earlier)
+int TreeCopy::copyHardLink(const FoundEntry& entry, const FirstName& earlier)
 {
-    const int error = errorOf([&] { return ::linkat(m_toStart, earlier.constData(), m_to->folder(), entry.name, 0); });
+    const FileDescriptor folder = openedFolder(earlier.folder);
+    int error =
+        folder
+            ? errorOf([&] { return ::linkat(folder.get(), earlier.name.constData(), m_to->folder(), entry.name, 0); })
+            : errno;
+    if (error != 0) {
+        // Where there are no hard links, or not as many, the name gets a file of its own: better than no move at all.
+        error = copyEntry(entry, m_to->folder(), entry.name);
+    }
     if (error == 0) {
         ++m_copiedFiles.at(identityOf(entry.status)).names;
     }
     return error;
+}
+
+std::size_t TreeCopy::currentFolder()
+{
+    std::optional<std::size_t> above;
+    for (auto level = m_levels.begin() + 1; level != m_levels.end(); ++level) {
+        if (!level->folder) {
+            level->folder = m_folders.size();
+            m_folders.push_back({.name = level->toName, .above = above});
+        }
+        above = level->folder;
+    }
+    return *above;
+}
+
+FileDescriptor TreeCopy::openedFolder(std::size_t folder) const
+{
+    // From the bottom up; then down again, in paths that are not too long for the system.
+    std::vector<const QByteArray*> names;
+    for (std::optional<std::size_t> next = folder; next; next = m_folders[*next].above) {
+        names.push_back(&m_folders[*next].name);
+    }
+    constexpr qsizetype longest = PATH_MAX - NAME_MAX - 2;
+    FileDescriptor opened = duplicate(m_toStart);
+    while (opened && !names.empty()) {
+        QByteArray path = *names.back();
+        for (names.pop_back(); !names.empty() && path.size() < longest; names.pop_back()) {
+            path += '/' + *names.back();
+        }
+        opened = FileDescriptor(retrying(
+            [&] { return ::openat(opened.get(), path.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+    }
+    return opened;
 }
 
 } // namespace lapsa

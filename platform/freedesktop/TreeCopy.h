@@ -8,6 +8,8 @@
 
 #include <QByteArray>
 
+#include <cstddef>
+#include <optional>
 #include <vector>
 
 namespace lapsa {
@@ -31,9 +33,25 @@ private:
     /// One folder on the way down.
     struct Level
     {
-        /// From the folder that holds the copy.
-        QByteArray path;
+        QByteArray toName;
         std::vector<QByteArray> subfolders;
+        /// Its place in m_folders, if it is there.
+        std::optional<std::size_t> folder;
+    };
+
+    /// A folder of the copy, by its name and the folder above it: whole paths would take the more memory, the deeper
+    /// they lead.
+    struct Folder
+    {
+        QByteArray name;
+        std::optional<std::size_t> above;
+    };
+
+    /// Where the first name of a file with several names was copied to.
+    struct FirstName
+    {
+        std::size_t folder = 0;
+        QByteArray name;
     };
 
     [[nodiscard]] int walk();
@@ -41,7 +59,9 @@ private:
     [[nodiscard]] int leave();
     [[nodiscard]] int copyFiles();
     [[nodiscard]] int copyFile(const FoundEntry& entry);
-    [[nodiscard]] int copyHardLink(const FoundEntry& entry, const QByteArray& earlier);
+    [[nodiscard]] int copyHardLink(const FoundEntry& entry, const FirstName& earlier);
+    [[nodiscard]] std::size_t currentFolder();
+    [[nodiscard]] FileDescriptor openedFolder(std::size_t folder) const;
 
     FoundEntry m_source;
     FileIdentity m_toFolder;
@@ -50,8 +70,9 @@ private:
     int m_toStart = -1;
     std::vector<Level> m_levels;
     CopiedFiles m_copiedFiles;
-    /// Where the first name of a file with several names was copied to, from the folder that holds the copy.
-    std::unordered_map<FileIdentity, QByteArray, FileIdentityHash> m_hardLinks;
+    /// Those that hold a first name, and the ones above them.
+    std::vector<Folder> m_folders;
+    std::unordered_map<FileIdentity, FirstName, FileIdentityHash> m_hardLinks;
 };
 
 } // namespace lapsa
