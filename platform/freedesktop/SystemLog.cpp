@@ -3,11 +3,19 @@
 
 #include "SystemLog.h"
 
+#include "FileDescriptor.h"
+
 #include <QByteArray>
 
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 
 namespace lapsa {
 
@@ -51,6 +59,43 @@ bool isHalfAlone(QStringView text, qsizetype index)
     return c.isLowSurrogate() && (index == 0 || !text[index - 1].isHighSurrogate());
 }
 
+/// Standard error without waiting. A pipe or a terminal is opened anew for that: the flag would hold for all who share
+/// the descriptor otherwise.
+class ErrorStream final
+{
+public:
+    ErrorStream()
+    {
+        struct stat status = {};
+        const bool known = ::fstat(STDERR_FILENO, &status) == 0;
+        m_socket = known && S_ISSOCK(status.st_mode);
+        if (known && (S_ISFIFO(status.st_mode) || S_ISCHR(status.st_mode))) {
+            m_own = FileDescriptor(::open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+        }
+    }
+
+    /// As of write(2).
+    [[nodiscard]] ssize_t write(QByteArrayView bytes) const
+    {
+        const auto size = std::size_t(bytes.size());
+        if (m_socket) {
+            return ::send(STDERR_FILENO, bytes.data(), size, MSG_DONTWAIT | MSG_NOSIGNAL);
+        }
+        if (m_own) {
+            return ::write(m_own.get(), bytes.data(), size);
+        }
+        // No more than a pipe takes at once where it has room at all.
+        pollfd writable{.fd = STDERR_FILENO, .events = POLLOUT, .revents = 0};
+        return ::poll(&writable, 1, 0) == 1
+                   ? ::write(STDERR_FILENO, bytes.data(), std::min<std::size_t>(size, PIPE_BUF))
+                   : -1;
+    }
+
+private:
+    bool m_socket = false;
+    FileDescriptor m_own;
+};
+
 } // namespace
 
 void systemLog(const QString& text)
@@ -68,12 +113,14 @@ void systemLog(const QString& text)
     }
     line += u'\n';
 
-    // In one call, so that lines of several processes do not run into each other. What cannot be written is lost: there
-    // is no other place to complain.
+    // In one call, so that lines of several processes do not run into each other. What cannot be written at once is
+    // lost: there is no other place to complain, and files are not to wait for whoever reads this.
     const QByteArray bytes = line.toUtf8();
+    const ErrorStream stream;
     QByteArrayView rest = bytes;
     while (!rest.isEmpty()) {
-        const ssize_t written = ::write(STDERR_FILENO, rest.data(), size_t(rest.size()));
+        errno = 0;
+        const ssize_t written = stream.write(rest);
         if (written < 0 && errno != EINTR) {
             return;
         }

@@ -23,10 +23,19 @@ sigset_t terminationSignals()
     return set;
 }
 
+void passOver(int /*signal*/) {}
+
 } // namespace
 
 void TerminationSignals::hold()
 {
+    // Not SIG_IGN, which the programs that are started from here would inherit.
+    struct sigaction passing = {};
+    passing.sa_handler = passOver;
+    passing.sa_flags = SA_RESTART;
+    for (const int signal : {SIGPIPE, SIGXFSZ, SIGIO}) {
+        ::sigaction(signal, &passing, nullptr);
+    }
     const sigset_t set = terminationSignals();
     pthread_sigmask(SIG_BLOCK, &set, nullptr);
 }

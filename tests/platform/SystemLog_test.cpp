@@ -4,7 +4,14 @@
 #include "LogCapture.h"
 #include "SystemLog.h"
 
+#include <QFile>
 #include <QTest>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
 
 using namespace lapsa;
 using namespace lapsa::test;
@@ -17,6 +24,9 @@ class SystemLog_test final : public QObject
 private slots:
     void oneCallIsOneLine_data();
     void oneCallIsOneLine();
+    void whatNobodyTakesIsNotWaitedFor_data();
+    void whatNobodyTakesIsNotWaitedFor();
+    void aLongLineArrivesWhole();
 };
 
 void SystemLog_test::oneCallIsOneLine_data()
@@ -50,6 +60,51 @@ void SystemLog_test::oneCallIsOneLine()
     }
 
     QCOMPARE(written, QStringList{line});
+}
+
+void SystemLog_test::whatNobodyTakesIsNotWaitedFor_data()
+{
+    QTest::addColumn<bool>("socket");
+    QTest::newRow("a pipe") << false;
+    QTest::newRow("a socket, as of the journal") << true;
+}
+
+void SystemLog_test::whatNobodyTakesIsNotWaitedFor()
+{
+    QFETCH(bool, socket);
+    std::array<int, 2> ends{};
+    QCOMPARE(socket ? ::socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) : ::pipe(ends.data()), 0);
+    const int standardError = ::dup(STDERR_FILENO);
+    ::dup2(ends[1], STDERR_FILENO);
+
+    // More than either holds, of lines that it would take in part.
+    for (int i = 0; i < 1000; ++i) {
+        systemLog(QString(i % 2 == 0 ? 100 : 9000, u'x'));
+    }
+
+    const int flags = ::fcntl(STDERR_FILENO, F_GETFL);
+    ::dup2(standardError, STDERR_FILENO);
+    ::close(standardError);
+    ::close(ends[0]);
+    ::close(ends[1]);
+    QVERIFY((flags & O_NONBLOCK) == 0); // others share it
+}
+
+void SystemLog_test::aLongLineArrivesWhole()
+{
+    std::array<int, 2> ends{};
+    QCOMPARE(::pipe(ends.data()), 0);
+    const int standardError = ::dup(STDERR_FILENO);
+    ::dup2(ends[1], STDERR_FILENO);
+
+    systemLog(QString(20'000, u'x'));
+
+    ::dup2(standardError, STDERR_FILENO);
+    ::close(standardError);
+    ::close(ends[1]);
+    QFile reader;
+    QVERIFY(reader.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+    QCOMPARE(reader.readAll(), QByteArray(20'000, 'x') + '\n');
 }
 
 QTEST_GUILESS_MAIN(SystemLog_test)
