@@ -144,16 +144,14 @@ int Batch::Selection::goTo(const QString& path)
     if (const int error = m_source.goTo(path, known ? WalkDetail::Steps : WalkDetail::Folder)) {
         return error;
     }
-    if (const int error = look()) {
-        return error;
-    }
-    return known && !isKnownPlace(*known, m_source) ? EACCES : 0;
+    const int error = look();
+    return error == 0 && known && !isKnownPlace(*known, m_source) ? EACCES : error;
 }
 
 int Batch::Selection::look()
 {
     const Result<struct statx> found =
-        lapsa::look(place().folder.get(), place().name.constData(), STATX_BASIC_STATS | STATX_BTIME);
+        lapsa::look(place().folder.get(), place().name.constData(), STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID);
     if (!found) {
         return found.error().code;
     }
@@ -218,7 +216,7 @@ int Batch::Selection::moveToHomeTrash()
     if (!home) {
         return home.error().code;
     }
-    return home.value().isOnDevice(identity().device) ? takenBy(home.value(), m_source, m_status) : EXDEV;
+    return home.value().isOnMountOf(m_status) ? takenBy(home.value(), m_source, m_status) : EXDEV;
 }
 
 Result<TrashFolder>& Batch::Selection::homeTrash()

@@ -65,15 +65,21 @@ Result<FileDescriptor> volumeTop(int folder)
     return top;
 }
 
-/// The trash that the administrator set up for all users of a volume, if there is a usable one.
+/// The trash that the administrator set up for all users of a volume, if there is a usable one. Anybody else who made
+/// it could shut it again, with what was thrown away.
 Result<FileDescriptor> sharedTrash(int top, const QByteArray& user)
 {
     const FileDescriptor shared = openedFolder(top, ".Trash");
     if (!shared) {
         return FileError::fromErrno(errno);
     }
-    const Result<struct statx> status = look(shared.get(), "", STATX_MODE);
-    if (!status || (status.value().stx_mode & S_ISVTX) == 0) {
+    const Result<struct statx> volume = look(top, "", STATX_UID);
+    const Result<struct statx> status = look(shared.get(), "", STATX_MODE | STATX_UID);
+    if (!volume || !status || (status.value().stx_mode & S_ISVTX) == 0) {
+        return FileError::fromErrno(EACCES);
+    }
+    const uid_t owner = status.value().stx_uid;
+    if (owner != 0 && owner != volume.value().stx_uid) {
         return FileError::fromErrno(EACCES);
     }
     return ownFolder(shared.get(), user.constData());
@@ -141,7 +147,7 @@ Result<TrashFolder> TrashFolder::opened(const FileDescriptor& folder)
     if (!info) {
         return info.error();
     }
-    const auto filesStatus = look(files.value().get(), "", STATX_INO);
+    const auto filesStatus = look(files.value().get(), "", STATX_INO | STATX_MNT_ID);
     const auto infoStatus = look(info.value().get(), "", STATX_INO);
     const auto filesPath = realPath(files.value().get());
     const auto infoPath = realPath(info.value().get());
@@ -150,12 +156,20 @@ Result<TrashFolder> TrashFolder::opened(const FileDescriptor& folder)
     }
     TrashFolder trash;
     trash.m_inFiles.folder = std::move(files).value();
-    trash.m_filesIdentity = identityOf(filesStatus.value());
+    trash.m_filesStatus = filesStatus.value();
     trash.m_filesPath = filesPath.value() + '/';
     trash.m_info = std::move(info).value();
     trash.m_infoIdentity = identityOf(infoStatus.value());
     trash.m_infoPath = infoPath.value() + '/';
     return trash;
+}
+
+bool TrashFolder::isOnMountOf(const struct statx& status) const
+{
+    if ((status.stx_mask & m_filesStatus.stx_mask & STATX_MNT_ID) != 0) {
+        return status.stx_mnt_id == m_filesStatus.stx_mnt_id;
+    }
+    return identityOf(status).device == identityOf(m_filesStatus).device;
 }
 
 bool TrashFolder::contains(const QByteArray& folder, const Place& place, const struct statx& status) const

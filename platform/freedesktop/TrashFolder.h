@@ -26,8 +26,9 @@ public:
     /// The user's trash on the volume that holds `place`, made where it is missing.
     [[nodiscard]] static Result<TrashFolder> ofVolume(const Place& place);
 
-    /// Whether `files` is on the file system with this device number.
-    [[nodiscard]] bool isOnDevice(std::uint64_t device) const { return m_filesIdentity.device == device; }
+    /// Whether an entry that looked so (with STATX_MNT_ID) is on the mount that `files` is on. The device number tells
+    /// that of ordinary file systems only: on an overlay it is the one of the layer below.
+    [[nodiscard]] bool isOnMountOf(const struct statx& status) const;
 
     /// Whether the entry is this trash folder itself, lies above it, or is one of its records. `folder` is the real
     /// path of the folder that holds it, here and below.
@@ -56,7 +57,7 @@ private:
 
     /// `files`, with the name that an entry gets there.
     Place m_inFiles;
-    FileIdentity m_filesIdentity;
+    struct statx m_filesStatus = {};
     FileDescriptor m_info;
     FileIdentity m_infoIdentity;
     /// The real paths of both, with a trailing slash.

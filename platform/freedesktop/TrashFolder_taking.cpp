@@ -34,8 +34,8 @@ void TrashFolder::prepare(std::span<const QString> paths)
         }
         const Place& place = ahead.place();
         if (!ahead.isShared()) {
-            const Result<struct statx> status = look(place.folder.get(), "", STATX_INO);
-            isHere = status && isOnDevice(identityOf(status.value()).device);
+            const Result<struct statx> status = look(place.folder.get(), "", STATX_INO | STATX_MNT_ID);
+            isHere = status && isOnMountOf(status.value());
         }
         const Result<QByteArray> folder = ahead.folderPath();
         if (!isHere || !folder) {

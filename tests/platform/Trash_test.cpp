@@ -53,6 +53,7 @@ private slots:
     void theSharedTrashOfAVolumeIsUsedOnlyWhereItIsSafe();
     void aPlantedTrashFolderIsNotUsed();
     void anotherMountOfTheSameVolumeHasATrashOfItsOwn();
+    void onAnOverlayTheHomeTrashIsUsed();
     void theDesktopListsWhatWasTrashed();
 
 private:
@@ -264,6 +265,8 @@ void Trash_test::theSharedTrashOfAVolumeIsUsedOnlyWhereItIsSafe_data()
     QTest::newRow("a sticky folder") << u"sticky"_s << true;
     QTest::newRow("a folder that is not sticky") << u"plain"_s << false;
     QTest::newRow("a link to a sticky folder") << u"link"_s << false;
+    QTest::newRow("a sticky folder of a stranger's") << u"stranger"_s << false;
+    QTest::newRow("a sticky folder of the volume's owner") << u"owner"_s << true;
 }
 
 void Trash_test::theSharedTrashOfAVolumeIsUsedOnlyWhereItIsSafe()
@@ -279,6 +282,13 @@ void Trash_test::theSharedTrashOfAVolumeIsUsedOnlyWhereItIsSafe()
     QCOMPARE(::chmod(folder.toUtf8().constData(), kind == u"plain"_s ? 0777 : 01777), 0);
     if (kind == u"link"_s) {
         QVERIFY(QFile::link(folder, m_home->path(u"disk/.Trash"_s)));
+    }
+
+    if (kind == u"stranger"_s || kind == u"owner"_s) {
+        giveToOrdinaryUser(folder);
+    }
+    if (kind == u"owner"_s) {
+        giveToOrdinaryUser(m_home->path(u"disk"_s));
     }
 
     QCOMPARE(trash(m_home->makeFile(u"disk/file"_s)), 0);
@@ -318,6 +328,30 @@ void Trash_test::anotherMountOfTheSameVolumeHasATrashOfItsOwn()
 
     QCOMPARE(m_home->names(u"mirror/.Trash-%1/files"_s.arg(::geteuid())), QStringList{u"file"_s});
     QVERIFY(m_home->names(m_info).isEmpty());
+}
+
+void Trash_test::onAnOverlayTheHomeTrashIsUsed()
+{
+    if (!PrivateMounts::available()) {
+        QSKIP("mounts an overlay, which needs root");
+    }
+    // The layers on file systems of their own, as on a live system.
+    PrivateMounts mounts;
+    mounts.mountTemporary(m_home->path(u"lower"_s));
+    mounts.mountTemporary(m_home->path(u"upper"_s));
+    m_home->makeFile(u"lower/home/file"_s);
+    m_home->makeFolder(u"upper/changes"_s);
+    m_home->makeFolder(u"upper/work"_s);
+    const QString merged = m_home->makeFolder(u"merged"_s);
+    mounts.mount("overlay", merged,
+                 "lowerdir=" + m_home->path(u"lower"_s).toUtf8() + ",upperdir=" +
+                     m_home->path(u"upper/changes"_s).toUtf8() + ",workdir=" + m_home->path(u"upper/work"_s).toUtf8());
+    qputenv("XDG_DATA_HOME", m_home->path(u"merged/home/.local/share"_s).toUtf8());
+
+    QCOMPARE(trash(m_home->path(u"merged/home/file"_s)), 0);
+
+    QCOMPARE(m_home->names(u"merged/home/.local/share/Trash/files"_s), QStringList{u"file"_s});
+    QCOMPARE(m_home->names(u"merged"_s), QStringList{u"home"_s});
 }
 
 void Trash_test::theDesktopListsWhatWasTrashed()

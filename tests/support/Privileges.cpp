@@ -88,7 +88,12 @@ PrivateMounts::~PrivateMounts()
 void PrivateMounts::mountTemporary(const QString& folder, const QByteArray& options)
 {
     QDir().mkpath(folder);
-    check(::mount("tmpfs", folder.toUtf8().constData(), "tmpfs", 0, options.constData()), "mount");
+    mount("tmpfs", folder, options);
+}
+
+void PrivateMounts::mount(const QByteArray& kind, const QString& folder, const QByteArray& options)
+{
+    check(::mount(kind.constData(), folder.toUtf8().constData(), kind.constData(), 0, options.constData()), "mount");
     m_mounted.push_back(folder);
 }
 

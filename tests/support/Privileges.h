@@ -28,6 +28,8 @@ public:
 
     /// A small file system of its own at a folder, which is made. `options` as of mount(8), for example "size=64k".
     void mountTemporary(const QString& folder, const QByteArray& options = "size=64m");
+    /// A file system of any kind that needs no device, at a folder that exists.
+    void mount(const QByteArray& kind, const QString& folder, const QByteArray& options);
     /// Shows a file or folder in a second place too, which must exist.
     void bind(const QString& from, const QString& to);
     void makeReadOnly(const QString& mountPoint);
