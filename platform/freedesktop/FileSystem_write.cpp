@@ -3,12 +3,20 @@
 
 #include "FileDescriptor.h"
 #include "FileSystem.h"
+#include "FolderListing.h"
+#include "PathWalk.h"
 #include "Place.h"
+
+#include <QRandomGenerator>
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <climits>
+#include <tuple>
+#include <vector>
 
 namespace lapsa::fileSystem {
 
@@ -20,6 +28,11 @@ Result<Place> openLinkedPlace(const QString& path)
     constexpr int mostLinks = 40; // as many as the kernel follows
     Result<Place> place = openPlace(path);
     for (int links = 0; place && links < mostLinks; ++links) {
+        const Result<struct statx> link =
+            look(place.value().folder.get(), place.value().name.constData(), STATX_TYPE | STATX_UID);
+        if (link && S_ISLNK(link.value().stx_mode) && !mayFollowLinkOf(link.value().stx_uid)) {
+            return FileError::fromErrno(EACCES);
+        }
         QByteArray target(PATH_MAX, Qt::Uninitialized);
         const ssize_t length = ::readlinkat(place.value().folder.get(), place.value().name.constData(), target.data(),
                                             size_t(target.size()));
@@ -45,16 +58,19 @@ int writeAll(int file, QByteArrayView bytes)
 }
 
 /// Makes a new file of exactly these bytes, on the disk when this returns. Returns an `errno` value.
-int writeNewFile(const Place& place, QByteArrayView bytes)
+int writeNewFile(int folder, const QByteArray& name, QByteArrayView bytes)
 {
     FileDescriptor file(retrying([&] {
-        return ::openat(place.folder.get(), place.name.constData(),
-                        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+        return ::openat(folder, name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
     }));
     if (!file) {
         return errno;
     }
-    int error = writeAll(file.get(), bytes);
+    // Whatever the umask took away.
+    int error = errorOf([&] { return ::fchmod(file.get(), 0600); });
+    if (error == 0) {
+        error = writeAll(file.get(), bytes);
+    }
     if (error == 0) {
         error = errorOf([&] { return ::fsync(file.get()); });
     }
@@ -70,6 +86,64 @@ int syncFolder(const Place& place)
     return folder ? errorOf([&] { return ::fsync(folder.get()); }) : errno;
 }
 
+/// The names of files that are being written in place of `name`: the number tells them apart, and from all others.
+class TemporaryNames final
+{
+public:
+    explicit TemporaryNames(const QByteArray& name)
+        : m_start('.' + name.first(std::min<qsizetype>(name.size(), NAME_MAX / 2)) + '.')
+    {}
+
+    [[nodiscard]] QByteArray fresh() const
+    {
+        const QByteArray number = QByteArray::number(QRandomGenerator::system()->generate64(), 16);
+        return m_start + number.rightJustified(digits, '0') + end.toByteArray();
+    }
+
+    [[nodiscard]] bool has(QByteArrayView name) const
+    {
+        const auto isDigit = [](char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f'); };
+        return name.size() == m_start.size() + digits + end.size() && name.startsWith(m_start) && name.endsWith(end) &&
+               std::ranges::all_of(name.sliced(m_start.size(), digits), isDigit);
+    }
+
+private:
+    static constexpr qsizetype digits = 16;
+    static constexpr QByteArrayView end = ".tmp";
+
+    QByteArray m_start;
+};
+
+/// Removes what an earlier process left behind when it was killed.
+void removeLeftovers(int folder, const TemporaryNames& names)
+{
+    const FileDescriptor listed(retrying([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    std::vector<QByteArray> left;
+    // What cannot be listed or removed now is tried again by the next write.
+    std::ignore = forEachRawEntry(listed.get(), [&](const dirent& entry) {
+        const Result<struct statx> status =
+            names.has(entry.d_name) ? look(folder, entry.d_name, STATX_TYPE | STATX_UID) : FileError::fromErrno(ENOENT);
+        if (status && S_ISREG(status.value().stx_mode) && status.value().stx_uid == ::geteuid()) {
+            left.emplace_back(entry.d_name);
+        }
+        return true;
+    });
+    for (const QByteArray& name : left) {
+        ::unlinkat(folder, name.constData(), 0);
+    }
+}
+
+/// Whether what stands there may be replaced: a device or a pipe is somebody's, and no file afterwards. Returns an
+/// `errno` value.
+int replaceable(const Place& place)
+{
+    const Result<struct statx> found = look(place.folder.get(), place.name.constData(), STATX_TYPE);
+    if (!found || S_ISREG(found.value().stx_mode)) {
+        return 0;
+    }
+    return isFolder(found.value()) ? EISDIR : EINVAL;
+}
+
 } // namespace
 
 Result<void> writeAtomically(const QString& path, QByteArrayView bytes)
@@ -78,25 +152,23 @@ Result<void> writeAtomically(const QString& path, QByteArrayView bytes)
     if (!target) {
         return target.error();
     }
+    if (const int error = replaceable(target.value())) {
+        return FileError::fromErrno(error);
+    }
     const int folder = target.value().folder.get();
     const QByteArray& name = target.value().name;
-    const Result<Place> temporary = openPlace(folder, name + ".tmp");
-    if (!temporary) {
-        return temporary.error();
-    }
-    const char* const temporaryName = temporary.value().name.constData();
-
-    // One that an earlier process left behind when it was killed.
-    ::unlinkat(folder, temporaryName, 0);
-    int error = writeNewFile(temporary.value(), bytes);
+    const TemporaryNames names(name);
+    removeLeftovers(folder, names);
+    const QByteArray temporary = names.fresh();
+    int error = writeNewFile(folder, temporary, bytes);
     if (error == EEXIST) {
-        return FileError::fromErrno(error); // not ours: somebody keeps a folder under this name
+        return FileError::fromErrno(error); // somebody else's, whatever it is
     }
     if (error == 0) {
-        error = errorOf([&] { return ::renameat(folder, temporaryName, folder, name.constData()); });
+        error = errorOf([&] { return ::renameat(folder, temporary.constData(), folder, name.constData()); });
     }
     if (error != 0) {
-        ::unlinkat(folder, temporaryName, 0);
+        ::unlinkat(folder, temporary.constData(), 0);
         return FileError::fromErrno(error);
     }
     error = syncFolder(target.value());

@@ -133,8 +133,8 @@ void plantInTrash(const FaultWorld& world, const QByteArray&, int number)
 void plantTemporary(const FaultWorld& world, const QByteArray& documents, int)
 {
     const QByteArray canary = canaryOf(QString::fromUtf8(documents)) + "/readme.txt";
-    ::symlink(canary.constData(), (world.dataFolder().toUtf8() + "/state.json.tmp").constData());
-    ::symlink(canary.constData(), (world.dataFolder().toUtf8() + "/recovery.json.tmp").constData());
+    ::symlink(canary.constData(), (world.dataFolder().toUtf8() + "/.state.json.0123456789abcdef.tmp").constData());
+    ::symlink(canary.constData(), (world.dataFolder().toUtf8() + "/.recovery.json.0123456789abcdef.tmp").constData());
 }
 
 std::vector<Race> races()

@@ -139,7 +139,7 @@ void leaveTraces(FaultProgram& program, const Desk& desk)
 {
     parked(filesOnCountdown(recoveryFirst))(program, desk);
     const QByteArray data = desk.world.dataFolder().toUtf8();
-    makeRawFile(data + "/state.json.tmp", "[{");
+    makeRawFile(data + "/.state.json.0123456789abcdef.tmp", "[{");
     const QByteArray copy = data + "/Recovery/.lapsa-copy-0123456789abcdef";
     makeRawFile(copy, "a part of");
     ::chmod(copy.constData(), S_ISVTX | S_IRWXU);
