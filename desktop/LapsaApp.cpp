@@ -6,6 +6,7 @@
 #include "DataFolderLock.h"
 #include "DesktopFacilities.h"
 #include "FileManagerSelection.h"
+#include "FolderOwnership.h"
 #include "FolderPicker.h"
 #include "FreedesktopAppearance.h"
 #include "FreedesktopMotionPreference.h"
@@ -179,6 +180,22 @@ int runApplication(const QApplication& application, SessionApplication& session,
     return status;
 }
 
+/// Why there is no working in the data folder; empty where there is. What others may only look into is shut for them.
+QString refusalOfDataFolder(const QString& folder)
+{
+    switch (fileSystem::ownershipOf(folder)) {
+    case fileSystem::Ownership::SomebodyElses:
+        return u"Lapsa cannot start: the data folder belongs to another user"_s;
+    case fileSystem::Ownership::OthersMayWrite:
+        return u"Lapsa cannot start: other users may write to the data folder"_s;
+    case fileSystem::Ownership::Own:
+        break;
+    }
+    fileSystem::makePrivate(folder);
+    fileSystem::makePrivate(AppPaths::recoveryDirectory().toLocalFile());
+    return {};
+}
+
 int launch(int argc, char** argv)
 {
     TerminationSignals::hold();
@@ -211,7 +228,12 @@ int launch(int argc, char** argv)
     case SessionApplication::Role::NoBus:
         break;
     }
-    const DataFolderLock lock(AppPaths::applicationSupportDirectory().toLocalFile(), predecessorPatience);
+    const QString dataFolder = AppPaths::applicationSupportDirectory().toLocalFile();
+    if (const QString refusal = refusalOfDataFolder(dataFolder); !refusal.isEmpty()) {
+        systemLog(refusal);
+        return EXIT_FAILURE;
+    }
+    const DataFolderLock lock(dataFolder, predecessorPatience);
     if (lock.takenByAnother()) {
         systemLog(u"Lapsa cannot start: another one works on the same data folder"_s);
         return EXIT_FAILURE;

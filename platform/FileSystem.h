@@ -80,7 +80,8 @@ Result<void> remove(const QString& path, const Protection& protection);
 [[nodiscard]] Result<QByteArray> read(const QString& path);
 
 /// Replaces the content of a file (mode 0600), atomically and durably: after a failure or a crash at any point the file
-/// holds either all of the old or all of the new content. A link is written through, not replaced.
+/// holds either all of the old or all of the new content. A link is written through, not replaced; EACCES for one of
+/// somebody else's. What is no file (a device, a pipe) is left alone: EINVAL.
 Result<void> writeAtomically(const QString& path, QByteArrayView bytes);
 
 /// One entry of a folder that is being listed. Its questions are asked of the open folder.

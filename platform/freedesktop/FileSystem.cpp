@@ -59,6 +59,9 @@ Result<QByteArray> resolved(const QString& path)
 int makeFolder(const QByteArray& path, mode_t mode)
 {
     const int error = errorOf([&] { return ::mkdir(path.constData(), mode); });
+    if (error == 0 && mode == S_IRWXU) {
+        ::chmod(path.constData(), mode); // whatever the umask took away
+    }
     if (error == 0 || error == ENOENT) {
         return error;
     }
