@@ -114,6 +114,8 @@ public:
         OffTheList,
         /// Nothing was touched: another item, which is locked, lies in the folder.
         HoldsLockedItem,
+        /// Somebody writes to the file, which would have to be copied: it is due now, and the next pass tries again.
+        InUse,
     };
 
     /// Disposes of the file as the settings say, locked or not, and takes the item off the list; with a folder, the
@@ -134,6 +136,10 @@ public:
     /// Purges the recovery folder, then disposes of every item that is expired and not locked. A lock holds for what
     /// the locked item lies in as well: such a folder is passed over.
     void deleteExpiredItems();
+
+    /// Whether the item is due, but somebody wrote to its file when it was to be copied to another file system.
+    [[nodiscard]] bool isInUse(const QString& id) const { return m_inUse.contains(id); }
+
     void markWarningSent(const QString& id);
     /// The same for many at once: the first item of each id.
     void markWarningsSent(QSet<QString> ids);
@@ -175,6 +181,7 @@ private:
     [[nodiscard]] Result<void> disposeOf(const LapsaItem& item, DisposalRun& run);
     [[nodiscard]] Result<void> moveToRecovery(const LapsaItem& item, DisposalRun& run);
     void takeOffTheList(const DisposalRun& run);
+    void keepUntilUnused(const LapsaItem& item, DisposalRun& run);
     void announceLongWork(fileSystem::Batch& batch);
     void saveAgedRecords();
     void removeRecoveryRecords(QUuid id);
@@ -185,6 +192,7 @@ private:
     Environment m_environment;
     QList<LapsaItem> m_items;
     QList<LapsaRecoveryItem> m_recoveryItems;
+    QSet<QString> m_inUse;
     /// When the oldest record that is not on the disk yet was made.
     std::optional<TimePoint> m_recordUnsavedSince;
     std::optional<QString> m_lastMessage;

@@ -105,6 +105,16 @@ LapsaStore::DeleteOutcome LapsaStore::deleteNow(const LapsaItem& item)
     run.byHand = true;
     announceLongWork(run.batch);
     deleteFileForItem(item, run);
+    if (isInUse(item.id)) {
+        const auto found = firstItem(item.id);
+        if (found != m_items.end()) {
+            emit willChange();
+            found->locked = false;
+            found->expiresAt = std::min(found->expiresAt, m_environment.clock.now());
+            saveSoon();
+        }
+        return DeleteOutcome::InUse;
+    }
     if (run.handled.isEmpty()) {
         return DeleteOutcome::HoldsLockedItem;
     }
@@ -166,16 +176,28 @@ void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
         return;
     }
     run.handled.insert({item.id, item.path});
+    m_inUse.remove(item.id);
     // Somebody else was faster: nothing to do and nothing to say. A path that leads nowhere by itself, as an edited
     // file may hold one, is refused below like everything else that must not be touched.
     if (!exists && item.path.startsWith(u'/')) {
         return;
     }
-    if (const Result<void> disposed = disposeOf(item, run); !disposed) {
+    const Result<void> disposed = disposeOf(item, run);
+    if (!disposed && disposed.error().code == ETXTBSY) {
+        keepUntilUnused(item, run);
+    } else if (!disposed) {
         systemLog(u"Lapsa failed to delete "_s + item.path + u": "_s + disposed.error().description);
     } else if (entry && entry->isDirectory) {
         run.goneFolders.insert(fileSystem::standardizedPath(item.path).value_or(item.path));
     }
+}
+
+// Not a failure yet: a later pass will find that nobody writes any more.
+void LapsaStore::keepUntilUnused(const LapsaItem& item, DisposalRun& run)
+{
+    emit willChange();
+    run.handled.remove({item.id, item.path});
+    m_inUse.insert(item.id);
 }
 
 Result<void> LapsaStore::disposeOf(const LapsaItem& item, DisposalRun& run)

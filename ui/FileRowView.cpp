@@ -277,7 +277,7 @@ void FileRowView::refresh()
 
 void FileRowView::refreshRemaining()
 {
-    const QString text = remainingText(m_item, m_now);
+    const QString text = stateText();
     m_remaining->setRole(m_item.locked ? ColorRole::Notice : ColorRole::Secondary);
     m_remaining->setText(text);
     if (text != accessibleDescription()) {

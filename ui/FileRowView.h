@@ -79,6 +79,7 @@ private:
     void arrange();
     void refresh();
     void refreshRemaining();
+    [[nodiscard]] QString stateText() const;
     /// Moves the focus along the row and its buttons; false at their ends.
     bool moveFocusAlong(int step);
 
