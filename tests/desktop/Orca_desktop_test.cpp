@@ -6,6 +6,10 @@
 #include "ScreenReader.h"
 #include "Settling.h"
 
+#include <QDateTime>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
 
 #include <optional>
@@ -117,7 +121,38 @@ private slots:
         press(u"Right"_s, {u"Dark"_s, u"2 "_s, u" 3"_s});
     }
 
+    void aFileThatGoesByItselfIsHeard_data()
+    {
+        QTest::addColumn<bool>("italian");
+        QTest::newRow("in English") << false;
+    }
+
+    void aFileThatGoesByItselfIsHeard()
+    {
+        begin();
+        QCOMPARE(m_lapsa->terminate(), 0);
+        letFirstFileExpireIn(40);
+        m_lapsa.emplace();
+        QVERIFY(succeeds([this] { return m_desktop->bus().hasOwner(u"org.lapsa.Lapsa"_s); }));
+        openPanel();
+
+        // With the pass that comes a minute after the start.
+        constexpr int twoPasses = 120'000;
+        const QString announcement = u"“alpha.txt” has left the list"_s;
+        QVERIFY(QTest::qWaitFor([&] { return includes(m_reader->said(), {announcement}); }, twoPasses));
+    }
+
 private:
+    void letFirstFileExpireIn(qint64 seconds) const
+    {
+        const TemporaryHome& home = m_desktop->home();
+        QJsonArray items = storedList(home, u"state.json"_s);
+        QJsonObject item = items[0].toObject();
+        item[u"expiresAt"_s] = QDateTime::currentDateTimeUtc().addSecs(seconds).toString(Qt::ISODate);
+        items[0] = item;
+        home.writeDataFile(u"state.json"_s, QJsonDocument(items).toJson());
+    }
+
     static void addLanguages()
     {
         QTest::addColumn<bool>("italian");
