@@ -9,6 +9,8 @@
 #include <QList>
 
 #include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <sys/xattr.h>
 
 namespace lapsa {
@@ -92,6 +94,21 @@ bool copyOwner(int to, const struct statx& status)
     return groupKept && status.stx_uid == ::geteuid();
 }
 
+/// The number by which quotas count a folder's files together. What the destination gives to all its files by itself
+/// stays: its quota is not to be got round. Not every file system has such numbers, and not every user may set them.
+void copyProject(int from, int to)
+{
+    fsxattr source = {};
+    fsxattr copy = {};
+    if (::ioctl(from, FS_IOC_FSGETXATTR, &source) != 0 || source.fsx_projid == 0 ||
+        ::ioctl(to, FS_IOC_FSGETXATTR, &copy) != 0 || copy.fsx_projid != 0) {
+        return;
+    }
+    copy.fsx_projid = source.fsx_projid;
+    copy.fsx_xflags |= source.fsx_xflags & FS_XFLAG_PROJINHERIT;
+    ::ioctl(to, FS_IOC_FSSETXATTR, &copy);
+}
+
 timespec timeOf(const struct statx_timestamp& time)
 {
     return {.tv_sec = time.tv_sec, .tv_nsec = time.tv_nsec};
@@ -104,6 +121,9 @@ int copyAttributes(int from, int to, const struct statx& status)
     const bool ownerKept = copyOwner(to, status);
     if (const int error = copyExtendedAttributes(from, to)) {
         return error;
+    }
+    if (S_ISREG(status.stx_mode) || S_ISDIR(status.stx_mode)) {
+        copyProject(from, to);
     }
     if (!S_ISLNK(status.stx_mode)) {
         // A program must not run with the rights of somebody it never belonged to.

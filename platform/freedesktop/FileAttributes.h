@@ -8,8 +8,8 @@
 namespace lapsa {
 
 /// Gives the open file `to` what `from` has besides its content: owner (as far as permitted), extended attributes with
-/// access lists, mode and times of `status`. Both may be opened with O_PATH, so that it works for every kind of file.
-/// Returns an `errno` value.
+/// access lists and capabilities, project, mode and times of `status`. Both may be opened with O_PATH, so that it works
+/// for every kind of file. Returns an `errno` value.
 [[nodiscard]] int copyAttributes(int from, int to, const struct statx& status);
 
 /// Takes away the access lists that a new file inherited from the folder it was made in.
