@@ -62,9 +62,12 @@ void drop(const LapsaRecoveryItem& record)
 
 void removeLeftovers(TimePoint now)
 {
-    // What a kill leaves while the note is written: no later write would take it away, as it does with the lists.
-    std::ignore = fileSystem::remove(path() + ".tmp"_L1, {});
-    if (!fileSystem::exists(path())) {
+    bool found = false;
+    const auto listed =
+        fileSystem::forEachName(AppPaths::applicationSupportDirectory().toLocalFile(), [&found](const QString& name) {
+            found = found || name.startsWith("restoring.json"_L1);
+        });
+    if (!listed || !found) {
         return;
     }
     QList<LapsaRecoveryItem> records = noted();
@@ -76,6 +79,8 @@ void removeLeftovers(TimePoint now)
         }
         return isThere || record.purgeAfter <= now;
     });
+    // A write takes away what a kill in the middle of an earlier one has left.
+    std::ignore = fileSystem::writeAtomically(path(), JSONEncoder::lapsa().encode(records));
     save(records);
 }
 
