@@ -35,6 +35,8 @@ struct Manner
     /// 0 for success, 1 for a user who cancels, 2 for anything else; nothing while the dialog stays open.
     std::optional<uint> response = 0;
     bool fails = false;
+    /// Takes every question, and never says a word.
+    bool silent = false;
     QStringList uris;
 };
 
@@ -58,6 +60,9 @@ public:
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override
     {
+        if (m_manner.silent) {
+            return true;
+        }
         if (message.member() == u"Get"_s) {
             m_connection.send(message.createReply(QVariant::fromValue(QDBusVariant(m_manner.version))));
         } else if (message.interface() == portalInterface && message.member() == u"OpenFile"_s) {
@@ -221,6 +226,17 @@ private slots:
 
         QTRY_COMPARE_WITH_TIMEOUT(asked.answers.size(), 1, patience);
         QCOMPARE(asked.answers[0], FolderPicker::Answer(FolderPicker::Unavailable()));
+    }
+
+    void aPortalThatSaysNothingIsUnavailable()
+    {
+        const PlayedPortal portal(m_bus.address(), {.silent = true, .uris = {}});
+        const Asked asked;
+
+        QTRY_COMPARE_WITH_TIMEOUT(asked.answers.size(), 1, patience);
+
+        QCOMPARE(asked.answers[0], FolderPicker::Answer(FolderPicker::Unavailable()));
+        QCOMPARE(portal.opened, 0);
     }
 
     void whatIsNoFolderOfThisMachineIsNotAnswered_data()
