@@ -147,6 +147,9 @@ void LapsaStyle::drawControl(ControlElement element, const QStyleOption* option,
     case CE_HeaderSection:
         drawHeaderSection(*option, *painter);
         return;
+    case CE_HeaderLabel:
+        drawHeaderLabel(*option, *painter, widget);
+        return;
     case CE_PushButtonBevel:
         drawPushButton(*option, *painter);
         return;

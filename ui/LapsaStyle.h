@@ -55,6 +55,7 @@ private:
     static void drawSortArrow(const QStyleOption& option, QPainter& painter, const QWidget* widget);
     static void drawListItem(const QStyleOption& option, QPainter& painter);
     static void drawHeaderSection(const QStyleOption& option, QPainter& painter);
+    void drawHeaderLabel(const QStyleOption& option, QPainter& painter, const QWidget* widget) const;
     static void drawToolButton(const QStyleOption& option, QPainter& painter);
 
     // ---- Menus: LapsaStyle_menus.cpp -----------------------------------------------------------------------------

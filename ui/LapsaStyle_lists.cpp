@@ -76,6 +76,18 @@ void LapsaStyle::drawHeaderSection(const QStyleOption& option, QPainter& painter
                      themeColor(ColorRole::Separator, option.palette));
 }
 
+void LapsaStyle::drawHeaderLabel(const QStyleOption& option, QPainter& painter, const QWidget* widget) const
+{
+    const auto* const header = qstyleoption_cast<const QStyleOptionHeader*>(&option);
+    if (header == nullptr) {
+        return;
+    }
+    // The toolkit goes by the direction of the text; a column goes by that of the window.
+    QStyleOptionHeader aligned(*header);
+    aligned.textAlignment = visualAlignment(header->direction, header->textAlignment) | Qt::AlignAbsolute;
+    QProxyStyle::drawControl(CE_HeaderLabel, &aligned, &painter, widget);
+}
+
 void LapsaStyle::drawToolButton(const QStyleOption& option, QPainter& painter)
 {
     const bool pressed = option.state.testFlag(State_Sunken) || option.state.testFlag(State_On);
