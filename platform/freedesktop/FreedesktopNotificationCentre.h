@@ -9,6 +9,8 @@
 
 namespace lapsa {
 
+class NotificationServer;
+
 /// The session's notification server (`org.freedesktop.Notifications`). Everything is asked for without waiting.
 class FreedesktopNotificationCentre final : public NotificationCentre
 {
@@ -22,9 +24,7 @@ public:
     void add(const NotificationRequest& request) override;
 
 private:
-    class Server;
-
-    std::unique_ptr<Server> m_server;
+    std::unique_ptr<NotificationServer> m_server;
 };
 
 } // namespace lapsa

@@ -5,12 +5,15 @@
 #include "LogCapture.h"
 #include "NotificationCentre.h"
 #include "PlayedService.h"
+#include "ProcessFigures.h"
 #include "SessionBus.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QElapsedTimer>
+#include <QEvent>
 #include <QSignalSpy>
 #include <QTest>
 #include <QVariantMap>
@@ -101,6 +104,7 @@ public:
     }
 
     QList<Notification> shown;
+    QStringList capabilities{u"actions"_s, u"body"_s, u"body-markup"_s};
     int capabilityQuestions = 0;
     bool holdsBack = false;
     uint nextId = 1;
@@ -110,7 +114,7 @@ public slots:
     Q_SCRIPTABLE QStringList GetCapabilities()
     {
         ++capabilityQuestions;
-        return {u"actions"_s, u"body"_s};
+        return capabilities;
     }
 
     Q_SCRIPTABLE uint Notify(const QString& /*application*/, uint replaces, const QString& /*icon*/,
@@ -167,6 +171,61 @@ private slots:
         QCOMPARE(m_server->shown[0].summary, u"Lapsa <alert>"_s);
     }
 
+    void aServerWithoutMarkupGetsABodyAsItIs_data()
+    {
+        QTest::addColumn<QStringList>("capabilities");
+
+        QTest::newRow("a server without markup") << QStringList{u"actions"_s, u"body"_s};
+        QTest::newRow("a server that can do nothing") << QStringList();
+        QTest::newRow("capabilities that only sound like it")
+            << QStringList{u"body-markup-x"_s, u"BODY-MARKUP"_s, u"body"_s};
+    }
+
+    void aServerWithoutMarkupGetsABodyAsItIs()
+    {
+        QFETCH(const QStringList, capabilities);
+        m_server->capabilities = capabilities;
+        FreedesktopNotificationCentre centre;
+        centre.add(request(u"a"_s, u"<b>R&D</b>"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, patience);
+
+        QCOMPARE(m_server->shown[0].body, u"<b>R&D</b>"_s);
+    }
+
+    void theNextServerIsAskedAnew()
+    {
+        m_server->capabilities = {u"body"_s};
+        FreedesktopNotificationCentre centre;
+        show(centre, u"a"_s);
+
+        m_server.reset();
+        m_server = std::make_unique<PlayedServer>(m_bus.address());
+        letTheBusAnswer();
+        centre.add(request(u"b"_s, u"R&D"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, patience);
+        QCOMPARE(m_server->shown[0].body, u"R&amp;D"_s);
+
+        m_server.reset();
+        m_server = std::make_unique<PlayedServer>(m_bus.address());
+        m_server->capabilities = {u"body"_s};
+        letTheBusAnswer();
+        centre.add(request(u"c"_s, u"R&D"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, patience);
+        QCOMPARE(m_server->shown[0].body, u"R&D"_s);
+    }
+
+    void oneServerIsAskedOnceForManyRequests()
+    {
+        FreedesktopNotificationCentre centre;
+        for (const QString& identifier : {u"a"_s, u"b"_s, u"c"_s}) {
+            centre.add(request(identifier));
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 3, patience);
+        show(centre, u"d"_s);
+
+        QCOMPARE(m_server->capabilityQuestions, 1);
+    }
+
     void aLaterRequestWithTheSameIdentifierReplacesTheEarlier()
     {
         FreedesktopNotificationCentre centre;
@@ -181,18 +240,20 @@ private slots:
 
     void requestsMadeWhileTheFirstIsUnderWayReplaceItAndTheLastWins()
     {
-        m_server->holdsBack = true;
         FreedesktopNotificationCentre centre;
+        show(centre, u"earlier"_s);
+        m_server->holdsBack = true;
         centre.add(request(u"a"_s, u"one"_s));
         centre.add(request(u"a"_s, u"two"_s));
         centre.add(request(u"a"_s, u"three"_s));
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 2, patience);
+        QCOMPARE(m_server->shown[1].body, u"one"_s);
 
         m_server->answerAll();
 
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 2, patience);
-        QCOMPARE(m_server->shown[1].body, u"three"_s);
-        QCOMPARE(m_server->shown[1].replaces, 1U);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 3, patience);
+        QCOMPARE(m_server->shown[2].body, u"three"_s);
+        QCOMPARE(m_server->shown[2].replaces, 2U);
     }
 
     void anActionHandsTheUserInfoBack_data()
@@ -424,11 +485,58 @@ private slots:
 
         centre.requestAuthorization();
         centre.add(request(u"a"_s));
+        letTheBusAnswer();
         m_server = std::make_unique<PlayedServer>(m_bus.address());
         show(centre, u"b"_s);
 
         QCOMPARE(m_server->shown.size(), 1);
         QCOMPARE(log.lines(), QStringList());
+    }
+
+    void withoutAServerNothingPilesUp()
+    {
+        if (!ProcessFigures::memoryTells) {
+            QSKIP("the sanitizer keeps what is freed");
+        }
+        m_server.reset();
+        FreedesktopNotificationCentre centre;
+        centre.add(request(u"first"_s));
+        letTheBusAnswer();
+        constexpr int count = 10'000;
+        constexpr qint64 little = 1'000'000;
+        const qint64 before = ProcessFigures::now().allocatedBytes;
+
+        for (int number = 0; number < count; ++number) {
+            centre.add(request(QString::number(number)));
+        }
+        const qint64 waiting = ProcessFigures::now().allocatedBytes - before;
+        letTheBusAnswer();
+        const qint64 afterwards = ProcessFigures::now().allocatedBytes - before;
+
+        QVERIFY2(waiting < little, qPrintable(QString::number(waiting)));
+        QVERIFY2(afterwards < little / 10, qPrintable(QString::number(afterwards)));
+    }
+
+    void aServerThatDoesNotAnswerGetsAHundredCallsAndTheLatestAfterThem()
+    {
+        m_server->holdsBack = true;
+        FreedesktopNotificationCentre centre;
+        constexpr int count = 1000;
+        for (int number = 0; number < 100; ++number) {
+            centre.add(request(QString::number(number)));
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 100, patience);
+
+        for (int number = 100; number < count; ++number) {
+            centre.add(request(QString::number(number), QString::number(number)));
+        }
+        letTheBusAnswer();
+        QCOMPARE(m_server->shown.size(), 100);
+        m_server->answerAll();
+
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 200, patience);
+        QCOMPARE(m_server->shown[100].body, u"900"_s);
+        QCOMPARE(m_server->shown[199].body, u"999"_s);
     }
 
     void aServerThatNeverAnswersHoldsNobodyUp()
@@ -468,10 +576,22 @@ private:
         QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), before + 1, patience);
     }
 
+    /// Returns when all questions that were on their way, and those that followed from their answers, are answered by
+    /// the bus itself: its answers come in the order of the questions.
+    static void letTheBusAnswer()
+    {
+        constexpr int rounds = 4;
+        for (int round = 0; round < rounds; ++round) {
+            QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
+                u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetId"_s));
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+    }
+
     /// Returns when everything that the server has sent so far has arrived: its messages come in order.
     void settle(FreedesktopNotificationCentre& centre)
     {
-        const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
         const qsizetype before = m_server->shown.size();
         const uint id = m_server->nextId;
         centre.add(request(u"settle"_s));

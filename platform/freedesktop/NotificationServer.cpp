@@ -1,0 +1,298 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "NotificationServer.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <algorithm>
+#include <utility>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString service = u"org.freedesktop.Notifications"_s;
+const QString path = u"/org/freedesktop/Notifications"_s;
+const QString interface = u"org.freedesktop.Notifications"_s;
+const QString busService = u"org.freedesktop.DBus"_s;
+const QString busPath = u"/org/freedesktop/DBus"_s;
+const QString busInterface = u"org.freedesktop.DBus"_s;
+
+const QString applicationName = u"Lapsa"_s;
+const QString desktopEntry = u"org.lapsa.Lapsa"_s;
+const QString defaultSound = u"message-new-instant"_s;
+const QString defaultAction = u"default"_s;
+const QString buttonAction = u"lock"_s;
+constexpr uchar normalUrgency = 1;
+/// The server's own choice.
+constexpr int defaultTimeout = -1;
+/// More than anybody reads. A call costs some kilobytes until it is answered, or for the 25 seconds after which the bus
+/// gives up.
+constexpr int mostUnderWay = 100;
+constexpr qsizetype mostWaiting = 100;
+
+/// How long a server may think about what it can do, or take to start, in milliseconds. A warning waits for it.
+constexpr int capabilitiesTimeout = 5000;
+/// The bus's own, of 25 seconds.
+constexpr int usualTimeout = -1;
+
+/// The default action is the click on the notification and has no label, which would make a second button of it on
+/// servers that draw every labelled action.
+QStringList actionsOf(const NotificationRequest& request)
+{
+    return {defaultAction, QString(), buttonAction, request.actionLabel};
+}
+
+QVariantMap hints()
+{
+    return {{u"desktop-entry"_s, desktopEntry},
+            {u"sound-name"_s, defaultSound},
+            {u"urgency"_s, QVariant::fromValue(normalUrgency)}};
+}
+
+QString escapedMarkup(QString text)
+{
+    return text.replace(u'&', "&amp;"_L1).replace(u'<', "&lt;"_L1).replace(u'>', "&gt;"_L1);
+}
+
+QDBusMessage callOf(const QString& method)
+{
+    return QDBusMessage::createMethodCall(service, path, interface, method);
+}
+
+/// The number that the server gave; 0 where it gave none. A text or a negative number is not taken for one.
+uint numberOf(const QDBusMessage& reply)
+{
+    const bool isNumber = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "u"_L1;
+    return isNumber ? reply.arguments().value(0).toUInt() : 0;
+}
+
+/// There is no server and none that could be started, or no bus.
+bool saysThatNobodyIsThere(const QDBusMessage& error)
+{
+    const QString name = error.errorName();
+    return name == "org.freedesktop.DBus.Error.ServiceUnknown"_L1 ||
+           name == "org.freedesktop.DBus.Error.Disconnected"_L1 ||
+           name == "org.freedesktop.DBus.Error.NameHasNoOwner"_L1 ||
+           name.startsWith("org.freedesktop.DBus.Error.Spawn."_L1);
+}
+
+} // namespace
+
+NotificationServer::NotificationServer()
+    : m_watcher(service, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange)
+{
+    auto bus = QDBusConnection::sessionBus();
+    bus.connect(service, path, interface, u"ActionInvoked"_s, this, SLOT(actionInvoked(uint, QString, QDBusMessage)));
+    bus.connect(service, path, interface, u"NotificationClosed"_s, this,
+                SLOT(notificationClosed(uint, uint, QDBusMessage)));
+    connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& newOwner) { ownerChanged(newOwner); });
+    askOwner();
+}
+
+void NotificationServer::add(const NotificationRequest& request)
+{
+    if (m_bodyMarkup || m_posted.value(request.identifier).underWay) {
+        hand(request);
+    } else {
+        putOff(request);
+        askCapabilities();
+    }
+}
+
+void NotificationServer::askCapabilities()
+{
+    if (m_bodyMarkup || m_question) {
+        return;
+    }
+    m_question = Question{.number = ++m_questions, .sentTo = m_owner, .waiting = m_waiting.size()};
+    call(callOf(u"GetCapabilities"_s), capabilitiesTimeout,
+         [this, number = m_questions](const QDBusMessage& reply) { capabilitiesAnswered(number, reply); });
+}
+
+void NotificationServer::askOwner()
+{
+    // Answered before anything that is sent later, and before any change: the bus keeps the order.
+    auto question = QDBusMessage::createMethodCall(busService, busPath, busInterface, u"GetNameOwner"_s);
+    question.setArguments({service});
+    call(question, usualTimeout, [this](const QDBusMessage& reply) {
+        // An error says that there is none yet.
+        if (m_ownerChanged || reply.type() != QDBusMessage::ReplyMessage) {
+            return;
+        }
+        m_owner = reply.arguments().value(0).toString();
+        if (m_question) {
+            m_question->sentTo = m_owner;
+        }
+    });
+}
+
+void NotificationServer::call(const QDBusMessage& message, int timeout,
+                              std::function<void(const QDBusMessage&)> answered)
+{
+    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message, timeout), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answered = std::move(answered)] {
+        watcher->deleteLater();
+        answered(watcher->reply());
+    });
+}
+
+void NotificationServer::capabilitiesAnswered(int number, const QDBusMessage& reply)
+{
+    if (!m_question || m_question->number != number) {
+        return; // of a server that has gone
+    }
+    const Question question = *std::exchange(m_question, std::nullopt);
+    if (reply.type() == QDBusMessage::ReplyMessage) {
+        m_bodyMarkup = reply.arguments().value(0).toStringList().contains(u"body-markup"_s);
+    } else if (saysThatNobodyIsThere(reply)) {
+        dropInVain(question);
+        return;
+    }
+    // One that does not tell in time may still show what it is sent. It is asked again for the next request.
+    postWaiting();
+}
+
+/// The later requests may find the server that has come meanwhile.
+void NotificationServer::dropInVain(const Question& question)
+{
+    m_waiting.remove(0, std::min(question.waiting, m_waiting.size()));
+    if (!m_waiting.isEmpty()) {
+        askCapabilities();
+    }
+}
+
+void NotificationServer::postWaiting()
+{
+    while (m_underWay < mostUnderWay && !m_waiting.isEmpty()) {
+        hand(m_waiting.takeFirst());
+    }
+}
+
+/// Posts a request where its turn has come.
+void NotificationServer::hand(const NotificationRequest& request)
+{
+    if (const auto posted = m_posted.find(request.identifier); posted != m_posted.end() && posted->underWay) {
+        posted->next = request;
+    } else if (m_underWay < mostUnderWay) {
+        post(request);
+    } else {
+        putOff(request);
+    }
+}
+
+void NotificationServer::putOff(const NotificationRequest& request)
+{
+    const auto earlier = std::ranges::find(m_waiting, request.identifier, &NotificationRequest::identifier);
+    if (earlier != m_waiting.end()) {
+        *earlier = request;
+        return;
+    }
+    if (m_waiting.size() == mostWaiting) {
+        m_waiting.removeFirst();
+        if (m_question && m_question->waiting > 0) {
+            --m_question->waiting;
+        }
+    }
+    m_waiting.push_back(request);
+}
+
+void NotificationServer::post(const NotificationRequest& request)
+{
+    Posted& posted = m_posted[request.identifier];
+    posted.underWay = true;
+    ++m_underWay;
+    posted.sentTo = m_owner;
+    posted.userInfo = request.userInfo;
+    auto message = callOf(u"Notify"_s);
+    // The summary is plain text for every server.
+    const QString body = m_bodyMarkup.value_or(false) ? escapedMarkup(request.body) : request.body;
+    message.setArguments(
+        {applicationName, posted.id, desktopEntry, request.title, body, actionsOf(request), hints(), defaultTimeout});
+    call(message, usualTimeout,
+         [this, identifier = request.identifier](const QDBusMessage& reply) { notifyAnswered(identifier, reply); });
+}
+
+void NotificationServer::notifyAnswered(const QString& identifier, const QDBusMessage& reply)
+{
+    Posted& posted = m_posted[identifier];
+    posted.underWay = false;
+    --m_underWay;
+    // Newer versions of the toolkit do not say who replies: it is the one who was there when it was sent, or who was
+    // started for it. A number of one who has gone means nothing.
+    const bool current = posted.sentTo.isEmpty() || posted.sentTo == m_owner;
+    posted.id = current ? numberOf(reply) : 0;
+    posted.server = m_owner;
+    const std::optional<NotificationRequest> next = std::exchange(posted.next, std::nullopt);
+    if (posted.id == 0) {
+        m_posted.remove(identifier);
+    }
+    if (next) {
+        add(*next);
+    }
+    if (!m_question) {
+        postWaiting();
+    }
+}
+
+void NotificationServer::ownerChanged(const QString& newOwner)
+{
+    // A question that was sent while there was no server is answered by the one that came, or was started for it.
+    if (!m_question || !m_question->sentTo.isEmpty() || newOwner.isEmpty()) {
+        m_question.reset();
+    }
+    m_bodyMarkup.reset();
+    m_owner = newOwner;
+    m_ownerChanged = true;
+    m_posted.removeIf([&newOwner](const std::pair<const QString&, Posted&>& entry) {
+        Posted& posted = entry.second;
+        if (posted.server != newOwner) {
+            posted.id = 0;
+        }
+        return posted.id == 0 && !posted.underWay;
+    });
+    if (!m_waiting.isEmpty()) {
+        askCapabilities();
+    }
+}
+
+QHash<QString, NotificationServer::Posted>::iterator NotificationServer::shown(uint id, const QString& server)
+{
+    auto posted = m_posted.begin();
+    while (posted != m_posted.end() && (id == 0 || posted->id != id || posted->server != server)) {
+        ++posted;
+    }
+    return posted;
+}
+
+void NotificationServer::actionInvoked(uint id, const QString& action, const QDBusMessage& signal)
+{
+    const auto posted = shown(id, signal.service());
+    if (posted != m_posted.end() && (action == defaultAction || action == buttonAction)) {
+        // A copy, because the one who hears it may post again.
+        const QHash<QString, QString> userInfo = posted->userInfo;
+        emit responseReceived(userInfo);
+    }
+}
+
+void NotificationServer::notificationClosed(uint id, uint /*reason*/, const QDBusMessage& signal)
+{
+    const auto posted = shown(id, signal.service());
+    if (posted == m_posted.end()) {
+        return;
+    }
+    posted->id = 0;
+    if (!posted->underWay) {
+        m_posted.erase(posted);
+    }
+}
+
+} // namespace lapsa
