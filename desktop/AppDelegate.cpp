@@ -208,13 +208,10 @@ StatusButton* AppDelegate::statusButton() const
 
 void AppDelegate::notificationClicked(const QHash<QString, QString>& userInfo)
 {
-    QStringList locked;
-    if (const auto itemId = userInfo.constFind(u"itemId"_s); itemId != userInfo.cend()) {
-        m_store->lockItem(*itemId);
-        locked.push_back(*itemId);
-    }
+    const QStringList ids = NotificationService::itemsOf(userInfo);
+    m_store->lockItems({ids.begin(), ids.end()});
     openPanel();
-    m_panelController->announceLocked(locked);
+    m_panelController->announceLocked(ids);
 }
 
 void AppDelegate::giveBackMemoryAfter(std::chrono::milliseconds delay)

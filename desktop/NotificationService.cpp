@@ -7,12 +7,18 @@
 #include "Localized.h"
 #include "NotificationCentre.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+
 namespace lapsa {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString itemKey = u"itemId"_s;
+/// A JSON array: an id of an edited list may hold any letters.
+const QString itemsKey = u"itemIds"_s;
 constexpr QStringView nameMark = u"%@";
 constexpr QStringView numberMark = u"%d";
 
@@ -36,6 +42,19 @@ QString filled(const QString& format, const QString& name, std::int64_t number)
     return text;
 }
 
+/// Unlike the text for one file this one knows the singular.
+QString jointBody(qsizetype count, std::int64_t minutes)
+{
+    const QString files =
+        count == 1 ? Localized::text(u"1 more file will self-destruct"_s, u"Un altro file verrà eliminato"_s)
+                   : Localized::text(u"%1 more files will self-destruct"_s, u"Altri %1 file verranno eliminati"_s)
+                         .arg(Localized::number(count));
+    const QString time =
+        minutes == 1 ? Localized::text(u"in 1 minute."_s, u"tra 1 minuto."_s)
+                     : Localized::text(u"in %1 minutes."_s, u"tra %1 minuti."_s).arg(Localized::number(minutes));
+    return files + u' ' + time;
+}
+
 } // namespace
 
 NotificationService::NotificationService(NotificationCentre& centre)
@@ -54,8 +73,36 @@ void NotificationService::sendWarning(const LapsaItem& item, std::int64_t minute
         .title = Localized::notificationTitle(),
         .body = filled(Localized::notificationBody(), item.displayName, minutes),
         .actionLabel = Localized::text(u"Lock"_s, u"Blocca"_s),
-        .userInfo = {{u"itemId"_s, item.id}},
+        .userInfo = {{itemKey, item.id}},
     });
+}
+
+void NotificationService::sendJointWarning(const QList<LapsaItem>& items, std::int64_t minutes)
+{
+    QJsonArray ids;
+    for (const LapsaItem& item : items) {
+        ids.push_back(item.id);
+    }
+    m_centre.add({
+        // Of each set its own: the warning of a later pass must not take the place of this one, whose files it lacks.
+        .identifier = "lapsa-warnings-"_L1 + items.first().id,
+        .title = Localized::notificationTitle(),
+        .body = jointBody(items.size(), minutes),
+        .actionLabel = Localized::text(u"Lock all"_s, u"Blocca tutti"_s),
+        .userInfo = {{itemsKey, QString::fromUtf8(QJsonDocument(ids).toJson(QJsonDocument::Compact))}},
+    });
+}
+
+QStringList NotificationService::itemsOf(const QHash<QString, QString>& userInfo)
+{
+    QStringList ids;
+    if (const auto id = userInfo.constFind(itemKey); id != userInfo.cend()) {
+        ids.push_back(*id);
+    }
+    for (const QJsonValue& id : QJsonDocument::fromJson(userInfo.value(itemsKey).toUtf8()).array()) {
+        ids.push_back(id.toString());
+    }
+    return ids;
 }
 
 } // namespace lapsa

@@ -16,6 +16,8 @@ namespace lapsa {
 namespace {
 
 constexpr std::chrono::seconds passInterval{60};
+/// In one pass. The others share one, or hundreds would cover the screen.
+constexpr qsizetype mostSingleWarnings = 10;
 
 } // namespace
 
@@ -70,15 +72,24 @@ void CleanupService::sendDueWarnings(LapsaStore& store)
     const QList<LapsaItem> snapshot = store.items();
     ItemPlaces locked = ItemPlaces::ofLocked(snapshot);
     QSet<QString> warned;
+    QList<LapsaItem> others;
     for (const LapsaItem& item : snapshot) {
         const double remaining = secondsBetween(now, item.expiresAt);
         const bool due = remaining > 0 && remaining <= static_cast<double>(leadMinutes) * secondsPerMinute;
         // What a lock holds back will not go, and is not said to.
-        if (due && !item.locked && !item.fiveMinuteWarningSent && !locked.areAtOrIn(item.path)) {
-            // The setting and not the time left, on purpose, even where less time is left.
-            m_notificationService.sendWarning(item, leadMinutes);
-            warned.insert(item.id);
+        if (!due || item.locked || item.fiveMinuteWarningSent || locked.areAtOrIn(item.path)) {
+            continue;
         }
+        // The setting and not the time left, on purpose, even where less time is left.
+        if (warned.size() < mostSingleWarnings) {
+            m_notificationService.sendWarning(item, leadMinutes);
+        } else {
+            others.push_back(item);
+        }
+        warned.insert(item.id);
+    }
+    if (!others.isEmpty()) {
+        m_notificationService.sendJointWarning(others, leadMinutes);
     }
     store.markWarningsSent(warned);
 }

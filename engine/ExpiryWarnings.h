@@ -3,13 +3,15 @@
 
 #pragma once
 
+#include <QList>
+
 #include <cstdint>
 
 namespace lapsa {
 
 struct LapsaItem;
 
-/// Tells the user that an item is about to expire. Never fails outwardly.
+/// Tells the user that items are about to expire. Never fails outwardly.
 class ExpiryWarnings
 {
 public:
@@ -20,6 +22,8 @@ public:
 
     /// `minutes` is the number to state, not the exact time left.
     virtual void sendWarning(const LapsaItem& item, std::int64_t minutes) = 0;
+    /// One warning about all of these, at least one, beside those that were sent one by one.
+    virtual void sendJointWarning(const QList<LapsaItem>& items, std::int64_t minutes) = 0;
 };
 
 } // namespace lapsa

@@ -18,6 +18,7 @@
 #include <QUrl>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 namespace lapsa {
@@ -123,6 +124,8 @@ public:
     [[nodiscard]] DeleteOutcome deleteNow(const LapsaItem& item);
     void toggleLock(const LapsaItem& item);
     void lockItem(const QString& id);
+    /// The same for many at once: the first item of each id.
+    void lockItems(const QSet<QString>& ids);
     /// A new expiry `minutes`, at least 1, from now.
     void updateExpiration(const LapsaItem& item, std::int64_t minutes);
     void open(const LapsaItem& item);
@@ -142,7 +145,7 @@ public:
 
     void markWarningSent(const QString& id);
     /// The same for many at once: the first item of each id.
-    void markWarningsSent(QSet<QString> ids);
+    void markWarningsSent(const QSet<QString>& ids);
 
     // ---- Recovery
 
@@ -176,6 +179,8 @@ private:
     static void keepRecoveryList();
     AddResult addFound(const QList<FoundFile>& files, const AddOptions& options);
     [[nodiscard]] QList<LapsaItem>::iterator firstItem(const QString& id);
+    /// Changes the first item of each id, announced once and saved soon.
+    void changeItems(QSet<QString> ids, const std::function<void(LapsaItem&)>& change);
     void removeItems(QString id);
     void deleteFileForItem(const LapsaItem& item, DisposalRun& run);
     [[nodiscard]] Result<void> disposeOf(const LapsaItem& item, DisposalRun& run);

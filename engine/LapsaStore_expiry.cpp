@@ -148,22 +148,9 @@ void LapsaStore::markWarningSent(const QString& id)
     markWarningsSent({id});
 }
 
-void LapsaStore::markWarningsSent(QSet<QString> ids)
+void LapsaStore::markWarningsSent(const QSet<QString>& ids)
 {
-    bool announced = false;
-    for (qsizetype position = 0; position < m_items.size() && !ids.isEmpty(); ++position) {
-        if (!ids.remove(m_items.at(position).id)) {
-            continue;
-        }
-        if (!announced) {
-            emit willChange();
-            announced = true;
-        }
-        m_items[position].fiveMinuteWarningSent = true;
-    }
-    if (announced) {
-        saveSoon();
-    }
+    changeItems(ids, [](LapsaItem& item) { item.fiveMinuteWarningSent = true; });
 }
 
 void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)

@@ -31,13 +31,12 @@ void LapsaStore::toggleLock(const LapsaItem& item)
 
 void LapsaStore::lockItem(const QString& id)
 {
-    const auto found = firstItem(id);
-    if (found == m_items.end()) {
-        return;
-    }
-    emit willChange();
-    found->locked = true;
-    saveSoon();
+    lockItems({id});
+}
+
+void LapsaStore::lockItems(const QSet<QString>& ids)
+{
+    changeItems(ids, [](LapsaItem& item) { item.locked = true; });
 }
 
 void LapsaStore::updateExpiration(const LapsaItem& item, std::int64_t minutes)
@@ -76,6 +75,24 @@ void LapsaStore::copyFolderPath(const LapsaItem& item)
 QList<LapsaItem>::iterator LapsaStore::firstItem(const QString& id)
 {
     return std::ranges::find(m_items, id, &LapsaItem::id);
+}
+
+void LapsaStore::changeItems(QSet<QString> ids, const std::function<void(LapsaItem&)>& change)
+{
+    bool announced = false;
+    for (qsizetype position = 0; position < m_items.size() && !ids.isEmpty(); ++position) {
+        if (!ids.remove(m_items.at(position).id)) {
+            continue;
+        }
+        if (!announced) {
+            emit willChange();
+            announced = true;
+        }
+        change(m_items[position]);
+    }
+    if (announced) {
+        saveSoon();
+    }
 }
 
 // The id by value: it may be that of an item in the list itself, which moves while the list closes its gaps.

@@ -27,7 +27,10 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <functional>
 #include <memory>
+
+Q_DECLARE_METATYPE(std::function<void(lapsa::AppDelegate&)>)
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -59,10 +62,16 @@ public:
     /// What is on disk and on the desktop can be prepared before start().
     void start()
     {
+        make();
+        delegate->applicationDidFinishLaunching();
+    }
+
+    /// Without the launch.
+    void make()
+    {
         delegate = std::make_unique<AppDelegate>(AppDelegate::Environment{time, time, appearance, workspace, pasteboard,
                                                                           notificationCentre, statusBar, hotKeys,
                                                                           selection, folderPicker});
-        delegate->applicationDidFinishLaunching();
     }
 
     /// The entry of the menu with that title is chosen.
@@ -449,6 +458,28 @@ private slots:
         QVERIFY(Program::shows<PopoverWindow>());
         program.time.advance(300ms);
         QVERIFY(program.storedItems()[0][u"locked"_s].toBool());
+    }
+
+    void lockAllLocksWhatTheWarningWasAboutAndOpensThePanel()
+    {
+        Program program;
+        QList<QUrl> urls;
+        for (int number = 0; number < 13; ++number) {
+            urls.push_back(QUrl::fromLocalFile(program.home.makeFile(QString::number(number))));
+        }
+        program.start();
+        program.delegate->applicationOpen(urls);
+        program.time.advance(2h - 4min);
+        QCOMPARE(program.notificationCentre.requests.size(), 11);
+
+        emit program.notificationCentre.responseReceived(program.notificationCentre.requests.last().userInfo);
+
+        QVERIFY(Program::shows<PopoverWindow>());
+        program.time.advance(300ms);
+        const QJsonArray items = program.storedItems();
+        for (int number = 0; number < 13; ++number) {
+            QCOMPARE(items[number][u"locked"_s].toBool(), number >= 10);
+        }
     }
 
     void aClickOnAWarningWhoseItemIsGoneOpensThePanel_data()

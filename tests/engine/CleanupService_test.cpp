@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QTest>
 
+#include <algorithm>
 #include <optional>
 #include <tuple>
 
@@ -197,6 +198,46 @@ private slots:
         world.service->tick();
 
         QCOMPARE(world.warnings.sent, (Warnings{{first.id, 5}, {second.id, 5}}));
+    }
+
+    void ofManyItemsTenAreWarnedAboutOneByOneAndTheOthersTogether_data()
+    {
+        QTest::addColumn<int>("due");
+        QTest::addColumn<int>("single");
+        QTest::addColumn<int>("together");
+
+        QTest::newRow("as many as come one by one") << 10 << 10 << 0;
+        QTest::newRow("one more") << 11 << 10 << 1;
+        QTest::newRow("many") << 300 << 10 << 290;
+    }
+
+    void ofManyItemsTenAreWarnedAboutOneByOneAndTheOthersTogether()
+    {
+        QFETCH(const int, due);
+        QFETCH(const int, single);
+        QFETCH(const int, together);
+        World world;
+        for (int number = 0; number < due; ++number) {
+            world.add(world.home.makeFile(QString::number(number)), 4);
+        }
+        const QList<LapsaItem> items = world.store().items();
+
+        world.service->tick();
+
+        Warnings oneByOne;
+        for (const LapsaItem& item : items.first(single)) {
+            oneByOne.push_back({item.id, 5});
+        }
+        QCOMPARE(world.warnings.sent, oneByOne);
+        QCOMPARE(world.warnings.joint.size(), together == 0 ? 0 : 1);
+        if (together > 0) {
+            QCOMPARE(world.warnings.joint[0].first, items.last(together));
+            QCOMPARE(world.warnings.joint[0].second, 5);
+        }
+        QVERIFY(std::ranges::all_of(world.store().items(), &LapsaItem::fiveMinuteWarningSent));
+        world.service->tick();
+        QCOMPARE(world.warnings.sent.size(), single);
+        QCOMPARE(world.warnings.joint.size(), together == 0 ? 0 : 1);
     }
 
     void whilePausedAPassWarnsOfNothingAndDeletesAndPurgesNothing()

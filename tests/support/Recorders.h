@@ -53,7 +53,13 @@ class RecordingWarnings final : public ExpiryWarnings
 public:
     void sendWarning(const LapsaItem& item, std::int64_t minutes) override { sent.push_back({item.id, minutes}); }
 
+    void sendJointWarning(const QList<LapsaItem>& items, std::int64_t minutes) override
+    {
+        joint.push_back({items, minutes});
+    }
+
     QList<std::pair<QString, std::int64_t>> sent;
+    QList<std::pair<QList<LapsaItem>, std::int64_t>> joint;
 };
 
 } // namespace lapsa::test
