@@ -41,6 +41,16 @@ constexpr int statusIconSize = 18;
 /// After a window has gone: longer than it takes to fade out, and than somebody takes who wants it back at once.
 constexpr std::chrono::seconds restBeforeTidying{2};
 
+/// A part that the launch makes. Asking for one before is a programming error, and ends here, not somewhere inside it.
+template <typename Part>
+Part& made(const std::unique_ptr<Part>& part, const char* name)
+{
+    if (!part) {
+        qFatal("The %s is asked for before the launch", name);
+    }
+    return *part;
+}
+
 } // namespace
 
 AppDelegate::AppDelegate(const Environment& environment)
@@ -114,24 +124,24 @@ void AppDelegate::setUpStatusItem()
 
 void AppDelegate::applicationOpen(const QList<QUrl>& urls)
 {
-    const AddResult result = m_store->addFiles(urls, {.applyFileTypeRules = true});
+    const AddResult result = made(m_store, "store").addFiles(urls, {.applyFileTypeRules = true});
     showAddMessage(*m_store, result);
     m_panelController->reveal(result.ids);
 }
 
 void AppDelegate::togglePanel()
 {
-    m_panelController->toggle(statusButton());
+    made(m_panelController, "panel controller").toggle(statusButton());
 }
 
 void AppDelegate::openPanel()
 {
-    m_panelController->show(statusButton());
+    made(m_panelController, "panel controller").show(statusButton());
 }
 
 void AppDelegate::openPreferences()
 {
-    m_panelController->showPreferences();
+    made(m_panelController, "panel controller").showPreferences();
 }
 
 void AppDelegate::addFinderSelectionFromShortcut()
@@ -140,7 +150,7 @@ void AppDelegate::addFinderSelectionFromShortcut()
         FinderSelectionReader::selectedFileURLs(m_environment.fileManagerSelection, [this] { saveEverything(); });
     AddResult result;
     if (!urls.isEmpty()) {
-        result = m_store->addFiles(urls, {.applyFileTypeRules = true});
+        result = made(m_store, "store").addFiles(urls, {.applyFileTypeRules = true});
         showAddMessage(*m_store, result);
     }
     openPanel();
@@ -173,10 +183,7 @@ void AppDelegate::performAction(const QString& name)
 
 void AppDelegate::saveEverything()
 {
-    if (!m_store) {
-        return;
-    }
-    m_store->saveNow();
+    made(m_store, "store").saveNow();
     if (m_settingsStore->savePending()) {
         m_settingsStore->saveNow();
     }
@@ -184,12 +191,12 @@ void AppDelegate::saveEverything()
 
 void AppDelegate::applicationWillTerminate()
 {
-    if (m_terminated || !m_cleanupService) {
+    if (m_terminated) {
         return;
     }
     m_terminated = true;
-    m_cleanupService->stop();
-    m_hotKeyManager->unregister();
+    made(m_cleanupService, "cleanup service").stop();
+    made(m_hotKeyManager, "hot key manager").unregister();
     saveEverything();
 }
 
@@ -203,13 +210,13 @@ void AppDelegate::quit()
 
 StatusButton* AppDelegate::statusButton() const
 {
-    return m_statusItem ? m_statusItem->button() : nullptr;
+    return made(m_statusItem, "status item").button();
 }
 
 void AppDelegate::notificationClicked(const QHash<QString, QString>& userInfo)
 {
     const QStringList ids = NotificationService::itemsOf(userInfo);
-    m_store->lockItems({ids.begin(), ids.end()});
+    made(m_store, "store").lockItems({ids.begin(), ids.end()});
     openPanel();
     m_panelController->announceLocked(ids);
 }
@@ -224,7 +231,8 @@ void AppDelegate::giveBackMemoryAfter(std::chrono::milliseconds delay)
 
 void AppDelegate::clearStatusButtonHighlight()
 {
-    if (StatusButton* const button = statusButton()) {
+    StatusButton* const button = m_statusItem ? m_statusItem->button() : nullptr;
+    if (button != nullptr) {
         button->setHighlighted(false);
     }
 }

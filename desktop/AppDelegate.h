@@ -78,13 +78,13 @@ public:
     /// What the entry of the menu does that has this name in the desktop entry; any other name does nothing.
     void performAction(const QString& name);
 
-    /// Without a button it does nothing.
+    /// Without a status item or a button it does nothing.
     void clearStatusButtonHighlight();
 
     /// Writes all that waits for its time to be written. The program goes on.
     void saveEverything();
 
-    /// Stops the passes, gives the hot key back and saves everything; the second time, and before the launch, nothing.
+    /// Stops the passes, gives the hot key back and saves everything; the second time nothing.
     void applicationWillTerminate();
 
     /// Ends the program, also before its event loop runs.

@@ -421,6 +421,43 @@ private slots:
         QVERIFY(program.lists(file));
     }
 
+    void whatIsAskedForBeforeTheLaunchEndsTheProcess_data()
+    {
+        QTest::addColumn<std::function<void(AppDelegate&)>>("ask");
+        const auto row = [](const char* name, std::function<void(AppDelegate&)> ask) { QTest::newRow(name) << ask; };
+        row("open files", [](AppDelegate& delegate) { delegate.applicationOpen({}); });
+        row("toggle the panel", &AppDelegate::togglePanel);
+        row("open the panel", &AppDelegate::openPanel);
+        row("open the preferences", &AppDelegate::openPreferences);
+        row("add the selection", &AppDelegate::addFinderSelectionFromShortcut);
+        row("add the selection by the menu", &AppDelegate::addFinderSelectionMenu);
+        row("an action by its name", [](AppDelegate& delegate) { delegate.performAction(u"open-lapsa"_s); });
+        row("save", &AppDelegate::saveEverything);
+        row("terminate", &AppDelegate::applicationWillTerminate);
+    }
+
+    void whatIsAskedForBeforeTheLaunchEndsTheProcess()
+    {
+        QFETCH(const std::function<void(AppDelegate&)>, ask);
+        Program program;
+        program.selection.answer = FileManagerSelection::Paths{u"/nowhere"_s};
+        program.make();
+
+        const pid_t child = ::fork();
+        if (child == 0) {
+            std::signal(SIGABRT, SIG_DFL); // no report of a crash that is meant
+            std::signal(SIGSEGV, SIG_DFL);
+            qInstallMessageHandler(nullptr); // to this test it would be a failure
+            ask(*program.delegate);
+            std::_Exit(EXIT_SUCCESS);
+        }
+        int status = 0;
+        QCOMPARE(::waitpid(child, &status, 0), child);
+
+        QVERIFY(WIFSIGNALED(status));
+        QCOMPARE(WTERMSIG(status), SIGABRT);
+    }
+
     void whatTheHotKeyMayNotTakeIsSaidInThePanel()
     {
         Program program;
