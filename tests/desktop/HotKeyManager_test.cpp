@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "HotKeyManager.h"
-#include "Localized.h"
 #include "RecordingDesktop.h"
 
 #include <QTest>
@@ -25,19 +24,30 @@ private slots:
         QCOMPARE(hotKeys.registered.size(), 0);
     }
 
+    void theKeyIsSuperShiftY_data()
+    {
+        QTest::addColumn<QByteArray>("locale");
+        QTest::addColumn<QString>("description");
+
+        QTest::newRow("English") << QByteArray("en_GB.UTF-8") << u"Add Finder selection"_s;
+        QTest::newRow("Italian") << QByteArray("it_IT.UTF-8") << u"Aggiungi selezione Finder"_s;
+    }
+
     void theKeyIsSuperShiftY()
     {
+        QFETCH(const QByteArray, locale);
+        QFETCH(const QString, description);
+        qputenv("LC_ALL", locale);
         RecordingHotKeys hotKeys;
         HotKeyManager manager(hotKeys, [] {});
 
         manager.registerHotKey();
 
         QCOMPARE(hotKeys.registered.size(), 1);
-        QCOMPARE(hotKeys.registered[0], (HotKey{.identifier = u"CHX1-1"_s,
-                                                .description = Localized::addFinderSelection(),
-                                                .letter = 'y',
-                                                .super = true,
-                                                .shift = true}));
+        QCOMPARE(
+            hotKeys.registered[0],
+            (HotKey{
+                .identifier = u"CHX1-1"_s, .description = description, .letter = 'y', .super = true, .shift = true}));
     }
 
     void everyPressRunsTheHandler()
@@ -79,14 +89,34 @@ private slots:
         QCOMPARE(hotKeys.released, 1);
     }
 
-    void unregisteringWhatNeverWasRegisteredDoesNothing()
+    void unregisteringWhatNeverWasRegisteredDoesNotSpoilALaterRegistration()
     {
         RecordingHotKeys hotKeys;
-        HotKeyManager manager(hotKeys, [] {});
+        int presses = 0;
+        HotKeyManager manager(hotKeys, [&presses] { ++presses; });
 
         manager.unregister();
+        manager.registerHotKey();
+        hotKeys.press();
 
+        QCOMPARE(presses, 1);
         QCOMPARE(hotKeys.released, 0);
+    }
+
+    void registeringAfterUnregisteringTakesTheKeyAgain()
+    {
+        RecordingHotKeys hotKeys;
+        int presses = 0;
+        HotKeyManager manager(hotKeys, [&presses] { ++presses; });
+        manager.registerHotKey();
+        manager.unregister();
+
+        manager.registerHotKey();
+        hotKeys.press();
+
+        QCOMPARE(hotKeys.registered.size(), 2);
+        QCOMPARE(hotKeys.released, 1);
+        QCOMPARE(presses, 1);
     }
 
     void theKeyGoesBackWithTheManager()

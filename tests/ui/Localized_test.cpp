@@ -109,6 +109,16 @@ private slots:
         }
     }
 
+    void theNotificationFormatsAreExactlyTheGivenOnes()
+    {
+        setLocale("", "", "en_GB.UTF-8");
+        QCOMPARE(Localized::notificationTitle(), u"Lapsa alert"_s);
+        QCOMPARE(Localized::notificationBody(), u"%@ will self-destruct in %d minutes."_s);
+        setLocale("", "", "it_IT.UTF-8");
+        QCOMPARE(Localized::notificationTitle(), u"Avviso Lapsa"_s);
+        QCOMPARE(Localized::notificationBody(), u"%@ verrà eliminato tra %d minuti."_s);
+    }
+
     void numbersAreGroupedAsTheLanguageGroupsThem()
     {
         setLocale("", "", "en_IT.UTF-8");
