@@ -50,15 +50,37 @@ const QString applicationId = u"org.lapsa.Lapsa"_s;
 /// How long a predecessor may take to end: it writes three files.
 constexpr std::chrono::milliseconds predecessorPatience{2000};
 
-QList<QUrl> filesToOpen(int argc, char** argv)
+/// The arguments of the start, and the folder they are seen from.
+struct StartArguments
 {
-    QList<QByteArray> arguments;
+    QList<QByteArray> given;
+    QByteArray workingFolder;
+
+    [[nodiscard]] QList<QUrl> files() const { return filesOfArguments(given, workingFolder); }
+};
+
+StartArguments startArguments(int argc, char** argv)
+{
+    StartArguments arguments;
     for (int i = 1; i < argc; ++i) {
-        arguments.push_back(argv[i]);
+        arguments.given.push_back(argv[i]);
     }
     std::array<char, PATH_MAX> folder{};
-    const bool known = ::getcwd(folder.data(), folder.size()) != nullptr;
-    return filesOfArguments(arguments, known ? QByteArray(folder.data()) : QByteArray());
+    if (::getcwd(folder.data(), folder.size()) != nullptr) {
+        arguments.workingFolder = folder.data();
+    }
+    return arguments;
+}
+
+/// Somebody who typed the command sees what came of it. The desktop's starts have no terminal, and no reader.
+void tellWhatNamesNothing(const StartArguments& arguments)
+{
+    if (::isatty(STDERR_FILENO) == 0) {
+        return;
+    }
+    for (const QString& argument : argumentsThatNameNothing(arguments.given, arguments.workingFolder)) {
+        systemLog(u"Lapsa found no file to add: \""_s + argument + u'"');
+    }
 }
 
 /// A setting of the toolkit that is read from the environment while it comes up, and is not passed on to the programs
@@ -114,11 +136,12 @@ std::unique_ptr<QApplication> makeApplication(int& argc, char** argv)
 /// Without a display nothing can be shown, but an application that runs elsewhere in the session can take the files.
 int handOverOnly(int argc, char** argv)
 {
-    const QList<QUrl> files = filesToOpen(argc, argv);
+    const StartArguments given = startArguments(argc, argv);
     int arguments = 1;
     const QCoreApplication application(arguments, argv);
     SessionApplication session;
-    if (session.handOver(files) == SessionApplication::Role::HandedOver) {
+    if (session.handOver(given.files()) == SessionApplication::Role::HandedOver) {
+        tellWhatNamesNothing(given);
         return EXIT_SUCCESS;
     }
     systemLog(u"Lapsa cannot start: there is no display"_s);
@@ -205,7 +228,8 @@ int launch(int argc, char** argv)
         return handOverOnly(argc, argv);
     }
 
-    const QList<QUrl> files = filesToOpen(argc, argv);
+    const StartArguments given = startArguments(argc, argv);
+    const QList<QUrl> files = given.files();
     // The toolkit has options of its own; here every argument is a file.
     int arguments = 1;
     QGuiApplication::setDesktopFileName(applicationId);
@@ -220,6 +244,7 @@ int launch(int argc, char** argv)
     SessionApplication session;
     switch (session.claim(files)) {
     case SessionApplication::Role::HandedOver:
+        tellWhatNamesNothing(given);
         return EXIT_SUCCESS;
     case SessionApplication::Role::Unanswered:
         systemLog(u"Lapsa is running already, but does not answer"_s);
@@ -238,6 +263,7 @@ int launch(int argc, char** argv)
         systemLog(u"Lapsa cannot start: another one works on the same data folder"_s);
         return EXIT_FAILURE;
     }
+    tellWhatNamesNothing(given);
     return runApplication(*application, session, files);
 }
 

@@ -3,6 +3,7 @@
 
 #include "LaunchArguments.h"
 
+#include "FileSystem.h"
 #include "FileUri.h"
 
 #include <algorithm>
@@ -48,6 +49,18 @@ QList<QUrl> filesOfArguments(const QList<QByteArray>& arguments, const QByteArra
         }
     }
     return files;
+}
+
+QStringList argumentsThatNameNothing(const QList<QByteArray>& arguments, const QByteArray& workingFolder)
+{
+    QStringList nothing;
+    for (const QByteArray& argument : arguments) {
+        const std::optional<QString> path = pathOf(argument, workingFolder);
+        if (!path || !fileSystem::exists(*path)) {
+            nothing.push_back(QString::fromUtf8(argument));
+        }
+    }
+    return nothing;
 }
 
 } // namespace lapsa

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "LapsaProcess.h"
+#include "PseudoTerminal.h"
 #include "SessionBus.h"
 #include "TemporaryHome.h"
 
@@ -16,6 +17,10 @@
 #include <QScopeGuard>
 #include <QTest>
 #include <QUrl>
+
+#include <sys/prctl.h>
+#include <sys/types.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -173,6 +178,44 @@ private slots:
         QCOMPARE(lapsa.terminate(), 0);
         QCOMPARE(storedPaths(*m_home), QStringList{file});
         QCOMPARE(lapsa.standardError(), QByteArray());
+    }
+
+    void onATerminalArgumentsThatNameNothingAreTold_data()
+    {
+        QTest::addColumn<bool>("running");
+
+        QTest::newRow("by the first start") << false;
+        QTest::newRow("by one that hands its files over") << true;
+    }
+
+    void onATerminalArgumentsThatNameNothingAreTold()
+    {
+        QFETCH(const bool, running);
+        const QString file = m_home->makeFile(u"there.txt"_s);
+        std::optional<LapsaProcess> first;
+        if (running) {
+            first.emplace();
+            waitForName();
+        }
+        const PseudoTerminal terminal;
+        QProcess start;
+        start.setWorkingDirectory(m_home->path({}));
+        start.setChildProcessModifier([&terminal] {
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+            ::dup2(terminal.device(), STDERR_FILENO);
+        });
+
+        start.start(LapsaProcess::program(), {u"--help"_s, u"there.txt"_s, u"mistyped\n.txt"_s});
+        QTRY_COMPARE_WITH_TIMEOUT(storedPaths(*m_home), QStringList{file}, patience);
+        if (!running) {
+            ::kill(pid_t(start.processId()), SIGTERM);
+        }
+
+        QVERIFY(start.state() == QProcess::NotRunning || start.waitForFinished(patience));
+        QCOMPARE(start.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(start.exitCode(), 0);
+        QCOMPARE(terminal.written(), QByteArray("Lapsa found no file to add: \"--help\"\r\n"
+                                                "Lapsa found no file to add: \"mistyped\\n.txt\"\r\n"));
     }
 
     void aNameThatIsNotUtf8IsSkipped()

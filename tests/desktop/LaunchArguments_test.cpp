@@ -4,6 +4,8 @@
 #include "FileUri.h"
 #include "LaunchArguments.h"
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -51,6 +53,20 @@ private slots:
 
         QCOMPARE(filesOfArguments(arguments, "/cwd"),
                  QList({QUrl::fromLocalFile(u"/b"_s), QUrl::fromLocalFile(u"/a"_s)}));
+    }
+
+    void whatNamesNothingIsToldAsItWasGiven()
+    {
+        const QTemporaryDir folder;
+        const QByteArray path = folder.path().toUtf8();
+        QVERIFY(QFile(folder.filePath(u"there"_s)).open(QIODevice::WriteOnly));
+        const QList<QByteArray> arguments{"--help",   "there",      path + "/there", "file://" + path + "/there",
+                                          "",         path + "/no", "caf\xE9",       "https://example.org/x",
+                                          "sub/there"};
+
+        QCOMPARE(argumentsThatNameNothing(arguments, path),
+                 QStringList({u"--help"_s, u""_s, folder.filePath(u"no"_s), u"caf\uFFFD"_s, u"https://example.org/x"_s,
+                              u"sub/there"_s}));
     }
 
     void withoutAWorkingFolderRelativePathsAreSkipped()
