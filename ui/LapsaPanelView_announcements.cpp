@@ -8,6 +8,7 @@
 #include "Localized.h"
 
 #include <QAccessible>
+#include <QSet>
 
 #include <utility>
 
@@ -17,9 +18,11 @@ using namespace Qt::StringLiterals;
 
 void LapsaPanelView::announceLocked(const QStringList& ids)
 {
+    // A warning may be about thousands.
+    const QSet<QString> meant(ids.begin(), ids.end());
     QStringList names;
     for (const LapsaItem& item : m_environment.store.items()) {
-        if (item.locked && ids.contains(item.id)) {
+        if (item.locked && meant.contains(item.id)) {
             names.push_back(item.displayName);
         }
     }
