@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "AddedLifespans.h"
 #include "AppPaths.h"
 #include "Clock.h"
 #include "FileName.h"
 #include "FileSystem.h"
 #include "FoundFile.h"
-#include "LifespanRules.h"
 
 #include <QHash>
 
@@ -116,9 +116,7 @@ AddResult LapsaStore::addFound(const QList<FoundFile>& files, const AddOptions& 
     if (files.isEmpty()) {
         return {};
     }
-    const LifespanRules rules(settings());
-    const bool byRules = options.applyFileTypeRules && !options.fixedLifespan;
-    const std::int64_t flat = options.fixedLifespan.value_or(settings().defaultExpirationMinutes);
+    const AddedLifespans lifespans(settings(), options);
     const Clock& clock = m_environment.clock;
 
     emit willChange();
@@ -128,9 +126,7 @@ AddResult LapsaStore::addFound(const QList<FoundFile>& files, const AddOptions& 
     QStringList paths;
     for (const FoundFile& file : files) {
         paths.push_back(file.path);
-        // No upper bound here, on purpose: a given lifespan is taken at its word. Only the rules bound their own.
-        const std::int64_t minutes = std::max<std::int64_t>(
-            byRules && !file.isDirectory ? rules.lifespanFor(lastPathComponent(file.path)) : flat, 1);
+        const std::int64_t minutes = lifespans.minutesFor(lastPathComponent(file.path), file.isDirectory);
         if (const qsizetype position = known.find(file.path); position >= 0) {
             LapsaItem& item = m_items[position];
             item.expiresAt = addingMinutes(clock.now(), minutes);

@@ -1,35 +1,20 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "AppPaths.h"
 #include "Clock.h"
 #include "FileSystem.h"
 #include "FoundFile.h"
+#include "WatchedFolder.h"
 
 #include <QSet>
 #include <QStringView>
 
 #include <algorithm>
 #include <chrono>
-#include <vector>
 
 namespace lapsa {
 
 namespace {
-
-/// The names of the items that lie directly in a folder.
-QSet<QStringView> namesOnCountdown(const QList<LapsaItem>& items, const QString& folder)
-{
-    std::vector<QStringView> names;
-    for (const LapsaItem& item : items) {
-        const QStringView path(item.path);
-        if (path.size() > folder.size() && path.startsWith(folder) && path[folder.size()] == u'/') {
-            names.push_back(path.sliced(folder.size() + 1));
-        }
-    }
-    // All at once: a set that grows puts each of them into its place several times.
-    return {names.begin(), names.end()};
-}
 
 bool isNewFor(const LapsaAutoCleanFolderRule& rule, const fileSystem::FolderEntry& entry)
 {
@@ -48,7 +33,7 @@ void LapsaStore::scanAutoCleanFolders()
     }
     const QList<LapsaAutoCleanFolderRule> rules = settings().autoCleanFolders;
     for (const LapsaAutoCleanFolderRule& rule : rules) {
-        if (rule.enabled && !rule.folderPath.isEmpty()) {
+        if (rule.enabled) {
             scanFolder(rule);
         }
     }
@@ -56,33 +41,24 @@ void LapsaStore::scanAutoCleanFolders()
 
 void LapsaStore::scanFolder(const LapsaAutoCleanFolderRule& rule)
 {
-    const std::optional<QString> standardized = fileSystem::standardizedPath(rule.folderPath);
-    // Lapsa's own files are nobody's leftovers.
-    if (!standardized || fileSystem::isInside(*standardized, AppPaths::applicationSupportDirectory().toLocalFile())) {
+    const std::optional<QString> path = watchedFolder::pathOf(rule);
+    if (!path) {
         return;
     }
-    const QString folder = *standardized == u"/" ? QString() : *standardized;
-    const QSet<QStringView> known = namesOnCountdown(m_items, folder);
+    const QString folder = *path == u"/" ? QString() : *path;
+    const QSet<QStringView> known = watchedFolder::namesOnCountdown(m_items, *path);
     QList<FoundFile> taken;
-    const auto listed =
-        fileSystem::forEachVisibleEntry(*standardized, m_knownPaths, [&](const fileSystem::FolderEntry& entry) {
-            if (known.contains(entry.name())) {
-                return;
-            }
-            const fileSystem::Status status = entry.status();
-            // What may never be taken is passed over in silence: nobody asked for it.
-            if (status.exists && !status.isDirectory && !status.isMountPoint && isNewFor(rule, entry)) {
-                taken.push_back({.path = folder + u'/' + entry.name(), .isDirectory = false});
-            }
-        });
+    const auto listed = fileSystem::forEachVisibleEntry(*path, m_knownPaths, [&](const fileSystem::FolderEntry& entry) {
+        // What may never be taken is passed over in silence: nobody asked for it.
+        if (!known.contains(entry.name()) && watchedFolder::mayBeTaken(entry.status()) && isNewFor(rule, entry)) {
+            taken.push_back({.path = folder + u'/' + entry.name(), .isDirectory = false});
+        }
+    });
     // A folder that cannot be listed now, or not to its end, is looked at again by the next pass: silent on purpose.
     if (!listed) {
         return;
     }
-    // Either the file type rules or the folder's own lifespan, never both, on purpose.
-    addFound(taken, rule.applyFileTypeRules
-                        ? AddOptions{}
-                        : AddOptions{.fixedLifespan = rule.lifespanMinutes, .applyFileTypeRules = false});
+    addFound(taken, watchedFolder::addOptions(rule));
 }
 
 void LapsaStore::addFileTypeRule()

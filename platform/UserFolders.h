@@ -16,6 +16,10 @@ namespace lapsa::userFolders {
 /// `~/.local/state`. Empty where the user has no home folder at all. Nothing is created.
 [[nodiscard]] QString applicationState();
 
+/// The folder that downloads go to, as the desktop has it. Empty where it does not exist, and where it is the home
+/// folder itself.
+[[nodiscard]] QString downloads();
+
 /// Every path that counts as the user's home: `$HOME` and the one in the user database.
 [[nodiscard]] QStringList home();
 

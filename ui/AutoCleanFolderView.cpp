@@ -6,11 +6,16 @@
 #include "Card.h"
 #include "DurationEditor.h"
 #include "EditorLine.h"
+#include "FolderTexts.h"
 #include "Localized.h"
 #include "PushButton.h"
+#include "TextLabel.h"
 #include "Toggle.h"
 
+#include <QEvent>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace lapsa {
 
@@ -19,12 +24,30 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int stackSpacing = 8;
+constexpr int explanationSpacing = 2;
 constexpr DurationEditor::Bounds lifespanBounds{.minTotalMinutes = 1, .maxTotalMinutes = maxLifespanMinutes};
 
 template <typename T>
 SettingBinding<T> folderBinding(LapsaStore& store, const QUuid& id, T LapsaAutoCleanFolderRule::*field)
 {
     return ruleBinding(store, &LapsaSettings::autoCleanFolders, id, field, LapsaAutoCleanFolderRule().*field);
+}
+
+std::optional<LapsaAutoCleanFolderRule> ruleOf(const LapsaStore& store, const QUuid& id)
+{
+    const QList<LapsaAutoCleanFolderRule>& rules = store.settings().autoCleanFolders;
+    const auto rule = std::ranges::find(rules, id, &LapsaAutoCleanFolderRule::id);
+    return rule == rules.end() ? std::nullopt : std::optional(*rule);
+}
+
+/// A switch with the line below it that says what it means here.
+QVBoxLayout* makeStack(Toggle* toggle, TextLabel* line)
+{
+    auto* const stack = new QVBoxLayout;
+    stack->setSpacing(explanationSpacing);
+    stack->addWidget(toggle);
+    stack->addWidget(line);
+    return stack;
 }
 
 } // namespace
@@ -55,7 +78,23 @@ void AutoCleanFolderView::refresh()
     for (const BoundToggle& bound : m_toggles) {
         bound.toggle->showChecked(bound.setting.read());
     }
+    refreshTexts();
     m_lifespan->refresh();
+}
+
+bool AutoCleanFolderView::eventFilter(QObject* watched, QEvent* event)
+{
+    // About to be used.
+    if (watched == m_includeExisting && (event->type() == QEvent::Enter || event->type() == QEvent::FocusIn)) {
+        look();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void AutoCleanFolderView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    look();
 }
 
 void AutoCleanFolderView::makeControls(QWidget* stack)
@@ -67,10 +106,16 @@ void AutoCleanFolderView::makeControls(QWidget* stack)
     m_enabled->setTextStyle(headlineText);
     m_enabled->setElideMode(Qt::ElideMiddle);
     column->addWidget(m_enabled);
-    column->addWidget(makeToggle(Localized::text(u"Include existing files"_s, u"Includi file già presenti"_s),
-                                 &LapsaAutoCleanFolderRule::includeExistingFiles, stack));
-    column->addWidget(makeToggle(Localized::text(u"Apply file type rules"_s, u"Applica regole per tipo file"_s),
-                                 &LapsaAutoCleanFolderRule::applyFileTypeRules, stack));
+    m_includeExisting = makeToggle(Localized::text(u"Include existing files"_s, u"Includi file già presenti"_s),
+                                   &LapsaAutoCleanFolderRule::includeExistingFiles, stack);
+    m_includeExisting->installEventFilter(this);
+    m_existingFiles = new TextLabel({}, captionText, ColorRole::Secondary, stack);
+    column->addLayout(makeStack(m_includeExisting, m_existingFiles));
+    m_byTheRules = new TextLabel({}, captionText, ColorRole::Secondary, stack);
+    column->addLayout(
+        makeStack(makeToggle(Localized::text(u"Apply file type rules"_s, u"Applica regole per tipo file"_s),
+                             &LapsaAutoCleanFolderRule::applyFileTypeRules, stack),
+                  m_byTheRules));
     const auto lifespan = folderBinding(m_store, m_id, &LapsaAutoCleanFolderRule::lifespanMinutes);
     m_lifespan = new DurationEditor({lifespan.read, lifespan.write}, lifespanBounds, stack);
     auto* const remove = new PushButton(Localized::text(u"Remove folder"_s, u"Rimuovi cartella"_s),
@@ -85,6 +130,47 @@ Toggle* AutoCleanFolderView::makeToggle(const QString& text, bool LapsaAutoClean
     m_toggles.push_back({toggle, folderBinding(m_store, m_id, field)});
     connect(toggle, &Toggle::switched, this, m_toggles.constLast().setting.write);
     return toggle;
+}
+
+void AutoCleanFolderView::look()
+{
+    if (const auto rule = ruleOf(m_store, m_id)) {
+        // One more than is counted: then there are more.
+        m_files = watchedFolder::fileNames(*rule, folderTexts::mostFiles + 1);
+        m_looked = true;
+        refreshTexts();
+    }
+}
+
+void AutoCleanFolderView::refreshTexts()
+{
+    const LapsaAutoCleanFolderRule rule = ruleOf(m_store, m_id).value_or(LapsaAutoCleanFolderRule());
+    const QString existing = existingFilesText(rule);
+    m_existingFiles->setText(existing);
+    // Its line is kept until the folder is looked at: nothing jumps then.
+    m_existingFiles->setVisible(!rule.folderPath.isEmpty());
+    m_includeExisting->setAccessibleDescription(existing);
+
+    const QString byTheRules =
+        rule.applyFileTypeRules ? folderTexts::byTheRules(m_store.settings().defaultExpirationMinutes) : QString();
+    m_byTheRules->setText(byTheRules);
+    m_byTheRules->setVisible(rule.applyFileTypeRules);
+    // Dimmed, not switched off: what it is set to holds as soon as the rules do not.
+    m_lifespan->setDimmed(rule.applyFileTypeRules);
+    m_lifespan->setAccessibleDescription(byTheRules);
+}
+
+QString AutoCleanFolderView::existingFilesText(const LapsaAutoCleanFolderRule& rule) const
+{
+    if (!m_looked || rule.folderPath.isEmpty()) {
+        return {};
+    }
+    if (!m_files) {
+        return Localized::text(u"This folder cannot be read now."_s, u"Questa cartella ora non è leggibile."_s);
+    }
+    const bool certain = rule.enabled && rule.includeExistingFiles && !m_store.settings().pauseAllCountdowns;
+    return folderTexts::existingFiles(watchedFolder::outlook(m_store, rule, *m_files),
+                                      certain ? folderTexts::Certainty::Will : folderTexts::Certainty::Would);
 }
 
 } // namespace lapsa

@@ -6,11 +6,15 @@
 #include "LapsaAutoCleanFolderRule.h"
 #include "SettingBinding.h"
 
+#include <QStringList>
 #include <QWidget>
+
+#include <optional>
 
 namespace lapsa {
 
 class DurationEditor;
+class TextLabel;
 class Toggle;
 
 /// One watched folder as a card, bound to its rule by its id: safe to be there when the rule is gone.
@@ -23,8 +27,12 @@ public:
 
     [[nodiscard]] const QUuid& id() const { return m_id; }
 
-    /// Shows the folder as its rule is now.
+    /// Shows the folder as its rule is now. The disk is not asked.
     void refresh();
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
 
 private:
     struct BoundToggle
@@ -35,12 +43,22 @@ private:
 
     void makeControls(QWidget* stack);
     [[nodiscard]] Toggle* makeToggle(const QString& text, bool LapsaAutoCleanFolderRule::*field, QWidget* stack);
+    /// Looks what lies in the folder now.
+    void look();
+    void refreshTexts();
+    [[nodiscard]] QString existingFilesText(const LapsaAutoCleanFolderRule& rule) const;
 
     LapsaStore& m_store;
     QUuid m_id;
     QList<BoundToggle> m_toggles;
     Toggle* m_enabled = nullptr;
+    Toggle* m_includeExisting = nullptr;
+    TextLabel* m_existingFiles = nullptr;
+    TextLabel* m_byTheRules = nullptr;
     DurationEditor* m_lifespan = nullptr;
+    bool m_looked = false;
+    /// The files that lay in the folder at the last look; nothing where it could not be listed.
+    std::optional<QStringList> m_files;
 };
 
 } // namespace lapsa

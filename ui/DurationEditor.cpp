@@ -113,6 +113,14 @@ void DurationEditor::spread()
     arrange();
 }
 
+void DurationEditor::setDimmed(bool dimmed)
+{
+    for (const Column& column : m_columns) {
+        column.value->setForegroundRole(paletteRole(dimmed ? ColorRole::Secondary : ColorRole::Primary));
+        column.stepper->setDimmed(dimmed);
+    }
+}
+
 int DurationEditor::lineCentre() const
 {
     // The steppers stand on the lowest line.

@@ -55,7 +55,8 @@ public:
 
     /// Spreads the columns over the whole width, with one width for all values.
     void spread();
-
+    /// Steps back, because something else holds now; it can still be set.
+    void setDimmed(bool dimmed);
     /// The vertical centre of the line that holds the steppers.
     [[nodiscard]] int lineCentre() const;
 

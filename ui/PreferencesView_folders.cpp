@@ -6,6 +6,7 @@
 #include "LapsaStore.h"
 #include "ListSection.h"
 #include "Localized.h"
+#include "NoFoldersView.h"
 #include "PreferencesView.h"
 #include "PushButton.h"
 #include "RuleColumn.h"
@@ -22,6 +23,10 @@ void PreferencesView::makeFoldersTab()
     m_addFolder = new PushButton(Localized::text(u"Add folder"_s, u"Aggiungi cartella"_s), PushButton::Kind::Plain);
     m_addFolder->setSymbol(u"folder.badge.plus"_s);
     m_folderColumn = &makeListTab(Localized::autoCleanFolders(), m_addFolder)->column();
+    auto* const empty = new NoFoldersView;
+    m_folderColumn->addWidget(empty);
+    m_refreshers.push_back([this, empty] { empty->setVisible(m_store.settings().autoCleanFolders.isEmpty()); });
+    connect(empty, &NoFoldersView::chosen, this, &PreferencesView::addFolder);
     connect(m_addFolder, &PushButton::clicked, this, &PreferencesView::showFolderPicker);
 }
 

@@ -40,6 +40,8 @@ void bringInLine(QList<View*>& views, const QList<Rule>& rules, QVBoxLayout& col
         if (known == views.end()) {
             views.insert(index, make(id));
             column.insertWidget(static_cast<int>(index), views.at(index));
+            // Now, not on a later turn as the layout would: it has its room before anything is painted.
+            views.at(index)->show();
         } else if (known != views.begin() + index) {
             views.move(known - views.begin(), index);
             column.removeWidget(views.at(index));

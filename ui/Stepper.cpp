@@ -58,6 +58,14 @@ Stepper::Stepper(const QString& name, QWidget* parent)
     connect(&m_repeat, &QTimer::timeout, this, &Stepper::stepHeld);
 }
 
+void Stepper::setDimmed(bool dimmed)
+{
+    if (dimmed != m_dimmed) {
+        m_dimmed = dimmed;
+        update();
+    }
+}
+
 QSize Stepper::sizeHint() const
 {
     return {2 * scaled(halfWidth), scaled(controlHeight)};
@@ -178,7 +186,7 @@ void Stepper::paintHalf(QPainter& painter, int half) const
 {
     const QRect place = half < 0 ? decrementRect() : incrementRect();
     const bool possible = half < 0 ? value() > minimum() : value() < maximum();
-    const QColor primary = themeColor(ColorRole::Primary, palette());
+    const QColor primary = themeColor(m_dimmed ? ColorRole::Secondary : ColorRole::Primary, palette());
     if (possible && (m_held == half || m_hovered == half)) {
         painter.save();
         painter.setClipRect(place);
@@ -188,7 +196,8 @@ void Stepper::paintHalf(QPainter& painter, int half) const
     }
     const QColor color = possible ? painting::enabledColor(*this, primary) : withOpacity(primary, impossibleOpacity);
     painting::drawSymbol(painter, place,
-                         {half < 0 ? u"minus"_s : u"plus"_s, symbolSize * textScale(), SymbolWeight::Semibold, color});
+                         {half < 0 ? u"minus"_s : u"plus"_s, symbolSize * textScale(),
+                          m_dimmed ? SymbolWeight::Medium : SymbolWeight::Semibold, color});
 }
 
 void Stepper::stepHeld()

@@ -20,6 +20,11 @@ public:
     /// `name` is what a screen reader calls it.
     explicit Stepper(const QString& name, QWidget* parent = nullptr);
 
+    /// Steps back, because what it sets does not hold now; it works all the same.
+    void setDimmed(bool dimmed);
+
+    [[nodiscard]] bool dimmed() const { return m_dimmed; }
+
     [[nodiscard]] QSize sizeHint() const override;
 
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
@@ -49,6 +54,7 @@ private:
     QTimer m_repeat;
     int m_hovered = 0;
     int m_held = 0;
+    bool m_dimmed = false;
 };
 
 } // namespace lapsa

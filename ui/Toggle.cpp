@@ -17,6 +17,7 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <cmath>
 
 namespace lapsa {
 
@@ -33,6 +34,13 @@ constexpr int leastHeight = 24;
 constexpr int unlimited = 1 << 20;
 /// Track of a switch that is off: strong enough to be seen as a control.
 constexpr double offTrackOpacity = 0.75;
+
+/// The switch grows with the text beside it.
+QSize switchSize()
+{
+    return {static_cast<int>(std::lround(switchWidth * textScale())),
+            static_cast<int>(std::lround(switchHeight * textScale()))};
+}
 
 } // namespace
 
@@ -90,18 +98,20 @@ void Toggle::showChecked(bool on)
 QSize Toggle::sizeHint() const
 {
     const QFontMetrics metrics(font());
-    return {metrics.horizontalAdvance(m_label) + labelGap + switchWidth, std::max(leastHeight, metrics.height())};
+    return {metrics.horizontalAdvance(m_label) + labelGap + switchSize().width(),
+            std::max({leastHeight, metrics.height(), switchSize().height()})};
 }
 
 QSize Toggle::minimumSizeHint() const
 {
-    return {labelGap + switchWidth, sizeHint().height()};
+    return {labelGap + switchSize().width(), sizeHint().height()};
 }
 
 int Toggle::heightForWidth(int width) const
 {
-    const QRect bounds(0, 0, std::max(1, width - labelGap - switchWidth), unlimited);
-    return std::max(leastHeight, QFontMetrics(font()).boundingRect(bounds, Qt::TextWordWrap, m_label).height());
+    const QRect bounds(0, 0, std::max(1, width - labelGap - switchSize().width()), unlimited);
+    const int text = QFontMetrics(font()).boundingRect(bounds, Qt::TextWordWrap, m_label).height();
+    return std::max({leastHeight, text, switchSize().height()});
 }
 
 void Toggle::paintEvent(QPaintEvent*)
@@ -135,8 +145,7 @@ bool Toggle::hitButton(const QPoint& position) const
 
 QRect Toggle::switchRect() const
 {
-    return QStyle::alignedRect(layoutDirection(), Qt::AlignTrailing | Qt::AlignVCenter,
-                               QSize(switchWidth, switchHeight), rect());
+    return QStyle::alignedRect(layoutDirection(), Qt::AlignTrailing | Qt::AlignVCenter, switchSize(), rect());
 }
 
 void Toggle::paintSwitch(QPainter& painter) const
@@ -147,17 +156,18 @@ void Toggle::paintSwitch(QPainter& painter) const
     const QColor color = mixed(off, themeColor(ColorRole::Accent, palette()), on);
     material::paintShape(painter, track, track.height() / 2, painting::enabledColor(*this, color));
 
-    const double edge = track.height() - 2 * knobInset;
-    const double travel = track.width() - edge - 2 * knobInset;
+    const double inset = knobInset * textScale();
+    const double edge = track.height() - 2 * inset;
+    const double travel = track.width() - edge - 2 * inset;
     const double way = isRightToLeft() ? 1 - on : on;
-    const QRectF knob(track.left() + knobInset + travel * way, track.top() + knobInset, edge, edge);
+    const QRectF knob(track.left() + inset + travel * way, track.top() + inset, edge, edge);
     material::paintShape(painter, knob, edge / 2, QColor(Qt::white));
 }
 
 void Toggle::paintLabel(QPainter& painter) const
 {
     QRect place = rect();
-    const int taken = switchWidth + labelGap;
+    const int taken = switchSize().width() + labelGap;
     place.adjust(isRightToLeft() ? taken : 0, 0, isRightToLeft() ? 0 : -taken, 0);
     painter.setFont(font());
     painter.setPen(painting::enabledColor(*this, themeColor(ColorRole::Primary, palette())));

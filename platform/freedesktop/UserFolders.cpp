@@ -5,11 +5,14 @@
 
 #include <QByteArray>
 #include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
 #include <QUtf8StringView>
 
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <vector>
 
@@ -69,6 +72,16 @@ QString applicationState()
     }
     const QStringList homes = home();
     return homes.isEmpty() ? QString() : QDir::cleanPath(homes.first() + u"/.local/state"_s);
+}
+
+QString downloads()
+{
+    const QFileInfo folder(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
+    const QStringList homes = home();
+    const bool isHome = std::ranges::any_of(homes, [&folder](const QString& path) {
+        return QFileInfo(path).canonicalFilePath() == folder.canonicalFilePath();
+    });
+    return folder.isDir() && !isHome ? QDir::cleanPath(folder.filePath()) : QString();
 }
 
 QStringList home()

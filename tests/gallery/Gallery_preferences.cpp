@@ -8,22 +8,63 @@
 #include "SplashView.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTemporaryDir>
 
+#include <tuple>
+
 namespace lapsa::test {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A folder with files in it. Its path, which is seen, is the same in every run.
+class Downloads final
+{
+public:
+    Downloads()
+    {
+        QDir().mkpath(m_path);
+        for (int number = 1; number <= files; ++number) {
+            QFile file(fileNamed(number));
+            std::ignore = file.open(QIODevice::WriteOnly);
+        }
+    }
+
+    Downloads(const Downloads&) = delete;
+    Downloads& operator=(const Downloads&) = delete;
+
+    ~Downloads()
+    {
+        for (int number = 1; number <= files; ++number) {
+            QFile::remove(fileNamed(number));
+        }
+        QDir().rmdir(m_path);
+        QDir().rmdir(QFileInfo(m_path).path());
+    }
+
+    [[nodiscard]] const QString& path() const { return m_path; }
+
+    [[nodiscard]] QString fileNamed(int number) const { return m_path + u"/%1.pdf"_s.arg(number); }
+
+    static constexpr int files = 11;
+
+private:
+    const QString m_path = QDir::temp().filePath(u"lapsa-gallery/Downloads"_s);
+};
+
+} // namespace
 
 void Gallery::paintPreferences()
 {
     using Tab = PreferencesView::Tab;
     Scene scene;
     scene.world.store().addFileTypeRule();
-    // It need not be there to be shown.
-    scene.world.store().addAutoCleanFolder(QUrl::fromLocalFile(u"/home/somebody/Downloads"_s));
     scene.world.letSavesPass();
     RecordingFolderPicker folderPicker;
     PreferencesView view(scene.world.store(), folderPicker);
@@ -38,7 +79,20 @@ void Gallery::paintPreferences()
     save(view, u"preferences-general-end"_s);
     view.showTab(Tab::Rules);
     save(view, u"preferences-rules"_s);
+    const Downloads downloads;
+    scene.world.home.makeFolder(u"Downloads"_s);
     view.showTab(Tab::Folders);
+    QApplication::processEvents();
+    save(view, u"preferences-folders-empty"_s);
+    for (int number = 1; number <= 4; ++number) {
+        scene.world.add(downloads.fileNamed(number));
+    }
+    scene.world.store().addAutoCleanFolder(QUrl::fromLocalFile(downloads.path()));
+    // The same without the rules, below; it need not be there to be shown.
+    scene.world.store().addAutoCleanFolder(QUrl::fromLocalFile(u"/home/somebody/Scans"_s));
+    scene.world.changeSettings(
+        [](LapsaSettings& settings) { settings.autoCleanFolders.last().applyFileTypeRules = false; });
+    QApplication::processEvents();
     save(view, u"preferences-folders"_s);
 }
 

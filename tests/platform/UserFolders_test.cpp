@@ -3,6 +3,9 @@
 
 #include "UserFolders.h"
 
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <pwd.h>
@@ -22,6 +25,8 @@ private slots:
     void theDataHomeIsUsedOnlyWhereItIsAbsolute();
     void bothHomesAreNamedOnce_data();
     void bothHomesAreNamedOnce();
+    void downloadsAreWhereTheDesktopHasThem_data();
+    void downloadsAreWhereTheDesktopHasThem();
 
 private:
     const QString m_database = QString::fromUtf8(::getpwuid(::getuid())->pw_dir);
@@ -74,6 +79,35 @@ void UserFolders_test::bothHomesAreNamedOnce()
 
     QCOMPARE(userFolders::home(), homes);
     QVERIFY(userFolders::applicationSupport().first().startsWith(homes.first()));
+}
+
+void UserFolders_test::downloadsAreWhereTheDesktopHasThem_data()
+{
+    QTest::addColumn<QByteArray>("entry");
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("nothing said, and there is one") << QByteArray() << u"/Downloads"_s;
+    QTest::newRow("another name") << QByteArray("$HOME/Scaricati") << u"/Scaricati"_s;
+    QTest::newRow("one that does not exist") << QByteArray("$HOME/Gone") << QString();
+    QTest::newRow("the home folder itself") << QByteArray("$HOME/") << QString();
+}
+
+void UserFolders_test::downloadsAreWhereTheDesktopHasThem()
+{
+    QFETCH(QByteArray, entry);
+    QFETCH(QString, folder);
+    const QTemporaryDir home;
+    qputenv("HOME", home.path().toUtf8());
+    qunsetenv("XDG_CONFIG_HOME");
+    QVERIFY(QDir(home.path()).mkpath(u"Downloads"_s) && QDir(home.path()).mkpath(u"Scaricati"_s) &&
+            QDir(home.path()).mkpath(u".config"_s));
+    QFile file(home.filePath(u".config/user-dirs.dirs"_s));
+    if (!entry.isEmpty()) {
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("XDG_DOWNLOAD_DIR=\"" + entry + "\"\n");
+        file.close();
+    }
+
+    QCOMPARE(userFolders::downloads(), folder.isEmpty() ? QString() : home.path() + folder);
 }
 
 QTEST_GUILESS_MAIN(UserFolders_test)

@@ -67,6 +67,23 @@ double centreOf(const PreferencesWorld& world, const QWidget& widget)
     return widget.mapTo(&world.view, QPoint()).y() + widget.height() / 2.0;
 }
 
+/// What is shown with less height than it needs.
+QStringList squeezed(const QWidget& view)
+{
+    QStringList names;
+    for (const QWidget* const widget : view.findChildren<QWidget*>()) {
+        const int needed =
+            widget->hasHeightForWidth() ? widget->heightForWidth(widget->width()) : widget->minimumSizeHint().height();
+        if (widget->isVisible() && widget->height() < needed) {
+            names.push_back(u"%1 \"%2\" %3 < %4"_s
+                                .arg(QLatin1StringView(widget->metaObject()->className()), widget->accessibleName())
+                                .arg(widget->height())
+                                .arg(needed));
+        }
+    }
+    return names;
+}
+
 } // namespace
 
 /// Where things stand in the preferences.
@@ -188,6 +205,23 @@ private slots:
         QCOMPARE(sections.size(), 3);
         QCOMPARE(sections[1]->y() - sections[0]->geometry().bottom() - 1, 16);
         QCOMPARE(sections[2]->y() - sections[1]->geometry().bottom() - 1, 16);
+    }
+
+    void everyCardHasItsRoomAtOnce_data() { addTextSizes(); }
+
+    void everyCardHasItsRoomAtOnce()
+    {
+        setTextSize();
+        PreferencesWorld world;
+        world.view.showTab(PreferencesView::Tab::Folders);
+        world.settle();
+
+        for (const QString& folder : {u"/srv/scans"_s, u"/srv/faxes"_s}) {
+            world.store().addAutoCleanFolder(QUrl::fromLocalFile(folder));
+        }
+        world.settle();
+
+        QCOMPARE(squeezed(world.view).join(u"; "_s), QString());
     }
 
     void removingStandsOnTheLineOfTheSteppers()

@@ -12,7 +12,7 @@
 namespace lapsa::test {
 
 /// The shown preferences over the real store.
-class PreferencesWorld final : public StoreWorld
+class PreferencesWorld : public StoreWorld
 {
 public:
     PreferencesWorld();

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "LapsaStore.h"
+#include "LifespanRules.h"
+
+#include <algorithm>
+
+namespace lapsa {
+
+/// The lifespans that one add gives to what it adds, made ready for many files.
+class AddedLifespans final
+{
+public:
+    AddedLifespans(const LapsaSettings& settings, const LapsaStore::AddOptions& options)
+        : m_rules(settings)
+        , m_byRules(options.applyFileTypeRules && !options.fixedLifespan)
+        , m_flat(options.fixedLifespan.value_or(settings.defaultExpirationMinutes))
+    {}
+
+    /// Minutes, at least 1. No upper bound here, on purpose: a given lifespan is taken at its word. Only the rules
+    /// bound their own.
+    [[nodiscard]] std::int64_t minutesFor(const QString& fileName, bool isDirectory) const
+    {
+        return std::max<std::int64_t>(m_byRules && !isDirectory ? m_rules.lifespanFor(fileName) : m_flat, 1);
+    }
+
+private:
+    LifespanRules m_rules;
+    bool m_byRules;
+    std::int64_t m_flat;
+};
+
+} // namespace lapsa

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "WatchedFolder.h"
+
+#include <QString>
+
+#include <cstdint>
+
+/// What the card of a watched folder says about it.
+namespace lapsa::folderTexts {
+
+/// As many files are looked at; of a folder that has more, the text says so.
+inline constexpr qsizetype mostFiles = 2000;
+
+enum class Certainty
+{
+    /// If the files that are there were included.
+    Would,
+    /// They are: at the next pass.
+    Will,
+};
+
+/// "11 files here, 7 of them would go in 2h."
+[[nodiscard]] QString existingFiles(const watchedFolder::Outlook& outlook, Certainty certainty);
+
+/// "By the rules; other files 2h."
+[[nodiscard]] QString byTheRules(std::int64_t defaultMinutes);
+
+} // namespace lapsa::folderTexts
