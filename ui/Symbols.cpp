@@ -18,6 +18,7 @@ namespace {
 
 /// A symbol's drawing keeps a margin inside its 24-grid, as a letter does inside its line.
 constexpr double extentOfSize = 1.25;
+constexpr int smallEdge = 16;
 constexpr double iconPixelRatios[] = {1, 1.5, 2, 3};
 
 const QByteArray& mediumStroke()
@@ -32,9 +33,17 @@ const QByteArray& semiboldStroke()
     return text;
 }
 
-QByteArray drawing(const SymbolLook& look)
+/// The file of a symbol on that many pixels. Where the lines of the 24-grid would melt into each other on 16 pixels
+/// there is a second drawing, whose edges lie between those.
+QString fileOf(const QString& name, int edge)
 {
-    QFile file(u":/lapsa/symbols/%1.svg"_s.arg(look.name));
+    const QString small = u":/lapsa/symbols/%1.%2.svg"_s.arg(name).arg(smallEdge);
+    return edge == smallEdge && QFile::exists(small) ? small : u":/lapsa/symbols/%1.svg"_s.arg(name);
+}
+
+QByteArray drawing(const SymbolLook& look, int edge)
+{
+    QFile file(fileOf(look.name, edge));
     if (!file.open(QIODevice::ReadOnly)) {
         qFatal("There is no symbol \"%s\"", qPrintable(look.name));
     }
@@ -48,7 +57,7 @@ QPixmap render(const SymbolLook& look, double devicePixelRatio)
     QPixmap pixmap(edge, edge);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    QSvgRenderer(drawing(look)).render(&painter);
+    QSvgRenderer(drawing(look, edge)).render(&painter);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(pixmap.rect(), look.color);
     painter.end();

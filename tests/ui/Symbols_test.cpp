@@ -21,6 +21,9 @@ private slots:
     void aSymbolIsTintedWithItsColourAlone();
     void aSymbolHasThePixelsOfItsScale();
     void aSemiboldSymbolHasMoreInk();
+    void onSixteenPixelsTheBarsOfTheTrashCanStandApart();
+    void onSixteenPixelsTheSidesOfALockAreSharp_data();
+    void onSixteenPixelsTheSidesOfALockAreSharp();
     void thePicturesOfTheProgramAreThere_data();
     void thePicturesOfTheProgramAreThere();
 };
@@ -32,6 +35,13 @@ constexpr double size = 96;
 QImage drawn(const QString& name, SymbolWeight weight = SymbolWeight::Medium)
 {
     return symbolPixmap({name, size, weight, Qt::black}, 1).toImage().convertToFormat(QImage::Format_ARGB32);
+}
+
+/// As it is on a row's button, on a screen without scaling.
+QImage small(const QString& name)
+{
+    const QImage image = symbolPixmap({name, 13, SymbolWeight::Semibold, Qt::black}, 1).toImage();
+    return image.convertToFormat(QImage::Format_ARGB32);
 }
 
 qint64 ink(const QImage& image)
@@ -139,6 +149,41 @@ void Symbols_test::aSymbolHasThePixelsOfItsScale()
 void Symbols_test::aSemiboldSymbolHasMoreInk()
 {
     QVERIFY(ink(drawn(u"timer"_s, SymbolWeight::Semibold)) > ink(drawn(u"timer"_s)));
+}
+
+void Symbols_test::onSixteenPixelsTheBarsOfTheTrashCanStandApart()
+{
+    const QImage image = small(u"trash"_s);
+    const int middle = 9;
+
+    // From the left: nothing, wall, its inner edge, nothing, bar, nothing, nothing, bar and so on.
+    for (const int x : {3, 6, 9, 12}) {
+        QVERIFY2(image.pixelColor(x, middle).alpha() > 250, qPrintable(QString::number(x)));
+    }
+    for (const int x : {2, 5, 7, 8, 10, 13}) {
+        QVERIFY2(image.pixelColor(x, middle).alpha() < 5, qPrintable(QString::number(x)));
+    }
+}
+
+void Symbols_test::onSixteenPixelsTheSidesOfALockAreSharp_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("open") << u"lock.open"_s;
+    QTest::newRow("closed") << u"lock.fill"_s;
+}
+
+void Symbols_test::onSixteenPixelsTheSidesOfALockAreSharp()
+{
+    QFETCH(const QString, name);
+    const QImage image = small(name);
+    const QRect bounds = inkBounds(image);
+    const int body = 11;
+
+    for (const int side : {bounds.left(), bounds.right()}) {
+        QVERIFY(image.pixelColor(side, body).alpha() > 250);
+    }
+    QVERIFY(image.pixelColor(bounds.center().x(), bounds.bottom()).alpha() > 250);
+    QVERIFY(qAbs(bounds.left() + bounds.right() + 1 - image.width()) <= 1);
 }
 
 void Symbols_test::thePicturesOfTheProgramAreThere_data()
