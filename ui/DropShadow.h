@@ -21,7 +21,7 @@ struct DropShadow
     double opacity = 0.14;
 
     /// The room that it takes around its window.
-    [[nodiscard]] QMargins margins() const { return {extent, extent - drop, extent, extent + drop}; }
+    [[nodiscard]] constexpr QMargins margins() const { return {extent, extent - drop, extent, extent + drop}; }
 
     /// Under `window` too, whose corners are round by `radius`: they are smooth only on what they lie upon.
     void paint(QPainter& painter, const QRectF& window, double radius) const;

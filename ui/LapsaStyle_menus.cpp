@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "DropShadow.h"
 #include "LapsaStyle.h"
 #include "Material.h"
 #include "Painting.h"
@@ -28,8 +29,8 @@ constexpr int itemVerticalPadding = 6;
 constexpr int itemRadius = 4;
 /// The hairline of a square menu, inside which an entry is marked.
 constexpr int hairline = 1;
-constexpr material::Shadow menuShadow{.extent = 14, .drop = 3, .opacity = 0.22};
-constexpr QMargins shadowRoom(14, 11, 14, 17);
+constexpr DropShadow menuShadow{.extent = 14, .drop = 3, .opacity = 0.22};
+constexpr QMargins shadowRoom = menuShadow.margins();
 constexpr int separatorHeight = 11;
 constexpr int checkColumn = 20;
 constexpr double checkSize = 11;
@@ -93,7 +94,7 @@ void LapsaStyle::drawMenuGround(const QStyleOption& option, QPainter& painter, c
         return;
     }
     const QRect menu = widget->rect().marginsRemoved(shadowRoom);
-    material::paintShadow(painter, menu, material::controlRadius, menuShadow);
+    menuShadow.paint(painter, menu, material::controlRadius);
     material::paintSurface(painter, menu, material::controlRadius, option.palette);
 }
 

@@ -58,20 +58,6 @@ void paintSurface(QPainter& painter, const QRectF& rect, double radius, const QP
     paintBorder(painter, rect, radius, QPen(themeColor(ColorRole::Separator, palette), 1));
 }
 
-void paintShadow(QPainter& painter, const QRectF& rect, double radius, const Shadow& shadow)
-{
-    const auto opacityAt = [&shadow](int distance) {
-        const double left = 1 - double(distance) / shadow.extent;
-        return shadow.opacity * left * left;
-    };
-    for (int ring = shadow.extent; ring > 0; --ring) {
-        // What this ring adds to those around it.
-        const double opacity = opacityAt(ring - 1) - opacityAt(ring);
-        const QRectF outline = rect.adjusted(-ring, -ring, ring, ring).translated(0, shadow.drop);
-        paintShape(painter, outline, radius + ring, withOpacity(Qt::black, opacity));
-    }
-}
-
 void paintShape(QPainter& painter, const QRectF& rect, double radius, const QBrush& brush)
 {
     painter.save();

@@ -30,20 +30,6 @@ void paintWindow(QPainter& painter, const QRectF& rect, double radius, const QPa
 /// A raised piece of the window: a field, a card, a plain button. `strength` 0 to 1 is how far it is hovered.
 void paintSurface(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette, double strength = 0);
 
-/// How a raised shape darkens what lies around it.
-struct Shadow
-{
-    /// How far it reaches beyond the shape.
-    int extent;
-    /// How much lower than the shape it lies.
-    int drop;
-    /// At the edge of the shape, 0 to 1; from there it fades with the square of the distance that is left.
-    double opacity;
-};
-
-/// The shadow of a shape with round corners. What lies under the shape itself is painted too.
-void paintShadow(QPainter& painter, const QRectF& rect, double radius, const Shadow& shadow);
-
 /// A filled shape without an edge.
 void paintShape(QPainter& painter, const QRectF& rect, double radius, const QBrush& brush);
 
