@@ -65,7 +65,7 @@ void removeLeftovers(TimePoint now)
     bool found = false;
     const auto listed =
         fileSystem::forEachName(AppPaths::applicationSupportDirectory().toLocalFile(), [&found](const QString& name) {
-            found = found || name.startsWith("restoring.json"_L1);
+            found = found || name.contains("restoring.json"_L1);
         });
     if (!listed || !found) {
         return;
