@@ -99,7 +99,7 @@ QStringList NotificationService::itemsOf(const QHash<QString, QString>& userInfo
     if (const auto id = userInfo.constFind(itemKey); id != userInfo.cend()) {
         ids.push_back(*id);
     }
-    for (const QJsonValue& id : QJsonDocument::fromJson(userInfo.value(itemsKey).toUtf8()).array()) {
+    for (const auto& id : QJsonDocument::fromJson(userInfo.value(itemsKey).toUtf8()).array()) {
         ids.push_back(id.toString());
     }
     return ids;

@@ -25,7 +25,7 @@ struct FileCount
 struct CountLimits
 {
     /// As many files, or as many subfolders, as are looked at; one more ends the count.
-    std::int64_t most;
+    std::int64_t most = 0;
     QDeadlineTimer deadline;
 };
 
