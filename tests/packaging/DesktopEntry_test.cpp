@@ -36,8 +36,9 @@ QStringList menuTitles()
     RecordingStatusBar statusBar;
     RecordingHotKeys hotKeys;
     PlayedSelection selection;
-    AppDelegate delegate(
-        {time, time, appearance, workspace, pasteboard, notificationCentre, statusBar, hotKeys, selection});
+    RecordingFolderPicker folderPicker;
+    AppDelegate delegate({time, time, appearance, workspace, pasteboard, notificationCentre, statusBar, hotKeys,
+                          selection, folderPicker});
     delegate.applicationDidFinishLaunching();
     // The time that ends the splash does not pass here.
     for (QWidget* const window : QApplication::topLevelWidgets()) {
