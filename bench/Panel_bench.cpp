@@ -125,8 +125,8 @@ public:
     /// As after a start of the program.
     void makeAnew()
     {
-        controller.emplace(
-            PanelController::Environment{m_world.store(), m_world.time, m_world.time, FileIconProvider::shared()});
+        controller.emplace(PanelController::Environment{m_world.store(), m_world.time, m_world.time,
+                                                        FileIconProvider::shared(), m_folderPicker});
     }
 
     void open()
@@ -155,6 +155,7 @@ public:
 private:
     test::StoreWorld m_world{false};
     test::RecordingStatusButton m_button;
+    test::RecordingFolderPicker m_folderPicker;
 };
 
 /// Counts the rows of a list that are painted.
