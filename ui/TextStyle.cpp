@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace lapsa {
 
@@ -112,9 +113,14 @@ void draw(QPainter& painter, const QPointF& baseline, const QString& text, const
 {
     painter.setFont(font);
     QPointF place = baseline;
+    bool first = true;
     forEachPiece(text, QFontMetricsF(font), [&](const QString& piece, double advance, double width) {
-        // The first one stands flush with what is above and below; a narrow digit in the middle of its cell would not.
-        const double inset = place.x() > baseline.x() ? (width - advance) / 2 : 0;
+        const double inset = (width - advance) / 2;
+        if (std::exchange(first, false)) {
+            // A narrow digit in the middle of its cell is not flush with what is above and below: the whole text moves,
+            // so that no gap opens behind it.
+            place.rx() -= inset;
+        }
         painter.drawText(place + QPointF(inset, 0), piece);
         place.rx() += width;
     });

@@ -26,6 +26,7 @@ private slots:
     void aStyleIsAFontOfThatManyPixels();
     void everyRunningNumberIsEquallyWide();
     void aFirstDigitStandsFlush();
+    void noGapOpensBehindANarrowFirstDigit();
     void aNameIsShownOnOneLine_data();
     void aNameIsShownOnOneLine();
     void aToolTipShowsMarkupAsText();
@@ -84,21 +85,28 @@ QFont unevenDigits()
     return font;
 }
 
-/// The column of the first ink of a text that starts at column 10.
-int firstInk(const std::function<void(QPainter&)>& draw)
+/// The columns with ink of a text that starts at column 10, in order.
+QList<int> inkedColumns(const std::function<void(QPainter&)>& draw)
 {
     QImage image(300, 60, QImage::Format_ARGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
     draw(painter);
+    QList<int> columns;
     for (int x = 0; x < image.width(); ++x) {
         for (int y = 0; y < image.height(); ++y) {
             if (image.pixelColor(x, y).lightness() < 128) {
-                return x;
+                columns.push_back(x);
+                break;
             }
         }
     }
-    return -1;
+    return columns;
+}
+
+int firstInk(const std::function<void(QPainter&)>& draw)
+{
+    return inkedColumns(draw).value(0, -1);
 }
 
 } // namespace
@@ -122,6 +130,16 @@ void TextStyle_test::aFirstDigitStandsFlush()
                  painter.setFont(font);
                  painter.drawText(baseline, u"12 min"_s);
              }));
+}
+
+void TextStyle_test::noGapOpensBehindANarrowFirstDigit()
+{
+    const QFont font = unevenDigits();
+    const auto end = [&](const QString& text) {
+        return inkedColumns([&](QPainter& painter) { tabularText::draw(painter, QPointF(10, 50), text, font); }).last();
+    };
+
+    QVERIFY(end(u"10"_s) < end(u"00"_s));
 }
 
 void TextStyle_test::aNameIsShownOnOneLine_data()
