@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <tuple>
 #include <utility>
 
 namespace lapsa::fileSystem {
@@ -67,6 +68,11 @@ KnownPaths::KnownPaths(QString file)
 
 void KnownPaths::read()
 {
+    const QFileInfo file(m_file);
+    // What a kill in the middle of a write has left goes with the next one. A folder that is not there holds nothing.
+    std::ignore = forEachName(file.path(), [&](const QString& name) {
+        m_changed = m_changed || (name != file.fileName() && name.contains(file.fileName()));
+    });
     const Result<QByteArray> bytes = fileSystem::read(m_file);
     const QJsonObject document = bytes ? QJsonDocument::fromJson(bytes.value()).object() : QJsonObject();
     const bool sameBoot = document[u"boot"_s].toString() == currentBoot();

@@ -113,6 +113,18 @@ private slots:
         QVERIFY(!known(world).contains("inbox"));
     }
 
+    void aNoteThatWasCutShortIsGoneAfterTheNextStart()
+    {
+        test::StoreWorld world(false);
+        const QString folder = u".local/state/Lapsa"_s;
+        world.home.makeFile(folder + u"/.paths.json.0123456789abcdef.tmp"_s, "{");
+
+        world.start();
+        world.store().saveNow();
+
+        QCOMPARE(world.home.names(folder), QStringList{u"paths.json"_s});
+    }
+
     void whatOnlyTheUserMayChangeIsNotNoted()
     {
         test::StoreWorld world;
