@@ -28,12 +28,14 @@ int HeldPlace::goTo(const QString& path, WalkDetail detail)
         m_place.name = bytes.sliced(nameStart);
         return 0;
     }
+    Above above = std::move(m_above);
     *this = {};
     if (!ordinary) {
         return name.isEmpty() ? EPERM : EINVAL;
     }
+    m_above = std::move(above);
     m_asked = bytes.first(nameStart);
-    Result<WalkedFolder> walked = walkTo(nameStart > 1 ? m_asked.chopped(1) : m_asked, detail);
+    Result<WalkedFolder> walked = walkedTo(nameStart > 1 ? m_asked.chopped(1) : m_asked, detail);
     if (!walked) {
         const int error = walked.error().code;
         *this = {};
@@ -44,6 +46,39 @@ int HeldPlace::goTo(const QString& path, WalkDetail detail)
     m_detail = detail;
     m_sharing = 1;
     return 0;
+}
+
+Result<WalkedFolder> HeldPlace::walkedTo(const QByteArray& folder, WalkDetail detail)
+{
+    const qsizetype nameStart = folder.lastIndexOf('/') + 1;
+    const QByteArray name = folder.sliced(nameStart);
+    if (detail == WalkDetail::Folder && !name.isEmpty() && name != ".." && knowsAbove(folder.first(nameStart))) {
+        Result<WalkedFolder> walked = plainFolderIn(m_above.walked, name);
+        if (walked) {
+            return walked;
+        }
+        m_above = {};
+    }
+    return walkTo(folder, detail);
+}
+
+// Opened for the second entry: one alone does not pay for it.
+bool HeldPlace::knowsAbove(const QByteArray& above)
+{
+    if (m_above.asked != above || m_above.sharing == mostSharing) {
+        m_above = {.asked = above, .walked = {}, .sharing = 1};
+        return false;
+    }
+    ++m_above.sharing;
+    if (!m_above.walked.folder) {
+        Result<WalkedFolder> walked = walkTo(above.size() > 1 ? above.chopped(1) : above, WalkDetail::Folder);
+        if (!walked || !walked.value().plain) {
+            m_above.sharing = 1;
+            return false;
+        }
+        m_above.walked = std::move(walked).value();
+    }
+    return true;
 }
 
 int HeldPlace::goTo(const FileDescriptor& folder, const QByteArray& name)

@@ -36,19 +36,36 @@ public:
     /// The real path of the folder.
     [[nodiscard]] Result<QByteArray> folderPath();
 
-    /// Whether the folder was opened for an entry before.
-    [[nodiscard]] bool isShared() const { return m_sharing > 1; }
+    /// Whether the folder, or the one above it, was opened for an entry before.
+    [[nodiscard]] bool isShared() const { return m_sharing > 1 || m_above.sharing > 1; }
 
     /// The folder will be opened anew for the next entry.
-    void letGo() { m_sharing = mostSharing; }
+    void letGo()
+    {
+        m_sharing = mostSharing;
+        m_above = {};
+    }
 
 private:
+    /// The folder above the one of the entry: entries may lie in one folder each.
+    struct Above
+    {
+        /// With its trailing slash.
+        QByteArray asked;
+        WalkedFolder walked;
+        int sharing = 0;
+    };
+
+    [[nodiscard]] Result<WalkedFolder> walkedTo(const QByteArray& folder, WalkDetail detail);
+    [[nodiscard]] bool knowsAbove(const QByteArray& above);
+
     /// As it was asked for, with its trailing slash.
     QByteArray m_asked;
     WalkDetail m_detail = WalkDetail::Folder;
     Place m_place;
     WalkedFolder m_walked;
     int m_sharing = 0;
+    Above m_above;
     std::optional<QByteArray> m_folderPath;
 };
 

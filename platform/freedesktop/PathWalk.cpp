@@ -101,7 +101,14 @@ private:
     [[nodiscard]] int startAtRoot();
     [[nodiscard]] int go(const QByteArray& name);
     [[nodiscard]] int goUp();
-    [[nodiscard]] int enter(FileDescriptor opened, const struct statx& status);
+
+    [[nodiscard]] int enter(FileDescriptor opened, const struct statx& status)
+    {
+        m_walked.folder = std::move(opened);
+        m_walked.status = status;
+        return 0;
+    }
+
     [[nodiscard]] int follow(const FileDescriptor& link, const struct statx& status);
     void note(const QByteArray& path, int file, const struct statx& status, bool exchangeable);
     void expect(const QByteArray& path);
@@ -141,22 +148,13 @@ void CarefulWalk::expect(const QByteArray& path)
 int CarefulWalk::startAtRoot()
 {
     FileDescriptor root(retrying([] { return ::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC); }));
-    if (!root) {
-        return errno;
-    }
-    const Result<struct statx> status = look(root.get(), "", STATX_BASIC_STATS | STATX_BTIME);
+    const Result<struct statx> status =
+        root ? look(root.get(), "", STATX_BASIC_STATS | STATX_BTIME) : FileError::fromErrno(errno);
     if (!status) {
         return status.error().code;
     }
     m_walked.path.clear();
     return enter(std::move(root), status.value());
-}
-
-int CarefulWalk::enter(FileDescriptor opened, const struct statx& status)
-{
-    m_walked.folder = std::move(opened);
-    m_walked.status = status;
-    return 0;
 }
 
 int CarefulWalk::go(const QByteArray& name)
@@ -239,6 +237,23 @@ Result<WalkedFolder> walkTo(const QByteArray& path, WalkDetail detail)
         }
     }
     return CarefulWalk(detail).run(path);
+}
+
+Result<WalkedFolder> plainFolderIn(const WalkedFolder& above, const QByteArray& name)
+{
+    FileDescriptor folder(retrying(
+        [&] { return ::openat(above.folder.get(), name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+    if (!folder) {
+        return FileError::fromErrno(errno);
+    }
+    const Result<struct statx> status = look(folder.get(), "", STATX_BASIC_STATS);
+    if (!status) {
+        return status.error();
+    }
+    if (isShared(above.status) && !isKept(above.status, status.value())) {
+        return FileError::fromErrno(EACCES);
+    }
+    return WalkedFolder{.folder = std::move(folder), .status = status.value(), .plain = true, .path = {}, .steps = {}};
 }
 
 bool mayFollowLinkOf(uid_t owner)

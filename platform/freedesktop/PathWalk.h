@@ -47,6 +47,10 @@ enum class WalkDetail
 /// administrator: others could lead us into what is not theirs to touch. EACCES for one of somebody else's.
 [[nodiscard]] Result<WalkedFolder> walkTo(const QByteArray& path, WalkDetail detail);
 
+/// The folder of this name in one that a walk found plain, if it is plain too. An error where it is not: walkTo() then
+/// tells.
+[[nodiscard]] Result<WalkedFolder> plainFolderIn(const WalkedFolder& above, const QByteArray& name);
+
 /// Whether a link of this owner is followed.
 [[nodiscard]] bool mayFollowLinkOf(uid_t owner);
 
