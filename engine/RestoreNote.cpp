@@ -64,9 +64,8 @@ void removeLeftovers(TimePoint now)
 {
     bool found = false;
     const auto listed =
-        fileSystem::forEachName(AppPaths::applicationSupportDirectory().toLocalFile(), [&found](const QString& name) {
-            found = found || name.contains("restoring.json"_L1);
-        });
+        fileSystem::forEachName(AppPaths::applicationSupportDirectory().toLocalFile(),
+                                [&found](const QString& name) { found = found || name.contains("restoring.json"_L1); });
     if (!listed || !found) {
         return;
     }
