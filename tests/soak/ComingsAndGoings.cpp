@@ -65,6 +65,7 @@ void ComingsAndGoings::liveOneDay()
     compareWithSavedLists();
     // The recorders keep what they were told for whoever asks; here nobody does.
     m_warnings.sent = {};
+    m_warnings.joint = {};
     m_world.appearance.forced = {};
 }
 
