@@ -35,8 +35,8 @@ struct LapsaStore::DisposalRun
     ItemPlaces locked;
     /// By hand a lock holds for what lies in the item alone: the user said now.
     bool byHand = false;
-    /// Of the items that were dealt with, whatever became of their files: id and path.
-    QSet<std::pair<QString, QString>> handled;
+    /// Of the items that were dealt with, whatever became of their files: id and path, in the order of the list.
+    QList<std::pair<QString, QString>> handled;
     /// The folders that are gone from their places, standardised.
     QSet<QString> goneFolders;
 };
@@ -137,9 +137,12 @@ void LapsaStore::takeOffTheList(const DisposalRun& run)
         return false;
     };
     emit willChange();
+    // The list only grew meanwhile, so that one walk along both finds them all.
+    auto next = run.handled.cbegin();
     m_items.removeIf([&](const LapsaItem& item) {
-        return !item.locked &&
-               (run.handled.contains({item.id, item.path}) || (!run.goneFolders.isEmpty() && wentWithItsFolder(item)));
+        const bool handled = next != run.handled.cend() && next->first == item.id && next->second == item.path;
+        next += handled ? 1 : 0;
+        return !item.locked && (handled || (!run.goneFolders.isEmpty() && wentWithItsFolder(item)));
     });
 }
 
@@ -162,7 +165,7 @@ void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
     if (heldByLock) {
         return;
     }
-    run.handled.insert({item.id, item.path});
+    run.handled.push_back({item.id, item.path});
     m_inUse.remove(item.id);
     // Somebody else was faster: nothing to do and nothing to say. A path that leads nowhere by itself, as an edited
     // file may hold one, is refused below like everything else that must not be touched.
@@ -183,7 +186,7 @@ void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
 void LapsaStore::keepUntilUnused(const LapsaItem& item, DisposalRun& run)
 {
     emit willChange();
-    run.handled.remove({item.id, item.path});
+    run.handled.pop_back();
     m_inUse.insert(item.id);
 }
 
