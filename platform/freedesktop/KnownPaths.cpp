@@ -54,10 +54,19 @@ std::optional<PathSteps> stepsAt(const HeldPlace& held, std::optional<PathSteps>
 void KnownPaths::remember(const QStringList& paths)
 {
     HeldPlace held;
+    // Most paths lie beside the one before, in a folder of the user's own.
+    QStringView privateFolder;
     for (const QString& path : paths) {
+        const QStringView folder = QStringView(path).left(path.lastIndexOf(u'/'));
+        if (!privateFolder.isEmpty() && folder == privateFolder) {
+            set(path, std::nullopt);
+            continue;
+        }
+        privateFolder = {};
         int error = held.goTo(path);
         if (error == 0 && held.walked().plain && !othersMayWrite(held.place().folder.get(), held.walked().status)) {
             set(path, std::nullopt);
+            privateFolder = folder;
             continue;
         }
         error = error == 0 ? held.goTo(path, WalkDetail::Steps) : error;
