@@ -10,6 +10,7 @@
 #include "MainQueue.h"
 
 #include <chrono>
+#include <optional>
 
 namespace lapsa {
 
@@ -70,14 +71,20 @@ void CleanupService::sendDueWarnings(LapsaStore& store)
     const std::int64_t leadMinutes = store.settings().notifyBeforeMinutes;
     const TimePoint now = m_environment.clock.now();
     const QList<LapsaItem> snapshot = store.items();
-    ItemPlaces locked = ItemPlaces::ofLocked(snapshot);
+    std::optional<ItemPlaces> locked; // most passes have nothing to ask it
     QSet<QString> warned;
     QList<LapsaItem> others;
     for (const LapsaItem& item : snapshot) {
         const double remaining = secondsBetween(now, item.expiresAt);
         const bool due = remaining > 0 && remaining <= static_cast<double>(leadMinutes) * secondsPerMinute;
+        if (!due || item.locked || item.fiveMinuteWarningSent) {
+            continue;
+        }
+        if (!locked) {
+            locked.emplace(ItemPlaces::ofLocked(snapshot));
+        }
         // What a lock holds back will not go, and is not said to.
-        if (!due || item.locked || item.fiveMinuteWarningSent || locked.areAtOrIn(item.path)) {
+        if (locked->areAtOrIn(item.path)) {
             continue;
         }
         // The setting and not the time left, on purpose, even where less time is left.

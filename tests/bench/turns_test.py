@@ -31,7 +31,7 @@ class Turns(unittest.TestCase):
                                   capture_output=True, text=True, check=False)
 
     def test_an_operation_that_is_slower_in_every_turn_fails_and_is_named(self):
-        run = self.compare(result(add=1, scan=1), result(add=1.3, scan=1), result(add=2, scan=2), result(add=2.4, scan=2))
+        run = self.compare(result(add=1, scan=1), result(add=1.3, scan=1), result(add=2, scan=2), result(add=2.6, scan=2))
         self.assertEqual(run.returncode, 1, run.stderr)
         marked = [line for line in run.stdout.splitlines() if "slower" in line]
         self.assertEqual(len(marked), 1, run.stdout)
