@@ -82,8 +82,8 @@ void FileListView::focusRow(const QString& id)
 {
     const auto row = std::ranges::find(m_rows, id, [](const Row& bound) { return bound.view->item().id; });
     FileRowView* const view = row != m_rows.end() ? row->view : currentRow();
-    QWidget& target = view != nullptr ? static_cast<QWidget&>(*view) : *this;
-    target.setFocus(Qt::OtherFocusReason);
+    QWidget* const target = view != nullptr ? static_cast<QWidget*>(view) : this;
+    target->setFocus(Qt::OtherFocusReason);
 }
 
 void FileListView::resizeEvent(QResizeEvent* event)

@@ -76,13 +76,13 @@ void KnownPaths::read()
     const Result<QByteArray> bytes = fileSystem::read(m_file);
     const QJsonObject document = bytes ? QJsonDocument::fromJson(bytes.value()).object() : QJsonObject();
     const bool sameBoot = document[u"boot"_s].toString() == currentBoot();
-    for (const QJsonValue& way : document[u"ways"_s].toArray()) {
+    for (const QJsonValue way : document[u"ways"_s].toArray()) {
         PathSteps steps;
-        for (const QJsonValue& step : way[u"steps"_s].toArray()) {
+        for (const QJsonValue step : way[u"steps"_s].toArray()) {
             steps.push_back(decoded(step.toObject()));
             steps.back().device = sameBoot ? steps.back().device : 0;
         }
-        for (const QJsonValue& path : way[u"paths"_s].toArray()) {
+        for (const QJsonValue path : way[u"paths"_s].toArray()) {
             m_steps.insert(path.toString(), steps);
         }
     }

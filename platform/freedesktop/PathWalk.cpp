@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <iterator>
 #include <optional>
 
 namespace lapsa {
@@ -138,11 +139,8 @@ Result<WalkedFolder> CarefulWalk::run(const QByteArray& path)
 void CarefulWalk::expect(const QByteArray& path)
 {
     const QList<QByteArray> names = path.split('/');
-    for (auto name = names.crbegin(); name != names.crend(); ++name) {
-        if (!name->isEmpty() && *name != ".") {
-            m_ahead.push_back(*name);
-        }
-    }
+    std::copy_if(names.crbegin(), names.crend(), std::back_inserter(m_ahead),
+                 [](const QByteArray& name) { return !name.isEmpty() && name != "."; });
 }
 
 int CarefulWalk::startAtRoot()
