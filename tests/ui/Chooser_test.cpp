@@ -207,31 +207,31 @@ private slots:
     {
         PanelWorld world;
         world.home.makeFile(u"place/report.txt"_s);
-        world.home.makeFile(u"place/work/inside.txt"_s);
+        world.home.makeFile(u"place/writing/inside.txt"_s);
         const OpenChooser chooser = chooserOf(world);
         chooser.go(world.home.path(u"place"_s));
-        QTRY_COMPARE(chooser.shown(), (QStringList{u"report.txt"_s, u"work"_s}));
+        QTRY_COMPARE(chooser.shown(), (QStringList{u"report.txt"_s, u"writing"_s}));
 
         doEverythingTo(chooser, world.home);
 
-        QCOMPARE(world.home.names(u"place"_s), (QStringList{u"report.txt"_s, u"work"_s}));
-        QCOMPARE(world.home.names(u"place/work"_s), (QStringList{u"inside.txt"_s}));
+        QCOMPARE(world.home.names(u"place"_s), (QStringList{u"report.txt"_s, u"writing"_s}));
+        QCOMPARE(world.home.names(u"place/writing"_s), (QStringList{u"inside.txt"_s}));
     }
 
     void choosingAFolderChangesNothing()
     {
         PreferencesWorld world;
-        world.home.makeFile(u"place/work/inside.txt"_s);
+        world.home.makeFile(u"place/writing/inside.txt"_s);
         world.home.makeFolder(u"place/report.txt"_s);
         const OpenChooser chooser = chooserOf(world);
         QTRY_VERIFY(chooser.shown().contains(u"place"_s));
         chooser.doubleClick(u"place"_s);
-        QTRY_COMPARE(chooser.shown(), (QStringList{u"report.txt"_s, u"work"_s}));
+        QTRY_COMPARE(chooser.shown(), (QStringList{u"report.txt"_s, u"writing"_s}));
 
         doEverythingTo(chooser, world.home);
 
-        QCOMPARE(world.home.names(u"place"_s), (QStringList{u"report.txt"_s, u"work"_s}));
-        QCOMPARE(world.home.names(u"place/work"_s), (QStringList{u"inside.txt"_s}));
+        QCOMPARE(world.home.names(u"place"_s), (QStringList{u"report.txt"_s, u"writing"_s}));
+        QCOMPARE(world.home.names(u"place/writing"_s), (QStringList{u"inside.txt"_s}));
     }
 
     void nothingIsChosenUntilSomebodyChose()
@@ -507,7 +507,7 @@ private:
     {
         const Agreement agreement;
         QAbstractItemView& view = chooser.names();
-        for (const QString& name : {u"work"_s, u"report.txt"_s}) {
+        for (const QString& name : {u"writing"_s, u"report.txt"_s}) {
             if (!chooser.index(name).isValid()) {
                 continue; // gone already
             }
@@ -530,7 +530,7 @@ private:
                 button->click();
             }
         }
-        dropOnto(view, view.visualRect(chooser.index(u"work"_s)).center(),
+        dropOnto(view, view.visualRect(chooser.index(u"writing"_s)).center(),
                  QUrl::fromLocalFile(home.path(u"place/report.txt"_s)));
     }
 };
