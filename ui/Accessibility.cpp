@@ -4,7 +4,6 @@
 #include "Accessibility.h"
 
 #include "Announcer.h"
-#include "FileListView.h"
 #include "PushButton.h"
 #include "Sheet.h"
 
@@ -16,24 +15,6 @@ namespace lapsa {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// A row is reached by the arrow keys also while it is no stop of Tab.
-class RowAccessible final : public QAccessibleWidget
-{
-public:
-    explicit RowAccessible(QWidget* row)
-        : QAccessibleWidget(row, QAccessible::ListItem)
-    {}
-
-    [[nodiscard]] QAccessible::State state() const override
-    {
-        QAccessible::State state = QAccessibleWidget::state();
-        state.focusable = true;
-        return state;
-    }
-
-    [[nodiscard]] QStringList actionNames() const override { return {setFocusAction()}; }
-};
 
 /// Named after what it asks; nothing outside it can be reached.
 class SheetAccessible final : public QAccessibleWidget
@@ -152,12 +133,6 @@ public:
 
 QAccessibleInterface* accessibleFor(const QString& className, QObject* object)
 {
-    if (className == "lapsa::FileListView"_L1) {
-        return static_cast<FileListView*>(object)->makeAccessible();
-    }
-    if (className == "lapsa::FileRowView"_L1) {
-        return new RowAccessible(static_cast<QWidget*>(object));
-    }
     if (className == "lapsa::Sheet"_L1) {
         return new SheetAccessible(*static_cast<Sheet*>(object));
     }

@@ -18,6 +18,7 @@
 #include "Localized.h"
 #include "MainQueue.h"
 #include "Material.h"
+#include "PanelAccessibility.h"
 #include "Sheet.h"
 #include "SymbolButton.h"
 #include "TextLabel.h"
@@ -51,6 +52,7 @@ LapsaPanelView::LapsaPanelView(const Environment& environment, std::function<voi
     , m_openPreferences(std::move(openPreferences))
 {
     installAccessibility();
+    installPanelAccessibility();
     setFixedSize(panelSize);
     setWindowTitle(u"Lapsa"_s);
     auto* const column = new QVBoxLayout(this);

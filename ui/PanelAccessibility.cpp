@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "PanelAccessibility.h"
+
+#include "FileListView.h"
+
+#include <QAccessibleWidget>
+
+namespace lapsa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A row is reached by the arrow keys also while it is no stop of Tab.
+class RowAccessible final : public QAccessibleWidget
+{
+public:
+    explicit RowAccessible(QWidget* row)
+        : QAccessibleWidget(row, QAccessible::ListItem)
+    {}
+
+    [[nodiscard]] QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.focusable = true;
+        return state;
+    }
+
+    [[nodiscard]] QStringList actionNames() const override { return {setFocusAction()}; }
+};
+
+QAccessibleInterface* accessibleFor(const QString& className, QObject* object)
+{
+    if (className == "lapsa::FileListView"_L1) {
+        return static_cast<FileListView*>(object)->makeAccessible();
+    }
+    if (className == "lapsa::FileRowView"_L1) {
+        return new RowAccessible(static_cast<QWidget*>(object));
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void installPanelAccessibility()
+{
+    [[maybe_unused]] static const bool once = [] {
+        QAccessible::installFactory(accessibleFor);
+        return true;
+    }();
+}
+
+} // namespace lapsa
