@@ -9,7 +9,7 @@ function(lapsa_add_room NAME)
     cmake_parse_arguments(PARSE_ARGV 1 ROOM "" "" "SOURCES;USES;PRIVATELY_USES")
     add_library(lapsa_${NAME} STATIC ${ROOM_SOURCES})
     add_library(Lapsa::${NAME} ALIAS lapsa_${NAME})
-    set_target_properties(lapsa_${NAME} PROPERTIES AUTOMOC ON)
+    set_target_properties(lapsa_${NAME} PROPERTIES AUTOMOC ON LAPSA_ROOM ON)
     target_include_directories(lapsa_${NAME} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
     target_link_libraries(lapsa_${NAME}
         PUBLIC ${ROOM_USES}

@@ -1,0 +1,62 @@
+# SPDX-FileCopyrightText: The Lapsa authors
+# SPDX-License-Identifier: MIT
+"""The plan of the house: which room may use which.
+
+A link line may name fewer rooms than the plan allows, never more. A new arrow is drawn here first.
+"""
+
+FILES = {"copy", "removal", "io"}
+INTERFACE = {"dialogs", "widgets", "theme", "l10n"}
+
+MAY_USE = {
+    "base": set(),
+
+    # The trash is reached through FileBatch only.
+    "io": {"base"},
+    "removal": {"io", "base"},
+    "copy": {"removal", "io", "base"},
+    "trash": {"io", "base"},
+    "filesystem": {"trash", "base"} | FILES,
+
+    "platform": {"base"},
+    "process": {"base"},
+    "x11": {"platform", "base"},
+    "portal": {"platform", "base"},
+    "clipboard": {"x11", "platform", "base"},
+    "selection": {"clipboard", "x11", "platform", "base"},
+    "tray": {"x11", "platform", "base"},
+    "hotkeys": {"x11", "portal", "platform", "base"},
+    "session": {"portal", "process", "platform", "base"},
+    "freedesktop": {"selection", "tray", "hotkeys", "session", "x11", "platform", "base"},
+
+    "model": {"io", "platform", "base"},
+    "engine": {"model", "filesystem", "platform", "base"} | FILES,
+
+    # What the controls look like and say; none of these knows the model or the engine.
+    "theme": {"platform", "base"},
+    "l10n": {"base"},
+    "widgets": {"theme", "l10n", "platform", "base"},
+    "dialogs": {"widgets", "theme", "l10n", "platform", "base"},
+
+    # The two surfaces never meet.
+    "panel": {"engine", "model", "io", "platform", "base"} | INTERFACE,
+    "preferences": {"engine", "model", "io", "platform", "base"} | INTERFACE,
+
+    # It wires everything, but only the program itself makes the real facilities.
+    # Until it asks interfaces of platform/ about clicks beside the panel and about compositing, it uses x11 as well.
+    "desktop": {"x11", "panel", "preferences", "engine", "model", "io", "platform", "base"} | INTERFACE,
+}
+
+# The program: desktop/LapsaApp.cpp.
+PROGRAM = "lapsa"
+PROGRAM_MAY_USE = set(MAY_USE) | {"resources"}
+
+# Rooms that run without a display, a session bus or a window, and the libraries that they may link besides.
+WITHOUT_DESKTOP = {"base", "io", "removal", "copy", "trash", "filesystem", "platform", "process", "model", "engine"}
+CORE = {"Qt6::Core", "simdjson::simdjson"}
+# Headers that must not be found there.
+DESKTOP_HEADERS = ("QWidget", "QColor", "QDBusConnection")
+
+# Test programs of these folders link none of the libraries of a desktop.
+CORE_TESTS = ("tests/base/", "tests/filesystem/", "tests/model/", "tests/engine/", "tests/faults/", "tests/soak/")
+DESKTOP_LIBRARIES = r"libQt6(Gui|Widgets|DBus|Svg)\b|libxcb|libX11"
