@@ -154,7 +154,7 @@ def main():
     parser.add_argument("--seconds", type=int, default=60)
     parser.add_argument("program")
     options = parser.parse_args()
-    print("| running program | items | PSS, or time | PSS with the toolkit to itself | private | wanted | |")
+    print("| running program | items | PSS, or time | PSS with the toolkit to itself | private | target | |")
     print("|---|--:|--:|--:|--:|---|---|")
     for items in (10, 100000):
         for row in measure(os.path.abspath(options.program), items, options.seconds):

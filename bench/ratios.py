@@ -73,7 +73,7 @@ def ratios(runs):
 
 def print_tables(results, key):
     wanted = json.loads((HERE / "wanted.json").read_text(encoding="utf-8"))
-    print("| operation | items | Lapsa, ms | peer | peer, ms | ratio | wanted |")
+    print("| operation | items | Lapsa, ms | peer | peer, ms | ratio | target |")
     print("|---|--:|--:|---|--:|--:|---|")
     runs = fastest_runs(results, key)
     for operation, sides in runs.items():
