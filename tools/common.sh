@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash
 #
-# What the tools share. To be sourced, after `set -euo pipefail`.
+# Functions shared by the tools. Source this after `set -euo pipefail`.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
@@ -19,15 +19,15 @@ if [[ "$(locale charmap 2>/dev/null)" != UTF-8 ]]; then
     export LC_CTYPE=C.UTF-8
 fi
 
-# The version, which stands in one place.
+# The version, which is defined in CMakeLists.txt only.
 lapsa_version() {
     local version
     version=$(sed -nE 's/^project\(lapsa VERSION ([0-9.]+) .*/\1/p' "$root/CMakeLists.txt")
-    [[ -n $version ]] || fail "CMakeLists.txt tells no version"
+    [[ -n $version ]] || fail "CMakeLists.txt contains no version"
     printf '%s\n' "$version"
 }
 
-# Whether this is a checkout, and not an unpacked archive, which may lie in somebody's checkout.
+# Whether this is a git checkout, and not an unpacked archive, possibly inside another checkout.
 is_checkout() {
     [[ "$(git -C "$root" rev-parse --show-toplevel 2>/dev/null)" -ef "$root" ]]
 }
@@ -38,12 +38,12 @@ as_root() {
     elif command -v sudo >/dev/null; then
         sudo "$@"
     else
-        say "This needs root, and there is no sudo here: $*"
+        say "This needs root, and sudo is not installed: $*"
         return 1
     fi
 }
 
-# The packages of the given purposes, one a line.
+# The packages for the given purposes, one per line.
 packages_for() {
     local purpose
     for purpose in "$@"; do
@@ -51,8 +51,8 @@ packages_for() {
     done | sort -u
 }
 
-# Of the packages named on standard input, those that are not installed. One with a question mark behind its name is not
-# in every release of Debian.
+# Filters the packages on standard input: those that are not installed. A question mark after a name means that not every
+# release of Debian has the package.
 not_installed() {
     local package
     while read -r package; do
@@ -62,7 +62,7 @@ not_installed() {
     done
 }
 
-# Of the packages named on standard input, those that this release has.
+# Filters the packages on standard input: those that this release has.
 known_here() {
     local package
     while read -r package; do
@@ -74,24 +74,24 @@ known_here() {
     done
 }
 
-# Installs what is missing of the packages for the given purposes; says nothing and asks nothing when all is there.
+# Installs the missing packages for the given purposes; silent if there are none.
 install_missing() {
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
         if ! command -v cmake >/dev/null || ! command -v ninja >/dev/null; then
-            say "This is not a Debian system, so nothing is installed here. Needed is what Debian calls:"
+            say "This is not a Debian system, so nothing is installed automatically. You need these packages (Debian's names):"
             packages_for "$@" | sed 's/^/    /; s/?$//' >&2
             fail "CMake or Ninja is missing"
         fi
         return 0
     fi
     local missing log
-    # That some are not in this release is asked only when there is something to install: asking takes a second.
+    # Which packages this release has is checked only if something must be installed: it takes a second.
     mapfile -t missing < <(packages_for "$@" | not_installed | grep -v '?$')
     [[ ${#missing[@]} -gt 0 ]] || return 0
 
     say "Installing: ${missing[*]}"
     log=$(mktemp)
-    # The lists of a fresh machine are empty or old.
+    # A fresh machine has no package lists, or old ones.
     if as_root apt-get -q -o DPkg::Lock::Timeout=300 update >"$log" 2>&1 </dev/null &&
         mapfile -t missing < <(packages_for "$@" | not_installed | known_here) &&
         as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 \
@@ -101,15 +101,15 @@ install_missing() {
     fi
     tail -n 15 "$log" >&2
     rm -f "$log"
-    fail "The packages above could not be installed. Install them by hand, then start this again."
+    fail "The packages above could not be installed. Install them by hand and try again."
 }
 
-# Compiled once is enough, where the cache for that is installed.
+# Uses the compiler cache if it is installed.
 if command -v ccache >/dev/null; then
     export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
 fi
 
-# configure PRESET [CMAKE OPTION...]: only where it was not done with these presets yet; the build looks at the rest.
+# configure PRESET [CMAKE OPTION...]: only if the presets changed since the last time; the build checks everything else.
 configure() {
     local preset=$1 folder="$root/build/$1" log
     shift
@@ -120,11 +120,11 @@ configure() {
     log="$folder/configure.log"
     if ! (cd "$root" && cmake --preset "$preset" "$@") >"$log" 2>&1 </dev/null; then
         tail -n 25 "$log" >&2
-        fail "The build could not be prepared; everything it said stands in $log"
+        fail "CMake failed; its output is in $log"
     fi
 }
 
-# build PRESET [TARGET...]: shows what the compiler does only when there is something to do.
+# build PRESET [TARGET...]: shows output only if there is something to build.
 build() {
     local folder="$root/build/$1"
     shift
