@@ -4,15 +4,13 @@
 #include "PreferencesView.h"
 
 #include "Accessibility.h"
-#include "AutoCleanFolderView.h"
-#include "FileTypeRuleView.h"
 #include "FocusRing.h"
-#include "FolderChooser.h"
+#include "FoldersTab.h"
+#include "GeneralTab.h"
 #include "LapsaStore.h"
-#include "ListSection.h"
 #include "Localized.h"
 #include "Material.h"
-#include "PushButton.h"
+#include "RulesTab.h"
 #include "ScrollPage.h"
 #include "SettingsStore.h"
 #include "SymbolTabBar.h"
@@ -21,7 +19,6 @@
 #include <QPainter>
 #include <QShortcut>
 #include <QStackedWidget>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -40,7 +37,6 @@ constexpr int tabsToPage = 4;
 PreferencesView::PreferencesView(LapsaStore& store, FolderPicker& folderPicker, QWidget* parent)
     : QWidget(parent)
     , m_store(store)
-    , m_folderPicker(folderPicker)
     , m_tabs(new SymbolTabBar(this))
     , m_pages(new QStackedWidget(this))
 {
@@ -49,21 +45,15 @@ PreferencesView::PreferencesView(LapsaStore& store, FolderPicker& folderPicker, 
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, topMargin, 0, 0);
     column->setSpacing(tabsToPage);
-    auto* const tabRow = new QHBoxLayout;
-    tabRow->setContentsMargins(ScrollPage::margin, 0, ScrollPage::margin, 0);
-    tabRow->addStretch();
-    tabRow->addWidget(m_tabs);
-    tabRow->addStretch();
-    column->addLayout(tabRow);
+    column->addLayout(makeTabs());
     column->addWidget(m_pages, 1);
-
-    m_tabs->setAccessibleName(Localized::preferences());
-    m_tabs->addTab(u"gearshape"_s, Localized::text(u"General"_s, u"Generale"_s));
-    m_tabs->addTab(u"doc.badge.gearshape"_s, Localized::fileTypeRules());
-    m_tabs->addTab(u"folder.badge.gearshape"_s, Localized::text(u"Folders"_s, u"Cartelle"_s));
-    makeGeneralTab();
-    makeRulesTab();
-    makeFoldersTab();
+    m_general = new GeneralTab(store, m_tabs->tabText(static_cast<int>(Tab::General)), m_pages);
+    m_rules = new RulesTab(store, m_pages);
+    m_folders = new FoldersTab(store, folderPicker, m_pages);
+    for (QWidget* const page :
+         {static_cast<QWidget*>(m_general), static_cast<QWidget*>(m_rules), static_cast<QWidget*>(m_folders)}) {
+        m_pages->addWidget(page);
+    }
     new FocusRing(*this);
 
     connect(m_tabs, &QTabBar::currentChanged, m_pages, &QStackedWidget::setCurrentIndex);
@@ -79,7 +69,7 @@ void PreferencesView::showTab(Tab tab)
 
 bool PreferencesView::showingFolderPicker() const
 {
-    return m_folderQuestion != nullptr || m_folderChooser != nullptr;
+    return m_folders->showingFolderPicker();
 }
 
 void PreferencesView::paintEvent(QPaintEvent*)
@@ -103,21 +93,18 @@ void PreferencesView::showEvent(QShowEvent* event)
     refresh();
 }
 
-ScrollPage* PreferencesView::makePage(const QString& name)
+QLayout* PreferencesView::makeTabs()
 {
-    auto* const page = new ScrollPage(name, m_pages);
-    m_pages->addWidget(page);
-    return page;
-}
-
-ListSection* PreferencesView::makeListTab(const QString& heading, PushButton* button)
-{
-    ScrollPage* const page = makePage(heading);
-    auto* const section = new ListSection(heading, button);
-    page->sections().addWidget(section);
-    page->sections().addStretch();
-    m_refreshers.push_back([page, section] { page->setOverhang(section->overhang()); });
-    return section;
+    m_tabs->setAccessibleName(Localized::preferences());
+    m_tabs->addTab(u"gearshape"_s, Localized::text(u"General"_s, u"Generale"_s));
+    m_tabs->addTab(u"doc.badge.gearshape"_s, Localized::fileTypeRules());
+    m_tabs->addTab(u"folder.badge.gearshape"_s, Localized::text(u"Folders"_s, u"Cartelle"_s));
+    auto* const row = new QHBoxLayout;
+    row->setContentsMargins(ScrollPage::margin, 0, ScrollPage::margin, 0);
+    row->addStretch();
+    row->addWidget(m_tabs);
+    row->addStretch();
+    return row;
 }
 
 void PreferencesView::makeShortcuts()
@@ -153,11 +140,9 @@ void PreferencesView::noteChange()
 
 void PreferencesView::refresh()
 {
-    for (const auto& bringUpToDate : m_refreshers) {
-        bringUpToDate();
-    }
-    refreshRules();
-    refreshFolders();
+    m_general->refresh();
+    m_rules->refresh();
+    m_folders->refresh();
     applyTheme();
 }
 
@@ -168,17 +153,6 @@ void PreferencesView::applyTheme()
         m_appliedTheme = theme;
         m_store.applyAppTheme(theme);
     }
-}
-
-void PreferencesView::revealNewest(QWidget& view)
-{
-    auto* const area = qobject_cast<ScrollPage*>(m_pages->currentWidget());
-    // Not before the page knows its new height.
-    QTimer::singleShot(0, &view, [area, &view] {
-        area->widget()->layout()->activate();
-        area->widget()->adjustSize();
-        area->ensureWidgetVisible(&view, 0, ScrollPage::margin);
-    });
 }
 
 } // namespace lapsa

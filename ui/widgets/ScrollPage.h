@@ -14,7 +14,7 @@ class ScrollFade;
 
 /// A column of sections that scrolls. The scroll bar lies in the margin, so that nothing moves when it comes or goes;
 /// what lies beyond an edge runs out softly.
-class ScrollPage final : public QScrollArea
+class ScrollPage : public QScrollArea
 {
     Q_OBJECT
 

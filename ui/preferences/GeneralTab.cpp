@@ -1,17 +1,16 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "GeneralTab.h"
+
 #include "Card.h"
 #include "DurationEditor.h"
 #include "DurationFormatter.h"
 #include "LapsaStore.h"
 #include "Localized.h"
-#include "PreferencesView.h"
-#include "ScrollPage.h"
 #include "SegmentedControl.h"
 #include "SettingBinding.h"
 #include "Stepper.h"
-#include "SymbolTabBar.h"
 #include "TextLabel.h"
 #include "Toggle.h"
 
@@ -87,17 +86,24 @@ QWidget* makeStack(QWidget* parent, int spacing)
 
 } // namespace
 
-void PreferencesView::makeGeneralTab()
+GeneralTab::GeneralTab(LapsaStore& store, const QString& name, QWidget* parent)
+    : ScrollPage(name, parent)
+    , m_store(store)
 {
-    ScrollPage* const page = makePage(m_tabs->tabText(static_cast<int>(Tab::General)));
-    QVBoxLayout& sections = page->sections();
-    sections.addWidget(makeGeneralSection(page->widget()));
-    sections.addWidget(makeNotificationsSection(page->widget()));
-    sections.addWidget(makeRecoverySection(page->widget()));
-    sections.addStretch();
+    sections().addWidget(makeGeneralSection(widget()));
+    sections().addWidget(makeNotificationsSection(widget()));
+    sections().addWidget(makeRecoverySection(widget()));
+    sections().addStretch();
 }
 
-FormSection* PreferencesView::makeGeneralSection(QWidget* page)
+void GeneralTab::refresh()
+{
+    for (const auto& showSetting : m_refreshers) {
+        showSetting();
+    }
+}
+
+FormSection* GeneralTab::makeGeneralSection(QWidget* page)
 {
     FormSection* const section = makeSection(Localized::text(u"General"_s, u"Generale"_s), page);
     Card& card = section->card();
@@ -132,7 +138,7 @@ FormSection* PreferencesView::makeGeneralSection(QWidget* page)
     return section;
 }
 
-FormSection* PreferencesView::makeNotificationsSection(QWidget* page)
+FormSection* GeneralTab::makeNotificationsSection(QWidget* page)
 {
     FormSection* const section = makeSection(Localized::text(u"Notifications"_s, u"Notifiche"_s), page);
     Card& card = section->card();
@@ -152,7 +158,7 @@ FormSection* PreferencesView::makeNotificationsSection(QWidget* page)
     return section;
 }
 
-FormSection* PreferencesView::makeRecoverySection(QWidget* page)
+FormSection* GeneralTab::makeRecoverySection(QWidget* page)
 {
     FormSection* const section = makeSection(Localized::recovery(), page);
     section->card().addRow(makeRecoveryToggle());
@@ -160,7 +166,7 @@ FormSection* PreferencesView::makeRecoverySection(QWidget* page)
     return section;
 }
 
-void PreferencesView::addToggle(Card& card, const QString& text, bool LapsaSettings::*field)
+void GeneralTab::addToggle(Card& card, const QString& text, bool LapsaSettings::*field)
 {
     const SettingBinding<bool> setting = settingBinding(m_store, field);
     auto* const toggle = new Toggle(text, &card);
@@ -169,7 +175,7 @@ void PreferencesView::addToggle(Card& card, const QString& text, bool LapsaSetti
     m_refreshers.push_back([toggle, setting] { toggle->showChecked(setting.read()); });
 }
 
-QWidget* PreferencesView::makeThemePicker()
+QWidget* GeneralTab::makeThemePicker()
 {
     QStringList names;
     for (const LapsaTheme theme : allLapsaThemes) {
@@ -183,7 +189,7 @@ QWidget* PreferencesView::makeThemePicker()
     return picker;
 }
 
-QWidget* PreferencesView::makeRecoveryToggle()
+QWidget* GeneralTab::makeRecoveryToggle()
 {
     const auto setting = settingBinding(m_store, &LapsaSettings::useRecoveryWindow);
     QWidget* const stack = makeStack(this, explanationSpacing);
@@ -202,7 +208,7 @@ QWidget* PreferencesView::makeRecoveryToggle()
     return stack;
 }
 
-QWidget* PreferencesView::makeRetention()
+QWidget* GeneralTab::makeRetention()
 {
     const auto setting = settingBinding(m_store, &LapsaSettings::recoveryRetentionHours);
     auto* const row = new QWidget(this);

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "FoldersTab.h"
+
 #include "AutoCleanFolderView.h"
 #include "FolderChooser.h"
 #include "LapsaStore.h"
-#include "ListSection.h"
 #include "Localized.h"
 #include "NoFoldersView.h"
-#include "PreferencesView.h"
 #include "PushButton.h"
 #include "RuleColumn.h"
 
@@ -18,32 +18,45 @@ namespace lapsa {
 
 using namespace Qt::StringLiterals;
 
-void PreferencesView::makeFoldersTab()
+FoldersTab::FoldersTab(LapsaStore& store, FolderPicker& folderPicker, QWidget* parent)
+    : ListTab(Localized::autoCleanFolders(),
+              new PushButton(Localized::text(u"Add folder"_s, u"Aggiungi cartella"_s), PushButton::Kind::Plain), parent)
+    , m_store(store)
+    , m_folderPicker(folderPicker)
+    , m_empty(new NoFoldersView)
 {
-    m_addFolder = new PushButton(Localized::text(u"Add folder"_s, u"Aggiungi cartella"_s), PushButton::Kind::Plain);
-    m_addFolder->setSymbol(u"folder.badge.plus"_s);
-    m_folderColumn = &makeListTab(Localized::autoCleanFolders(), m_addFolder)->column();
-    auto* const empty = new NoFoldersView;
-    m_folderColumn->addWidget(empty);
-    m_refreshers.push_back([this, empty] { empty->setVisible(m_store.settings().autoCleanFolders.isEmpty()); });
-    connect(empty, &NoFoldersView::chosen, this, &PreferencesView::addFolder);
-    connect(m_addFolder, &PushButton::clicked, this, &PreferencesView::showFolderPicker);
+    addButton().setSymbol(u"folder.badge.plus"_s);
+    column().addWidget(m_empty);
+    connect(m_empty, &NoFoldersView::chosen, this, &FoldersTab::addFolder);
+    connect(&addButton(), &PushButton::clicked, this, &FoldersTab::showFolderPicker);
 }
 
-void PreferencesView::refreshFolders()
+void FoldersTab::refresh()
 {
-    ruleColumn::bringInLine(m_folders, m_store.settings().autoCleanFolders, *m_folderColumn, *m_addFolder,
+    alignHeading();
+    m_empty->setVisible(m_store.settings().autoCleanFolders.isEmpty());
+    refreshCards();
+}
+
+bool FoldersTab::showingFolderPicker() const
+{
+    return m_folderQuestion != nullptr || m_folderChooser != nullptr;
+}
+
+void FoldersTab::refreshCards()
+{
+    ruleColumn::bringInLine(m_cards, m_store.settings().autoCleanFolders, column(), addButton(),
                             [this](const QUuid& id) { return new AutoCleanFolderView(m_store, id, this); });
 }
 
-void PreferencesView::showFolderPicker()
+void FoldersTab::showFolderPicker()
 {
     if (m_folderChooser != nullptr) {
         m_folderChooser->raise();
         m_folderChooser->activateWindow();
         return;
     }
-    // A dialog of the desktop that is open already may lie behind other windows: it gives way to a new one.
+    // A dialog of the desktop that is already open may lie behind other windows: a new one replaces it.
     m_folderQuestion.reset();
     m_folderQuestion = m_folderPicker.ask({.title = Localized::text(u"Add folder"_s, u"Aggiungi cartella"_s),
                                            .acceptLabel = Localized::text(u"Add"_s, u"Aggiungi"_s),
@@ -52,18 +65,18 @@ void PreferencesView::showFolderPicker()
                                           [this](const FolderPicker::Answer& answer) { folderPicked(answer); });
 }
 
-void PreferencesView::folderPicked(const FolderPicker::Answer& answer)
+void FoldersTab::folderPicked(const FolderPicker::Answer& answer)
 {
     m_folderQuestion.reset();
     if (const auto* const folder = std::get_if<QUrl>(&answer)) {
         m_lastFolder = QFileInfo(folder->toLocalFile()).path();
         addFolder(*folder);
-    } else if (std::holds_alternative<FolderPicker::Unavailable>(answer) && isVisible()) {
+    } else if (std::holds_alternative<FolderPicker::Unavailable>(answer) && window()->isVisible()) {
         showFolderChooser();
     }
 }
 
-void PreferencesView::showFolderChooser()
+void FoldersTab::showFolderChooser()
 {
     m_folderChooser = new FolderChooser(m_lastFolder, window());
     m_folderChooser->setAttribute(Qt::WA_DeleteOnClose);
@@ -76,13 +89,13 @@ void PreferencesView::showFolderChooser()
     m_folderChooser->open();
 }
 
-void PreferencesView::addFolder(const QUrl& folder)
+void FoldersTab::addFolder(const QUrl& folder)
 {
-    const qsizetype before = m_folders.size();
+    const qsizetype before = m_cards.size();
     m_store.addAutoCleanFolder(folder);
-    refreshFolders();
-    if (m_folders.size() > before) {
-        revealNewest(*m_folders.constLast());
+    refreshCards();
+    if (m_cards.size() > before) {
+        reveal(*m_cards.constLast());
     }
 }
 

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "FolderPicker.h"
+#include "ListTab.h"
+
+#include <QList>
+#include <QPointer>
+
+#include <memory>
+
+namespace lapsa {
+
+class AutoCleanFolderView;
+class FolderChooser;
+class LapsaStore;
+class NoFoldersView;
+
+/// The watched folders, a card each, and the dialog in which one is chosen.
+class FoldersTab final : public ListTab
+{
+    Q_OBJECT
+
+public:
+    /// Store and picker outlive the tab.
+    FoldersTab(LapsaStore& store, FolderPicker& folderPicker, QWidget* parent = nullptr);
+
+    /// Shows the folders as their rules are now.
+    void refresh();
+    /// Whether a folder is being chosen, in the desktop's dialog or in our own.
+    [[nodiscard]] bool showingFolderPicker() const;
+
+private:
+    void refreshCards();
+    void showFolderPicker();
+    void folderPicked(const FolderPicker::Answer& answer);
+    /// Our own dialog, for desktops without one.
+    void showFolderChooser();
+    void addFolder(const QUrl& folder);
+
+    LapsaStore& m_store;
+    FolderPicker& m_folderPicker;
+    NoFoldersView* m_empty;
+    QList<AutoCleanFolderView*> m_cards;
+    std::unique_ptr<FolderQuestion> m_folderQuestion;
+    QPointer<FolderChooser> m_folderChooser;
+    /// The folder that the chooser showed last; empty until then.
+    QString m_lastFolder;
+};
+
+} // namespace lapsa

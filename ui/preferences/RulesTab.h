@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ListTab.h"
+
+#include <QList>
+
+namespace lapsa {
+
+class FileTypeRuleView;
+class LapsaStore;
+
+/// The file type rules, a card each.
+class RulesTab final : public ListTab
+{
+    Q_OBJECT
+
+public:
+    /// The store outlives the tab.
+    explicit RulesTab(LapsaStore& store, QWidget* parent = nullptr);
+
+    /// Shows the rules as they are now.
+    void refresh();
+
+private:
+    void refreshCards();
+    void addRule();
+
+    LapsaStore& m_store;
+    QList<FileTypeRuleView*> m_cards;
+};
+
+} // namespace lapsa
