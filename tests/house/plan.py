@@ -29,7 +29,7 @@ MAY_USE = {
     "session": {"portal", "process", "platform", "base"},
     "freedesktop": {"selection", "tray", "hotkeys", "session", "x11", "platform", "base"},
 
-    "model": {"io", "platform", "base"},
+    "model": {"filesystem", "io", "platform", "base"},
     "engine": {"model", "filesystem", "platform", "base"} | FILES,
 
     # What the controls look like and say; none of these knows the model or the engine.
@@ -46,6 +46,9 @@ MAY_USE = {
     # Until it asks interfaces of platform/ about clicks beside the panel and about compositing, it uses x11 as well.
     "desktop": {"x11", "panel", "preferences", "engine", "model", "io", "platform", "base"} | INTERFACE,
 }
+
+# Arrows along which no include goes: FileSystem.h of io declares functions that are written in filesystem.
+WITHOUT_INCLUDE = {("model", "filesystem")}
 
 # The program: desktop/LapsaApp.cpp.
 PROGRAM = "lapsa"
