@@ -28,7 +28,7 @@ constexpr int explanationSpacing = 2;
 constexpr DurationEditor::Bounds lifespanBounds{.minTotalMinutes = 1, .maxTotalMinutes = maxLifespanMinutes};
 
 template <typename T>
-SettingBinding<T> folderBinding(LapsaStore& store, const QUuid& id, T LapsaAutoCleanFolderRule::*field)
+Binding<T> folderBinding(LapsaStore& store, const QUuid& id, T LapsaAutoCleanFolderRule::*field)
 {
     return ruleBinding(store, &LapsaSettings::autoCleanFolders, id, field, LapsaAutoCleanFolderRule().*field);
 }
@@ -117,7 +117,7 @@ void AutoCleanFolderView::makeControls(QWidget* stack)
                              &LapsaAutoCleanFolderRule::applyFileTypeRules, stack),
                   m_byTheRules));
     const auto lifespan = folderBinding(m_store, m_id, &LapsaAutoCleanFolderRule::lifespanMinutes);
-    m_lifespan = new DurationEditor({lifespan.read, lifespan.write}, lifespanBounds, stack);
+    m_lifespan = new DurationEditor(lifespan, lifespanBounds, stack);
     auto* const remove = new PushButton(Localized::text(u"Remove folder"_s, u"Rimuovi cartella"_s),
                                         PushButton::Kind::Destructive, stack);
     column->addLayout(new EditorLine(m_lifespan, remove));

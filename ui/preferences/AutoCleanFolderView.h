@@ -38,7 +38,7 @@ private:
     struct BoundToggle
     {
         Toggle* toggle = nullptr;
-        SettingBinding<bool> setting;
+        Binding<bool> setting;
     };
 
     void makeControls(QWidget* stack);

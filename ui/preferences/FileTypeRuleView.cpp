@@ -25,8 +25,7 @@ constexpr int stackSpacing = 8;
 constexpr DurationEditor::Bounds lifespanBounds{.minTotalMinutes = 1, .maxTotalMinutes = maxLifespanMinutes};
 
 template <typename T>
-SettingBinding<T> fileRuleBinding(LapsaStore& store, const QUuid& id, T LapsaFileTypeRule::*field,
-                                  const T& defaultValue)
+Binding<T> fileRuleBinding(LapsaStore& store, const QUuid& id, T LapsaFileTypeRule::*field, const T& defaultValue)
 {
     return ruleBinding(store, &LapsaSettings::fileTypeRules, id, field, defaultValue);
 }
@@ -90,7 +89,7 @@ void FileTypeRuleView::makeControls(QWidget* stack)
     m_extensions = new QLineEdit(stack);
     m_extensions->setPlaceholderText(placeholder);
     m_extensions->setAccessibleName(placeholder);
-    m_lifespan = new DurationEditor({lifespan.read, lifespan.write}, lifespanBounds, stack);
+    m_lifespan = new DurationEditor(lifespan, lifespanBounds, stack);
     m_remove =
         new PushButton(Localized::text(u"Remove rule"_s, u"Rimuovi regola"_s), PushButton::Kind::Destructive, stack);
     column->addWidget(m_toggle);

@@ -36,8 +36,8 @@ private:
 
     LapsaStore& m_store;
     QUuid m_id;
-    SettingBinding<bool> m_enabled;
-    SettingBinding<QString> m_extensionsCSV;
+    Binding<bool> m_enabled;
+    Binding<QString> m_extensionsCSV;
     Toggle* m_toggle = nullptr;
     QLineEdit* m_extensions = nullptr;
     DurationEditor* m_lifespan = nullptr;

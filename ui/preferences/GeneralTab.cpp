@@ -44,12 +44,12 @@ struct DurationControls
     }
 };
 
-DurationControls makeDuration(const SettingBinding<std::int64_t>& minutes, const DurationEditor::Bounds& bounds,
+DurationControls makeDuration(const Binding<std::int64_t>& minutes, const DurationEditor::Bounds& bounds,
                               ColorRole role, QWidget* parent)
 {
     auto* const text = new TextLabel({}, bodyText, role, parent);
     text->setTabular(true);
-    return {.text = text, .editor = new DurationEditor({minutes.read, minutes.write}, bounds, parent)};
+    return {.text = text, .editor = new DurationEditor(minutes, bounds, parent)};
 }
 
 QString nameOf(LapsaTheme theme)
@@ -168,7 +168,7 @@ FormSection* GeneralTab::makeRecoverySection(QWidget* page)
 
 void GeneralTab::addToggle(Card& card, const QString& text, bool LapsaSettings::*field)
 {
-    const SettingBinding<bool> setting = settingBinding(m_store, field);
+    const Binding<bool> setting = settingBinding(m_store, field);
     auto* const toggle = new Toggle(text, &card);
     connect(toggle, &Toggle::switched, this, setting.write);
     card.addRow(toggle);

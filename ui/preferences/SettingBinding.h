@@ -3,28 +3,20 @@
 
 #pragma once
 
+#include "Binding.h"
 #include "LapsaSettings.h"
 #include "LapsaStore.h"
 
 #include <QUuid>
 
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 namespace lapsa {
 
-/// One control's line to one field of the settings: read whenever it is shown, written through at once. It copies
-/// nothing; the store outlives it.
+/// Binds a control to one field of the settings. The store outlives the binding.
 template <typename T>
-struct SettingBinding
-{
-    std::function<T()> read;
-    std::function<void(T)> write;
-};
-
-template <typename T>
-[[nodiscard]] SettingBinding<T> settingBinding(LapsaStore& store, T LapsaSettings::*field)
+[[nodiscard]] Binding<T> settingBinding(LapsaStore& store, T LapsaSettings::*field)
 {
     return {.read = [&store, field] { return store.settings().*field; },
             .write =
@@ -35,11 +27,11 @@ template <typename T>
                 }};
 }
 
-/// A field of one rule, found by the rule's id each time. Of a rule that is gone `defaultValue` is read, and what is
-/// written to it is lost: a row may outlive its rule for a moment.
+/// Binds a control to a field of one rule, which is looked up by its id each time. If the rule is gone, `defaultValue`
+/// is read and writes are ignored: a card may outlive its rule for a moment. The store outlives the binding.
 template <typename Rule, typename T>
-[[nodiscard]] SettingBinding<T> ruleBinding(LapsaStore& store, QList<Rule> LapsaSettings::*rules, const QUuid& id,
-                                            T Rule::*field, const T& defaultValue)
+[[nodiscard]] Binding<T> ruleBinding(LapsaStore& store, QList<Rule> LapsaSettings::*rules, const QUuid& id,
+                                     T Rule::*field, const T& defaultValue)
 {
     return {.read =
                 [&store, rules, id, field, defaultValue] {

@@ -39,7 +39,7 @@ constexpr double stackedScale = 1.3;
 
 } // namespace
 
-DurationEditor::DurationEditor(Binding totalMinutes, const Bounds& bounds, QWidget* parent)
+DurationEditor::DurationEditor(Binding<std::int64_t> totalMinutes, const Bounds& bounds, QWidget* parent)
     : QWidget(parent)
     , m_totalMinutes(std::move(totalMinutes))
     , m_bounds(bounds)

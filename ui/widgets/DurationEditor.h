@@ -3,11 +3,12 @@
 
 #pragma once
 
+#include "Binding.h"
+
 #include <QWidget>
 
 #include <array>
 #include <cstdint>
-#include <functional>
 
 class QBoxLayout;
 
@@ -32,13 +33,6 @@ class DurationEditor final : public QWidget
     Q_OBJECT
 
 public:
-    /// Where the number is read and written.
-    struct Binding
-    {
-        std::function<std::int64_t()> read;
-        std::function<void(std::int64_t)> write;
-    };
-
     /// The lowest and highest total that is shown or written; the lower one wins where they are the wrong way round.
     struct Bounds
     {
@@ -46,7 +40,7 @@ public:
         std::int64_t maxTotalMinutes = 525600;
     };
 
-    DurationEditor(Binding totalMinutes, const Bounds& bounds, QWidget* parent = nullptr);
+    DurationEditor(Binding<std::int64_t> totalMinutes, const Bounds& bounds, QWidget* parent = nullptr);
 
     [[nodiscard]] static std::int64_t clampedTotal(std::int64_t total, const Bounds& bounds);
     [[nodiscard]] static DurationFields fieldsOf(std::int64_t total, const Bounds& bounds);
@@ -84,7 +78,7 @@ private:
     void arrange();
     void writeUnit(Field field, std::int64_t value);
 
-    Binding m_totalMinutes;
+    Binding<std::int64_t> m_totalMinutes;
     Bounds m_bounds;
     std::array<Column, 3> m_columns;
     bool m_spread = false;
