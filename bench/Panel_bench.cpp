@@ -125,8 +125,8 @@ public:
     /// As after a start of the program.
     void makeAnew()
     {
-        controller.emplace(PanelController::Environment{m_world.store(), m_world.time, m_world.time,
-                                                        FileIconProvider::shared(), m_folderPicker});
+        controller.emplace(PanelController::Environment{
+            {m_world.store(), m_world.time, m_world.time, FileIconProvider::shared()}, m_folderPicker});
     }
 
     void open()

@@ -73,10 +73,10 @@ void AppDelegate::applicationDidFinishLaunching()
     m_cleanupService = std::make_unique<CleanupService>(
         *m_store, *m_notificationService, CleanupService::Environment{m_environment.clock, m_environment.mainQueue});
     m_panelController =
-        std::make_unique<PanelController>(PanelController::Environment{.store = *m_store,
-                                                                       .clock = m_environment.clock,
-                                                                       .mainQueue = m_environment.mainQueue,
-                                                                       .icons = FileIconProvider::shared(),
+        std::make_unique<PanelController>(PanelController::Environment{.panel = {.store = *m_store,
+                                                                                 .clock = m_environment.clock,
+                                                                                 .mainQueue = m_environment.mainQueue,
+                                                                                 .icons = FileIconProvider::shared()},
                                                                        .folderPicker = m_environment.folderPicker});
     connect(m_panelController.get(), &PanelController::popoverDidClose, this, [this] {
         clearStatusButtonHighlight();

@@ -5,7 +5,6 @@
 
 #include "AlertDialog.h"
 #include "Compositing.h"
-#include "LapsaPanelView.h"
 #include "LapsaStore.h"
 #include "Localized.h"
 #include "MainQueue.h"
@@ -129,7 +128,7 @@ void PanelController::showPreferences()
 void PanelController::applyTheme(const QWidget* window)
 {
     if (window != nullptr) {
-        m_environment.store.applyCurrentTheme();
+        m_environment.panel.store.applyCurrentTheme();
     }
 }
 
@@ -148,18 +147,14 @@ void PanelController::ensurePopover()
             controller->showPreferences();
         }
     };
-    m_popover = std::make_unique<PopoverWindow>(new LapsaPanelView({.store = m_environment.store,
-                                                                    .clock = m_environment.clock,
-                                                                    .mainQueue = m_environment.mainQueue,
-                                                                    .icons = m_environment.icons},
-                                                                   std::move(openPreferences)));
+    m_popover = std::make_unique<PopoverWindow>(new LapsaPanelView(m_environment.panel, std::move(openPreferences)));
     m_popover->setBehavior(behavior());
     connect(m_popover.get(), &PopoverWindow::didClose, this, &PanelController::reactToClose);
 }
 
 void PanelController::makePreferencesWindow()
 {
-    m_preferencesWindow = std::make_unique<PreferencesView>(m_environment.store, m_environment.folderPicker);
+    m_preferencesWindow = std::make_unique<PreferencesView>(m_environment.panel.store, m_environment.folderPicker);
     // Titled, closable and to be minimised, but not resizable.
     m_preferencesWindow->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                         Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
@@ -192,15 +187,15 @@ void PanelController::showAlert()
 void PanelController::reactToClose(PopoverWindow::CloseReason reason)
 {
     if (reason == PopoverWindow::CloseReason::FocusLost) {
-        m_justClosed = m_environment.mainQueue.asyncAfter(clickAfterFocusLoss, [this] { m_justClosed.reset(); });
+        m_justClosed = m_environment.panel.mainQueue.asyncAfter(clickAfterFocusLoss, [this] { m_justClosed.reset(); });
     }
     emit popoverDidClose();
 }
 
 PopoverWindow::Behavior PanelController::behavior() const
 {
-    return m_environment.store.settings().keepPanelOpen ? PopoverWindow::Behavior::ApplicationDefined
-                                                        : PopoverWindow::Behavior::Transient;
+    return m_environment.panel.store.settings().keepPanelOpen ? PopoverWindow::Behavior::ApplicationDefined
+                                                              : PopoverWindow::Behavior::Transient;
 }
 
 } // namespace lapsa

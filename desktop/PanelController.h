@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "LapsaPanelView.h"
 #include "PopoverWindow.h"
 
 #include <QObject>
@@ -13,11 +14,7 @@
 namespace lapsa {
 
 class AlertDialog;
-class Clock;
-class FileIconSource;
 class FolderPicker;
-class LapsaStore;
-class MainQueue;
 class PreferencesView;
 class ScheduledTask;
 class StatusButton;
@@ -29,13 +26,10 @@ class PanelController final : public QObject
     Q_OBJECT
 
 public:
-    /// What the panel shows. All of it outlives the controller.
+    /// What the panel and the preferences need. All of it outlives the controller.
     struct Environment
     {
-        LapsaStore& store;
-        const Clock& clock;
-        MainQueue& mainQueue;
-        FileIconSource& icons;
+        LapsaPanelView::Environment panel;
         FolderPicker& folderPicker;
     };
 

@@ -56,7 +56,7 @@ public:
     /// Nobody knows where it is: the panel comes up in the corner.
     RecordingStatusButton button;
     RecordingFolderPicker folderPicker;
-    PanelController controller{{store(), time, time, icons, folderPicker}};
+    PanelController controller{{{store(), time, time, icons}, folderPicker}};
 };
 
 /// Lets a while pass in which something that must not happen could happen.

@@ -47,7 +47,7 @@ public:
     RecordingIcons icons;
     RecordingStatusButton button;
     RecordingFolderPicker folderPicker;
-    PanelController controller{{store(), time, time, icons, folderPicker}};
+    PanelController controller{{{store(), time, time, icons}, folderPicker}};
 };
 
 /// A window of the same program that has nothing to do with the panel.

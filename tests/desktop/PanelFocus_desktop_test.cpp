@@ -61,7 +61,7 @@ public:
     RecordingIcons icons;
     RecordingStatusButton button;
     RecordingFolderPicker folderPicker;
-    PanelController controller{{store(), time, time, icons, folderPicker}};
+    PanelController controller{{{store(), time, time, icons}, folderPicker}};
 };
 
 /// Clicks twice, and waits until a widget has got the second click.
