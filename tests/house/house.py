@@ -4,9 +4,9 @@
 """house.py SOURCE_FOLDER BUILD_FOLDER [--configured]: whether the walls between the rooms hold.
 
 The link lines of the build are compared with the plan (plan.py) and with the includes of the sources. Then the compiler
-is asked, with the flags of each room, for headers that the room must not find and for one that it must find. Last, the
-test programs are looked at: those of files, model and engine load no library of a desktop. With --configured, that is
-left out, and a build folder that is only configured will do.
+is asked, with the flags of each room, for headers that the room must not find and for one that it must find. The test
+programs of files, model and engine must load no library of a desktop. Last, docs/house.svg must show the house as it is.
+With --configured, no built program is looked at, and a build folder that is only configured will do.
 """
 import json
 import re
@@ -20,6 +20,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).parent))
 sys.dont_write_bytecode = True
 import plan  # noqa: E402
+from picture import draw  # noqa: E402
 from targets import House  # noqa: E402
 
 
@@ -177,12 +178,18 @@ class Walls:
                 if re.match(plan.DESKTOP_LIBRARIES, library):
                     self.fail(target.name, f"needs {library}")
 
+    def check_picture(self):
+        drawn = self.house.source / "docs" / "house.svg"
+        if not drawn.exists() or drawn.read_text(encoding="utf-8") != draw(self.house):
+            self.fail("docs/house.svg", "does not show the house as it is; draw it anew with tools/house")
+
     def check(self):
         self.check_plan()
         self.check_files()
         self.check_includes()
         self.check_compiler()
         self.check_programs()
+        self.check_picture()
         print(f"{len(self.house.rooms)} rooms, " + ", ".join(f"{count} {what}" for what, count in self.counts.items()))
         for failure in self.failures:
             print(failure)
