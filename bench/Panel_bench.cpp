@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "DesktopFacilities.h"
 #include "FileIconProvider.h"
 #include "FileListView.h"
 #include "FileRowView.h"
@@ -8,9 +9,11 @@
 #include "LapsaStyle.h"
 #include "Measured.h"
 #include "PanelController.h"
+#include "PointerMonitor.h"
 #include "RecordingDesktop.h"
 #include "StoreWorld.h"
 #include "ThemePalette.h"
+#include "WindowSystem.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -125,8 +128,11 @@ public:
     /// As after a start of the program.
     void makeAnew()
     {
-        controller.emplace(PanelController::Environment{
-            {m_world.store(), m_world.time, m_world.time, FileIconProvider::shared()}, m_folderPicker});
+        controller.emplace(
+            PanelController::Environment{{m_world.store(), m_world.time, m_world.time, FileIconProvider::shared()},
+                                         m_folderPicker,
+                                         *m_windowSystem,
+                                         *m_pointer});
     }
 
     void open()
@@ -156,6 +162,8 @@ private:
     test::StoreWorld m_world{false};
     test::RecordingStatusButton m_button;
     test::RecordingFolderPicker m_folderPicker;
+    std::unique_ptr<WindowSystem> m_windowSystem = makeWindowSystem();
+    std::unique_ptr<PointerMonitor> m_pointer = makePointerMonitor();
 };
 
 /// Counts the rows of a list that are painted.

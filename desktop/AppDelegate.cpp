@@ -77,7 +77,9 @@ void AppDelegate::applicationDidFinishLaunching()
                                                                                  .clock = m_environment.clock,
                                                                                  .mainQueue = m_environment.mainQueue,
                                                                                  .icons = FileIconProvider::shared()},
-                                                                       .folderPicker = m_environment.folderPicker});
+                                                                       .folderPicker = m_environment.folderPicker,
+                                                                       .windowSystem = m_environment.windowSystem,
+                                                                       .pointer = m_environment.pointer});
     connect(m_panelController.get(), &PanelController::popoverDidClose, this, [this] {
         clearStatusButtonHighlight();
         giveBackMemoryAfter(restBeforeTidying);
@@ -91,7 +93,7 @@ void AppDelegate::applicationDidFinishLaunching()
             &AppDelegate::notificationClicked);
     m_notificationService->requestAuthorization();
     setUpStatusItem();
-    SplashWindowController::showSplash(splashDuration);
+    SplashWindowController::showSplash(splashDuration, m_environment.windowSystem);
     giveBackMemoryAfter(std::chrono::duration_cast<std::chrono::milliseconds>(splashDuration) + restBeforeTidying);
     m_cleanupService->start();
     m_hotKeyManager->registerHotKey();

@@ -27,11 +27,13 @@ class NotificationCentre;
 class NotificationService;
 class PanelController;
 class Pasteboard;
+class PointerMonitor;
 class ScheduledTask;
 class SettingsStore;
 class StatusBar;
 class StatusButton;
 class StatusItem;
+class WindowSystem;
 class Workspace;
 
 /// The shell of the program: makes every long-lived object, in a fixed order, passes on what comes from outside, and
@@ -54,6 +56,8 @@ public:
         HotKeys& hotKeys;
         FileManagerSelection& fileManagerSelection;
         FolderPicker& folderPicker;
+        WindowSystem& windowSystem;
+        PointerMonitor& pointer;
     };
 
     explicit AppDelegate(const Environment& environment);

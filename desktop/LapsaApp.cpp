@@ -16,6 +16,7 @@
 #include "LapsaStyle.h"
 #include "LaunchArguments.h"
 #include "Motion.h"
+#include "PointerMonitor.h"
 #include "QtMainQueue.h"
 #include "QtPasteboard.h"
 #include "QuietMessages.h"
@@ -26,6 +27,7 @@
 #include "TerminationSignals.h"
 #include "ThemePalette.h"
 #include "ToolkitTexts.h"
+#include "WindowSystem.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -177,8 +179,10 @@ int runApplication(const QApplication& application, SessionApplication& session,
     const std::unique_ptr<HotKeys> hotKeys = makeHotKeys();
     const std::unique_ptr<FileManagerSelection> fileManagerSelection = makeFileManagerSelection();
     const std::unique_ptr<FolderPicker> folderPicker = makeFolderPicker();
+    const std::unique_ptr<WindowSystem> windowSystem = makeWindowSystem();
+    const std::unique_ptr<PointerMonitor> pointer = makePointerMonitor();
     AppDelegate delegate({clock, mainQueue, appearance, workspace, pasteboard, notificationCentre, *statusBar, *hotKeys,
-                          *fileManagerSelection, *folderPicker});
+                          *fileManagerSelection, *folderPicker, *windowSystem, *pointer});
 
     const TerminationSignals terminationSignals;
     QObject::connect(&terminationSignals, &TerminationSignals::received, &delegate, &AppDelegate::quit);

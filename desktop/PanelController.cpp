@@ -4,7 +4,6 @@
 #include "PanelController.h"
 
 #include "AlertDialog.h"
-#include "Compositing.h"
 #include "LapsaStore.h"
 #include "Localized.h"
 #include "MainQueue.h"
@@ -12,6 +11,7 @@
 #include "PreferencesView.h"
 #include "StatusButton.h"
 #include "WindowFrame.h"
+#include "WindowSystem.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -75,7 +75,7 @@ void PanelController::toggle(StatusButton* button)
 void PanelController::show(StatusButton* button)
 {
     m_justClosed.reset();
-    material::setTranslucencyAvailable(compositingAvailable());
+    material::setTranslucencyAvailable(m_environment.windowSystem.compositingAvailable());
     ensurePopover();
     if (button == nullptr) {
         showAlert();
@@ -114,7 +114,7 @@ void PanelController::announceLocked(const QStringList& ids)
 
 void PanelController::showPreferences()
 {
-    material::setTranslucencyAvailable(compositingAvailable());
+    material::setTranslucencyAvailable(m_environment.windowSystem.compositingAvailable());
     if (!m_preferencesWindow) {
         makePreferencesWindow();
         const QRect middle = centredFrame(*m_preferencesWindow, currentScreen().availableGeometry());
@@ -147,7 +147,9 @@ void PanelController::ensurePopover()
             controller->showPreferences();
         }
     };
-    m_popover = std::make_unique<PopoverWindow>(new LapsaPanelView(m_environment.panel, std::move(openPreferences)));
+    m_popover = std::make_unique<PopoverWindow>(
+        PopoverWindow::Environment{.windowSystem = m_environment.windowSystem, .pointer = m_environment.pointer},
+        new LapsaPanelView(m_environment.panel, std::move(openPreferences)));
     m_popover->setBehavior(behavior());
     connect(m_popover.get(), &PopoverWindow::didClose, this, &PanelController::reactToClose);
 }

@@ -15,9 +15,11 @@ namespace lapsa {
 
 class AlertDialog;
 class FolderPicker;
+class PointerMonitor;
 class PreferencesView;
 class ScheduledTask;
 class StatusButton;
+class WindowSystem;
 
 /// Owner of the panel under the status button and of the preferences window. Each is made when it is asked for first
 /// and kept from then on.
@@ -31,6 +33,8 @@ public:
     {
         LapsaPanelView::Environment panel;
         FolderPicker& folderPicker;
+        WindowSystem& windowSystem;
+        PointerMonitor& pointer;
     };
 
     explicit PanelController(const Environment& environment);

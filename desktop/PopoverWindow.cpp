@@ -6,9 +6,9 @@
 #include "DropShadow.h"
 #include "Material.h"
 #include "Motion.h"
-#include "Taskbar.h"
+#include "PointerMonitor.h"
 #include "ThemePalette.h"
-#include "X11InputMonitor.h"
+#include "WindowSystem.h"
 
 #include <QChildEvent>
 #include <QCloseEvent>
@@ -78,9 +78,10 @@ QMargins boundedBy(const QMargins& wanted, const QRect& rect, const QRect& area)
 
 } // namespace
 
-PopoverWindow::PopoverWindow(QWidget* content)
+PopoverWindow::PopoverWindow(const Environment& environment, QWidget* content)
     // Not Qt::Tool: that is "transient for the group", above all windows of the program whichever is used.
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+    , m_environment(environment)
     , m_content(content)
 {
     setWindowTitle(content->windowTitle());
@@ -108,7 +109,7 @@ void PopoverWindow::present(const PopoverPlacement& placement, const QRect& work
     if (comesUp) {
         startAnimation(placement.side);
         create();
-        keepOutOfTaskbars(*windowHandle());
+        m_environment.windowSystem.keepOutOfTaskbars(*windowHandle());
     }
     standBelow(nullptr);
     show();

@@ -16,7 +16,9 @@ class QWindow;
 
 namespace lapsa {
 
-class X11InputMonitor;
+class PointerMonitor;
+class PointerWatch;
+class WindowSystem;
 
 /// A frameless window that stays on top, with rounded corners and a soft shadow where the desktop can show them, square
 /// with a hairline where it cannot. It is hidden when it is closed, and kept.
@@ -39,8 +41,15 @@ public:
         FocusLost,
     };
 
-    /// Takes `content`, whose size is the popover's and whose ground is its ground.
-    explicit PopoverWindow(QWidget* content);
+    /// What the window needs of the desktop. Both outlive it.
+    struct Environment
+    {
+        WindowSystem& windowSystem;
+        PointerMonitor& pointer;
+    };
+
+    /// Takes ownership of `content`, whose size is the popover's and whose ground is its ground.
+    PopoverWindow(const Environment& environment, QWidget* content);
     ~PopoverWindow() override;
 
     [[nodiscard]] QWidget& content() const { return *m_content; }
@@ -76,10 +85,11 @@ private:
     void closeIfLeft();
     void watchClicks();
     void buttonPressed();
-    void buttonReleased(quint32 button);
+    void buttonReleased();
     [[nodiscard]] bool owns(const QWindow* window) const;
     [[nodiscard]] bool showsOwnDialog() const;
 
+    Environment m_environment;
     QWidget* m_content;
     /// Where it is, without its shadow, and the room that there is.
     QRect m_place;
@@ -95,7 +105,7 @@ private:
     QElapsedTimer m_hidden;
     /// There while a click elsewhere has to close it. Not every one takes the focus away: one on the bare desktop need
     /// not.
-    std::unique_ptr<X11InputMonitor> m_clicks;
+    std::unique_ptr<PointerWatch> m_clicks;
     bool m_pressedElsewhere = false;
 };
 

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "PointerMonitor.h"
 #include "PopoverWindow.h"
 #include "WindowFrame.h"
-#include "X11InputMonitor.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -97,9 +97,9 @@ void PopoverWindow::watchClicks()
     if (m_behavior == Behavior::ApplicationDefined) {
         m_clicks.reset();
     } else if (!m_clicks) {
-        m_clicks = std::make_unique<X11InputMonitor>(X11InputMonitor::Kind::Buttons);
-        connect(m_clicks.get(), &X11InputMonitor::pressed, this, &PopoverWindow::buttonPressed);
-        connect(m_clicks.get(), &X11InputMonitor::released, this, &PopoverWindow::buttonReleased);
+        m_clicks = m_environment.pointer.watch();
+        connect(m_clicks.get(), &PointerWatch::pressed, this, &PopoverWindow::buttonPressed);
+        connect(m_clicks.get(), &PointerWatch::released, this, &PopoverWindow::buttonReleased);
     }
 }
 
@@ -111,10 +111,10 @@ void PopoverWindow::buttonPressed()
 
 /// A click is over with its release, as a bar sees it: closed at the press, a slow click on the icon would find the
 /// panel closed for long, and open it again. What is dragged out of the panel or onto it is no click elsewhere.
-void PopoverWindow::buttonReleased(quint32 button)
+void PopoverWindow::buttonReleased()
 {
-    if (!X11InputMonitor::isWheel(button) && isVisible() && m_behavior == Behavior::Transient && !showsOwnDialog() &&
-        m_pressedElsewhere && pointerIsElsewhere()) {
+    if (isVisible() && m_behavior == Behavior::Transient && !showsOwnDialog() && m_pressedElsewhere &&
+        pointerIsElsewhere()) {
         m_closeReason = CloseReason::FocusLost;
         hide();
     }

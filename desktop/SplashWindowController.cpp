@@ -3,10 +3,10 @@
 
 #include "SplashWindowController.h"
 
-#include "Compositing.h"
 #include "Material.h"
 #include "Motion.h"
 #include "SplashView.h"
+#include "WindowSystem.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -49,9 +49,9 @@ QWidget* makeWindow()
 
 } // namespace
 
-void SplashWindowController::showSplash(std::chrono::duration<double> duration)
+void SplashWindowController::showSplash(std::chrono::duration<double> duration, const WindowSystem& windowSystem)
 {
-    material::setTranslucencyAvailable(compositingAvailable());
+    material::setTranslucencyAvailable(windowSystem.compositingAvailable());
     QWidget* const window = makeWindow();
     QVariantAnimation* const fade = makeFade(*window);
     window->setWindowOpacity(0);

@@ -7,6 +7,8 @@
 
 namespace lapsa {
 
+class WindowSystem;
+
 /// The picture that greets at launch: it fades in, stays, and fades out.
 class SplashWindowController final
 {
@@ -15,7 +17,7 @@ public:
 
     /// Returns at once; the rest happens by itself. The window is gone 0.28 seconds after `duration`, and nothing of it
     /// remains.
-    static void showSplash(std::chrono::duration<double> duration);
+    static void showSplash(std::chrono::duration<double> duration, const WindowSystem& windowSystem);
 };
 
 } // namespace lapsa

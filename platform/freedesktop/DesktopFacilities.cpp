@@ -4,13 +4,16 @@
 #include "DesktopFacilities.h"
 
 #include "FileManagerSelection.h"
+#include "FreedesktopWindowSystem.h"
 #include "HotKeys.h"
+#include "PointerMonitor.h"
 #include "PortalFolderPicker.h"
 #include "PortalHotKeys.h"
 #include "StatusItem.h"
 #include "TrayStatusItem.h"
 #include "X11FileManagerSelection.h"
 #include "X11HotKeys.h"
+#include "X11InputMonitor.h"
 #include "X11Screen.h"
 
 namespace lapsa {
@@ -36,6 +39,35 @@ class Tray final : public StatusBar
 {
 public:
     [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem() override { return std::make_unique<TrayStatusItem>(); }
+};
+
+class NoPointerMonitor final : public PointerMonitor
+{
+public:
+    [[nodiscard]] std::unique_ptr<PointerWatch> watch() override { return std::make_unique<PointerWatch>(); }
+};
+
+class X11PointerWatch final : public PointerWatch
+{
+public:
+    X11PointerWatch()
+    {
+        connect(&m_buttons, &X11InputMonitor::pressed, this, &PointerWatch::pressed);
+        connect(&m_buttons, &X11InputMonitor::released, this, [this](quint32 button) {
+            if (!X11InputMonitor::isWheel(button)) {
+                emit released();
+            }
+        });
+    }
+
+private:
+    X11InputMonitor m_buttons{X11InputMonitor::Kind::Buttons};
+};
+
+class X11PointerMonitor final : public PointerMonitor
+{
+public:
+    [[nodiscard]] std::unique_ptr<PointerWatch> watch() override { return std::make_unique<X11PointerWatch>(); }
 };
 
 /// Through XWayland they reach as far as its windows have the focus.
@@ -74,6 +106,19 @@ std::unique_ptr<FolderPicker> makeFolderPicker()
 {
     using Windows = PortalFolderPicker::Windows;
     return std::make_unique<PortalFolderPicker>(x11Connection() != nullptr ? Windows::X11 : Windows::Unnamed);
+}
+
+std::unique_ptr<WindowSystem> makeWindowSystem()
+{
+    return std::make_unique<FreedesktopWindowSystem>();
+}
+
+std::unique_ptr<PointerMonitor> makePointerMonitor()
+{
+    if (x11Connection() != nullptr) {
+        return std::make_unique<X11PointerMonitor>();
+    }
+    return std::make_unique<NoPointerMonitor>();
 }
 
 } // namespace lapsa

@@ -10,7 +10,9 @@ namespace lapsa {
 class FileManagerSelection;
 class FolderPicker;
 class HotKeys;
+class PointerMonitor;
 class StatusBar;
+class WindowSystem;
 
 // What differs from desktop to desktop. These functions, and nobody else, ask which one this is; where it lacks a
 // facility they give one that does nothing. Call them once, with a running application. None of them is ever null.
@@ -19,5 +21,7 @@ class StatusBar;
 [[nodiscard]] std::unique_ptr<HotKeys> makeHotKeys();
 [[nodiscard]] std::unique_ptr<FileManagerSelection> makeFileManagerSelection();
 [[nodiscard]] std::unique_ptr<FolderPicker> makeFolderPicker();
+[[nodiscard]] std::unique_ptr<WindowSystem> makeWindowSystem();
+[[nodiscard]] std::unique_ptr<PointerMonitor> makePointerMonitor();
 
 } // namespace lapsa

@@ -69,9 +69,9 @@ public:
     /// Without the launch.
     void make()
     {
-        delegate = std::make_unique<AppDelegate>(AppDelegate::Environment{time, time, appearance, workspace, pasteboard,
-                                                                          notificationCentre, statusBar, hotKeys,
-                                                                          selection, folderPicker});
+        delegate = std::make_unique<AppDelegate>(
+            AppDelegate::Environment{time, time, appearance, workspace, pasteboard, notificationCentre, statusBar,
+                                     hotKeys, selection, folderPicker, windowSystem, pointer});
     }
 
     /// The entry of the menu with that title is chosen.
@@ -128,6 +128,8 @@ public:
     RecordingHotKeys hotKeys;
     PlayedSelection selection;
     RecordingFolderPicker folderPicker;
+    PlainWindowSystem windowSystem;
+    PlayedPointer pointer;
     std::unique_ptr<AppDelegate> delegate;
 };
 

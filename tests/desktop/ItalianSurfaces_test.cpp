@@ -221,8 +221,10 @@ Texts programTexts()
     RecordingHotKeys hotKeys;
     PlayedSelection selection;
     RecordingFolderPicker folderPicker;
+    PlainWindowSystem windowSystem;
+    PlayedPointer pointer;
     AppDelegate delegate({time, time, appearance, workspace, pasteboard, notificationCentre, statusBar, hotKeys,
-                          selection, folderPicker});
+                          selection, folderPicker, windowSystem, pointer});
     delegate.applicationDidFinishLaunching();
     Texts texts;
     for (const StatusMenuEntry& entry : statusBar.item->menu) {

@@ -1,12 +1,14 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "DesktopFacilities.h"
 #include "FileChooser.h"
 #include "HelperProcess.h"
 #include "LapsaPanelView.h"
 #include "Motion.h"
 #include "PanelController.h"
 #include "PanelWorld.h"
+#include "PointerMonitor.h"
 #include "PreferencesView.h"
 #include "RecordingDesktop.h"
 #include "SessionBus.h"
@@ -16,6 +18,7 @@
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
 #include "WindowManager.h"
+#include "WindowSystem.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -56,7 +59,9 @@ public:
     /// Nobody knows where it is: the panel comes up in the corner.
     RecordingStatusButton button;
     RecordingFolderPicker folderPicker;
-    PanelController controller{{{store(), time, time, icons}, folderPicker}};
+    std::unique_ptr<WindowSystem> windowSystem = makeWindowSystem();
+    std::unique_ptr<PointerMonitor> pointer = makePointerMonitor();
+    PanelController controller{{{store(), time, time, icons}, folderPicker, *windowSystem, *pointer}};
 };
 
 /// Lets a while pass in which something that must not happen could happen.
@@ -264,7 +269,7 @@ private slots:
         motion::setAllowedByDesktop(true);
         QElapsedTimer elapsed;
         elapsed.start();
-        SplashWindowController::showSplash(700ms);
+        SplashWindowController::showSplash(700ms, *makeWindowSystem());
         const QPointer<SplashView> splash = shownSplash();
         QVERIFY(splash != nullptr);
         QVERIFY(splash->windowOpacity() < 0.1);
@@ -288,7 +293,7 @@ private slots:
     {
         QFETCH(const QPoint, place);
         constexpr auto longerThanTheTest = 600s;
-        SplashWindowController::showSplash(longerThanTheTest);
+        SplashWindowController::showSplash(longerThanTheTest, *makeWindowSystem());
         const QPointer<SplashView> splash = shownSplash();
         QVERIFY(splash != nullptr);
         QTRY_COMPARE_WITH_TIMEOUT(splash->windowOpacity(), 1.0, patience);
@@ -304,7 +309,7 @@ private slots:
     void aSplashShorterThanItsFadeInStillEnds()
     {
         motion::setAllowedByDesktop(true);
-        SplashWindowController::showSplash(60ms);
+        SplashWindowController::showSplash(60ms, *makeWindowSystem());
 
         const auto splashes = [] {
             return std::ranges::count_if(QApplication::topLevelWidgets(), [](const QWidget* window) {

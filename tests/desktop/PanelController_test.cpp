@@ -47,7 +47,9 @@ public:
     RecordingIcons icons;
     RecordingStatusButton button;
     RecordingFolderPicker folderPicker;
-    PanelController controller{{{store(), time, time, icons}, folderPicker}};
+    PlainWindowSystem windowSystem;
+    PlayedPointer pointer;
+    PanelController controller{{{store(), time, time, icons}, folderPicker, windowSystem, pointer}};
 };
 
 /// A window of the same program that has nothing to do with the panel.

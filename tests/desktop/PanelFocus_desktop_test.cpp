@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "DesktopFacilities.h"
 #include "FileListView.h"
 #include "FileRowView.h"
 #include "HelperProcess.h"
 #include "PanelController.h"
 #include "PanelWorld.h"
+#include "PointerMonitor.h"
 #include "RecordingDesktop.h"
 #include "RowIconButton.h"
 #include "SessionBus.h"
@@ -13,6 +15,7 @@
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
 #include "WindowManager.h"
+#include "WindowSystem.h"
 
 #include <QApplication>
 #include <QTest>
@@ -61,7 +64,9 @@ public:
     RecordingIcons icons;
     RecordingStatusButton button;
     RecordingFolderPicker folderPicker;
-    PanelController controller{{{store(), time, time, icons}, folderPicker}};
+    std::unique_ptr<WindowSystem> windowSystem = makeWindowSystem();
+    std::unique_ptr<PointerMonitor> pointer = makePointerMonitor();
+    PanelController controller{{{store(), time, time, icons}, folderPicker, *windowSystem, *pointer}};
 };
 
 /// Clicks twice, and waits until a widget has got the second click.

@@ -3,6 +3,7 @@
 
 #include "Material.h"
 #include "PopoverWindow.h"
+#include "RecordingDesktop.h"
 
 #include <QImage>
 #include <QTest>
@@ -27,7 +28,7 @@ private slots:
 
     void theShadowTakesItsRoomOnThreeSides()
     {
-        PopoverWindow window(new QWidget);
+        PopoverWindow window({m_windowSystem, m_pointer}, new QWidget);
         material::setTranslucencyAvailable(true);
 
         window.present({.rect = place, .side = PopoverPlacement::Side::BelowIcon}, workArea);
@@ -39,7 +40,7 @@ private slots:
 
     void theShadowFallsOffWithTheSquareOfTheDistance()
     {
-        PopoverWindow window(new QWidget);
+        PopoverWindow window({m_windowSystem, m_pointer}, new QWidget);
         material::setTranslucencyAvailable(true);
         window.present({.rect = place, .side = PopoverPlacement::Side::BelowIcon}, workArea);
 
@@ -57,12 +58,16 @@ private slots:
 
     void withoutCompositingThereIsNoShadow()
     {
-        PopoverWindow window(new QWidget);
+        PopoverWindow window({m_windowSystem, m_pointer}, new QWidget);
 
         window.present({.rect = place, .side = PopoverPlacement::Side::BelowIcon}, workArea);
 
         QCOMPARE(window.geometry(), place);
     }
+
+private:
+    PlainWindowSystem m_windowSystem;
+    PlayedPointer m_pointer;
 };
 
 } // namespace lapsa::test

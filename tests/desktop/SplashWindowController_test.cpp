@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "RecordingDesktop.h"
 #include "SplashView.h"
 #include "SplashWindowController.h"
 #include "TemporaryHome.h"
@@ -66,7 +67,7 @@ private slots:
 
     void theWindowIs500PointsWideAndHighInTheMiddleOfTheScreen()
     {
-        SplashWindowController::showSplash(50ms);
+        SplashWindowController::showSplash(50ms, PlainWindowSystem());
 
         const QPointer<QWidget> splash = shownSplash();
         QVERIFY(splash != nullptr && splash->isVisible());
@@ -78,7 +79,7 @@ private slots:
 
     void itEndsByItselfAndLeavesNothing()
     {
-        SplashWindowController::showSplash(20ms);
+        SplashWindowController::showSplash(20ms, PlainWindowSystem());
         const QPointer<QWidget> splash = shownSplash();
 
         QTRY_VERIFY(splash == nullptr);
@@ -88,7 +89,7 @@ private slots:
     {
         QElapsedTimer elapsed;
         elapsed.start();
-        SplashWindowController::showSplash(300ms);
+        SplashWindowController::showSplash(300ms, PlainWindowSystem());
 
         QTRY_VERIFY(shownSplash() == nullptr);
 
@@ -97,7 +98,7 @@ private slots:
 
     void aDurationOfNothingEndsItToo()
     {
-        SplashWindowController::showSplash(0ms);
+        SplashWindowController::showSplash(0ms, PlainWindowSystem());
 
         QTRY_VERIFY(shownSplash() == nullptr);
     }

@@ -37,8 +37,10 @@ QStringList menuTitles()
     RecordingHotKeys hotKeys;
     PlayedSelection selection;
     RecordingFolderPicker folderPicker;
+    PlainWindowSystem windowSystem;
+    PlayedPointer pointer;
     AppDelegate delegate({time, time, appearance, workspace, pasteboard, notificationCentre, statusBar, hotKeys,
-                          selection, folderPicker});
+                          selection, folderPicker, windowSystem, pointer});
     delegate.applicationDidFinishLaunching();
     // The time that ends the splash does not pass here.
     for (QWidget* const window : QApplication::topLevelWidgets()) {

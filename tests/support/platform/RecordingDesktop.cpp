@@ -104,4 +104,11 @@ void RecordingFolderPicker::answer(const Answer& answer) const
     }
 }
 
+std::unique_ptr<PointerWatch> PlayedPointer::watch()
+{
+    auto made = std::make_unique<PointerWatch>();
+    lastWatch = made.get();
+    return made;
+}
+
 } // namespace lapsa::test

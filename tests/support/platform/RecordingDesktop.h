@@ -7,10 +7,13 @@
 #include "FolderPicker.h"
 #include "HotKeys.h"
 #include "NotificationCentre.h"
+#include "PointerMonitor.h"
 #include "StatusButton.h"
 #include "StatusItem.h"
+#include "WindowSystem.h"
 
 #include <QList>
+#include <QPointer>
 #include <QStringList>
 
 #include <functional>
@@ -119,6 +122,25 @@ public:
 
     int authorizationRequests = 0;
     QList<NotificationRequest> requests;
+};
+
+/// A window system without a compositing manager.
+class PlainWindowSystem final : public WindowSystem
+{
+public:
+    [[nodiscard]] bool compositingAvailable() const override { return false; }
+
+    void keepOutOfTaskbars(const QWindow& /*window*/) override {}
+};
+
+/// Mouse buttons that a test presses.
+class PlayedPointer final : public PointerMonitor
+{
+public:
+    [[nodiscard]] std::unique_ptr<PointerWatch> watch() override;
+
+    /// The watch that was made last; null when it is gone.
+    QPointer<PointerWatch> lastWatch;
 };
 
 } // namespace lapsa::test

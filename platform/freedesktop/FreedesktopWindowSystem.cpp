@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "Taskbar.h"
+#include "FreedesktopWindowSystem.h"
 
 #include "X11Screen.h"
 
+#include <QGuiApplication>
 #include <QWindow>
 
 #include <array>
@@ -12,13 +13,24 @@
 
 namespace lapsa {
 
-void keepOutOfTaskbars(const QWindow& window)
+using namespace Qt::StringLiterals;
+
+bool FreedesktopWindowSystem::compositingAvailable() const
+{
+    if (xcb_connection_t* const connection = x11Connection()) {
+        // "The compositing manager owns the selection _NET_WM_CM_Sn" (Extended Window Manager Hints).
+        return x11ManagerOf(connection, "_NET_WM_CM_S") != XCB_WINDOW_NONE;
+    }
+    return QGuiApplication::platformName().startsWith("wayland"_L1);
+}
+
+void FreedesktopWindowSystem::keepOutOfTaskbars(const QWindow& window)
 {
     xcb_connection_t* const connection = x11Connection();
     if (connection == nullptr) {
         return;
     }
-    // The toolkit adds its own to the states that it finds ("_NET_WM_STATE", Extended Window Manager Hints).
+    // The toolkit keeps the states that it finds and adds its own ("_NET_WM_STATE", Extended Window Manager Hints).
     const std::array states{x11ExistingAtom(connection, "_NET_WM_STATE_SKIP_TASKBAR"),
                             x11ExistingAtom(connection, "_NET_WM_STATE_SKIP_PAGER")};
     const xcb_atom_t property = x11ExistingAtom(connection, "_NET_WM_STATE");
