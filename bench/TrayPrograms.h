@@ -21,7 +21,7 @@ struct Candidate
     QStringList arguments;
 };
 
-/// Hears of every icon that is announced to the panel of the desktop, and clicks on the last one as the panel does.
+/// Hears of every icon that is announced to the taskbar, and clicks on the last one as the taskbar does.
 class Announcements final : public QObject
 {
     Q_OBJECT

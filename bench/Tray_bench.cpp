@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-// Lapsa in the tray of a real panel beside other programs there: the start, and what it costs to be there.
+// Lapsa in the tray of a real taskbar beside other programs there: the start, and what it costs to be there.
 // Writes tables to standard output.
 
 #include "DesktopSession.h"
@@ -125,7 +125,7 @@ struct Frames
     double again;
 };
 
-/// Milliseconds from a click on the icon, as the panel of the desktop passes it on, to something new on the screen.
+/// Milliseconds from a click on the icon, as the taskbar passes it on, to something new on the screen.
 std::optional<Frames> framesOf(const Candidate& candidate, Announcements& announcements)
 {
     FirstFrame screen;
@@ -232,7 +232,7 @@ int run(const QStringList& arguments)
 {
     const int seconds = arguments.contains(u"--small"_s) ? 10 : 60;
     test::DesktopSession desktop;
-    desktop.startXfcePanel();
+    desktop.startXfceTaskbar();
     Announcements announcements(desktop.bus().address());
     const std::vector<Candidate> programs = candidates();
     if (!arguments.contains(u"--frames"_s)) {

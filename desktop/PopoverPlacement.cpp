@@ -21,7 +21,7 @@ int startInside(int wanted, int length, int from, int end)
     return std::max(from, std::min(wanted, end - length));
 }
 
-/// A bar along an edge is told by the work area that it leaves.
+/// The work area tells on which edge the taskbar lies.
 PopoverPlacement::Side sideOf(const QPoint& icon, const QRect& workArea)
 {
     using enum PopoverPlacement::Side;

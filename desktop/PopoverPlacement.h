@@ -26,8 +26,8 @@ struct PopoverPlacement
     friend bool operator==(const PopoverPlacement&, const PopoverPlacement&) = default;
 };
 
-/// Centred under an icon in the upper half of the screen, over one in the lower half, beside one in a bar along the
-/// left or right edge, and wholly inside `workArea`. Without an icon: in the top right corner.
+/// Centred under an icon in the upper half of the screen, over one in the lower half, beside one in a taskbar
+/// along the left or right edge, and wholly inside `workArea`. Without an icon: in the top right corner.
 [[nodiscard]] PopoverPlacement popoverPlacement(const std::optional<QRect>& icon, const QRect& workArea,
                                                 const QSize& size);
 

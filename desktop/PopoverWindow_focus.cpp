@@ -105,12 +105,12 @@ void PopoverWindow::watchClicks()
 
 void PopoverWindow::buttonPressed()
 {
-    // The release of the click that opens the panel can be heard after the bar has told of it.
+    // The release of the click that opens the panel may be reported after the taskbar has passed the click on.
     m_pressedElsewhere = isVisible() && pointerIsElsewhere();
 }
 
-/// A click is over with its release, as a bar sees it: closed at the press, a slow click on the icon would find the
-/// panel closed for long, and open it again. What is dragged out of the panel or onto it is no click elsewhere.
+/// Taskbars react to the release of a click. If the panel closed at the press, a slow click on the icon would find it
+/// closed and open it again. A drag out of the panel or onto it is no click elsewhere.
 void PopoverWindow::buttonReleased()
 {
     if (isVisible() && m_behavior == Behavior::Transient && !showsOwnDialog() && m_pressedElsewhere &&

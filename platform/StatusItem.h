@@ -40,7 +40,7 @@ public:
     virtual void setMenu(QList<StatusMenuEntry> entries) = 0;
 };
 
-/// The desktop's bar of status items.
+/// The desktop's tray.
 class StatusBar
 {
 public:

@@ -131,7 +131,7 @@ private slots:
         VirtualDisplay::click(bareDesktop);
         QTRY_VERIFY_WITH_TIMEOUT(!world.panel().isVisible(), patience);
 
-        // As from a bar that tells of a click when the button goes down.
+        // As from a taskbar that reports a click when the button goes down.
         std::ignore = outputOf(u"xdotool"_s, {u"mousedown"_s, u"1"_s});
         world.controller.show(&world.button);
         QTRY_VERIFY_WITH_TIMEOUT(world.panel().isVisible(), patience);

@@ -12,7 +12,7 @@ namespace lapsa::test {
 namespace {
 
 constexpr QSize panel(430, 560);
-/// Full HD with a bar of 30 pixels at the top.
+/// Full HD with a taskbar of 30 pixels at the top.
 constexpr QRect workArea(0, 30, 1920, 1050);
 
 using Side = PopoverPlacement::Side;
@@ -36,7 +36,7 @@ private slots:
         QTest::addColumn<QRect>("icon");
         QTest::addColumn<QPoint>("corner");
         QTest::addColumn<Side>("side");
-        QTest::newRow("an icon in the bar above") << QRect(1000, 3, 24, 24) << QPoint(797, 30) << Side::BelowIcon;
+        QTest::newRow("an icon in the taskbar above") << QRect(1000, 3, 24, 24) << QPoint(797, 30) << Side::BelowIcon;
         QTest::newRow("an icon inside the work area") << QRect(1000, 40, 24, 24) << QPoint(797, 64) << Side::BelowIcon;
         QTest::newRow("an icon at the right end") << QRect(1890, 3, 24, 24) << QPoint(1490, 30) << Side::BelowIcon;
         QTest::newRow("an icon at the left end") << QRect(2, 3, 24, 24) << QPoint(0, 30) << Side::BelowIcon;
@@ -77,7 +77,7 @@ private slots:
         QFETCH(const QRect, icon);
         QFETCH(const QPoint, corner);
         QFETCH(const Side, side);
-        // Bars of 40 pixels at both edges.
+        // Taskbars of 40 pixels at both edges.
         const QRect between(40, 0, 1840, 1080);
 
         const PopoverPlacement placement = popoverPlacement(icon, between, panel);

@@ -43,7 +43,7 @@ private slots:
     void fromTheFileManagerToItsEnd()
     {
         DesktopSession desktop;
-        desktop.startXfcePanel();
+        desktop.startXfceTaskbar();
         const HelperProcess daemon = notificationDaemon(desktop);
         const QString file = desktop.home().makeFile(u"shown/report.zip"_s, "the report\n");
         const QString parked = desktop.home().dataPath(u"Recovery/report.zip"_s);

@@ -79,7 +79,7 @@ Q_DECLARE_METATYPE(std::optional<lapsa::test::Edge>)
 
 namespace lapsa::test {
 
-/// The panel and the other windows of the program, on a real X server with a window manager and bars.
+/// The panel and the other windows of the program, on a real X server with a window manager and taskbars.
 class OwnWindowsDesktopTest final : public QObject
 {
     Q_OBJECT
@@ -95,18 +95,18 @@ private slots:
 
     void thePreferencesOpenBesideThePanel_data()
     {
-        QTest::addColumn<std::optional<Edge>>("bar");
+        QTest::addColumn<std::optional<Edge>>("taskbar");
         QTest::newRow("in the corner") << std::optional<Edge>();
-        QTest::newRow("an icon at the right of a bar at the top") << std::optional(Edge::Top);
-        QTest::newRow("an icon at the right of a bar at the bottom") << std::optional(Edge::Bottom);
-        QTest::newRow("an icon in a bar at the left") << std::optional(Edge::Left);
-        QTest::newRow("an icon in a bar at the right") << std::optional(Edge::Right);
+        QTest::newRow("an icon at the right of a taskbar at the top") << std::optional(Edge::Top);
+        QTest::newRow("an icon at the right of a taskbar at the bottom") << std::optional(Edge::Bottom);
+        QTest::newRow("an icon in a taskbar at the left") << std::optional(Edge::Left);
+        QTest::newRow("an icon in a taskbar at the right") << std::optional(Edge::Right);
     }
 
     void thePreferencesOpenBesideThePanel()
     {
-        QFETCH(const std::optional<Edge>, bar);
-        QVERIFY(begin(u"1280x1024x24"_s, bar));
+        QFETCH(const std::optional<Edge>, taskbar);
+        QVERIFY(begin(u"1280x1024x24"_s, taskbar));
         QVERIFY(openPanel());
 
         click(gear);
@@ -117,16 +117,16 @@ private slots:
 
     void whereThereIsTooLittleRoomThePreferencesStandAboveThePanel_data()
     {
-        QTest::addColumn<std::optional<Edge>>("bar");
+        QTest::addColumn<std::optional<Edge>>("taskbar");
         QTest::newRow("in the corner") << std::optional<Edge>();
-        QTest::newRow("an icon at the right of a bar at the top") << std::optional(Edge::Top);
-        QTest::newRow("an icon at the right of a bar at the bottom") << std::optional(Edge::Bottom);
+        QTest::newRow("an icon at the right of a taskbar at the top") << std::optional(Edge::Top);
+        QTest::newRow("an icon at the right of a taskbar at the bottom") << std::optional(Edge::Bottom);
     }
 
     void whereThereIsTooLittleRoomThePreferencesStandAboveThePanel()
     {
-        QFETCH(const std::optional<Edge>, bar);
-        QVERIFY(begin(u"1024x768x24"_s, bar));
+        QFETCH(const std::optional<Edge>, taskbar);
+        QVERIFY(begin(u"1024x768x24"_s, taskbar));
         QVERIFY(openPanel());
 
         click(gear);
@@ -205,17 +205,17 @@ private slots:
     }
 
 private:
-    /// A desktop with or without a bar, Lapsa in its tray.
-    [[nodiscard]] bool begin(const QString& screen, std::optional<Edge> bar = std::nullopt)
+    /// A desktop with or without a taskbar, Lapsa in its tray.
+    [[nodiscard]] bool begin(const QString& screen, std::optional<Edge> taskbar = std::nullopt)
     {
         m_desktop.emplace(screen);
-        if (bar) {
-            m_desktop->startXfcePanel(*bar);
+        if (taskbar) {
+            m_desktop->startXfceTaskbar(*taskbar);
         }
         m_lapsa.emplace();
         return succeeds([this] { return m_desktop->bus().hasOwner(u"org.lapsa.Lapsa"_s); }) &&
                comesTrue([] { return !windowTitled(u"Lapsa"_s); }) && // the greeting is over
-               (!bar || comesTrue([this] { return m_desktop->trayIcon(); }));
+               (!taskbar || comesTrue([this] { return m_desktop->trayIcon(); }));
     }
 
     [[nodiscard]] bool openPanel() const

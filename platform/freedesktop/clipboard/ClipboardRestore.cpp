@@ -3,7 +3,7 @@
 
 #include "ClipboardRestore.h"
 
-#include "EventTime.h"
+#include "ServerTimestamp.h"
 #include "X11Connection.h"
 
 #include <QClipboard>
@@ -35,7 +35,7 @@ void ClipboardRestore::begin(const ClipboardContent& content, xcb_window_t windo
 
 void ClipboardRestore::attemptSoon()
 {
-    whenEventTimeIsFresh(this, [this, beginning = m_beginning] {
+    whenServerTimestampIsFresh(this, [this, beginning = m_beginning] {
         // A late copy may begin anew before the first attempt was made. Of two attempts the second would find nothing
         // left to put back, and would empty the clipboard.
         if (beginning == m_beginning) {

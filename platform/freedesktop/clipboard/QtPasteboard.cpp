@@ -3,7 +3,7 @@
 
 #include "QtPasteboard.h"
 
-#include "EventTime.h"
+#include "ServerTimestamp.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -14,7 +14,7 @@ namespace lapsa {
 void QtPasteboard::setText(const QString& text)
 {
     QClipboard* const clipboard = QGuiApplication::clipboard();
-    whenEventTimeIsFresh(clipboard, [clipboard, text] { clipboard->setText(text); });
+    whenServerTimestampIsFresh(clipboard, [clipboard, text] { clipboard->setText(text); });
 }
 
 } // namespace lapsa

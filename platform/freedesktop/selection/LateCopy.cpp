@@ -80,7 +80,7 @@ void LateCopy::readEvents()
     }
 }
 
-/// What is put back later is what is there by then, as a path that was copied from the panel.
+/// What is put back later is what the clipboard holds by then, such as a path copied in this program.
 void LateCopy::noteOwnContent()
 {
     auto content = ownClipboardContent();

@@ -47,7 +47,7 @@ QDeadlineTimer earlier(const QDeadlineTimer& one, const QDeadlineTimer& other)
 struct X11FileManagerSelection::Question
 {
     std::unique_ptr<X11Connection> connection;
-    FileManagerWindow front;
+    FileManagerWindow fileManager;
     QDeadlineTimer focusEnd;
     QDeadlineTimer keepingEnd;
     QDeadlineTimer answerEnd;
@@ -72,7 +72,7 @@ X11FileManagerSelection::~X11FileManagerSelection() = default;
 FileManagerSelection::Answer X11FileManagerSelection::ask()
 {
     Question question{.connection = nullptr,
-                      .front = {},
+                      .fileManager = {},
                       .focusEnd = QDeadlineTimer(m_limits.focus, Qt::PreciseTimer),
                       .keepingEnd = QDeadlineTimer(m_limits.keeping, Qt::PreciseTimer),
                       .answerEnd = QDeadlineTimer(m_limits.answer, Qt::PreciseTimer),
@@ -90,11 +90,11 @@ FileManagerSelection::Answer X11FileManagerSelection::ask()
     if (!question.connection->usable()) {
         return Failure{u"no connection to the X server"_s};
     }
-    const auto front = frontFileManager(*question.connection, toolkitClient(), question.focusEnd);
-    if (!front) {
+    const auto window = activeFileManager(*question.connection, toolkitClient(), question.focusEnd);
+    if (!window) {
         return Nothing();
     }
-    question.front = *front;
+    question.fileManager = *window;
     Answer answer = askThere(question);
     if (question.selection && question.selection->unfinished()) {
         std::erase_if(m_unfinished, [](const auto& transfer) { return transfer->ended(); });
@@ -111,7 +111,7 @@ FileManagerSelection::Answer X11FileManagerSelection::askThere(Question& questio
     }
     if (const std::optional<Answer> failure = requestCopy(question)) {
         if (question.takenOff) {
-            m_restore.begin(question.content, question.front.window);
+            m_restore.begin(question.content, question.fileManager.window);
         }
         return *failure;
     }
@@ -122,7 +122,7 @@ FileManagerSelection::Answer X11FileManagerSelection::askThere(Question& questio
         return withoutCopy(question);
     }
     Answer answer = readAnswer(question);
-    m_restore.begin(question.content, question.front.window);
+    m_restore.begin(question.content, question.fileManager.window);
     return answer;
 }
 
@@ -130,7 +130,7 @@ std::optional<FileManagerSelection::Answer> X11FileManagerSelection::keepClipboa
 {
     X11Connection& connection = *question.connection;
     const std::uint32_t ours = toolkitClient();
-    question.watch = std::make_unique<CopyWatch>(connection, question.front.window, ours, question.keepingEnd);
+    question.watch = std::make_unique<CopyWatch>(connection, question.fileManager.window, ours, question.keepingEnd);
     question.selection = std::make_unique<X11Selection>(connection, question.keepingEnd);
     X11Selection& selection = *question.selection;
     auto content = clipboardContent(connection, selection, ours, question.keepingEnd);
@@ -157,12 +157,12 @@ FileManagerSelection::Answer X11FileManagerSelection::withoutCopy(Question& ques
     const bool unanswered = watch.canSettle() && !watch.settled();
     if (!watch.takenByAnother()) {
         if (question.takenOff) {
-            m_restore.begin(question.content, question.front.window);
+            m_restore.begin(question.content, question.fileManager.window);
         }
         question.selection.reset();
         m_late = std::make_unique<LateCopy>(
             LateCopy::Parts{std::move(question.connection), std::move(question.watch), std::move(question.content)},
-            [this, window = question.front.window](const ClipboardContent& content) {
+            [this, window = question.fileManager.window](const ClipboardContent& content) {
                 m_restore.begin(content, window);
             });
     }
@@ -171,10 +171,10 @@ FileManagerSelection::Answer X11FileManagerSelection::withoutCopy(Question& ques
 
 std::optional<FileManagerSelection::Answer> X11FileManagerSelection::requestCopy(Question& question)
 {
-    if (question.front.way == FileManagerWindow::Way::Keys) {
+    if (question.fileManager.way == FileManagerWindow::Way::Keys) {
         return pressKeys(question);
     }
-    switch (copyInDolphin(question.front.processId, question.front.window, question.answerEnd)) {
+    switch (copyInDolphin(question.fileManager.processId, question.fileManager.window, question.answerEnd)) {
     case DolphinOutcome::Copied:
         question.watch->done();
         break;
@@ -192,7 +192,7 @@ std::optional<FileManagerSelection::Answer> X11FileManagerSelection::pressKeys(Q
 {
     KeysOutcome outcome = KeysOutcome::FocusElsewhere;
     do {
-        outcome = pressCopy(*question.connection, question.front.window, question.keepingEnd);
+        outcome = pressCopy(*question.connection, question.fileManager.window, question.keepingEnd);
         // The keyboard may follow the active window a moment later.
         std::ignore = question.connection->nextEvent([](const xcb_generic_event_t&) { return false; },
                                                      earlier(QDeadlineTimer(focusStep), question.keepingEnd));

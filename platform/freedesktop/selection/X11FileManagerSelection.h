@@ -3,9 +3,9 @@
 
 #pragma once
 
+#include "ActiveWindow.h"
 #include "ClipboardRestore.h"
 #include "FileManagerSelection.h"
-#include "FrontWindow.h"
 
 #include <chrono>
 #include <memory>

@@ -170,7 +170,7 @@ QVariantMap DBusMenu::propertiesOf(int id, const QStringList& names) const
     return asked;
 }
 
-/// On a later turn of the event loop: the bar waits for its answer, and an entry may end the program.
+/// On a later turn of the event loop: the taskbar waits for its answer, and an entry may end the program.
 void DBusMenu::trigger(int id)
 {
     if (!knows(id) || id == rootId || !m_entries[id - 1].action) {

@@ -13,8 +13,8 @@
 
 namespace lapsa {
 
-/// A flat menu that the desktop's bar shows: `com.canonical.dbusmenu`, version 3. The entries have the ids 1 and up, 0
-/// is the menu itself.
+/// A flat menu that the taskbar shows: `com.canonical.dbusmenu`, version 3. The entries have the ids 1 and up, 0 is the
+/// menu itself.
 class DBusMenu final : public QObject
 {
     Q_OBJECT
@@ -52,9 +52,9 @@ signals:
     Q_SCRIPTABLE void LayoutUpdated(uint revision, int parentId);
     // NOLINTEND(readability-identifier-naming)
 
-    /// A bar shows it, or is about to.
+    /// A taskbar shows it, or is about to.
     void opened();
-    /// Not every bar tells.
+    /// Not every taskbar reports this.
     void closed();
 
 private:

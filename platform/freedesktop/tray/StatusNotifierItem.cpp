@@ -40,7 +40,7 @@ StatusNotifierItem::StatusNotifierItem()
     bus.registerObject(menuPathText, &m_menu, scriptable);
     bus.registerObject(itemPath, this, scriptable);
     bus.registerService(m_service);
-    // One bar may also hand the name to another.
+    // One watcher may also hand the name to another.
     connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &StatusNotifierItem::watcherChanged);
     for (const QString& signal : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s}) {
         bus.connect(watcherName, watcherPath, watcherInterface, signal, this, SLOT(askForHost()));
@@ -143,7 +143,7 @@ void StatusNotifierItem::announce()
     askForHost();
 }
 
-/// A watcher may be there without a bar that shows what it collects.
+/// A watcher may run without a tray host that shows what it collects.
 void StatusNotifierItem::askForHost()
 {
     auto message =
@@ -157,7 +157,7 @@ void StatusNotifierItem::askForHost()
             return;
         }
         const QDBusPendingReply<QDBusVariant> reply = *asked;
-        // One that does not know the question has a bar of its own.
+        // A watcher that does not know the property is a tray host itself.
         setShown(reply.isError() ? reply.error().type() != QDBusError::ServiceUnknown
                                  : reply.value().variant().toBool());
     });

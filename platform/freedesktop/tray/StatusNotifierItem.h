@@ -44,7 +44,7 @@ public:
 
     [[nodiscard]] DBusMenu& menu() { return m_menu; }
 
-    /// Whether there is a bar that shows it, as far as is known.
+    /// Whether a tray host shows it, as far as is known.
     [[nodiscard]] bool shown() const { return m_shown; }
 
     [[nodiscard]] QString category() const;
@@ -54,7 +54,7 @@ public:
 
     [[nodiscard]] int windowId() const { return 0; }
 
-    /// There is no icon by name: a bar would prefer it to the one that is drawn.
+    /// There is no icon by name: a tray host would prefer it to the drawn one.
     [[nodiscard]] QString iconName() const { return {}; }
 
     [[nodiscard]] StatusNotifierPixmaps iconPixmap() const { return m_pixmaps; }
@@ -69,10 +69,10 @@ public slots: // NOLINT(readability-redundant-access-specifiers): these are the 
 
     // NOLINTBEGIN(readability-identifier-naming): their names are given by the interface
     Q_SCRIPTABLE void Activate(int x, int y);
-    /// From a bar that cannot show the menu itself.
+    /// From a tray host that cannot show the menu itself.
     Q_SCRIPTABLE void ContextMenu(int x, int y);
 
-    /// A middle click. It does nothing, and is here so that the bar gets an answer.
+    /// A middle click. It does nothing, but the tray host gets an answer.
     Q_SCRIPTABLE void SecondaryActivate(int /*x*/, int /*y*/) {}
 
     Q_SCRIPTABLE void Scroll(int /*delta*/, const QString& /*orientation*/) {}
@@ -102,7 +102,7 @@ private:
     StatusNotifierPixmaps m_pixmaps;
     QString m_toolTip;
     bool m_shown = false;
-    /// Counts the questions for a bar: the answer to an earlier one says nothing any more.
+    /// Counts the questions for a tray host: answers to earlier ones are ignored.
     int m_question = 0;
 };
 

@@ -20,7 +20,7 @@ namespace {
 
 /// Seen on white as on black with a contrast above 3 : 1.
 constexpr QColor neutralForeground(0x3F, 0x7F, 0xE8);
-/// What panels use for icons in bars of the usual heights, at once and twice the scale.
+/// The icon sizes of taskbars of the usual heights, at once and twice the scale.
 constexpr std::array iconExtents{16, 22, 24, 32, 44, 48, 64};
 constexpr float groundOpacity = 0.28F;
 /// In parts of the icon's extent.

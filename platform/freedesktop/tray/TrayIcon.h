@@ -23,13 +23,13 @@ public:
 
     void setHighlighted(bool highlighted) { m_highlighted = highlighted; }
 
-    /// What the bar writes its own icons in, where it tells. Without it the drawing keeps its own colour, which is seen
-    /// on light bars and on dark ones.
+    /// The colour that the taskbar asks icons to use, if it does. Without one the icon has a colour of its own that
+    /// shows on light and on dark taskbars.
     void setForeground(const std::optional<QColor>& foreground) { m_foreground = foreground; }
 
     /// `extent` pixels wide and high, transparent around the drawing.
     [[nodiscard]] QImage image(int extent) const;
-    /// In the sizes that bars ask for, from the image's own size up to four times of it. A bar scales down from the
+    /// In the sizes that taskbars ask for, from the image's own size up to four times that. A taskbar scales down the
     /// next larger one.
     [[nodiscard]] QList<QImage> images() const;
     [[nodiscard]] QIcon icon() const;

@@ -20,12 +20,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A bar that is started anew is back by then; until then no second icon is shown elsewhere.
+/// A taskbar that restarts is back by then; until then no second icon is shown elsewhere.
 constexpr auto barPatience = 1500ms;
 /// About the size of an icon, of which only a point is known.
 constexpr int iconExtent = 22;
 
-/// The pointer is only known to a program of the X server that the bar is on.
+/// Only a program on the X server of the taskbar can ask for the pointer.
 bool pointerIsKnown()
 {
     return x11Connection() != nullptr && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -39,8 +39,8 @@ TrayStatusItem::TrayStatusItem()
     connect(&m_embedding, &QTimer::timeout, this, &TrayStatusItem::showEmbedded);
     connect(&m_notifierItem, &StatusNotifierItem::shownChanged, this, &TrayStatusItem::chooseTray);
     connect(&m_notifierItem, &StatusNotifierItem::activated, this, &TrayStatusItem::clickedAt);
-    connect(&m_notifierItem.menu(), &DBusMenu::opened, &m_barMenuKeys, &BarMenuKeys::menuOpened);
-    connect(&m_notifierItem.menu(), &DBusMenu::closed, &m_barMenuKeys, &BarMenuKeys::menuClosed);
+    connect(&m_notifierItem.menu(), &DBusMenu::opened, &m_taskbarMenuKeys, &TaskbarMenuKeys::menuOpened);
+    connect(&m_notifierItem.menu(), &DBusMenu::closed, &m_taskbarMenuKeys, &TaskbarMenuKeys::menuClosed);
     connect(&m_notifierItem, &StatusNotifierItem::menuRequested, this, &TrayStatusItem::popUpMenu);
     if (m_notifierItem.shown() || !x11TrayAvailable()) {
         chooseTray();
@@ -55,7 +55,7 @@ void TrayStatusItem::setMenu(QList<StatusMenuEntry> entries)
 {
     m_entries = std::move(entries);
     m_notifierItem.menu().setEntries(m_entries);
-    m_barMenuKeys.setEntries(m_entries);
+    m_taskbarMenuKeys.setEntries(m_entries);
     if (m_embedded) {
         auto menu = std::make_unique<TrayMenu>(m_entries);
         m_embedded->setContextMenu(menu.get());
@@ -74,7 +74,7 @@ std::optional<QRect> TrayStatusItem::frame() const
         return std::nullopt;
     }
     const QScreen* const screen = QGuiApplication::screenAt(*m_clicked);
-    // A bar that keeps windows off itself is far enough away from them; of another, at least the icon is kept free.
+    // A taskbar that reserves its space is outside the work area. Of any other, at least the icon is kept free.
     const bool inWorkArea = screen != nullptr && screen->availableGeometry().contains(*m_clicked);
     const int extent = inWorkArea ? iconExtent : 1;
     QRect icon(0, 0, extent, extent);
@@ -152,7 +152,7 @@ void TrayStatusItem::showEmbedded()
 
 void TrayStatusItem::clickedAt(const QPoint& place)
 {
-    // Bars say where the click was in units of their own; some say nothing.
+    // Taskbars report the click in units of their own; some report nothing.
     if (pointerIsKnown()) {
         m_clicked = QCursor::pos();
     } else if (!place.isNull()) {

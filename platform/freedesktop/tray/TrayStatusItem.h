@@ -3,10 +3,10 @@
 
 #pragma once
 
-#include "BarMenuKeys.h"
 #include "StatusButton.h"
 #include "StatusItem.h"
 #include "StatusNotifierItem.h"
+#include "TaskbarMenuKeys.h"
 #include "TrayIcon.h"
 #include "TrayMenu.h"
 
@@ -18,9 +18,9 @@
 
 namespace lapsa {
 
-/// A status item in whatever tray there is: by `org.kde.StatusNotifierItem` where a bar shows such items, by XEmbed
-/// otherwise, and from the one to the other as bars come and go. Without any tray the button still is there, as the
-/// place that nobody knows.
+/// A status item in whatever tray there is: by `org.kde.StatusNotifierItem` where a tray host shows such items, by
+/// XEmbed otherwise, changing from one to the other as taskbars come and go. Without a tray there is still a button, at
+/// an unknown place.
 class TrayStatusItem final : public StatusButton, public StatusItem
 {
     Q_OBJECT
@@ -50,12 +50,12 @@ private:
     QString m_toolTip;
     QList<StatusMenuEntry> m_entries;
     StatusNotifierItem m_notifierItem;
-    BarMenuKeys m_barMenuKeys;
+    TaskbarMenuKeys m_taskbarMenuKeys;
     /// Made when it is needed first.
     std::unique_ptr<TrayMenu> m_menu;
     std::unique_ptr<QSystemTrayIcon> m_embedded;
     QTimer m_embedding;
-    /// Where the icon was clicked last, of a bar that does not tell where it is.
+    /// Where the icon was clicked last: a status notifier item does not know its place.
     std::optional<QPoint> m_clicked;
 };
 

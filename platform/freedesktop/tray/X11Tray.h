@@ -12,7 +12,7 @@ namespace lapsa {
 /// Whether the X11 screen has a tray that icons can be embedded in.
 [[nodiscard]] bool x11TrayAvailable();
 
-/// What that tray wants its icons drawn in, where it says so (`_NET_SYSTEM_TRAY_COLORS`, which panels of the GNOME
+/// The colour that the tray asks icons to use, if it does (`_NET_SYSTEM_TRAY_COLORS`, which taskbars of the GNOME
 /// family set for all their icons).
 [[nodiscard]] std::optional<QColor> x11TrayForeground();
 

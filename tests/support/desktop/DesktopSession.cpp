@@ -83,7 +83,7 @@ void waitFor(const char* what, const std::function<bool()>& condition)
     }
 }
 
-/// As the panel names the corner that it starts in, and whether it stands upright.
+/// As the taskbar names the corner that it starts in, and whether it stands upright.
 std::pair<int, bool> xfcePosition(Edge edge)
 {
     switch (edge) {
@@ -142,7 +142,7 @@ DesktopSession::DesktopSession(const QString& screen)
 
 DesktopSession::~DesktopSession()
 {
-    m_panel.reset();
+    m_taskbar.reset();
     m_windowManager.reset();
     m_settings.reset();
     m_display.reset();
@@ -156,46 +156,46 @@ DesktopSession::~DesktopSession()
     }
 }
 
-void DesktopSession::startXfcePanel(Edge edge)
+void DesktopSession::startXfceTaskbar(Edge edge)
 {
     const auto [corner, upright] = xfcePosition(edge);
     writeXfceChannel(u"xfce4-panel"_s,
                      QString::fromLatin1(xfcePanel).arg(upright ? 1 : 0).arg(corner).arg(xfcePanelExtent).toUtf8());
     m_edge = edge;
-    m_panelClass = u"wrapper-2.0"_s;
-    m_panel = std::make_unique<HelperProcess>(u"xfce4-panel"_s, QStringList{u"--disable-wm-check"_s});
+    m_taskbarClass = u"wrapper-2.0"_s;
+    m_taskbar = std::make_unique<HelperProcess>(u"xfce4-panel"_s, QStringList{u"--disable-wm-check"_s});
     waitForTray(true);
 }
 
-void DesktopSession::startLxqtPanel(Edge edge)
+void DesktopSession::startLxqtTaskbar(Edge edge)
 {
     QFile file(m_home.makeFile(u".config/lxqt/panel.conf"_s));
     if (!file.open(QIODevice::WriteOnly) ||
         file.write(QString::fromLatin1(lxqtPanel).arg(nameOf(edge)).arg(lxqtPanelExtent).toUtf8()) < 0) {
-        qFatal("cannot write the settings of the panel");
+        qFatal("cannot write the settings of the taskbar");
     }
     file.close();
     m_edge = edge;
-    m_panelClass = u"lxqt-panel"_s;
-    m_panel = std::make_unique<HelperProcess>(u"lxqt-panel"_s);
+    m_taskbarClass = u"lxqt-panel"_s;
+    m_taskbar = std::make_unique<HelperProcess>(u"lxqt-panel"_s);
     waitForTray(true);
 }
 
 void DesktopSession::startTrayer(Edge edge)
 {
     m_edge = edge;
-    m_panelClass.clear();
-    m_panel = std::make_unique<HelperProcess>(u"trayer"_s,
-                                              QStringList{u"--edge"_s, nameOf(edge).toLower(), u"--align"_s, u"right"_s,
-                                                          u"--widthtype"_s, u"request"_s, u"--height"_s, u"28"_s,
-                                                          u"--SetDockType"_s, u"true"_s, u"--expand"_s, u"true"_s});
+    m_taskbarClass.clear();
+    m_taskbar = std::make_unique<HelperProcess>(
+        u"trayer"_s,
+        QStringList{u"--edge"_s, nameOf(edge).toLower(), u"--align"_s, u"right"_s, u"--widthtype"_s, u"request"_s,
+                    u"--height"_s, u"28"_s, u"--SetDockType"_s, u"true"_s, u"--expand"_s, u"true"_s});
     waitForTray(false);
 }
 
 void DesktopSession::killPanel()
 {
-    m_panel->kill();
-    m_panel.reset();
+    m_taskbar->kill();
+    m_taskbar.reset();
     waitFor("the end of the tray", [this] { return !m_bus->hasOwner(u"org.kde.StatusNotifierWatcher"_s); });
 }
 
@@ -211,15 +211,15 @@ std::optional<QRect> DesktopSession::trayIcon() const
             return window;
         }
     }
-    if (m_panelClass.isEmpty() || statusNotifierItems().isEmpty()) {
+    if (m_taskbarClass.isEmpty() || statusNotifierItems().isEmpty()) {
         return std::nullopt;
     }
-    const QList<QRect> windows = VirtualDisplay::windowsOfClass(m_panelClass);
+    const QList<QRect> windows = VirtualDisplay::windowsOfClass(m_taskbarClass);
     const auto shown = std::ranges::find_if(windows, [](const QRect& window) { return window.width() > 1; });
     if (shown == windows.end()) {
         return std::nullopt;
     }
-    // One icon takes a square at the end of the bar.
+    // One icon takes a square at the end of the taskbar.
     const int extent = std::min(shown->width(), shown->height());
     return QRect(shown->bottomRight() - QPoint(extent - 1, extent - 1), QSize(extent, extent));
 }
@@ -238,7 +238,7 @@ std::optional<QRect> DesktopSession::menu() const
 {
     constexpr QSize smallest(100, 100);
     constexpr QSize largest(400, 300);
-    for (const QString& owner : {m_panelClass, u"lapsa"_s}) {
+    for (const QString& owner : {m_taskbarClass, u"lapsa"_s}) {
         for (const QRect& window : owner.isEmpty() ? QList<QRect>() : VirtualDisplay::windowsOfClass(owner)) {
             if (window.size().boundedTo(largest) == window.size() &&
                 window.size().expandedTo(smallest) == window.size()) {

@@ -21,7 +21,7 @@
 
 namespace lapsa::test {
 
-/// The edge of the screen that a bar lies along.
+/// The edge of the screen that a taskbar lies along.
 enum class Edge
 {
     Top,
@@ -31,7 +31,7 @@ enum class Edge
 };
 
 /// A desktop made of the parts of real ones, with a home, a session bus and an X server of its own. The environment
-/// names them, for children, until it goes. It begins without a bar.
+/// names them, for children, until it goes. It begins without a taskbar.
 class DesktopSession final
 {
 public:
@@ -40,13 +40,13 @@ public:
     DesktopSession& operator=(const DesktopSession&) = delete;
     ~DesktopSession();
 
-    /// A bar that shows status notifier items, and embeds icons as well; 28 pixels high, icons at its right end.
-    void startXfcePanel(Edge edge = Edge::Top);
+    /// A taskbar that shows status notifier items, and embeds icons as well; 28 pixels high, icons at its right end.
+    void startXfceTaskbar(Edge edge = Edge::Top);
     /// The same of another desktop, written with the toolkit that Lapsa uses in an older version; 32 pixels high.
-    void startLxqtPanel(Edge edge = Edge::Top);
-    /// A bar that only embeds icons, in a corner, without keeping windows off itself.
+    void startLxqtTaskbar(Edge edge = Edge::Top);
+    /// A taskbar that only embeds icons, in a corner, without keeping windows off itself.
     void startTrayer(Edge edge = Edge::Top);
-    /// The bar crashes.
+    /// The taskbar crashes.
     void killPanel();
     /// Settings of the desktop, before its parts are started: a channel of xfconf, as XML.
     void writeXfceChannel(const QString& channel, const QByteArray& xml) const;
@@ -57,7 +57,7 @@ public:
 
     [[nodiscard]] VirtualDisplay& display() { return *m_display; }
 
-    /// Where the bar shows the one icon that is in its tray; nothing while there is none.
+    /// Where the taskbar shows the one icon that is in its tray; nothing while there is none.
     [[nodiscard]] std::optional<QRect> trayIcon() const;
     /// Lapsa's panel on the screen, without its shadow.
     [[nodiscard]] static std::optional<QRect> lapsaPanel();
@@ -75,8 +75,8 @@ private:
     std::optional<VirtualDisplay> m_display;
     std::unique_ptr<HelperProcess> m_settings;
     std::unique_ptr<WindowManager> m_windowManager;
-    std::unique_ptr<HelperProcess> m_panel;
-    QString m_panelClass;
+    std::unique_ptr<HelperProcess> m_taskbar;
+    QString m_taskbarClass;
     Edge m_edge = Edge::Top;
 };
 

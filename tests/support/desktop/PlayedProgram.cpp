@@ -59,7 +59,7 @@ PlayedProgram::PlayedProgram(Part part)
     if (m_part.processId != 0) {
         setNumbers(m_connection, m_window, "_NET_WM_PID", XCB_ATOM_CARDINAL, {m_part.processId});
     }
-    if (m_part.panel) {
+    if (m_part.taskbar) {
         setNumbers(m_connection, m_window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM,
                    {atom(m_connection, "_NET_WM_WINDOW_TYPE_DOCK")});
     }

@@ -24,7 +24,7 @@ public:
     struct Part
     {
         QByteArray windowClass = "Thunar";
-        bool panel = false;
+        bool taskbar = false;
         /// What it copies: targets and their bytes. Nothing is copied when there is none.
         QList<std::pair<QByteArray, QByteArray>> forms;
         /// Whether it tells which targets it has, and hands out what it has.

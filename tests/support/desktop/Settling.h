@@ -12,7 +12,7 @@ constexpr int desktopPatience = 60'000;
 
 /// Looks at something that another program owns until the look has given `wanted` several times in a row, and returns
 /// it; otherwise the last look, after `desktopPatience`. A window is out of sight for a moment while the window manager
-/// takes it into a frame, and an icon while its bar lays itself out: one look, and one more to be sure, may differ.
+/// takes it into a frame, and an icon while its taskbar lays itself out: one look, and one more to be sure, may differ.
 template <class Look, class Answer>
 [[nodiscard]] Answer settled(const Look& look, const Answer& wanted)
 {

@@ -168,17 +168,17 @@ private slots:
 
     void aFileManagerThatComesBackToTheFrontIsWaitedFor_data()
     {
-        QTest::addColumn<bool>("panel");
-        QTest::newRow("after a panel") << true;
+        QTest::addColumn<bool>("taskbar");
+        QTest::newRow("after a taskbar") << true;
         QTest::newRow("after no window at all") << false;
     }
 
     void aFileManagerThatComesBackToTheFrontIsWaitedFor()
     {
-        QFETCH(bool, panel);
-        PlayedProgram other({.windowClass = "Panel", .panel = true, .forms = {}});
+        QFETCH(bool, taskbar);
+        PlayedProgram other({.windowClass = "Taskbar", .taskbar = true, .forms = {}});
         PlayedProgram fileManager({.forms = twoFiles});
-        if (panel) {
+        if (taskbar) {
             other.activate();
         }
         // Without a limit on the wait, for a machine where the thread comes late.

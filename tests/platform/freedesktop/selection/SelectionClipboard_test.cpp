@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "EventTime.h"
 #include "HelperProcess.h"
 #include "QtPasteboard.h"
 #include "SelectionQuestions.h"
+#include "ServerTimestamp.h"
 #include "VirtualDisplay.h"
 
 #include <QGuiApplication>
@@ -91,7 +91,7 @@ private slots:
         auto data = std::make_unique<QMimeData>();
         data->setText(QString::fromUtf8(theirText));
         data->setData(u"text/html"_s, "<p>");
-        whenEventTimeIsFresh(this, [&data] { QGuiApplication::clipboard()->setMimeData(data.release()); });
+        whenServerTimestampIsFresh(this, [&data] { QGuiApplication::clipboard()->setMimeData(data.release()); });
         QTRY_VERIFY_WITH_TIMEOUT(ownedByUs(), patience);
         PlayedProgram fileManager({.forms = twoFiles});
         fileManager.activate();
@@ -338,7 +338,7 @@ private slots:
     void textIsPutOverWhatAnotherProgramHasJustCopied()
     {
         bool fresh = false;
-        whenEventTimeIsFresh(this, [&fresh] { fresh = true; });
+        whenServerTimestampIsFresh(this, [&fresh] { fresh = true; });
         QTRY_VERIFY_WITH_TIMEOUT(fresh, patience);
         PlayedProgram other(ownerOf({{"UTF8_STRING", theirText}}));
         // The server's time goes on, and the toolkit, which sees no event of it, does not notice.

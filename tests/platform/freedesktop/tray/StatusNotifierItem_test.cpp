@@ -27,11 +27,11 @@ namespace {
 
 constexpr int patience = 20'000;
 const QString watcherName = u"org.kde.StatusNotifierWatcher"_s;
-const QString busOfTheBar = u"bar"_s;
+const QString busOfTheTrayHost = u"tray host"_s;
 
 } // namespace
 
-/// A watcher as a bar has it, over a connection of its own.
+/// A watcher as a tray host has it, over a connection of its own.
 class PlayedWatcher final : public QObject
 {
     Q_OBJECT
@@ -39,7 +39,7 @@ class PlayedWatcher final : public QObject
     Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost SCRIPTABLE true)
 
 public:
-    explicit PlayedWatcher(const SessionBus& bus, bool host = true, const QString& connection = busOfTheBar)
+    explicit PlayedWatcher(const SessionBus& bus, bool host = true, const QString& connection = busOfTheTrayHost)
         : m_hasHost(host)
         , m_bus(QDBusConnection::connectToBus(bus.address(), connection))
     {
@@ -92,12 +92,12 @@ private:
     QDBusConnection m_bus;
 };
 
-/// A watcher that never tells whether it has a bar.
+/// A watcher that never tells whether it has a tray host.
 class SilentWatcher final : public QDBusVirtualObject
 {
 public:
     explicit SilentWatcher(const SessionBus& bus)
-        : m_bus(QDBusConnection::connectToBus(bus.address(), u"silent bar"_s))
+        : m_bus(QDBusConnection::connectToBus(bus.address(), u"silent tray host"_s))
     {
         m_bus.registerVirtualObject(u"/StatusNotifierWatcher"_s, this);
         m_bus.registerService(watcherName);
@@ -123,7 +123,7 @@ private:
     QDBusConnection m_bus;
 };
 
-/// The item towards a bar, at the protocol. One process has one session bus, so that every test shares it.
+/// The item towards a tray host, at the protocol. One process has one session bus, so that every test shares it.
 class StatusNotifierItemTest final : public QObject
 {
     Q_OBJECT
@@ -162,7 +162,7 @@ private slots:
     void itIsAnnouncedToAWatcherThatTheNamePassesTo()
     {
         auto first = std::make_unique<PlayedWatcher>(bus());
-        const PlayedWatcher next(bus(), true, u"next bar"_s);
+        const PlayedWatcher next(bus(), true, u"next tray host"_s);
         const StatusNotifierItem item;
         QTRY_COMPARE_WITH_TIMEOUT(first->items.size(), 1, patience);
         QCOMPARE(next.items.size(), 0);

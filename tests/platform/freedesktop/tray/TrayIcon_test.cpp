@@ -58,7 +58,7 @@ private slots:
 
     void itIsSeenOnLightAndOnDarkBars_data()
     {
-        QTest::addColumn<QColor>("bar");
+        QTest::addColumn<QColor>("taskbar");
         QTest::newRow("white") << QColor(Qt::white);
         QTest::newRow("light grey") << QColor(0xF0, 0xF0, 0xF0);
         QTest::newRow("dark grey") << QColor(0x2B, 0x2B, 0x2B);
@@ -67,12 +67,12 @@ private slots:
 
     void itIsSeenOnLightAndOnDarkBars()
     {
-        QFETCH(const QColor, bar);
+        QFETCH(const QColor, taskbar);
 
         const QColor drawn = middleOf(statusIcon());
 
         QCOMPARE(drawn.alpha(), 255);
-        QVERIFY2(contrast(drawn, bar) >= 3, qPrintable(QString::number(contrast(drawn, bar))));
+        QVERIFY2(contrast(drawn, taskbar) >= 3, qPrintable(QString::number(contrast(drawn, taskbar))));
     }
 
     void ofTheDrawingOnlyTheShapeCounts()

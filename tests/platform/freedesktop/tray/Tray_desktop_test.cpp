@@ -22,23 +22,23 @@ namespace {
 
 using Button = VirtualDisplay::Button;
 
-enum class Bar
+enum class Taskbar
 {
     Xfce,
     Lxqt,
     Trayer,
 };
 
-void startBar(DesktopSession& desktop, Bar bar, Edge edge = Edge::Top)
+void startTaskbar(DesktopSession& desktop, Taskbar taskbar, Edge edge = Edge::Top)
 {
-    switch (bar) {
-    case Bar::Xfce:
-        desktop.startXfcePanel(edge);
+    switch (taskbar) {
+    case Taskbar::Xfce:
+        desktop.startXfceTaskbar(edge);
         break;
-    case Bar::Lxqt:
-        desktop.startLxqtPanel(edge);
+    case Taskbar::Lxqt:
+        desktop.startLxqtTaskbar(edge);
         break;
-    case Bar::Trayer:
+    case Taskbar::Trayer:
         desktop.startTrayer(edge);
         break;
     }
@@ -53,17 +53,17 @@ bool preferencesAreOpen()
 
 void addBars()
 {
-    QTest::addColumn<Bar>("bar");
-    QTest::newRow("the panel of Xfce, status notifier items") << Bar::Xfce;
-    QTest::newRow("the panel of LXQt, status notifier items") << Bar::Lxqt;
-    QTest::newRow("trayer, embedded icons") << Bar::Trayer;
+    QTest::addColumn<Taskbar>("taskbar");
+    QTest::newRow("the taskbar of Xfce, status notifier items") << Taskbar::Xfce;
+    QTest::newRow("the taskbar of LXQt, status notifier items") << Taskbar::Lxqt;
+    QTest::newRow("trayer, embedded icons") << Taskbar::Trayer;
 }
 
 } // namespace
 
 } // namespace lapsa::test
 
-Q_DECLARE_METATYPE(lapsa::test::Bar)
+Q_DECLARE_METATYPE(lapsa::test::Taskbar)
 Q_DECLARE_METATYPE(lapsa::test::Edge)
 
 namespace lapsa::test {
@@ -77,7 +77,7 @@ private slots:
 
     void init()
     {
-        // The panel of LXQt would bring a desktop's libraries with it: it serves where it is there anyway.
+        // The taskbar of LXQt would bring a desktop's libraries with it: it serves where it is there anyway.
         if (QByteArray(QTest::currentDataTag()).contains("LXQt") &&
             QStandardPaths::findExecutable(u"lxqt-panel"_s).isEmpty()) {
             QSKIP("lxqt-panel is not installed");
@@ -107,14 +107,14 @@ private slots:
 
     void aPanelThatClosesByItselfIsClosedByAClickOnTheIconAsWell_data()
     {
-        QTest::addColumn<Bar>("bar");
+        QTest::addColumn<Taskbar>("taskbar");
         QTest::addColumn<bool>("slowly");
-        QTest::newRow("Xfce, a quick click") << Bar::Xfce << false;
-        QTest::newRow("Xfce, a slow click") << Bar::Xfce << true;
-        QTest::newRow("LXQt, a quick click") << Bar::Lxqt << false;
-        QTest::newRow("LXQt, a slow click") << Bar::Lxqt << true;
-        QTest::newRow("trayer, a quick click") << Bar::Trayer << false;
-        QTest::newRow("trayer, a slow click") << Bar::Trayer << true;
+        QTest::newRow("Xfce, a quick click") << Taskbar::Xfce << false;
+        QTest::newRow("Xfce, a slow click") << Taskbar::Xfce << true;
+        QTest::newRow("LXQt, a quick click") << Taskbar::Lxqt << false;
+        QTest::newRow("LXQt, a slow click") << Taskbar::Lxqt << true;
+        QTest::newRow("trayer, a quick click") << Taskbar::Trayer << false;
+        QTest::newRow("trayer, a slow click") << Taskbar::Trayer << true;
     }
 
     void aPanelThatClosesByItselfIsClosedByAClickOnTheIconAsWell()
@@ -198,17 +198,17 @@ private slots:
 
     void thePanelHangsAtTheIconWhereverTheBarIs_data()
     {
-        QTest::addColumn<Bar>("bar");
+        QTest::addColumn<Taskbar>("taskbar");
         QTest::addColumn<Edge>("edge");
         QTest::addColumn<QRect>("place");
-        QTest::newRow("Xfce, top") << Bar::Xfce << Edge::Top << QRect(850, 29, 430, 560);
-        QTest::newRow("Xfce, bottom") << Bar::Xfce << Edge::Bottom << QRect(850, 435, 430, 560);
-        QTest::newRow("Xfce, left") << Bar::Xfce << Edge::Left << QRect(29, 464, 430, 560);
-        QTest::newRow("Xfce, right") << Bar::Xfce << Edge::Right << QRect(821, 464, 430, 560);
-        QTest::newRow("LXQt, top") << Bar::Lxqt << Edge::Top << QRect(850, 32, 430, 560);
-        QTest::newRow("LXQt, bottom") << Bar::Lxqt << Edge::Bottom << QRect(850, 432, 430, 560);
-        QTest::newRow("trayer, top, inside the work area") << Bar::Trayer << Edge::Top << QRect(850, 27, 430, 560);
-        QTest::newRow("trayer, bottom") << Bar::Trayer << Edge::Bottom << QRect(850, 437, 430, 560);
+        QTest::newRow("Xfce, top") << Taskbar::Xfce << Edge::Top << QRect(850, 29, 430, 560);
+        QTest::newRow("Xfce, bottom") << Taskbar::Xfce << Edge::Bottom << QRect(850, 435, 430, 560);
+        QTest::newRow("Xfce, left") << Taskbar::Xfce << Edge::Left << QRect(29, 464, 430, 560);
+        QTest::newRow("Xfce, right") << Taskbar::Xfce << Edge::Right << QRect(821, 464, 430, 560);
+        QTest::newRow("LXQt, top") << Taskbar::Lxqt << Edge::Top << QRect(850, 32, 430, 560);
+        QTest::newRow("LXQt, bottom") << Taskbar::Lxqt << Edge::Bottom << QRect(850, 432, 430, 560);
+        QTest::newRow("trayer, top, inside the work area") << Taskbar::Trayer << Edge::Top << QRect(850, 27, 430, 560);
+        QTest::newRow("trayer, bottom") << Taskbar::Trayer << Edge::Bottom << QRect(850, 437, 430, 560);
     }
 
     void thePanelHangsAtTheIconWhereverTheBarIs()
@@ -225,7 +225,7 @@ private slots:
     void thePanelStaysInSightWhileScreensComeAndGo()
     {
         const std::optional place = QRect(850, 27, 430, 560);
-        QVERIFY(begin(Bar::Trayer));
+        QVERIFY(begin(Taskbar::Trayer));
         setMonitor({u"--setmonitor"_s, u"left"_s, u"640/170x1024/270+0+0"_s, u"screen"_s});
         setMonitor({u"--setmonitor"_s, u"right"_s, u"640/170x1024/270+640+0"_s, u"none"_s});
         VirtualDisplay::click(icon());
@@ -245,11 +245,11 @@ private slots:
 
     void theIconComesWithABarThatIsStartedLater()
     {
-        QFETCH(const Bar, bar);
+        QFETCH(const Taskbar, taskbar);
         m_lapsa.emplace();
         QTRY_VERIFY_WITH_TIMEOUT(m_desktop->bus().hasOwner(u"org.lapsa.Lapsa"_s), desktopPatience);
 
-        startBar(*m_desktop, bar);
+        startTaskbar(*m_desktop, taskbar);
 
         QVERIFY(iconIsThere());
         QVERIFY(succeeds([this] { return openedByClick(); }));
@@ -257,22 +257,22 @@ private slots:
 
     void theIconMovesFromOneKindOfTrayToTheOther_data()
     {
-        QTest::addColumn<Bar>("before");
-        QTest::addColumn<Bar>("after");
-        QTest::newRow("from embedded icons to items of Xfce") << Bar::Trayer << Bar::Xfce;
-        QTest::newRow("from embedded icons to items of LXQt") << Bar::Trayer << Bar::Lxqt;
-        QTest::newRow("from items to embedded icons") << Bar::Xfce << Bar::Trayer;
-        QTest::newRow("from items to items of LXQt") << Bar::Xfce << Bar::Lxqt;
+        QTest::addColumn<Taskbar>("before");
+        QTest::addColumn<Taskbar>("after");
+        QTest::newRow("from embedded icons to items of Xfce") << Taskbar::Trayer << Taskbar::Xfce;
+        QTest::newRow("from embedded icons to items of LXQt") << Taskbar::Trayer << Taskbar::Lxqt;
+        QTest::newRow("from items to embedded icons") << Taskbar::Xfce << Taskbar::Trayer;
+        QTest::newRow("from items to items of LXQt") << Taskbar::Xfce << Taskbar::Lxqt;
     }
 
     void theIconMovesFromOneKindOfTrayToTheOther()
     {
-        QFETCH(const Bar, before);
-        QFETCH(const Bar, after);
+        QFETCH(const Taskbar, before);
+        QFETCH(const Taskbar, after);
         QVERIFY(begin(before));
 
         m_desktop->killPanel();
-        startBar(*m_desktop, after);
+        startTaskbar(*m_desktop, after);
 
         QVERIFY(iconIsThere());
         QVERIFY(succeeds([this] { return openedByClick(); }));
@@ -283,12 +283,12 @@ private slots:
     void theIconComesBackHoweverOftenTheBarCrashes()
     {
         constexpr int crashes = 3;
-        QFETCH(const Bar, bar);
+        QFETCH(const Taskbar, taskbar);
         QVERIFY(begin());
 
         for (int crash = 0; crash < crashes; ++crash) {
             m_desktop->killPanel();
-            startBar(*m_desktop, bar);
+            startTaskbar(*m_desktop, taskbar);
             QVERIFY(iconIsThere());
         }
 
@@ -298,7 +298,7 @@ private slots:
 
     void theIconGoesWithTheProgram()
     {
-        QVERIFY(begin(Bar::Xfce));
+        QVERIFY(begin(Taskbar::Xfce));
 
         QCOMPARE(m_lapsa->terminate(), 0);
 
@@ -306,22 +306,22 @@ private slots:
     }
 
 private:
-    /// A desktop with the bar of the row, Lapsa in its tray.
+    /// A desktop with the taskbar of the row, Lapsa in its tray.
     [[nodiscard]] bool begin(Edge edge = Edge::Top)
     {
-        QFETCH(const Bar, bar);
-        return begin(bar, edge);
+        QFETCH(const Taskbar, taskbar);
+        return begin(taskbar, edge);
     }
 
-    [[nodiscard]] bool begin(Bar bar, Edge edge = Edge::Top)
+    [[nodiscard]] bool begin(Taskbar taskbar, Edge edge = Edge::Top)
     {
-        startBar(*m_desktop, bar, edge);
+        startTaskbar(*m_desktop, taskbar, edge);
         m_lapsa.emplace();
         return iconIsThere();
     }
 
-    /// Bars show an icon before they have laid themselves out, and once more when it moves from one kind to the other:
-    /// it is there when it stays where it is.
+    /// Taskbars show an icon before they have laid themselves out, and once more when it moves from one kind to the
+    /// other: it is there when it stays where it is.
     [[nodiscard]] bool iconIsThere() const
     {
         constexpr int enough = 3;
@@ -399,7 +399,7 @@ private:
         return !m_lapsa->running();
     }
 
-    /// One try: the bar may still be laying itself out.
+    /// One try: the taskbar may still be laying itself out.
     [[nodiscard]] bool openedByClick() const
     {
         if (!panel() && m_desktop->trayIcon()) {

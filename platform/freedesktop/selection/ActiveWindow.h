@@ -34,9 +34,9 @@ struct FileManagerWindow
 /// The way to ask the file manager whose windows are of that class; nothing for every other program. In any case.
 [[nodiscard]] std::optional<FileManagerWindow::Way> wayOfClass(QByteArrayView windowClass);
 
-/// The active window, if it is a file manager's. While no window is active, or only a panel or one of the client with
-/// the resource `ours`, as right after a menu has closed, waits for another.
-[[nodiscard]] std::optional<FileManagerWindow> frontFileManager(X11Connection& connection, std::uint32_t ours,
-                                                                const QDeadlineTimer& deadline);
+/// The active window, if it is a file manager's. Waits while no window is active, or only a taskbar or a window of the
+/// client with the resource `ours`, as right after a menu has closed.
+[[nodiscard]] std::optional<FileManagerWindow> activeFileManager(X11Connection& connection, std::uint32_t ours,
+                                                                 const QDeadlineTimer& deadline);
 
 } // namespace lapsa

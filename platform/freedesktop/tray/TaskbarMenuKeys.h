@@ -15,19 +15,20 @@ namespace lapsa {
 
 class X11InputMonitor;
 
-/// Makes the shortcuts of a menu work that an X11 bar shows: bars write them beside the entries, but do not hear them.
-class BarMenuKeys final : public QObject
+/// Makes the shortcuts work in a menu that an X11 taskbar shows. Taskbars write them beside the entries, but do not
+/// react to them.
+class TaskbarMenuKeys final : public QObject
 {
     Q_OBJECT
 
 public:
-    BarMenuKeys();
-    ~BarMenuKeys() override;
+    TaskbarMenuKeys();
+    ~TaskbarMenuKeys() override;
 
     void setEntries(QList<StatusMenuEntry> entries);
 
-    /// The bar is about to show the menu. It need not tell when the menu is closed: from the first click on, or the
-    /// first key that the menu does not get, nothing is heard any more.
+    /// The taskbar is about to show the menu. It need not report that the menu closed: the first click, or the first
+    /// key that the menu does not get, ends the watch.
     void menuOpened();
     void menuClosed();
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "BarMenuKeys.h"
 #include "HelperProcess.h"
+#include "TaskbarMenuKeys.h"
 #include "TemporaryHome.h"
 #include "VirtualDisplay.h"
 #include "X11InputMonitor.h"
@@ -47,8 +47,8 @@ private:
 
 } // namespace
 
-/// The keys of a menu that a bar shows, on a real X server.
-class BarMenuKeysDesktopTest final : public QObject
+/// The keys of a menu that a taskbar shows, on a real X server.
+class TaskbarMenuKeysDesktopTest final : public QObject
 {
     Q_OBJECT
 
@@ -57,7 +57,7 @@ private slots:
     void init()
     {
         m_quits = 0;
-        m_keys = std::make_unique<BarMenuKeys>();
+        m_keys = std::make_unique<TaskbarMenuKeys>();
         m_keys->setEntries({{.title = u"Quit"_s, .shortcut = u"Ctrl+Q"_s, .action = [this] { ++m_quits; }}});
     }
 
@@ -80,7 +80,7 @@ private slots:
     void aProgramThatTakesTheKeyboardAfterAClickIsNotTheMenu()
     {
         m_keys->menuOpened();
-        // The bar does not tell that this closes its menu.
+        // The taskbar does not report that this closes its menu.
         clickUntilItIsHeard(u"1"_s);
         const Grab otherProgram;
 
@@ -123,14 +123,14 @@ private:
     static void expectNothing()
     {
         int witnessed = 0;
-        BarMenuKeys witness;
+        TaskbarMenuKeys witness;
         witness.setEntries({{.title = u"Witness"_s, .shortcut = u"Ctrl+W"_s, .action = [&witnessed] { ++witnessed; }}});
         witness.menuOpened();
         pressWithControl(u"w"_s);
         QTRY_COMPARE_WITH_TIMEOUT(witnessed, 1, patience);
     }
 
-    std::unique_ptr<BarMenuKeys> m_keys;
+    std::unique_ptr<TaskbarMenuKeys> m_keys;
     int m_quits = 0;
 };
 
@@ -142,8 +142,8 @@ int main(int argc, char** argv)
     const lapsa::test::TemporaryHome home;
     const lapsa::test::VirtualDisplay display;
     const QGuiApplication application(argc, argv);
-    lapsa::test::BarMenuKeysDesktopTest test;
+    lapsa::test::TaskbarMenuKeysDesktopTest test;
     return QTest::qExec(&test, argc, argv);
 }
 
-#include "BarMenuKeys_desktop_test.moc"
+#include "TaskbarMenuKeys_desktop_test.moc"

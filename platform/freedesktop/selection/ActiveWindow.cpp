@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "FrontWindow.h"
+#include "ActiveWindow.h"
 
 #include "X11Connection.h"
 
@@ -47,7 +47,7 @@ xcb_window_t activeWindow(X11Connection& connection, const QDeadlineTimer& deadl
     return active.isEmpty() ? xcb_window_t{XCB_WINDOW_NONE} : active.first();
 }
 
-bool isPanel(X11Connection& connection, xcb_window_t window, const QDeadlineTimer& deadline)
+bool isTaskbar(X11Connection& connection, xcb_window_t window, const QDeadlineTimer& deadline)
 {
     return connection.numbers(window, connection.atom("_NET_WM_WINDOW_TYPE", deadline), deadline)
         .contains(connection.atom("_NET_WM_WINDOW_TYPE_DOCK", deadline));
@@ -80,14 +80,14 @@ std::optional<Way> wayOfClass(QByteArrayView windowClass)
     return known != knownClasses.end() ? std::optional(known->way) : std::nullopt;
 }
 
-std::optional<FileManagerWindow> frontFileManager(X11Connection& connection, std::uint32_t ours,
-                                                  const QDeadlineTimer& deadline)
+std::optional<FileManagerWindow> activeFileManager(X11Connection& connection, std::uint32_t ours,
+                                                   const QDeadlineTimer& deadline)
 {
     watchRoot(connection);
     do {
         const xcb_window_t window = activeWindow(connection, deadline);
         const bool passing =
-            window == XCB_WINDOW_NONE || connection.sameClient(window, ours) || isPanel(connection, window, deadline);
+            window == XCB_WINDOW_NONE || connection.sameClient(window, ours) || isTaskbar(connection, window, deadline);
         if (!passing) {
             const auto way = wayOfClass(classOf(connection.text(window, XCB_ATOM_WM_CLASS, deadline)));
             if (!way) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "EventTime.h"
+#include "ServerTimestamp.h"
 
 #include "X11Screen.h"
 
@@ -78,7 +78,7 @@ private:
 
 } // namespace
 
-void whenEventTimeIsFresh(QObject* context, std::function<void()> then)
+void whenServerTimestampIsFresh(QObject* context, std::function<void()> then)
 {
     if (xcb_connection_t* const connection = x11Connection()) {
         new Refresh(context, connection, std::move(then)); // deletes itself, or goes with its context

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "BarMenuKeys.h"
+#include "TaskbarMenuKeys.h"
 
 #include "X11InputMonitor.h"
 #include "X11Screen.h"
@@ -65,7 +65,7 @@ void play(xcb_connection_t* connection, const KeySymbols& symbols, xcb_keysym_t 
     }
 }
 
-/// The bar does not know that the entry was chosen.
+/// The taskbar does not know that the entry was chosen.
 void closeMenu(xcb_connection_t* connection, const KeySymbols& symbols)
 {
     for (const xcb_keysym_t control : {leftControlKey, rightControlKey}) {
@@ -86,26 +86,26 @@ bool matches(const StatusMenuEntry& entry, xcb_keysym_t key)
 
 } // namespace
 
-BarMenuKeys::BarMenuKeys() = default;
-BarMenuKeys::~BarMenuKeys() = default;
+TaskbarMenuKeys::TaskbarMenuKeys() = default;
+TaskbarMenuKeys::~TaskbarMenuKeys() = default;
 
-void BarMenuKeys::setEntries(QList<StatusMenuEntry> entries)
+void TaskbarMenuKeys::setEntries(QList<StatusMenuEntry> entries)
 {
     m_entries = std::move(entries);
 }
 
-void BarMenuKeys::menuOpened()
+void TaskbarMenuKeys::menuOpened()
 {
     m_sinceOpened.start();
     if (!m_keys) {
         m_keys = std::make_unique<X11InputMonitor>(X11InputMonitor::Kind::Keys);
-        connect(m_keys.get(), &X11InputMonitor::pressed, this, &BarMenuKeys::keyPressed);
+        connect(m_keys.get(), &X11InputMonitor::pressed, this, &TaskbarMenuKeys::keyPressed);
         m_buttons = std::make_unique<X11InputMonitor>(X11InputMonitor::Kind::Buttons);
-        connect(m_buttons.get(), &X11InputMonitor::pressed, this, &BarMenuKeys::buttonPressed);
+        connect(m_buttons.get(), &X11InputMonitor::pressed, this, &TaskbarMenuKeys::buttonPressed);
     }
 }
 
-void BarMenuKeys::menuClosed()
+void TaskbarMenuKeys::menuClosed()
 {
     for (auto* const monitor : {&m_keys, &m_buttons}) {
         if (*monitor) {
@@ -115,7 +115,7 @@ void BarMenuKeys::menuClosed()
     }
 }
 
-void BarMenuKeys::buttonPressed(quint32 button)
+void TaskbarMenuKeys::buttonPressed(quint32 button)
 {
     // On an entry or beside the menu, a click ends it. Who has the keyboard from then on, as a program in full screen
     // may, is not the menu.
@@ -124,7 +124,7 @@ void BarMenuKeys::buttonPressed(quint32 button)
     }
 }
 
-void BarMenuKeys::keyPressed(quint32 keyCode)
+void TaskbarMenuKeys::keyPressed(quint32 keyCode)
 {
     xcb_connection_t* const connection = x11Connection();
     if (connection == nullptr || !menuHasKeyboard(connection)) {
