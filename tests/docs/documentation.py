@@ -5,7 +5,8 @@
 
 Each command that a page shows is either run here, in a home and a session of its own, or looked at: its tool is there
 and knows the options. commands.py has the one table that says which, and why. A command that is not in the table fails,
-and so does one of the table that no page shows any more.
+and so does one of the table that no page shows any more. The names that the pages for developers mention have to be in
+the source.
 """
 import json
 import os
@@ -19,11 +20,14 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).parent))
 sys.dont_write_bytecode = True
 from commands import TABLE, Look, Run  # noqa: E402
+from names import Names  # noqa: E402
 from world import World  # noqa: E402
 
 # What begins a command in the middle of a text.
 STARTERS = ("apt", "build/release/lapsa", "cat", "cmake", "cp", "ctest", "dpkg", "findmnt", "gapplication", "gdbus",
             "gio", "journalctl", "lapsa", "ls", "mv", "stat", "sudo", "systemctl", "xargs")
+# What these say of the source is compared with it.
+DEVELOPER_PAGES = ("CONTRIBUTING.md", "docs/architecture.md", "docs/porting.md", "platform/README.md")
 SYNOPSIS = re.compile(r"tools/[\w-]+( \[.*)?")
 
 
@@ -63,7 +67,8 @@ class Documentation:
     def __init__(self, source, build):
         self.source = source
         self.build = build
-        self.pages = [source / "README.md", source / "CONTRIBUTING.md", *sorted(source.glob("docs/*.md"))]
+        self.pages = [source / "README.md", source / "CONTRIBUTING.md", source / "platform" / "README.md",
+                      *sorted(source.glob("docs/*.md"))]
         self.failures = []
         self.done = {Run: 0, Look: 0}
 
@@ -176,6 +181,7 @@ class Documentation:
             self.done[type(entry)] += 1
             (self.run if isinstance(entry, Run) else self.look)(place, command, entry)
         self.check_links()
+        self.check_names()
         self.check_changelog()
         print(f"{self.done[Run]} commands run, {self.done[Look]} looked at")
         for failure in self.failures:
@@ -194,6 +200,15 @@ class Documentation:
                     self.fail(place, "there is no such file")
                 elif section and section not in sections_of(linked.read_text(encoding="utf-8")):
                     self.fail(place, "there is no such section")
+
+    def check_names(self):
+        """Types, functions, files and folders that a page for developers speaks of are there."""
+        names = Names(self.source)
+        for page in DEVELOPER_PAGES:
+            for line, span in inline_spans((self.source / page).read_text(encoding="utf-8")):
+                if span.split()[0] not in STARTERS:
+                    for name in names.unknown(span, (self.source / page).parent):
+                        self.fail(f"{page}:{line}", f"there is no {name}, of which `{span}` speaks")
 
     def check_changelog(self):
         settings = (self.source / "CMakeLists.txt").read_text(encoding="utf-8")
