@@ -14,8 +14,9 @@ sys.path.insert(0, str(Path(__file__).parent))
 sys.dont_write_bytecode = True
 from targets import House  # noqa: E402
 
-WIDTH, MARGIN = 1150, 24
+WIDTH, MARGIN = 1176, 24
 GAP, GUTTER = 30, 22  # between floors, where the arrows are; between boxes side by side
+AROUND = 11  # from a frame to the boxes in it
 PADDING, TITLE, LINE, WORD_SPACE = 11, 24, 17, 11
 TYPE_SIZE = 12
 
@@ -31,8 +32,8 @@ KEY = (("top", "desktop/: makes the objects and connects them"),
        ("interface", "ui/: draws what the user sees"),
        ("work", "engine/, model/: keep the list and decide what happens to a file"),
        ("files", "filesystem/: moves, copies and removes files without losing one"),
-       ("facility", "platform/freedesktop/, platform/process/: talk to the desktop"),
-       ("ground-floor", "platform/, base/: interfaces to the desktop; values"))
+       ("facility", "platform/freedesktop/, platform/process/: implement the interfaces"),
+       ("ground-floor", "platform/, base/: the interfaces to the desktop; values"))
 
 STYLE = """
 text { font-family: Inter, "Segoe UI", "Helvetica Neue", Helvetica, Arial, "Liberation Sans", sans-serif; }
@@ -42,6 +43,7 @@ text { font-family: Inter, "Segoe UI", "Helvetica Neue", Helvetica, Arial, "Libe
 .type { font-size: 12px; font-weight: 400; fill: #4a4f5a; }
 .legend { font-size: 13px; fill: #6a6f7a; }
 .head { font-size: 19px; font-weight: 650; fill: #23252b; }
+.frame { fill: #f7f2ea; stroke: #ece2d3; }
 .arrow { fill: none; stroke: #9aa0ab; stroke-width: 1.3; stroke-linecap: round; }
 .tip { fill: #9aa0ab; }
 .work { fill: #e6f2ea; stroke: #b5d6c0; }
@@ -55,6 +57,7 @@ text { font-family: Inter, "Segoe UI", "Helvetica Neue", Helvetica, Arial, "Libe
   .title, .head { fill: #eef0f4; }
   .type { fill: #b6bcc8; }
   .legend { fill: #949ba8; }
+  .frame { fill: #1d1b1a; stroke: #33291f; }
   .arrow { stroke: #6d7583; }
   .tip { fill: #6d7583; }
   .work { fill: #1b3024; stroke: #335a43; }
@@ -126,7 +129,7 @@ class Picture:
         self.boxes = {}
         self.uses = {room.name: room.rooms - {"resources"} for room in house.rooms if not room.folder.startswith("tests")}
         self.uses["lapsa"] = house.targets["lapsa"].rooms - {"resources"}
-        self.via = {}  # x of the gutter by which an arrow gets past the rooms between its ends
+        self.via = {}  # x of the gutter by which an arrow gets past the rooms between its ends, and its end's least inset
         self.place()
 
     def box(self, name, look, x, width):
@@ -147,8 +150,8 @@ class Picture:
         """Two wings of a tower, the work on files and the interface, and a lower wing, the desktop around."""
         files, views = 250, 262
         left, middle = MARGIN, MARGIN + files + GUTTER
-        right = middle + views + GUTTER + 6
-        wing = WIDTH - MARGIN - right
+        right = middle + views + GUTTER + AROUND
+        wing = WIDTH - MARGIN - AROUND - right
 
         lapsa = self.box("lapsa", "top", left, files + GUTTER + views)
         desktop = self.box("desktop", "top", left, files + GUTTER + views)
@@ -174,12 +177,12 @@ class Picture:
             y += gap + floor[0].height
             gap = GAP + (bottom - needed) / len(interface)
 
-        self.place_facilities(right, wing, platform.y - GAP)
+        self.place_facilities(right, wing, platform.y - GAP - AROUND)
         base = self.box("base", "ground-floor", MARGIN, WIDTH - 2 * MARGIN)
         base.y = bottom + 12
         self.height = base.bottom + MARGIN
-        self.via |= {("model", "platform"): left + files + GUTTER / 2, ("engine", "platform"): left + files + GUTTER / 2,
-                     ("desktop", "platform"): right - GUTTER / 2 - 3, ("desktop", "x11"): right - GUTTER / 2 - 3}
+        self.via |= {("model", "platform"): (left + files + GUTTER / 2, 16),
+                     ("engine", "platform"): (left + files + GUTTER / 2, 16)}
 
     def place_files(self, x, width, y):
         half, other = self.shares(width, ["copy", "removal"], ["trash"])
@@ -216,8 +219,9 @@ class Picture:
             for room in rooms:
                 room.height, room.y = height, bottom - height
             bottom -= height + GAP
-        self.via |= {("tray", "x11"): second - GUTTER / 2, ("freedesktop", "hotkeys"): third - GUTTER / 2,
-                     ("session", "portal"): third - GUTTER / 2, ("session", "platform"): third + wide + MARGIN / 2}
+        self.via |= {("tray", "x11"): (second - GUTTER / 2, 20), ("freedesktop", "hotkeys"): (third - GUTTER / 2, 20),
+                     ("session", "portal"): (third - GUTTER / 2, 46)}
+        self.wing = [name for floor in floors for name, _, _ in floor]
 
     # ---- Arrows
 
@@ -231,9 +235,10 @@ class Picture:
         return found
 
     def arrows(self):
-        """Those that no longer way implies. All may use base, so nothing is drawn to it."""
+        """Those that no longer way implies. All may use base, so nothing is drawn to it, and the lower wing, which
+        implements the interfaces of platform, has one arrow there together."""
         for room, used in self.uses.items():
-            for other in sorted(used - {"base"}):
+            for other in sorted(used - {"base"} - ({"platform"} if room in self.wing else set())):
                 if not any(other in self.below(between) for between in used - {other}):
                     yield self.boxes[room], self.boxes[other]
 
@@ -242,9 +247,10 @@ class Picture:
         if (upper.name, lower.name) == ("lapsa", "freedesktop"):
             x, y, end = upper.right - 24, upper.y + upper.height / 2, lower.right - 26
             path = f"M{x:.0f} {y:.0f} H{end - 16:.0f} Q{end:.0f} {y:.0f} {end:.0f} {y + 16:.0f} V{lower.y - 7:.0f}"
-        elif gutter := self.via.get((upper.name, lower.name)):
+        elif way := self.via.get((upper.name, lower.name)):
+            gutter, inset = way
             start = min(max(gutter, upper.x + 14), upper.right - 14)
-            end = min(max(gutter, lower.x + 40), lower.right - 40)
+            end = min(max(gutter, lower.x + inset), lower.right - inset)
             turn, last = upper.bottom + GAP - 6, lower.y - GAP + 6
             path = (f"M{start:.0f} {upper.bottom:.0f} C{start:.0f} {turn - 8:.0f} {gutter:.0f} {turn - 16:.0f} "
                     f"{gutter:.0f} {turn:.0f} V{last:.0f} C{gutter:.0f} {last + 10:.0f} {end:.0f} {last + 6:.0f} "
@@ -261,11 +267,22 @@ class Picture:
         yield f'<path class="arrow" d="{path}"/>'
         yield f'<path class="tip" d="M{end - 4:.0f} {lower.y - 8:.0f} h8 l-4 6.5 z"/>'
 
+    def frame(self):
+        """Around the lower wing, with its arrow to platform."""
+        rooms, platform = [self.boxes[name] for name in self.wing], self.boxes["platform"]
+        x, y = min(room.x for room in rooms) - AROUND, min(room.y for room in rooms) - AROUND
+        right, bottom = max(room.right for room in rooms) + AROUND, max(room.bottom for room in rooms) + AROUND
+        frame = Box("", "frame", x, right - x, [], y)
+        frame.height = bottom - y
+        yield f'<rect class="frame" x="{x:.0f}" y="{y:.0f}" width="{right - x:.0f}" height="{bottom - y:.0f}" rx="12"/>'
+        if any("platform" in self.uses[name] for name in self.wing):
+            yield from self.arrow(frame, platform)
+
     # ---- All of it
 
     def legend(self):
         """What the picture says, in the room that the lower wing leaves."""
-        x, roof = self.boxes["freedesktop"].x, self.boxes["freedesktop"].y
+        x, roof = self.boxes["freedesktop"].x - AROUND, self.boxes["freedesktop"].y - AROUND
         y = (MARGIN + 50 + roof - 34 - len(SAID) * 20 - len(KEY) * 25) / 2 + 10
         yield f'<text class="head" x="{x:.0f}" y="{y:.0f}">The rooms of Lapsa</text>'
         y += 30
@@ -283,6 +300,7 @@ class Picture:
                  "<!-- Drawn by tools/house from the targets of the build. -->",
                  "<title>The rooms of Lapsa, and which uses which</title>", f"<style>{STYLE}</style>",
                  f'<rect class="ground" width="{WIDTH}" height="{self.height:.0f}" rx="12"/>', *self.legend()]
+        parts += self.frame()
         for upper, lower in self.arrows():
             parts += self.arrow(upper, lower)
         for box in self.boxes.values():

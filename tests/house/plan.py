@@ -43,8 +43,7 @@ MAY_USE = {
     "preferences": {"engine", "model", "io", "platform", "base"} | INTERFACE,
 
     # It wires everything, but only the program itself makes the real facilities.
-    # Until it asks interfaces of platform/ about clicks beside the panel and about compositing, it uses x11 as well.
-    "desktop": {"x11", "panel", "preferences", "engine", "model", "io", "platform", "base"} | INTERFACE,
+    "desktop": {"panel", "preferences", "engine", "model", "io", "platform", "base"} | INTERFACE,
 }
 
 # Arrows along which no include goes: FileSystem.h of io declares functions that are written in filesystem.
