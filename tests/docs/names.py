@@ -5,7 +5,7 @@ import re
 from pathlib import Path
 
 # The pages themselves are no source, nor is what a build makes.
-LEFT_OUT = {".git", "build", "docs", "CHANGELOG.md", "README.md", "CONTRIBUTING.md"}
+LEFT_OUT = {".git", ".cache", "build", "docs", "CHANGELOG.md", "README.md", "CONTRIBUTING.md"}
 # Words that a page may use for something that is not there.
 EXAMPLES = {"NAME", "FILE", "FILES", "FOLDER", "COMMIT", "ARCHIVE"}
 

@@ -147,7 +147,7 @@ class Walls:
         lines = [f"#if __has_include({header})\n#error finds={header}=\n#endif" for header in hidden]
         lines += [f"#if !__has_include({header})\n#error misses={header}=\n#endif" for header in found]
         said = compiler.errors(target, "\n".join(lines) + "\n")
-        failures = [f"{target.name}: {verb} {header}" for verb, header in re.findall(r"#error (finds|misses)=([^=]+)=", said)]
+        failures = [f"{target.name}: {verb} {header}" for verb, header in re.findall(r"\b(finds|misses)=([^=\n]+)=", said)]
         if said and not failures:
             failures.append(f"{target.name}: {said}")
         if hidden and not re.search(r"No such file|file not found", compiler.errors(target, f"#include {hidden[0]}\n")):
