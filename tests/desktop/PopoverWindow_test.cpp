@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "LapsaStyle.h"
 #include "Material.h"
 #include "PopoverWindow.h"
 #include "RecordingDesktop.h"
 
+#include <QApplication>
 #include <QImage>
 #include <QTest>
 
@@ -23,6 +25,8 @@ class PopoverWindowTest final : public QObject
     Q_OBJECT
 
 private slots:
+
+    void initTestCase() { QApplication::setStyle(new LapsaStyle); }
 
     void cleanup() { material::setTranslucencyAvailable(false); }
 

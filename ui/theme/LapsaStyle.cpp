@@ -84,7 +84,7 @@ LapsaStyle::LapsaStyle()
 void LapsaStyle::polish(QWidget* widget)
 {
     QProxyStyle::polish(widget);
-    if (auto* const menu = qobject_cast<QMenu*>(widget); menu != nullptr && material::translucencyAvailable()) {
+    if (auto* const menu = qobject_cast<QMenu*>(widget); menu != nullptr && m_translucencyAvailable) {
         makeRound(*menu);
     }
     if (qobject_cast<QScrollBar*>(widget) != nullptr || qobject_cast<QComboBox*>(widget) != nullptr) {

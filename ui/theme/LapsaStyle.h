@@ -11,12 +11,25 @@ namespace lapsa {
 
 /// The look of what is the toolkit's own: text fields, combo boxes, check boxes, scroll bars, menus, tooltips, and the
 /// buttons and lists of its dialogs. Everything takes its colours from themePalette().
+///
+/// The toolkit has one style for the whole application, and every widget can reach it. So it also owns what the desktop
+/// says about the look of all windows: whether they may move (Motion.h) and be translucent (Material.h).
 class LapsaStyle final : public QProxyStyle
 {
     Q_OBJECT
 
 public:
     LapsaStyle();
+
+    /// On until the desktop says otherwise.
+    void setAnimationsEnabled(bool enabled) { m_animationsEnabled = enabled; }
+
+    [[nodiscard]] bool animationsEnabled() const { return m_animationsEnabled; }
+
+    /// Off until the desktop says that it composites windows.
+    void setTranslucencyAvailable(bool available) { m_translucencyAvailable = available; }
+
+    [[nodiscard]] bool translucencyAvailable() const { return m_translucencyAvailable; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     void polish(QWidget* widget) override;
@@ -66,6 +79,9 @@ private:
     void makeRound(QMenu& menu);
     [[nodiscard]] static QSize menuItemSize(const QStyleOption& option, const QSize& size);
     static void drawToolTip(const QStyleOption& option, QPainter& painter);
+
+    bool m_animationsEnabled = true;
+    bool m_translucencyAvailable = false;
 };
 
 } // namespace lapsa

@@ -3,8 +3,10 @@
 
 #include "Material.h"
 
+#include "LapsaStyle.h"
 #include "ThemePalette.h"
 
+#include <QApplication>
 #include <QLinearGradient>
 #include <QPainter>
 
@@ -17,22 +19,19 @@ constexpr double topLightLight = 0.35;
 constexpr double topLightDark = 0.025;
 constexpr double hoverTint = 0.06;
 
-bool& translucency()
-{
-    static bool available = false;
-    return available;
-}
-
 } // namespace
 
 bool translucencyAvailable()
 {
-    return translucency();
+    const auto* const style = qobject_cast<const LapsaStyle*>(QApplication::style());
+    return style != nullptr && style->translucencyAvailable();
 }
 
 void setTranslucencyAvailable(bool available)
 {
-    translucency() = available;
+    if (auto* const style = qobject_cast<LapsaStyle*>(QApplication::style())) {
+        style->setTranslucencyAvailable(available);
+    }
 }
 
 void paintWindow(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette)

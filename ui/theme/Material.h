@@ -11,9 +11,10 @@ class QPainter;
 /// The grounds on which everything lies.
 namespace lapsa::material {
 
-/// Whether windows may have round corners with nothing behind them: needs a compositing window manager.
+/// Whether windows may have round corners with nothing behind them, which needs a compositing window manager. The
+/// application's style knows; under any other than LapsaStyle windows are opaque and square.
 [[nodiscard]] bool translucencyAvailable();
-/// What the desktop says about that; until it does, windows are opaque and square.
+/// Tells the application's style whether the desktop composites windows. Until then windows are opaque and square.
 void setTranslucencyAvailable(bool available);
 
 inline constexpr int panelRadius = 12;

@@ -3,31 +3,26 @@
 
 #include "Motion.h"
 
-#include <QGuiApplication>
+#include "LapsaStyle.h"
+
+#include <QApplication>
 #include <QVariantAnimation>
 
 namespace lapsa::motion {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-bool& allowedByDesktop()
-{
-    static bool allowed = true;
-    return allowed;
-}
-
-} // namespace
-
 bool allowed()
 {
-    return allowedByDesktop() && QGuiApplication::platformName() != "offscreen"_L1;
+    const auto* const style = qobject_cast<const LapsaStyle*>(QApplication::style());
+    return (style == nullptr || style->animationsEnabled()) && QGuiApplication::platformName() != "offscreen"_L1;
 }
 
 void setAllowedByDesktop(bool allowed)
 {
-    allowedByDesktop() = allowed;
+    if (auto* const style = qobject_cast<LapsaStyle*>(QApplication::style())) {
+        style->setAnimationsEnabled(allowed);
+    }
 }
 
 int milliseconds(std::chrono::milliseconds duration)

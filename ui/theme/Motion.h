@@ -19,9 +19,10 @@ inline constexpr std::chrono::milliseconds sheetDuration{160};
 inline constexpr std::chrono::milliseconds highlightDuration{1200};
 inline constexpr QEasingCurve::Type easing = QEasingCurve::OutCubic;
 
-/// False where the desktop has animations switched off, and where no one can see them (no display).
+/// False if the desktop has animations switched off, which the application's style knows, and without a display.
 [[nodiscard]] bool allowed();
-/// What the desktop says about animations.
+/// Tells the application's style whether the desktop has animations switched on. They are on with any other style than
+/// LapsaStyle.
 void setAllowedByDesktop(bool allowed);
 
 /// `duration`, or none at all where nothing may move.

@@ -46,8 +46,8 @@ PanelWorld::PanelWorld()
 
 void PanelWorld::setUpApplication()
 {
-    motion::setAllowedByDesktop(false);
     QApplication::setStyle(new LapsaStyle);
+    motion::setAllowedByDesktop(false);
     QApplication::setPalette(themePalette(ColorScheme::Light));
     QFont font(u"DejaVu Sans"_s);
     font.setPointSizeF(10);
