@@ -4,6 +4,7 @@
 #pragma once
 
 #include "AddResult.h"
+#include "BusyItems.h"
 #include "DebouncedTask.h"
 #include "KnownPaths.h"
 #include "LapsaItem.h"
@@ -29,12 +30,6 @@ class MainQueue;
 class Pasteboard;
 class SettingsStore;
 class Workspace;
-
-namespace fileSystem {
-
-class Batch;
-
-} // namespace fileSystem
 
 /// The one central state: the items on countdown, the files parked for recovery, and every operation on them. Main
 /// thread only. Items are looked up by `id` at each operation; an unknown one changes nothing. Nothing here fails
@@ -137,7 +132,8 @@ public:
     // ---- Expiry
 
     /// Purges the recovery folder, then disposes of every item that is expired and not locked. A lock holds for what
-    /// the locked item lies in as well: such a folder is passed over.
+    /// the locked item lies in as well: such a folder is passed over. What was copied in vain, since somebody wrote to
+    /// it, is not tried in each pass.
     void deleteExpiredItems();
 
     /// Whether the item is due, but somebody wrote to its file when it was to be copied to another file system.
@@ -187,7 +183,8 @@ private:
     [[nodiscard]] Result<void> moveToRecovery(const LapsaItem& item, DisposalRun& run);
     void takeOffTheList(const DisposalRun& run);
     void keepUntilUnused(const LapsaItem& item, DisposalRun& run);
-    void announceLongWork(fileSystem::Batch& batch);
+    void announceLongWork(DisposalRun& run);
+    void saveBeforeLongWork(std::int64_t bytes);
     void saveAgedRecords();
     void removeRecoveryRecords(QUuid id);
     void scanFolder(const LapsaAutoCleanFolderRule& rule);
@@ -197,7 +194,7 @@ private:
     Environment m_environment;
     QList<LapsaItem> m_items;
     QList<LapsaRecoveryItem> m_recoveryItems;
-    QSet<QString> m_inUse;
+    BusyItems m_inUse;
     /// When the oldest record that is not on the disk yet was made.
     std::optional<TimePoint> m_recordUnsavedSince;
     std::optional<QString> m_lastMessage;

@@ -35,6 +35,8 @@ struct LapsaStore::DisposalRun
     ItemPlaces locked;
     /// By hand a lock holds for what lies in the item alone: the user said now.
     bool byHand = false;
+    /// Whether the item that is dealt with has cost a long copy.
+    bool copied = false;
     /// Of the items that were dealt with, whatever became of their files: id and path, in the order of the list.
     QList<std::pair<QString, QString>> handled;
     /// The folders that are gone from their places, standardised.
@@ -42,6 +44,9 @@ struct LapsaStore::DisposalRun
 };
 
 namespace {
+
+/// In bytes.
+constexpr std::int64_t soonCopied = 1 << 20;
 
 /// A display name as one file name inside the recovery folder: it can come from an edited file and say anything.
 QString recoveryFileName(const LapsaItem& item)
@@ -79,10 +84,10 @@ void LapsaStore::deleteExpiredItems()
     const QList<LapsaItem> snapshot = m_items;
     std::optional<DisposalRun> run;
     for (const LapsaItem& item : snapshot) {
-        if (item.isExpired(clock.now()) && !item.locked) {
+        if (item.isExpired(clock.now()) && !item.locked && !m_inUse.rests(item, clock.now())) {
             if (!run) {
                 run.emplace(snapshot, m_knownPaths);
-                announceLongWork(run->batch);
+                announceLongWork(*run);
                 if (!settings().useRecoveryWindow && settings().useTrash) {
                     run->batch.expectTrash(expiredPaths(snapshot, clock.now()));
                 }
@@ -103,7 +108,7 @@ LapsaStore::DeleteOutcome LapsaStore::deleteNow(const LapsaItem& item)
 {
     DisposalRun run(m_items, m_knownPaths);
     run.byHand = true;
-    announceLongWork(run.batch);
+    announceLongWork(run);
     deleteFileForItem(item, run);
     if (isInUse(item.id)) {
         const auto found = firstItem(item.id);
@@ -166,16 +171,20 @@ void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
         return;
     }
     run.handled.push_back({item.id, item.path});
-    m_inUse.remove(item.id);
     // Somebody else was faster: nothing to do and nothing to say. A path that leads nowhere by itself, as an edited
     // file may hold one, is refused below like everything else that must not be touched.
     if (!exists && item.path.startsWith(u'/')) {
+        m_inUse.remove(item.id);
         return;
     }
+    run.copied = false;
     const Result<void> disposed = disposeOf(item, run);
     if (!disposed && disposed.error().code == ETXTBSY) {
         keepUntilUnused(item, run);
-    } else if (!disposed) {
+        return;
+    }
+    m_inUse.remove(item.id);
+    if (!disposed) {
         systemLog(u"Lapsa failed to delete "_s + item.path + u": "_s + disposed.error().description);
     } else if (entry && entry->isDirectory) {
         run.goneFolders.insert(fileSystem::standardizedPath(item.path).value_or(item.path));
@@ -187,7 +196,7 @@ void LapsaStore::keepUntilUnused(const LapsaItem& item, DisposalRun& run)
 {
     emit willChange();
     run.handled.pop_back();
-    m_inUse.insert(item.id);
+    m_inUse.add(item, run.copied ? BusyItems::Cost::Copy : BusyItems::Cost::Little, m_environment.clock.now());
 }
 
 Result<void> LapsaStore::disposeOf(const LapsaItem& item, DisposalRun& run)
@@ -227,14 +236,19 @@ Result<void> LapsaStore::moveToRecovery(const LapsaItem& item, DisposalRun& run)
     return {};
 }
 
-void LapsaStore::announceLongWork(fileSystem::Batch& batch)
+void LapsaStore::announceLongWork(DisposalRun& run)
 {
-    batch.announceLongWork([this](std::int64_t bytes) {
-        constexpr std::int64_t soonCopied = 1 << 20;
-        if (bytes > soonCopied && m_recordUnsavedSince) {
-            saveRecoveryNow();
-        }
+    run.batch.announceLongWork([this, &run](std::int64_t bytes) {
+        run.copied = bytes > soonCopied;
+        saveBeforeLongWork(bytes);
     });
+}
+
+void LapsaStore::saveBeforeLongWork(std::int64_t bytes)
+{
+    if (bytes > soonCopied && m_recordUnsavedSince) {
+        saveRecoveryNow();
+    }
 }
 
 // A pass can be long, and no timer fires meanwhile. The end of the process would cost the records that are not saved:

@@ -100,7 +100,7 @@ void LapsaStore::purgeExpiredRecovery()
         return;
     }
     fileSystem::Batch batch(protection());
-    announceLongWork(batch);
+    batch.announceLongWork([this](std::int64_t bytes) { saveBeforeLongWork(bytes); });
     RecoveryPurge purge(m_recoveryItems, m_items, now);
     QList<LapsaRecoveryItem> left = purge.run(batch);
     if (left.size() == m_recoveryItems.size()) {

@@ -175,8 +175,7 @@ int Batch::Selection::move(const QString& to)
         error = error == 0 ? rename() : error;
     }
     if (error == EXDEV) {
-        announce();
-        error = moveAcross(place(), m_status, m_destination.place());
+        error = moveAcross(place(), m_status, m_destination.place(), [this] { announce(); });
         // That takes its time.
         m_destination.letGo();
         m_source.letGo();

@@ -41,8 +41,9 @@ public:
     /// How what is selected looked; nothing where there was nothing.
     [[nodiscard]] std::optional<EntryLook> selected() const;
 
-    /// Calls `announce` before each copy to another file system and before each removal of a folder: both may take any
-    /// time. `bytes` is the size of a file; a folder's is not known, and says as much as there can be.
+    /// Calls `announce` before each copy to another file system (not for a file that is refused without one) and before
+    /// each removal of a folder: both may take any time. `bytes` is the size of a file; a folder's is not known, and
+    /// says as much as there can be.
     void announceLongWork(std::function<void(std::int64_t bytes)> announce);
 
     /// fileSystem::move() of what is selected.

@@ -152,7 +152,7 @@ int removeSource(const Place& from, const struct statx& status, const Place& to,
     return error == 0 || !stands(from, identityOf(status)) ? 0 : takeBack(from, to, error);
 }
 
-int moveRegularFile(const Place& from, const struct statx& status, const Place& to)
+int moveRegularFile(const Place& from, const struct statx& status, const Place& to, const std::function<void()>& begins)
 {
     const FoundEntry entry = foundAt(from, status);
     // Open until the end, and its lease with it.
@@ -160,16 +160,14 @@ int moveRegularFile(const Place& from, const struct statx& status, const Place& 
     if (!source) {
         return source.error().code;
     }
+    begins();
     int error = copyNamelessly(entry, source.value(), to);
     error = error == EOPNOTSUPP ? copyUnderOtherName(entry, source.value(), to) : error;
     return error != 0 ? error : removeSource(from, status, to, [&] { return source.value().isStill(status); });
 }
 
-int moveFile(const Place& from, const struct statx& status, const Place& to)
+int moveSpecialFile(const Place& from, const struct statx& status, const Place& to)
 {
-    if (S_ISREG(status.stx_mode)) {
-        return moveRegularFile(from, status, to);
-    }
     if (const int error = copyEntry(foundAt(from, status), to.folder.get(), to.name.constData())) {
         return error;
     }
@@ -233,7 +231,7 @@ int moveFolder(const Place& from, const struct statx& status, const Place& to)
 
 } // namespace
 
-int moveAcross(const Place& from, const struct statx& status, const Place& to)
+int moveAcross(const Place& from, const struct statx& status, const Place& to, const std::function<void()>& begins)
 {
     if (look(to.folder.get(), to.name.constData(), STATX_TYPE)) {
         return EEXIST;
@@ -241,7 +239,11 @@ int moveAcross(const Place& from, const struct statx& status, const Place& to)
     if (const int error = checkRemovable(foundAt(from, status))) {
         return error;
     }
-    return isFolder(status) ? moveFolder(from, status, to) : moveFile(from, status, to);
+    if (S_ISREG(status.stx_mode)) {
+        return moveRegularFile(from, status, to, begins);
+    }
+    begins();
+    return isFolder(status) ? moveFolder(from, status, to) : moveSpecialFile(from, status, to);
 }
 
 } // namespace lapsa

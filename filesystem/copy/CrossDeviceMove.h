@@ -7,11 +7,15 @@
 
 #include <sys/stat.h>
 
+#include <functional>
+
 namespace lapsa {
 
 /// Moves an entry to another file system: a copy that becomes visible only when it is whole and on the disk, then the
 /// removal of the source. Never overwrites. Returns an `errno` value; after a failure the source is whole and nothing
-/// stands at `to`. ETXTBSY: somebody writes to it, or did meanwhile, and a later try may succeed.
-[[nodiscard]] int moveAcross(const Place& from, const struct statx& status, const Place& to);
+/// stands at `to`. ETXTBSY: somebody writes to it, or did meanwhile, and a later try may succeed. Calls `begins` before
+/// the first byte is copied; never for a file that somebody has open for writing.
+[[nodiscard]] int moveAcross(const Place& from, const struct statx& status, const Place& to,
+                             const std::function<void()>& begins);
 
 } // namespace lapsa

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "LapsaItem.h"
+#include "Time.h"
+
+#include <QHash>
+#include <QString>
+
+namespace lapsa {
+
+/// Items that are due, but whose files somebody wrote to when they were to be copied to another file system.
+class BusyItems final
+{
+public:
+    /// What the attempt came to before it was given up.
+    enum class Cost
+    {
+        Little,
+        /// Much was copied in vain.
+        Copy,
+    };
+
+    [[nodiscard]] bool contains(const QString& id) const { return m_items.contains(id); }
+
+    /// Whether a pass leaves the item alone for now: after a copy in vain for as long again as it has been in use so
+    /// far, at most an hour. Not one whose time was set anew since.
+    [[nodiscard]] bool rests(const LapsaItem& item, TimePoint now) const;
+
+    void add(const LapsaItem& item, Cost cost, TimePoint now);
+
+    void remove(const QString& id) { m_items.remove(id); }
+
+private:
+    struct Busy
+    {
+        TimePoint expiresAt;
+        TimePoint since;
+        TimePoint restsUntil;
+    };
+
+    QHash<QString, Busy> m_items;
+};
+
+} // namespace lapsa
