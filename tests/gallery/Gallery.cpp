@@ -42,6 +42,7 @@ void Gallery::paintEverything()
         m_scheme = scheme;
         QApplication::setPalette(themePalette(scheme));
         paintPanel();
+        paintInUse();
         paintSheet();
         paintPreferences();
         paintAlert();

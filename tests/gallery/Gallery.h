@@ -49,6 +49,7 @@ public:
 
 private:
     void paintPanel();
+    void paintInUse();
     void paintSheet();
     void paintPreferences();
     void paintAlert();

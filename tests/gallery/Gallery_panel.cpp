@@ -13,8 +13,10 @@
 
 #include <QApplication>
 #include <QDragEnterEvent>
+#include <QFile>
 #include <QMenu>
 #include <QMimeData>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <chrono>
@@ -139,6 +141,22 @@ void Gallery::paintPanel()
     menu.popup({});
     menu.setActiveAction(menu.actions().at(1));
     save(menu, u"row-menu"_s);
+}
+
+void Gallery::paintInUse()
+{
+    // On another file system than Recovery, so that it has to be copied.
+    const QTemporaryDir disk(u"/dev/shm/lapsa-XXXXXX"_s);
+    QFile film(disk.filePath(u"Holiday film.mkv"_s));
+    if (!film.open(QIODevice::WriteOnly)) {
+        qFatal("a file at /dev/shm is needed");
+    }
+    Scene scene;
+    scene.world.add(film.fileName(), 1);
+    fill(scene);
+    scene.world.time.advance(std::chrono::minutes(1));
+    scene.world.store().deleteExpiredItems();
+    save(*shownPanel(scene), u"panel-in-use"_s);
 }
 
 void Gallery::paintSheet()

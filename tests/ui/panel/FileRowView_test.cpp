@@ -3,13 +3,17 @@
 
 #include "ElidedLabel.h"
 #include "FileIconView.h"
+#include "FileListView.h"
 #include "FileRowView.h"
 #include "PanelWorld.h"
 #include "RowIconButton.h"
 
 #include <QAccessible>
 #include <QApplication>
+#include <QFile>
 #include <QMenu>
+#include <QStorageInfo>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace lapsa;
@@ -26,6 +30,8 @@ private slots:
     void theRemainingTimeIsRoundedUp();
     void aLockedItemReadsLockedInOrange();
     void theRemainingTimeIsSecondaryHoweverLittleIsLeft();
+    void aFileThatSomebodyWritesToReadsInUse_data();
+    void aFileThatSomebodyWritesToReadsInUse();
     void theButtonsStandInTheirOrderWithTheirTips();
     void everythingStandsAtItsPlace();
     void theGroundRunsFromWhiteToAccent();
@@ -116,6 +122,58 @@ void FileRowView_test::theRemainingTimeIsSecondaryHoweverLittleIsLeft()
 
     QCOMPARE(label(world.row(0), 1).role(), ColorRole::Secondary);
     QCOMPARE(label(world.row(1), 1).role(), ColorRole::Secondary);
+}
+
+void FileRowView_test::aFileThatSomebodyWritesToReadsInUse_data()
+{
+    QTest::addColumn<QByteArray>("locale");
+    QTest::addColumn<QString>("inUse");
+    QTest::addColumn<QString>("locked");
+    QTest::addColumn<QString>("left");
+    QTest::newRow("English") << QByteArray("C.UTF-8") << u"In use"_s << u"locked"_s << u"10min left"_s;
+    QTest::newRow("Italian") << QByteArray("it_IT.UTF-8") << u"In uso"_s << u"bloccato"_s << u"10min rimanenti"_s;
+}
+
+void FileRowView_test::aFileThatSomebodyWritesToReadsInUse()
+{
+    QFETCH(const QByteArray, locale);
+    QFETCH(const QString, inUse);
+    QFETCH(const QString, locked);
+    QFETCH(const QString, left);
+    const test::Language language(locale.constData());
+    PanelWorld world;
+    // On another file system than Recovery, so that it has to be copied.
+    const QTemporaryDir disk(u"/dev/shm/lapsa-XXXXXX"_s);
+    if (!disk.isValid() || QStorageInfo(disk.path()) == QStorageInfo(world.home.path({}))) {
+        QSKIP("a second file system at /dev/shm is needed");
+    }
+    QFile film(disk.filePath(u"film.mkv"_s));
+    QVERIFY(film.open(QIODevice::WriteOnly));
+    const LapsaItem item = world.add(film.fileName(), 1);
+    const auto text = [&] {
+        PanelWorld::settle();
+        return label(world.row(0), 1).text();
+    };
+    QVERIFY(text() != inUse);
+
+    world.time.advance(2min);
+    world.store().deleteExpiredItems();
+    QCOMPARE(text(), inUse);
+    QCOMPARE(label(world.row(0), 1).role(), ColorRole::Secondary);
+    QCOMPARE(world.row(0).accessibleDescription(), inUse);
+
+    world.store().toggleLock(item);
+    QCOMPARE(text(), locked);
+    world.store().toggleLock(item);
+    QCOMPARE(text(), inUse);
+    world.store().updateExpiration(item, 10);
+    QCOMPARE(text(), left);
+
+    film.close();
+    world.time.advance(10min);
+    world.store().deleteExpiredItems();
+    PanelWorld::settle();
+    QVERIFY(world.list().visibleRows().isEmpty());
 }
 
 void FileRowView_test::theButtonsStandInTheirOrderWithTheirTips()
