@@ -6,11 +6,13 @@
 #include "AppPaths.h"
 #include "FileName.h"
 #include "FileSystem.h"
+#include "PutAside.h"
 #include "SystemLog.h"
 
 #include <QList>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <tuple>
 
@@ -58,6 +60,17 @@ public:
         return written;
     }
 
+    /// The file itself.
+    Result<void> take(const QString& file)
+    {
+        const std::int64_t number = m_numbers.isEmpty() ? 1 : m_numbers.last() + 1;
+        auto taken = fileSystem::putAside(file, pathOf(number));
+        if (taken) {
+            m_numbers.push_back(number);
+        }
+        return taken;
+    }
+
     void removeOldest()
     {
         const fileSystem::Protection protection{.folder = AppPaths::applicationSupportDirectory().toLocalFile()};
@@ -81,11 +94,38 @@ private:
     QList<std::int64_t> m_numbers;
 };
 
+/// What is left of it is all there is: whoever knows more of disks, or has the right to read it, may get at it.
+void keepUnreadable(const QString& file)
+{
+    const QString name = lastPathComponent(file);
+    Result<void> kept = FileError::fromErrno(ENOENT);
+    for (const QString& folder : {AppPaths::keptFilesFolder(), parentPath(file)}) {
+        if (folder.isEmpty() || !fileSystem::createDirectory(folder, fileSystem::Access::OwnerOnly)) {
+            continue;
+        }
+        Copies copies(folder, FileName::of(name));
+        kept = copies.take(file);
+        if (kept) {
+            systemLog(u"Lapsa replaces "_s + name + u", a copy is kept: "_s + copies.newest());
+            copies.removeOldest();
+            return;
+        }
+    }
+    // What is no file is not replaced either.
+    if (kept.error().code != EISDIR && kept.error().code != EINVAL) {
+        systemLog(u"Lapsa replaces "_s + name + u", no copy is kept: "_s + kept.error().description);
+    }
+}
+
 } // namespace
 
 void keepCopyOf(const QString& file)
 {
     const Result<QByteArray> bytes = fileSystem::read(file);
+    if (!bytes && bytes.error().code != ENOENT) {
+        keepUnreadable(file);
+        return;
+    }
     const QString folder = AppPaths::keptFilesFolder();
     if (!bytes || bytes.value().isEmpty() || folder.isEmpty()) {
         return;

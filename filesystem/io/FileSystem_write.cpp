@@ -6,6 +6,7 @@
 #include "FolderListing.h"
 #include "PathWalk.h"
 #include "Place.h"
+#include "PutAside.h"
 
 #include <QRandomGenerator>
 
@@ -172,6 +173,18 @@ Result<void> writeAtomically(const QString& path, QByteArrayView bytes)
         return FileError::fromErrno(error);
     }
     error = syncFolder(target.value());
+    return error == 0 ? Result<void>() : FileError::fromErrno(error);
+}
+
+Result<void> putAside(const QString& path, const QString& to)
+{
+    const Result<Place> from = openLinkedPlace(path);
+    const Result<Place> aside = openPlace(to);
+    if (!from || !aside) {
+        return from ? aside.error() : from.error();
+    }
+    int error = replaceable(from.value());
+    error = error == 0 ? renameWithoutReplacing(from.value(), aside.value()) : error;
     return error == 0 ? Result<void>() : FileError::fromErrno(error);
 }
 

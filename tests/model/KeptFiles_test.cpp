@@ -3,6 +3,7 @@
 
 #include "KeptFiles.h"
 #include "LogCapture.h"
+#include "Privileges.h"
 #include "TemporaryHome.h"
 
 #include <QDir>
@@ -11,6 +12,8 @@
 #include <QTest>
 
 #include <sys/stat.h>
+
+#include <tuple>
 
 using namespace lapsa;
 using namespace Qt::StringLiterals;
@@ -38,6 +41,8 @@ class KeptFiles_test final : public QObject
     Q_OBJECT
 
 private slots:
+
+    void initTestCase() { std::ignore = test::PrivateMounts::available(); } // before the first temporary folder
 
     void aCopyIsKeptForTheUserAloneAndTheLogSaysWhere()
     {
@@ -98,6 +103,64 @@ private slots:
         keepCopyOf(home.dataPath(u"missing.json"_s));
 
         QVERIFY(!QFileInfo::exists(home.path(keptFolder)));
+        QCOMPARE(log.lines(), QStringList());
+    }
+
+    void aFileThatCannotBeReadIsKeptItself_data()
+    {
+        QTest::addColumn<bool>("otherUsers");
+        QTest::addColumn<bool>("otherDisk");
+        QTest::newRow("without rights") << false << false;
+        QTest::newRow("of another user") << true << false;
+        QTest::newRow("where the copies are on another disk") << false << true;
+    }
+
+    void aFileThatCannotBeReadIsKeptItself()
+    {
+        QFETCH(bool, otherUsers);
+        QFETCH(bool, otherDisk);
+        if (!test::PrivateMounts::available()) {
+            QSKIP("acts as another user, which needs root");
+        }
+        const test::TemporaryHome home;
+        test::PrivateMounts mounts;
+        if (otherDisk) {
+            mounts.mountTemporary(home.path(u".local/state"_s));
+        }
+        home.makeFolder(u".local/state"_s);
+        home.writeDataFile(u"state.json"_s, "[items]");
+        const QString list = home.dataPath(u"state.json"_s);
+        QCOMPARE(::chmod(list.toUtf8().constData(), otherUsers ? 0600 : 0), 0);
+        for (const QString& path :
+             {home.path({}), home.path(u".local"_s), home.path(u".local/state"_s), home.dataPath()}) {
+            test::giveToOrdinaryUser(path);
+        }
+        if (!otherUsers) {
+            test::giveToOrdinaryUser(list);
+        }
+        const test::LogCapture log;
+
+        QCOMPARE(test::asOrdinaryUser([&] {
+                     keepCopyOf(list);
+                     return 0;
+                 }),
+                 0);
+
+        const QString kept = otherDisk ? home.dataPath(u"state-1.json"_s) : home.path(keptFolder + u"/state-1.json"_s);
+        QVERIFY(!QFileInfo::exists(list));
+        QCOMPARE(content(kept), QByteArray("[items]"));
+        QCOMPARE(log.lines(), QStringList{u"Lapsa replaces state.json, a copy is kept: "_s + kept});
+    }
+
+    void whatIsNoFileIsLeftInSilence()
+    {
+        const test::TemporaryHome home;
+        QVERIFY(QDir().mkpath(home.dataPath(u"state.json/inside"_s)));
+        const test::LogCapture log;
+
+        keepCopyOf(home.dataPath(u"state.json"_s));
+
+        QVERIFY(QFileInfo::exists(home.dataPath(u"state.json/inside"_s)));
         QCOMPARE(log.lines(), QStringList());
     }
 
