@@ -17,7 +17,9 @@
 
 #include <QPointer>
 
+#include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <utility>
 
 namespace lapsa {
@@ -169,6 +171,11 @@ void LapsaStore::loadItems()
 {
     if (auto stored = storedList<LapsaItem>(AppPaths::stateURL())) {
         m_items = *std::move(stored);
+        QStringList paths;
+        paths.reserve(m_items.size());
+        std::ranges::transform(std::as_const(m_items), std::back_inserter(paths), &LapsaItem::path);
+        m_knownPaths.rememberOthers(paths);
+        saveKnownPaths();
         return;
     }
     keepCopyOf(AppPaths::stateURL().toLocalFile());

@@ -58,6 +58,12 @@ void LapsaStore::scanFolder(const LapsaAutoCleanFolderRule& rule)
     if (!listed) {
         return;
     }
+    if (!m_knownPaths.stepsInto(*path)) {
+        m_knownPaths.rememberFolder(*path); // watched before this was remembered
+        if (m_knownPaths.stepsInto(*path)) {
+            saveKnownPaths();
+        }
+    }
     addFound(taken, watchedFolder::addOptions(rule));
 }
 

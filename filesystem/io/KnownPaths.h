@@ -47,6 +47,11 @@ public:
     void remember(const QStringList& paths);
     void rememberFolder(const QString& folder);
 
+    /// Remembers where entries are of which nothing is remembered, since they were named before this was, or in a
+    /// folder that was nobody else's to change then. Only of what is there, by a path without links on the way, and
+    /// where neither another machine nor a program is asked, which may not answer.
+    void rememberOthers(const QStringList& paths);
+
     /// Forgets all entries and folders but these.
     void keepOnly(const QSet<QString>& paths, const QSet<QString>& folders);
 

@@ -8,6 +8,7 @@
 #include <QList>
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 namespace lapsa {
@@ -37,21 +38,67 @@ QByteArray withoutEscapes(QByteArrayView escaped)
     return plain;
 }
 
-} // namespace
+struct Mount
+{
+    QByteArray point;
+    QByteArray kind;
+    QByteArray source;
+};
 
-Result<bool> hasMountBelow(const QByteArray& folder)
+Result<QList<Mount>> mounts()
 {
     const Result<QByteArray> table = fileSystem::read(QStringLiteral("/proc/self/mountinfo"));
     if (!table) {
         return table.error();
     }
-    const QByteArray prefix = folder.endsWith('/') ? folder : folder + '/';
-    const QList<QByteArray> lines = table.value().split('\n');
-    return std::ranges::any_of(lines, [&](const QByteArray& line) {
-        constexpr qsizetype mountPoint = 4;
+    QList<Mount> found;
+    for (const QByteArray& line : table.value().split('\n')) {
+        constexpr qsizetype point = 4;
         const QList<QByteArray> fields = line.split(' ');
-        return fields.size() > mountPoint && withoutEscapes(fields[mountPoint]).startsWith(prefix);
-    });
+        // Before it stand as many optional fields as there are.
+        const qsizetype separator = fields.indexOf("-");
+        if (separator > point && separator + 2 < fields.size()) {
+            found.push_back({.point = withoutEscapes(fields[point]),
+                             .kind = fields[separator + 1],
+                             .source = withoutEscapes(fields[separator + 2])});
+        }
+    }
+    return found;
+}
+
+bool isServed(const Mount& mount)
+{
+    constexpr std::array<QByteArrayView, 4> withoutDevice = {"tmpfs", "ramfs", "overlay", "zfs"};
+    return mount.kind.startsWith("fuse") ||
+           (!mount.source.startsWith("/dev/") && std::ranges::find(withoutDevice, mount.kind) == withoutDevice.end());
+}
+
+} // namespace
+
+Result<bool> hasMountBelow(const QByteArray& folder)
+{
+    const Result<QList<Mount>> found = mounts();
+    if (!found) {
+        return found.error();
+    }
+    const QByteArray prefix = folder.endsWith('/') ? folder : folder + '/';
+    return std::ranges::any_of(found.value(), [&](const Mount& mount) { return mount.point.startsWith(prefix); });
+}
+
+Result<QList<QByteArray>> servedMounts()
+{
+    const Result<QList<Mount>> found = mounts();
+    if (!found) {
+        return found.error();
+    }
+    QList<QByteArray> served;
+    for (const Mount& mount : found.value()) {
+        // The root of all is there, whatever serves it.
+        if (mount.point != "/" && isServed(mount)) {
+            served.push_back(mount.point);
+        }
+    }
+    return served;
 }
 
 } // namespace lapsa

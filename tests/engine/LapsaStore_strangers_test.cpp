@@ -9,7 +9,9 @@
 #include <QFile>
 #include <QTest>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -59,16 +61,75 @@ private slots:
         QFETCH(bool, restarted);
         test::StoreWorld world;
         const QString path = listedFile(world, watched);
-        world.home.makeFile(u"group/mine/thesis.tex"_s, "years of work\n");
-        world.home.makeFile(u"group/mine/other.tex"_s, "years of work\n");
-        QVERIFY(QDir().rename(world.home.path(u"group/inbox"_s), world.home.path(u"group/aside"_s)));
-        QVERIFY(QDir().rename(world.home.path(u"group/mine"_s), world.home.path(u"group/inbox"_s)));
+        exchangeForOneOfTheUsers(world);
 
         const QStringList log = expire(world, restarted);
 
         QCOMPARE(world.home.names(u"group/inbox"_s), (QStringList{u"other.tex"_s, u"thesis.tex"_s}));
         QCOMPARE(log, QStringList{failure(path)});
         QVERIFY(world.listedNames().isEmpty());
+    }
+
+    void theListOfAnEarlierVersionIsNotedByTheNextPass_data() { wayRows(); }
+
+    void theListOfAnEarlierVersionIsNotedByTheNextPass()
+    {
+        QFETCH(bool, watched);
+        QFETCH(bool, restarted);
+        test::StoreWorld world;
+        const QString path = listedFile(world, watched);
+        world.stop();
+        QVERIFY(QFile::remove(world.home.path(u".local/state/Lapsa/paths.json"_s)));
+        world.start();
+        world.store().scanAutoCleanFolders();
+        world.letSavesPass();
+        exchangeForOneOfTheUsers(world);
+
+        const QStringList log = expire(world, restarted);
+
+        QCOMPARE(world.home.names(u"group/inbox"_s), (QStringList{u"other.tex"_s, u"thesis.tex"_s}));
+        QCOMPARE(log, QStringList{failure(path)});
+        QVERIFY(world.listedNames().isEmpty());
+    }
+
+    void aFolderThatBecameSharedIsNotedByTheNextStart()
+    {
+        test::StoreWorld world;
+        const QString path = world.add(world.home.makeFile(u"group/inbox/thesis.tex"_s)).path;
+        world.changeSettings([](LapsaSettings& settings) { settings.useRecoveryWindow = false; });
+        share(world);
+        world.start();
+        exchangeForOneOfTheUsers(world);
+
+        const QStringList log = expire(world, false);
+
+        QCOMPARE(log, QStringList{failure(path)});
+        QVERIFY(QFile::exists(path));
+    }
+
+    /// A start must not wait for a disk that does not answer.
+    void whatAProgramServesIsNotLookedAtByAStart()
+    {
+        test::StoreWorld world;
+        listedFile(world, false);
+        world.stop();
+        QVERIFY(QFile::remove(world.home.path(u".local/state/Lapsa/paths.json"_s)));
+        const int server = ::open("/dev/fuse", O_RDWR | O_CLOEXEC); // it never answers
+        if (server < 0) {
+            QSKIP("a file system of a program's is mounted, which needs FUSE");
+        }
+        {
+            test::PrivateMounts mounts;
+            mounts.mount("fuse", world.home.path(u"group"_s),
+                         "fd=" + QByteArray::number(server) + ",rootmode=40777,user_id=0,group_id=0");
+
+            world.start();
+            world.letSavesPass();
+        }
+        ::close(server);
+
+        QCOMPARE(world.listedNames(), QStringList{u"thesis.tex"_s});
+        QVERIFY(!known(world).contains("inbox"));
     }
 
     void aFolderThatNobodyExchangedIsServed_data() { wayRows(); }
@@ -149,10 +210,7 @@ private:
     static QString listedFile(test::StoreWorld& world, bool watched)
     {
         const QString path = world.home.makeFile(u"group/inbox/thesis.tex"_s, "a draft\n");
-        for (const QString& folder : {u"group"_s, u"group/inbox"_s}) {
-            test::giveTo(test::ordinaryUser, world.home.path(folder));
-            ::chmod(world.home.path(folder).toUtf8().constData(), 0777);
-        }
+        share(world);
         world.changeSettings([](LapsaSettings& settings) { settings.useRecoveryWindow = false; });
         world.changeSettings([](LapsaSettings& settings) { settings.useTrash = false; });
         if (watched) {
@@ -165,6 +223,22 @@ private:
         }
         world.letSavesPass();
         return path;
+    }
+
+    static void share(const test::StoreWorld& world)
+    {
+        for (const QString& folder : {u"group"_s, u"group/inbox"_s}) {
+            test::giveTo(test::ordinaryUser, world.home.path(folder));
+            ::chmod(world.home.path(folder).toUtf8().constData(), 0777);
+        }
+    }
+
+    static void exchangeForOneOfTheUsers(const test::StoreWorld& world)
+    {
+        world.home.makeFile(u"group/mine/thesis.tex"_s, "years of work\n");
+        world.home.makeFile(u"group/mine/other.tex"_s, "years of work\n");
+        QVERIFY(QDir().rename(world.home.path(u"group/inbox"_s), world.home.path(u"group/aside"_s)));
+        QVERIFY(QDir().rename(world.home.path(u"group/mine"_s), world.home.path(u"group/inbox"_s)));
     }
 
     /// A year passes; what the log says of it.
