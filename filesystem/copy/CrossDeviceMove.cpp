@@ -193,7 +193,7 @@ int finishFolder(const Place& copy, const struct statx& status, const Place& to)
     if (const int error = putInPlace(copy, folder.get(), to)) {
         return error;
     }
-    int error = errorOf([&] { return ::fchmod(folder.get(), status.stx_mode & 07777U); });
+    int error = unlessNoModesAreKept(errorOf([&] { return ::fchmod(folder.get(), status.stx_mode & 07777U); }));
     if (error == 0) {
         error = errorOf([&] { return ::fsync(folder.get()); });
     }

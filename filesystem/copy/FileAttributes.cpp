@@ -128,7 +128,8 @@ int copyAttributes(int from, int to, const struct statx& status)
     if (!S_ISLNK(status.stx_mode)) {
         // A program must not run with the rights of somebody it never belonged to.
         const mode_t mode = status.stx_mode & (ownerKept ? 07777U : 01777U);
-        if (const int error = errorOf([&] { return ::chmod(procPath(to).constData(), mode); })) {
+        const int refused = errorOf([&] { return ::chmod(procPath(to).constData(), mode); });
+        if (const int error = unlessNoModesAreKept(refused)) {
             return error;
         }
     }

@@ -93,7 +93,7 @@ int TreeCopy::enter(const QByteArray& name, const QByteArray& toName)
         return 0;
     }
     dropInheritedAccessLists(m_to->folder());
-    return errorOf([&] { return ::fchmod(m_to->folder(), interruptedMode); });
+    return unlessNoModesAreKept(errorOf([&] { return ::fchmod(m_to->folder(), interruptedMode); }));
 }
 
 int TreeCopy::leave()
