@@ -3,11 +3,11 @@
 
 #include "FileSystem.h"
 #include "FileTree.h"
+#include "LoopDisk.h"
 #include "Privileges.h"
 #include "TemporaryHome.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QTest>
 
@@ -33,42 +33,6 @@ private slots:
 };
 
 namespace {
-
-/// An image with XFS at a folder, mounted until this goes.
-class Disk final
-{
-public:
-    Disk(const TemporaryHome& home, const QString& name)
-        : m_folder(home.makeFolder(name))
-    {
-        const QString image = home.makeFile(name + u".image"_s);
-        m_mounted = QFile::resize(image, qint64{320} << 20) && run(u"mkfs.xfs"_s, {u"-q"_s, u"-f"_s, image}) &&
-                    run(u"mount"_s, {u"-o"_s, u"loop"_s, image, m_folder});
-    }
-
-    Disk(const Disk&) = delete;
-    Disk& operator=(const Disk&) = delete;
-
-    ~Disk()
-    {
-        if (m_mounted) {
-            run(u"umount"_s, {m_folder});
-        }
-    }
-
-    [[nodiscard]] bool mounted() const { return m_mounted; }
-
-private:
-    static bool run(const QString& program, const QStringList& arguments)
-    {
-        QProcess process;
-        process.start(program, arguments);
-        return process.waitForFinished() && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-    }
-
-    QString m_folder;
-    bool m_mounted = false;
-};
 
 fsxattr extendedFlags(const QString& path)
 {
@@ -114,9 +78,9 @@ void FileSystem_attributes_test::capabilitiesAccessListsAndProjectsAreKept()
 {
     QFETCH(QString, path);
     const TemporaryHome home;
-    const Disk from(home, u"from"_s);
-    const Disk to(home, u"to"_s);
-    if (!from.mounted() || !to.mounted()) {
+    const auto from = LoopDisk::mountedAt(home.path(u"from"_s), u"xfs"_s);
+    const auto to = LoopDisk::mountedAt(home.path(u"to"_s), u"xfs"_s);
+    if (!from || !to) {
         QSKIP("no loop devices, or no XFS");
     }
     const QString program = home.makeFile(u"from/folder/program"_s, "#!/bin/true\n");
