@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
 #include <utility>
 
 namespace lapsa {
@@ -72,6 +73,25 @@ public:
 
 private:
     int m_descriptor = -1;
+};
+
+/// An open file with several owners, closed with the last of them.
+class SharedDescriptor final
+{
+public:
+    SharedDescriptor() = default;
+
+    explicit SharedDescriptor(FileDescriptor file)
+        : m_file(std::make_shared<const FileDescriptor>(std::move(file)))
+    {}
+
+    /// -1 where there is no open file.
+    [[nodiscard]] int get() const { return m_file ? m_file->get() : -1; }
+
+    explicit operator bool() const { return get() >= 0; }
+
+private:
+    std::shared_ptr<const FileDescriptor> m_file;
 };
 
 } // namespace lapsa

@@ -8,7 +8,6 @@
 #include "AppPaths.h"
 #include "CleanupService.h"
 #include "FileIconProvider.h"
-#include "FileSystem.h"
 #include "FinderSelectionReader.h"
 #include "HiddenWindows.h"
 #include "HotKeyManager.h"
@@ -19,6 +18,7 @@
 #include "NotificationCentre.h"
 #include "NotificationService.h"
 #include "PanelController.h"
+#include "RecoveryFolder.h"
 #include "SettingsStore.h"
 #include "SplashWindowController.h"
 #include "StatusButton.h"
@@ -62,7 +62,7 @@ AppDelegate::~AppDelegate() = default;
 void AppDelegate::applicationDidFinishLaunching()
 {
     // Before anything else may move a file there.
-    fileSystem::removeInterruptedCopies(AppPaths::recoveryDirectory().toLocalFile());
+    RecoveryFolder::removeInterruptedCopies();
 
     m_settingsStore = std::make_unique<SettingsStore>(m_environment.mainQueue);
     m_store = std::make_unique<LapsaStore>(*m_settingsStore,

@@ -4,9 +4,7 @@
 #include "FreeNames.h"
 
 #include "FileName.h"
-
-#include <cerrno>
-#include <tuple>
+#include "FileSystem.h"
 
 namespace lapsa {
 
@@ -117,27 +115,6 @@ FreeNames::Folder& FreeNames::look(const QString& folder)
     const auto listed = fileSystem::forEachName(folder, [&names](const QString& name) { names.insert(name); });
     return *m_folders.insert(
         folder, Folder{.names = listed ? std::optional(std::move(names)) : std::nullopt, .nextVariant = {}});
-}
-
-Result<QString> moveToFreeName(fileSystem::Batch& selected, const QString& wanted, FreeNames& freeNames)
-{
-    // The first look at a folder is the move itself, and a name can be taken between a look and the move. That one is
-    // taken over and over again is no accident any more.
-    constexpr int mostTries = 1000;
-    Result<void> moved;
-    for (int attempt = 0; attempt < mostTries; ++attempt) {
-        const QString destination = freeNames.uniquePath(wanted);
-        moved = selected.move(destination);
-        if (moved) {
-            freeNames.markTaken(destination);
-            return destination;
-        }
-        if (moved.error().code != EEXIST) {
-            break;
-        }
-        freeNames.reject(wanted, destination);
-    }
-    return moved.error();
 }
 
 } // namespace lapsa

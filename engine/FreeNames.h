@@ -3,9 +3,6 @@
 
 #pragma once
 
-#include "FileBatch.h"
-#include "Result.h"
-
 #include <QHash>
 #include <QSet>
 #include <QString>
@@ -50,8 +47,5 @@ private:
 
     QHash<QString, Folder> m_folders;
 };
-
-/// Moves what is selected to `wanted`, or where that is taken to its first free variant; the answer is where it is now.
-[[nodiscard]] Result<QString> moveToFreeName(fileSystem::Batch& selected, const QString& wanted, FreeNames& freeNames);
 
 } // namespace lapsa

@@ -31,6 +31,12 @@ class Pasteboard;
 class SettingsStore;
 class Workspace;
 
+namespace fileSystem {
+
+class BatchEntry;
+
+} // namespace fileSystem
+
 /// The one central state: the items on countdown, the files parked for recovery, and every operation on them. Main
 /// thread only. Items are looked up by `id` at each operation; an unknown one changes nothing. Nothing here fails
 /// outwardly: what goes wrong with a file is one line in the system log.
@@ -179,8 +185,9 @@ private:
     void changeItems(QSet<QString> ids, const std::function<void(LapsaItem&)>& change);
     void removeItems(QString id);
     void deleteFileForItem(const LapsaItem& item, DisposalRun& run);
-    [[nodiscard]] Result<void> disposeOf(const LapsaItem& item, DisposalRun& run);
-    [[nodiscard]] Result<void> moveToRecovery(const LapsaItem& item, DisposalRun& run);
+    [[nodiscard]] Result<void> disposeOf(const LapsaItem& item, const fileSystem::BatchEntry& entry, DisposalRun& run);
+    [[nodiscard]] Result<void> moveToRecovery(const LapsaItem& item, const fileSystem::BatchEntry& entry,
+                                              DisposalRun& run);
     void takeOffTheList(const DisposalRun& run);
     void keepUntilUnused(const LapsaItem& item, DisposalRun& run);
     void announceLongWork(DisposalRun& run);

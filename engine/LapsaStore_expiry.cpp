@@ -5,6 +5,8 @@
 #include "Clock.h"
 #include "FileBatch.h"
 #include "FileName.h"
+#include "FileSystem.h"
+#include "FreeNameMove.h"
 #include "FreeNames.h"
 #include "ItemPlaces.h"
 #include "LapsaStore.h"
@@ -163,22 +165,22 @@ void LapsaStore::markWarningsSent(const QSet<QString>& ids)
 
 void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
 {
-    const bool exists = run.batch.select(item.path);
-    const std::optional<fileSystem::EntryLook> entry = run.batch.selected();
+    const fileSystem::BatchEntry entry = run.batch.find(item.path);
+    const std::optional<fileSystem::EntryLook> look = entry.look();
     const bool heldByLock =
-        entry && ((!run.byHand && run.locked.includes(item.path, *entry)) || run.locked.lieIn(item.path, *entry));
+        look && ((!run.byHand && run.locked.includes(item.path, *look)) || run.locked.lieIn(item.path, *look));
     if (heldByLock) {
         return;
     }
     run.handled.push_back({item.id, item.path});
     // Somebody else was faster: nothing to do and nothing to say. A path that leads nowhere by itself, as an edited
     // file may hold one, is refused below like everything else that must not be touched.
-    if (!exists && item.path.startsWith(u'/')) {
+    if (!entry.exists() && item.path.startsWith(u'/')) {
         m_inUse.remove(item.id);
         return;
     }
     run.copied = false;
-    const Result<void> disposed = disposeOf(item, run);
+    const Result<void> disposed = disposeOf(item, entry, run);
     if (!disposed && disposed.error().code == ETXTBSY) {
         keepUntilUnused(item, run);
         return;
@@ -186,7 +188,7 @@ void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
     m_inUse.remove(item.id);
     if (!disposed) {
         systemLog(u"Lapsa failed to delete "_s + item.path + u": "_s + disposed.error().description);
-    } else if (entry && entry->isDirectory) {
+    } else if (look && look->isDirectory) {
         run.goneFolders.insert(fileSystem::standardizedPath(item.path).value_or(item.path));
     }
 }
@@ -199,22 +201,22 @@ void LapsaStore::keepUntilUnused(const LapsaItem& item, DisposalRun& run)
     m_inUse.add(item, run.copied ? BusyItems::Cost::Copy : BusyItems::Cost::Little, m_environment.clock.now());
 }
 
-Result<void> LapsaStore::disposeOf(const LapsaItem& item, DisposalRun& run)
+Result<void> LapsaStore::disposeOf(const LapsaItem& item, const fileSystem::BatchEntry& entry, DisposalRun& run)
 {
     if (settings().useRecoveryWindow) {
-        return moveToRecovery(item, run);
+        return moveToRecovery(item, entry, run);
     }
-    return settings().useTrash ? run.batch.moveToTrash() : run.batch.remove();
+    return settings().useTrash ? run.batch.moveToTrash(entry) : run.batch.remove(entry);
 }
 
-Result<void> LapsaStore::moveToRecovery(const LapsaItem& item, DisposalRun& run)
+Result<void> LapsaStore::moveToRecovery(const LapsaItem& item, const fileSystem::BatchEntry& entry, DisposalRun& run)
 {
     const QString name = recoveryFileName(item);
-    Result<QString> moved = moveToFreeName(run.batch, run.recoveryFolder + u'/' + name, run.freeNames);
+    Result<QString> moved = moveToFreeName(run.batch, entry, run.recoveryFolder + u'/' + name, run.freeNames);
     if (!moved && moved.error().code == ENOENT) {
         // Somebody removed the folder.
         run.recoveryFolder = AppPaths::recoveryDirectory().toLocalFile();
-        moved = moveToFreeName(run.batch, run.recoveryFolder + u'/' + name, run.freeNames);
+        moved = moveToFreeName(run.batch, entry, run.recoveryFolder + u'/' + name, run.freeNames);
     }
     if (!moved) {
         return moved.error();

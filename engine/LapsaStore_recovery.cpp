@@ -5,6 +5,8 @@
 #include "Clock.h"
 #include "FileBatch.h"
 #include "FileName.h"
+#include "FileSystem.h"
+#include "FreeNameMove.h"
 #include "FreeNames.h"
 #include "LapsaStore.h"
 #include "RecoveryFolder.h"
@@ -29,15 +31,15 @@ fileSystem::Protection protection()
     return {.folder = AppPaths::applicationSupportDirectory().toLocalFile()};
 }
 
-/// Moves the selected copy to the place that its record tells.
-Result<void> putBack(const LapsaRecoveryItem& item, fileSystem::Batch& batch)
+/// Moves the copy to the place that its record tells.
+Result<void> putBack(const LapsaRecoveryItem& item, const fileSystem::BatchEntry& copy, fileSystem::Batch& batch)
 {
     FreeNames freeNames;
     const QString folder = parentPath(item.originalPath);
     if (auto made = fileSystem::createDirectory(folder, fileSystem::Access::Default); !made) {
         return made;
     }
-    const auto moved = moveToFreeName(batch, item.originalPath, freeNames);
+    const auto moved = moveToFreeName(batch, copy, item.originalPath, freeNames);
     return moved ? Result<void>() : Result<void>(moved.error());
 }
 
@@ -57,9 +59,10 @@ void LapsaStore::restoreRecoveryItem(const LapsaRecoveryItem& item)
             saveRecoveryNow();
         }
     });
+    const auto copy = name ? std::optional(batch.find(recovery.held(), *name)) : std::nullopt;
     Result<void> restored;
-    if (name && batch.select(recovery.held(), *name)) {
-        restored = putBack(item, batch);
+    if (copy && copy->exists()) {
+        restored = putBack(item, *copy, batch);
     } else if (!name && fileSystem::exists(item.recoveryPath)) {
         // Not a copy of ours, whatever the record says.
         restored = FileError::fromErrno(EPERM);
@@ -85,8 +88,8 @@ void LapsaStore::deleteRecoveryItem(const LapsaRecoveryItem& item)
     RecoveryFolder recovery;
     fileSystem::Batch batch(protection());
     const std::optional<QString> name = recovery.nameOf(item.recoveryPath);
-    if (name && batch.select(recovery.held(), *name)) {
-        std::ignore = batch.remove();
+    if (name) {
+        std::ignore = batch.remove(batch.find(recovery.held(), *name));
     }
     removeRecoveryRecords(item.id);
     saveRecoverySoon();

@@ -6,6 +6,7 @@
 #include "AppPaths.h"
 #include "FileName.h"
 #include "FileSystem.h"
+#include "InterruptedCopies.h"
 
 namespace lapsa {
 
@@ -22,6 +23,11 @@ RecoveryFolder::RecoveryFolder()
     : m_path(AppPaths::recoveryDirectory().toLocalFile())
     , m_folder(m_path)
 {}
+
+void RecoveryFolder::removeInterruptedCopies()
+{
+    fileSystem::removeInterruptedCopies(AppPaths::recoveryDirectory().toLocalFile());
+}
 
 std::optional<QString> RecoveryFolder::nameOf(const QString& recoveryPath)
 {

@@ -20,6 +20,10 @@ public:
     /// Opens the folder, which is created where it is missing. One that cannot be opened holds nothing.
     RecoveryFolder();
 
+    /// Removes what moves into the folder from other file systems left behind when the process ended. For the start,
+    /// before anything else may move a file there.
+    static void removeInterruptedCopies();
+
     [[nodiscard]] const fileSystem::HeldFolder& held() const { return m_folder; }
 
     /// The name in this folder of the copy that a record means; nothing for one that means another place. A path into

@@ -51,18 +51,22 @@ QList<LapsaRecoveryItem> RecoveryPurge::run(fileSystem::Batch& batch)
 RecoveryPurge::Fate RecoveryPurge::purge(const LapsaRecoveryItem& record, fileSystem::Batch& batch)
 {
     const std::optional<QString> name = m_folder.nameOf(record.recoveryPath);
-    if (!name || !batch.select(m_folder.held(), *name)) {
+    if (!name) {
         return Fate::Dropped;
     }
-    const fileSystem::EntryLook entry = batch.selected().value();
+    const fileSystem::BatchEntry copy = batch.find(m_folder.held(), *name);
+    const std::optional<fileSystem::EntryLook> look = copy.look();
+    if (!look) {
+        return Fate::Dropped;
+    }
     const QString path = m_folder.pathOf(*name);
-    if (m_itemsNotRunOut.includes(path, entry) || m_itemsNotRunOut.lieIn(path, entry)) {
+    if (m_itemsNotRunOut.includes(path, *look) || m_itemsNotRunOut.lieIn(path, *look)) {
         return Fate::Remains;
     }
     // A file that was taken back by hand, and expired again, can lie where its first copy lay: its time is the later
     // one.
-    if (!isKept(*name, entry)) {
-        std::ignore = batch.remove(); // silent on purpose: the record goes either way
+    if (!isKept(*name, *look)) {
+        std::ignore = batch.remove(copy); // silent on purpose: the record goes either way
     }
     return Fate::Dropped;
 }

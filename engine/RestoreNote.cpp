@@ -4,8 +4,10 @@
 #include "RestoreNote.h"
 
 #include "AppPaths.h"
+#include "FileBatch.h"
 #include "FileName.h"
 #include "FileSystem.h"
+#include "InterruptedCopies.h"
 #include "JSONDecoder.h"
 #include "JSONEncoder.h"
 
@@ -36,7 +38,8 @@ QList<LapsaRecoveryItem> noted()
 void save(const QList<LapsaRecoveryItem>& records)
 {
     if (records.isEmpty()) {
-        std::ignore = fileSystem::remove(path(), {.folder = AppPaths::applicationSupportDirectory().toLocalFile()});
+        fileSystem::Batch batch({.folder = AppPaths::applicationSupportDirectory().toLocalFile()});
+        std::ignore = batch.remove(path());
     } else {
         std::ignore = fileSystem::writeAtomically(path(), JSONEncoder::lapsa().encode(records));
     }

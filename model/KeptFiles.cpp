@@ -4,6 +4,7 @@
 #include "KeptFiles.h"
 
 #include "AppPaths.h"
+#include "FileBatch.h"
 #include "FileName.h"
 #include "FileSystem.h"
 #include "PutAside.h"
@@ -73,10 +74,10 @@ public:
 
     void removeOldest()
     {
-        const fileSystem::Protection protection{.folder = AppPaths::applicationSupportDirectory().toLocalFile()};
+        fileSystem::Batch batch({.folder = AppPaths::applicationSupportDirectory().toLocalFile()});
         while (m_numbers.size() > mostKeptFiles) {
             // One too many does no harm: silent on purpose.
-            std::ignore = fileSystem::remove(pathOf(m_numbers.takeFirst()), protection);
+            std::ignore = batch.remove(pathOf(m_numbers.takeFirst()));
         }
     }
 

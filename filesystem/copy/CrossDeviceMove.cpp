@@ -23,11 +23,6 @@ FoundEntry foundAt(const Place& place, const struct statx& status)
     return {.folder = place.folder.get(), .name = place.name.constData(), .status = status};
 }
 
-Place besideAs(const Place& place, const QByteArray& name)
-{
-    return {.folder = FileDescriptor(::fcntl(place.folder.get(), F_DUPFD_CLOEXEC, 0)), .name = name};
-}
-
 /// Makes the names in the folder last.
 int syncFolder(const Place& place)
 {
@@ -96,7 +91,7 @@ int copyNamelessly(const FoundEntry& entry, const SourceFile& from, const Place&
 /// A file that stands beside its place until it is whole.
 int copyUnderOtherName(const FoundEntry& entry, const SourceFile& from, const Place& to)
 {
-    const Place copy = besideAs(to, interruptedName());
+    const Place copy{.folder = to.folder, .name = interruptedName()};
     FileDescriptor file(retrying([&] {
         // Marked from its first moment on.
         return ::openat(copy.folder.get(), copy.name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
@@ -208,8 +203,8 @@ int finishFolder(const Place& copy, const struct statx& status, const Place& to)
 
 int moveFolder(const Place& from, const struct statx& status, const Place& to)
 {
-    const Place copy = besideAs(to, interruptedName());
-    TreeCopy tree(foundAt(from, status));
+    const Place copy{.folder = to.folder, .name = interruptedName()};
+    TreeCopy tree(from, status);
     int error = tree.run(copy);
     if (error == 0) {
         error = finishFolder(copy, status, to);

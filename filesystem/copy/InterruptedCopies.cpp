@@ -3,6 +3,7 @@
 
 #include "InterruptedCopies.h"
 
+#include "FolderListing.h"
 #include "FolderRemoval.h"
 
 #include <QRandomGenerator>
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <vector>
 
 namespace lapsa {
 
@@ -55,6 +57,29 @@ void removeCopy(const Place& copy)
         std::ignore = FolderRemoval().run(copy, identityOf(status.value()));
     } else {
         ::unlinkat(copy.folder.get(), copy.name.constData(), 0);
+    }
+}
+
+void fileSystem::removeInterruptedCopies(const QString& folder)
+{
+    const Result<QByteArray> path = pathBytes(folder);
+    if (!path) {
+        return;
+    }
+    Place place{.folder = SharedDescriptor(FileDescriptor(
+                    retrying([&] { return ::open(path.value().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }))),
+                .name = {}};
+    std::vector<QByteArray> copies;
+    // What cannot be listed or removed now is tried again at the next start.
+    std::ignore = forEachRawEntry(place.folder.get(), [&](const dirent& entry) {
+        if (isInterruptedCopy(place.folder.get(), entry.d_name)) {
+            copies.emplace_back(entry.d_name);
+        }
+        return true;
+    });
+    for (const QByteArray& name : copies) {
+        place.name = name;
+        removeCopy(place);
     }
 }
 

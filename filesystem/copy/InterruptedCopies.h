@@ -23,4 +23,12 @@ inline constexpr mode_t interruptedMode = S_ISVTX | S_IRWXU;
 /// Removes a copy that is not needed after all. A failure leaves it: it is found again at the next start.
 void removeCopy(const Place& copy);
 
+namespace fileSystem {
+
+/// Removes what moves into `folder` from other file systems left behind when they were cut short by the end of the
+/// process. The copies are known by a name and mode that nothing else has; their sources are still whole.
+void removeInterruptedCopies(const QString& folder);
+
+} // namespace fileSystem
+
 } // namespace lapsa

@@ -15,38 +15,28 @@
 
 namespace lapsa {
 
-namespace {
-
-FileDescriptor duplicate(int descriptor)
-{
-    return FileDescriptor(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
-}
-
-} // namespace
-
-TreeCopy::TreeCopy(const FoundEntry& source)
-    : m_source(source)
+TreeCopy::TreeCopy(Place source, const struct statx& status)
+    : m_source(std::move(source))
+    , m_identity(identityOf(status))
 {}
 
 int TreeCopy::run(const Place& to)
 {
     const Result<struct statx> toFolder = look(to.folder.get(), "", STATX_INO);
-    FileDescriptor fromStart = duplicate(m_source.folder);
-    FileDescriptor toStart = duplicate(to.folder.get());
-    if (!toFolder || !fromStart || !toStart) {
-        return toFolder ? errno : toFolder.error().code;
+    if (!toFolder) {
+        return toFolder.error().code;
     }
     m_toFolder = identityOf(toFolder.value());
-    m_toStart = toStart.get();
-    FolderTrail from(std::move(fromStart));
-    FolderTrail copy(std::move(toStart));
+    m_toStart = to.folder;
+    FolderTrail from(m_source.folder);
+    FolderTrail copy(to.folder);
     m_from = &from;
     m_to = &copy;
     m_levels.push_back({});
     if (const int error = enter(m_source.name, to.name)) {
         return error;
     }
-    if (identityOf(from.status()) != identityOf(m_source.status)) {
+    if (identityOf(from.status()) != m_identity) {
         return EBUSY;
     }
     return walk();
@@ -158,7 +148,7 @@ int TreeCopy::copyFile(const FoundEntry& entry)
 
 int TreeCopy::copyHardLink(const FoundEntry& entry, const FirstName& earlier)
 {
-    const FileDescriptor folder = openedFolder(earlier.folder);
+    const SharedDescriptor folder = openedFolder(earlier.folder);
     int error =
         folder
             ? errorOf([&] { return ::linkat(folder.get(), earlier.name.constData(), m_to->folder(), entry.name, 0); })
@@ -186,7 +176,7 @@ std::size_t TreeCopy::currentFolder()
     return *above;
 }
 
-FileDescriptor TreeCopy::openedFolder(std::size_t folder) const
+SharedDescriptor TreeCopy::openedFolder(std::size_t folder) const
 {
     // From the bottom up; then down again, in paths that are not too long for the system.
     std::vector<const QByteArray*> names;
@@ -194,14 +184,14 @@ FileDescriptor TreeCopy::openedFolder(std::size_t folder) const
         names.push_back(&m_folders[*next].name);
     }
     constexpr qsizetype longest = PATH_MAX - NAME_MAX - 2;
-    FileDescriptor opened = duplicate(m_toStart);
+    SharedDescriptor opened = m_toStart;
     while (opened && !names.empty()) {
         QByteArray path = *names.back();
         for (names.pop_back(); !names.empty() && path.size() < longest; names.pop_back()) {
             path += '/' + *names.back();
         }
-        opened = FileDescriptor(retrying(
-            [&] { return ::openat(opened.get(), path.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+        opened = SharedDescriptor(FileDescriptor(retrying(
+            [&] { return ::openat(opened.get(), path.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); })));
     }
     return opened;
 }

@@ -19,8 +19,8 @@ namespace lapsa {
 class TreeCopy final
 {
 public:
-    /// Of the folder that was found as `source`.
-    explicit TreeCopy(const FoundEntry& source);
+    /// Of the folder that was found at `source` with this status.
+    TreeCopy(Place source, const struct statx& status);
 
     /// Makes the copy under a name that must be free; the mode of its top marks it as not yet whole. Returns an `errno`
     /// value; after a failure a part of the copy may stand there.
@@ -61,13 +61,14 @@ private:
     [[nodiscard]] int copyFile(const FoundEntry& entry);
     [[nodiscard]] int copyHardLink(const FoundEntry& entry, const FirstName& earlier);
     [[nodiscard]] std::size_t currentFolder();
-    [[nodiscard]] FileDescriptor openedFolder(std::size_t folder) const;
+    [[nodiscard]] SharedDescriptor openedFolder(std::size_t folder) const;
 
-    FoundEntry m_source;
+    Place m_source;
+    FileIdentity m_identity;
     FileIdentity m_toFolder;
     FolderTrail* m_from = nullptr;
     FolderTrail* m_to = nullptr;
-    int m_toStart = -1;
+    SharedDescriptor m_toStart;
     std::vector<Level> m_levels;
     CopiedFiles m_copiedFiles;
     /// Those that hold a first name, and the ones above them.

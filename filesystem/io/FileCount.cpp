@@ -110,11 +110,11 @@ private:
 
 std::optional<FileCount> fileSystem::countFiles(const QString& folder, const CountLimits& limits)
 {
-    Result<Place> place = openPlace(folder);
+    const Result<Place> place = openPlace(folder);
     if (!place) {
         return std::nullopt;
     }
-    FolderTrail trail(std::move(place.value().folder));
+    FolderTrail trail(place.value().folder);
     return FileCounting(trail, limits).run(place.value().name);
 }
 

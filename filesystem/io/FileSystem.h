@@ -20,17 +20,6 @@ namespace lapsa::fileSystem {
 
 class KnownPaths;
 
-/// What may be neither moved nor removed, whatever a record says: "/", the home folder, mount points and everything
-/// above one of these always; the folder named here and the folders directly in it, wherever they really are where a
-/// link stands for one, and everything above them, too. Folders are known by what they are, not by their paths.
-struct Protection
-{
-    QString folder;
-    /// Where the paths led when the user named them, if that is known. What other users have led elsewhere meanwhile is
-    /// EACCES. Outlives whoever is given it.
-    const KnownPaths* knownPaths = nullptr;
-};
-
 struct Status
 {
     bool exists = false;
@@ -65,16 +54,6 @@ enum class Access
 
 /// Creates a folder with all missing folders above it; one that is there already is success.
 Result<void> createDirectory(const QString& path, Access access);
-
-/// Moves a file or a whole folder, also to another file system, keeping times, modes, links and extended attributes.
-/// Never overwrites: EEXIST when there is something at `to`, be it a dangling link. A move that fails leaves the source
-/// whole and nothing at `to`. ETXTBSY for what would have to be copied while somebody writes to it: to be tried again
-/// later. EPERM for what is protected, EINVAL for an empty or relative path.
-Result<void> move(const QString& from, const QString& to, const Protection& protection);
-
-/// Removes a file, a link or a whole folder for good. Follows no link and crosses no mount point. EPERM and EINVAL as
-/// for move().
-Result<void> remove(const QString& path, const Protection& protection);
 
 /// The whole content of a file.
 [[nodiscard]] Result<QByteArray> read(const QString& path);
@@ -112,9 +91,5 @@ Result<void> forEachVisibleEntry(const QString& folder, const KnownPaths& knownP
 /// Calls `visit` with the name of every direct entry of a folder, hidden ones too, but "." and ".." and names that are
 /// not valid UTF-8.
 Result<void> forEachName(const QString& folder, const std::function<void(const QString& name)>& visit);
-
-/// Removes what moves into `folder` from other file systems left behind when they were cut short by the end of the
-/// process. The copies are known by a name and mode that nothing else has; their sources are still whole.
-void removeInterruptedCopies(const QString& folder);
 
 } // namespace lapsa::fileSystem

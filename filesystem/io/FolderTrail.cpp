@@ -14,7 +14,7 @@ constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_
 
 } // namespace
 
-FolderTrail::FolderTrail(FileDescriptor start)
+FolderTrail::FolderTrail(SharedDescriptor start)
 {
     m_steps.push_back({.folder = std::move(start), .status = {}});
 }
@@ -32,9 +32,9 @@ int FolderTrail::descend(const char* name)
     if ((status.value().stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0) {
         return EBUSY;
     }
-    m_steps.push_back({.folder = std::move(folder), .status = status.value()});
+    m_steps.push_back({.folder = SharedDescriptor(std::move(folder)), .status = status.value()});
     if (m_steps.size() > mostKeptOpen + 1) {
-        m_steps[m_steps.size() - 1 - mostKeptOpen].folder = FileDescriptor();
+        m_steps[m_steps.size() - 1 - mostKeptOpen].folder = SharedDescriptor();
     }
     return 0;
 }
@@ -55,7 +55,7 @@ int FolderTrail::ascend()
     if (!status || identityOf(status.value()) != identityOf(above.status)) {
         return ESTALE;
     }
-    above.folder = std::move(folder);
+    above.folder = SharedDescriptor(std::move(folder));
     return 0;
 }
 

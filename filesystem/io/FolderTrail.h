@@ -18,7 +18,7 @@ class FolderTrail final
 {
 public:
     /// Starts in a folder, which stays open.
-    explicit FolderTrail(FileDescriptor start);
+    explicit FolderTrail(SharedDescriptor start);
 
     /// Enters a folder of the one the walk is in. Returns an `errno` value: EBUSY for a mount point.
     [[nodiscard]] int descend(const char* name);
@@ -34,7 +34,7 @@ public:
 private:
     struct Step
     {
-        FileDescriptor folder;
+        SharedDescriptor folder;
         struct statx status = {};
     };
 

@@ -30,8 +30,9 @@ HeldFolder::HeldFolder(const QString& path)
         m_opened->error = bytes.error().code;
         return;
     }
-    m_opened->folder = openedFolder(AT_FDCWD, bytes.value().constData());
-    m_opened->error = m_opened->folder ? 0 : errno;
+    FileDescriptor folder = openedFolder(AT_FDCWD, bytes.value().constData());
+    m_opened->error = folder ? 0 : errno;
+    m_opened->folder = SharedDescriptor(std::move(folder));
 }
 
 HeldFolder::~HeldFolder() = default;

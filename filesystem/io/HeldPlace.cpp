@@ -3,8 +3,6 @@
 
 #include "HeldPlace.h"
 
-#include <fcntl.h>
-
 #include <cerrno>
 #include <utility>
 
@@ -42,7 +40,7 @@ int HeldPlace::goTo(const QString& path, WalkDetail detail)
         return error;
     }
     m_walked = std::move(walked).value();
-    m_place = {.folder = std::move(m_walked.folder), .name = bytes.sliced(nameStart)};
+    m_place = {.folder = SharedDescriptor(std::move(m_walked.folder)), .name = bytes.sliced(nameStart)};
     m_detail = detail;
     m_sharing = 1;
     return 0;
@@ -81,24 +79,13 @@ bool HeldPlace::knowsAbove(const QByteArray& above)
     return true;
 }
 
-int HeldPlace::goTo(const FileDescriptor& folder, const QByteArray& name)
+Result<QByteArray> HeldPlace::realPathOf(const SharedDescriptor& folder)
 {
-    *this = {};
-    if (name.isEmpty()) {
-        return EINVAL;
+    if (folder.get() != m_place.folder.get()) {
+        return realPath(folder.get());
     }
-    FileDescriptor own(::fcntl(folder.get(), F_DUPFD_CLOEXEC, 0));
-    if (!own) {
-        return errno;
-    }
-    m_place = {.folder = std::move(own), .name = name};
-    return 0;
-}
-
-Result<QByteArray> HeldPlace::folderPath()
-{
     if (!m_folderPath) {
-        const Result<QByteArray> path = realPath(m_place.folder.get());
+        const Result<QByteArray> path = realPath(folder.get());
         if (!path) {
             return path;
         }

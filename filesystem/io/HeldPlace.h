@@ -23,18 +23,14 @@ public:
     /// pathBytes() and for a path that ends in "." or "..", EPERM for "/". After a failure there is no place.
     [[nodiscard]] int goTo(const QString& path, WalkDetail detail = WalkDetail::Folder);
 
-    /// Goes to an entry of a folder that is open already; it need not exist. Returns an `errno` value,
-    /// EINVAL without a name.
-    [[nodiscard]] int goTo(const FileDescriptor& folder, const QByteArray& name);
-
     /// Where the entry stands, after a success.
     [[nodiscard]] const Place& place() const { return m_place; }
 
     /// How the way there was walked; its folder is that of the place.
     [[nodiscard]] const WalkedFolder& walked() const { return m_walked; }
 
-    /// The real path of the folder.
-    [[nodiscard]] Result<QByteArray> folderPath();
+    /// The real path of an open folder, remembered for the one that was gone to last.
+    [[nodiscard]] Result<QByteArray> realPathOf(const SharedDescriptor& folder);
 
     /// Whether the folder, or the one above it, was opened for an entry before.
     [[nodiscard]] bool isShared() const { return m_sharing > 1 || m_above.sharing > 1; }
@@ -44,6 +40,7 @@ public:
     {
         m_sharing = mostSharing;
         m_above = {};
+        m_folderPath.reset();
     }
 
 private:

@@ -17,7 +17,7 @@ namespace lapsa {
 struct fileSystem::HeldFolder::Opened
 {
     /// Opened with O_PATH.
-    FileDescriptor folder;
+    SharedDescriptor folder;
     /// Why it could not be opened, an `errno` value.
     int error = EINVAL;
 };

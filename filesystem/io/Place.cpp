@@ -129,11 +129,12 @@ Result<Place> openPlace(int folder, const QByteArray& path)
         return FileError::fromErrno(EINVAL);
     }
     const QByteArray parent = slash < 0 ? QByteArray(".") : bytes.first(slash + 1);
-    place.folder = FileDescriptor(
+    FileDescriptor opened(
         retrying([&] { return ::openat(folder, parent.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
-    if (!place.folder) {
+    if (!opened) {
         return FileError::fromErrno(errno);
     }
+    place.folder = SharedDescriptor(std::move(opened));
     return place;
 }
 

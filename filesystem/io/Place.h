@@ -19,7 +19,7 @@ namespace lapsa {
 struct Place
 {
     /// Opened with O_PATH.
-    FileDescriptor folder;
+    SharedDescriptor folder;
     QByteArray name;
 };
 

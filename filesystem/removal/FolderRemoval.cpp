@@ -18,11 +18,7 @@ FolderRemoval::FolderRemoval(Permission permission)
 
 int FolderRemoval::run(const Place& place, const FileIdentity& identity)
 {
-    FileDescriptor parent(::fcntl(place.folder.get(), F_DUPFD_CLOEXEC, 0));
-    if (!parent) {
-        return errno;
-    }
-    FolderTrail trail(std::move(parent));
+    FolderTrail trail(place.folder);
     m_trail = &trail;
     m_identity = identity;
     m_levels.push_back({.name = {}, .subfolders = {place.name}});

@@ -3,8 +3,8 @@
 
 #include "ProtectionCheck.h"
 
+#include "FileSystem.h"
 #include "MountTable.h"
-#include "Refusal.h"
 #include "UserFolders.h"
 
 #include <fcntl.h>
@@ -19,9 +19,9 @@
 
 namespace lapsa {
 
-namespace {
-
 using fileSystem::Refusal;
+
+namespace {
 
 /// A folder that stays where it is, with what to say of itself and of what holds it.
 struct ProtectedFolder
@@ -200,7 +200,8 @@ Result<bool> holdsMount(const Place& place, const struct statx& status)
     return hasMountBelow(path.value());
 }
 
-/// Costs nothing for what is no folder and no link. An error where it cannot be found out.
+} // namespace
+
 Result<std::optional<Refusal>> refusalAt(const Place& place, const struct statx& status,
                                          const fileSystem::Protection& protection)
 {
@@ -220,8 +221,6 @@ Result<std::optional<Refusal>> refusalAt(const Place& place, const struct statx&
     return mountBelow.value() ? std::optional(Refusal::HoldsMountPoint) : std::nullopt;
 }
 
-} // namespace
-
 int checkUnprotected(const Place& place, const struct statx& status, const fileSystem::Protection& protection)
 {
     const Result<std::optional<Refusal>> refusal = refusalAt(place, status, protection);
@@ -229,26 +228,6 @@ int checkUnprotected(const Place& place, const struct statx& status, const fileS
         return refusal.error().code;
     }
     return refusal.value() ? EPERM : 0;
-}
-
-std::optional<Refusal> fileSystem::refusalOf(const QString& path, const Protection& protection)
-{
-    const Result<QByteArray> bytes = pathBytes(path);
-    if (bytes && bytes.value() == "/") {
-        return Refusal::Root;
-    }
-    const Result<Place> place = openPlace(path);
-    if (!place) {
-        return std::nullopt;
-    }
-    const Result<struct statx> status =
-        look(place.value().folder.get(), place.value().name.constData(), STATX_BASIC_STATS);
-    if (!status) {
-        return std::nullopt;
-    }
-    const Result<std::optional<Refusal>> refusal = refusalAt(place.value(), status.value(), protection);
-    // Where it cannot be found out now: the one who moves or removes asks again.
-    return refusal ? refusal.value() : std::nullopt;
 }
 
 } // namespace lapsa

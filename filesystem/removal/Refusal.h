@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "FileSystem.h"
+#include "Protection.h"
 
 #include <QString>
 
@@ -24,9 +24,9 @@ enum class Refusal
     HoldsMountPoint,
 };
 
-/// Why move() and remove() would refuse what stands at `path`; nothing where they would not, or where there is nothing.
-/// A link is asked about itself, not about its target. What status() says is neither a folder nor a mount point is
-/// never refused and need not be asked about.
+/// Why a Batch would refuse to move or remove what stands at `path`; nothing where they would not, or where there is
+/// nothing. A link is asked about itself, not about its target. What fileSystem::status() says is neither a folder nor
+/// a mount point is never refused and need not be asked about.
 [[nodiscard]] std::optional<Refusal> refusalOf(const QString& path, const Protection& protection);
 
 } // namespace lapsa::fileSystem

@@ -155,7 +155,7 @@ Result<TrashFolder> TrashFolder::opened(const FileDescriptor& folder)
         return FileError::fromErrno(EACCES);
     }
     TrashFolder trash;
-    trash.m_inFiles.folder = std::move(files).value();
+    trash.m_inFiles.folder = SharedDescriptor(std::move(files).value());
     trash.m_filesStatus = filesStatus.value();
     trash.m_filesPath = filesPath.value() + '/';
     trash.m_info = std::move(info).value();

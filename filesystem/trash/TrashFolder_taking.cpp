@@ -37,7 +37,7 @@ void TrashFolder::prepare(std::span<const QString> paths)
             const Result<struct statx> status = look(place.folder.get(), "", STATX_INO | STATX_MNT_ID);
             isHere = status && isOnMountOf(status.value());
         }
-        const Result<QByteArray> folder = ahead.folderPath();
+        const Result<QByteArray> folder = ahead.realPathOf(place.folder);
         if (!isHere || !folder) {
             continue;
         }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "FreeNameMove.h"
 #include "FreeNames.h"
 #include "TemporaryHome.h"
 
@@ -142,8 +143,7 @@ private:
     static Result<QString> movedToFreeName(const QString& from, const QString& wanted, FreeNames& names)
     {
         fileSystem::Batch batch({});
-        batch.select(from);
-        return moveToFreeName(batch, wanted, names);
+        return moveToFreeName(batch, batch.find(from), wanted, names);
     }
 };
 

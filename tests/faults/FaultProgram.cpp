@@ -3,9 +3,8 @@
 
 #include "FaultProgram.h"
 
-#include "AppPaths.h"
-#include "FileSystem.h"
 #include "JSONEncoder.h"
+#include "RecoveryFolder.h"
 #include "VersionLog.h"
 
 namespace lapsa::test {
@@ -28,7 +27,7 @@ void FaultProgram::load()
 {
     VersionLog& log = VersionLog::shared();
     log.setStarting(true);
-    fileSystem::removeInterruptedCopies(AppPaths::recoveryDirectory().toLocalFile());
+    RecoveryFolder::removeInterruptedCopies();
     m_settingsStore.emplace(m_time);
     m_store.emplace(*m_settingsStore, LapsaStore::Environment{.clock = m_time,
                                                               .mainQueue = m_time,

@@ -40,8 +40,7 @@ private slots:
         fileSystem::Batch batch({});
 
         for (int number = 0; number < count; ++number) {
-            QVERIFY(batch.select(from(number)));
-            QVERIFY(batch.move(to(number)));
+            QVERIFY(batch.move(from(number), to(number)));
         }
 
         QCOMPARE(m_home->names(u"from"_s), QStringList());
@@ -55,8 +54,7 @@ private slots:
         fileSystem::Batch batch({});
 
         for (int number = 0; number < count; ++number) {
-            QVERIFY(batch.select(from(number)));
-            QVERIFY(batch.remove());
+            QVERIFY(batch.remove(from(number)));
         }
 
         QCOMPARE(m_home->names(u"from"_s), QStringList());
@@ -67,8 +65,7 @@ private slots:
         fileSystem::Batch batch({});
 
         for (int number = 0; number < count; ++number) {
-            QVERIFY(batch.select(from(number)));
-            QVERIFY(batch.moveToTrash());
+            QVERIFY(batch.moveToTrash(from(number)));
         }
 
         QCOMPARE(m_home->names(u"from"_s), QStringList());
@@ -79,13 +76,11 @@ private slots:
     void aFolderPutIntoThePlaceOfAnotherIsSeen()
     {
         fileSystem::Batch batch({});
-        QVERIFY(batch.select(from(0)));
-        QVERIFY(batch.move(to(0)));
+        QVERIFY(batch.move(from(0), to(0)));
 
         QVERIFY(QDir().rename(m_home->path(u"from"_s), m_home->path(u"kept"_s)));
         m_home->makeFile(u"from/new"_s);
-        QVERIFY(batch.select(m_home->path(u"from/new"_s)));
-        QVERIFY(batch.move(m_home->path(u"to/new"_s)));
+        QVERIFY(batch.move(m_home->path(u"from/new"_s), m_home->path(u"to/new"_s)));
 
         QCOMPARE(m_home->names(u"from"_s), QStringList());
         QCOMPARE(m_home->names(u"to"_s), QStringList({u"0"_s, u"new"_s}));
@@ -94,13 +89,11 @@ private slots:
     void aFolderThatWasRenamedIsNotFollowedForLong()
     {
         fileSystem::Batch batch({});
-        QVERIFY(batch.select(from(0)));
-        QVERIFY(batch.move(to(0)));
+        QVERIFY(batch.move(from(0), to(0)));
 
         QVERIFY(QDir().rename(m_home->path(u"from"_s), m_home->path(u"kept"_s)));
         for (int number = 1; number < count; ++number) {
-            batch.select(from(number));
-            std::ignore = batch.move(to(number));
+            std::ignore = batch.move(from(number), to(number));
         }
 
         QVERIFY(m_home->names(u"kept"_s).size() >= count - 32);
@@ -109,13 +102,11 @@ private slots:
     void aDestinationThatWasRemovedAndMadeAnewIsFound()
     {
         fileSystem::Batch batch({});
-        QVERIFY(batch.select(from(0)));
-        QVERIFY(batch.move(to(0)));
+        QVERIFY(batch.move(from(0), to(0)));
 
         QVERIFY(QDir(m_home->path(u"to"_s)).removeRecursively());
         m_home->makeFolder(u"to"_s);
-        QVERIFY(batch.select(from(1)));
-        QVERIFY(batch.move(to(1)));
+        QVERIFY(batch.move(from(1), to(1)));
 
         QCOMPARE(m_home->names(u"to"_s), QStringList({u"1"_s}));
     }
@@ -123,12 +114,10 @@ private slots:
     void aTrashThatWasRemovedIsMadeAnew()
     {
         fileSystem::Batch batch({});
-        QVERIFY(batch.select(from(0)));
-        QVERIFY(batch.moveToTrash());
+        QVERIFY(batch.moveToTrash(from(0)));
 
         QVERIFY(QDir(userFolders::applicationSupport().first() + u"/Trash"_s).removeRecursively());
-        QVERIFY(batch.select(from(1)));
-        QVERIFY(batch.moveToTrash());
+        QVERIFY(batch.moveToTrash(from(1)));
 
         QCOMPARE(trashed(u"files"_s), QStringList({u"1"_s}));
     }
@@ -139,8 +128,7 @@ private slots:
         batch.expectTrash(allPaths());
 
         for (const QString& path : allPaths()) {
-            QVERIFY(batch.select(path));
-            QVERIFY(batch.moveToTrash());
+            QVERIFY(batch.moveToTrash(path));
         }
 
         QCOMPARE(trashed(u"files"_s).size(), count);
@@ -159,8 +147,7 @@ private slots:
         batch.expectTrash(paths);
 
         for (const QString& path : paths) {
-            QVERIFY(batch.select(path));
-            QVERIFY(batch.moveToTrash());
+            QVERIFY(batch.moveToTrash(path));
         }
 
         QCOMPARE(trashed(u"files"_s), QStringList({u"name.2.txt"_s, u"name.3.txt"_s, u"name.txt"_s}));
@@ -173,12 +160,10 @@ private slots:
         {
             fileSystem::Batch batch({});
             batch.expectTrash(allPaths());
-            QVERIFY(batch.select(from(0)));
-            QVERIFY(batch.moveToTrash());
+            QVERIFY(batch.moveToTrash(from(0)));
             QVERIFY(trashed(u"info"_s).size() > 1); // they are made ahead
             // Neither those that are passed over nor those that do not come any more.
-            QVERIFY(batch.select(from(5)));
-            QVERIFY(batch.moveToTrash());
+            QVERIFY(batch.moveToTrash(from(5)));
         }
 
         QCOMPARE(trashed(u"info"_s), QStringList({u"0.trashinfo"_s, u"5.trashinfo"_s}));
@@ -193,8 +178,7 @@ private slots:
             fileSystem::Batch batch({});
             batch.expectTrash(expected);
             for (const QString& path : allPaths()) {
-                QVERIFY(batch.select(path));
-                QVERIFY(batch.moveToTrash());
+                QVERIFY(batch.moveToTrash(path));
             }
         }
 
@@ -206,12 +190,10 @@ private slots:
     {
         fileSystem::Batch batch({});
         batch.expectTrash(allPaths());
-        QVERIFY(batch.select(from(0)));
-        QVERIFY(batch.moveToTrash());
+        QVERIFY(batch.moveToTrash(from(0)));
 
         m_home->makeFile(trash + u"/files/1"_s, "somebody else's");
-        QVERIFY(batch.select(from(1)));
-        QVERIFY(batch.moveToTrash());
+        QVERIFY(batch.moveToTrash(from(1)));
 
         QCOMPARE(contentOf(trash + u"/files/1"_s), QByteArray("somebody else's"));
         QCOMPARE(contentOf(trash + u"/files/1.2"_s), QByteArray("1"));
@@ -224,34 +206,37 @@ private slots:
         const QStringList paths = {m_home->makeFile(u"a/0"_s), m_home->makeFile(u"b/1"_s), m_home->makeFile(u"a/2"_s)};
         fileSystem::Batch batch({});
         batch.expectTrash(paths);
-        QVERIFY(batch.select(paths.at(0)));
-        QVERIFY(batch.moveToTrash());
+        QVERIFY(batch.moveToTrash(paths.at(0)));
 
         QVERIFY(QFile::rename(m_home->path(u"a"_s), m_home->path(u"kept"_s)));
         QVERIFY(QFile::link(m_home->path(u"kept"_s), m_home->path(u"a"_s)));
         for (const QString& path : paths.sliced(1)) {
-            QVERIFY(batch.select(path));
-            QVERIFY(batch.moveToTrash());
+            QVERIFY(batch.moveToTrash(path));
         }
 
         QVERIFY(recordOf(2).contains("/kept/2\n"));
         QCOMPARE(trashed(u"info"_s).size(), 3);
     }
 
-    void whatIsNotThereIsNotSelected()
+    void whatIsNotThereIsNotFound()
     {
         fileSystem::Batch batch({});
         QVERIFY(QFile::link(u"/nowhere"_s, m_home->path(u"from/link"_s)));
 
-        QVERIFY(batch.select(from(0)));
-        QVERIFY(!batch.select(m_home->path(u"from/missing"_s)));
-        QCOMPARE(codeOf(batch.move(to(0))), ENOENT);
-        QVERIFY(!batch.select(m_home->path(u"missing/0"_s)));
-        QCOMPARE(codeOf(batch.remove()), ENOENT);
-        QVERIFY(!batch.select(u"relative"_s));
-        QCOMPARE(codeOf(batch.remove()), EINVAL);
-        QVERIFY(!batch.select(m_home->path(u"from/link"_s)));
-        QVERIFY(batch.remove()); // the link itself is there
+        QVERIFY(batch.find(from(0)).exists());
+        const fileSystem::BatchEntry missing = batch.find(m_home->path(u"from/missing"_s));
+        QVERIFY(!missing.exists());
+        QVERIFY(!missing.look());
+        QCOMPARE(codeOf(batch.move(missing, to(0))), ENOENT);
+        const fileSystem::BatchEntry inMissing = batch.find(m_home->path(u"missing/0"_s));
+        QVERIFY(!inMissing.exists());
+        QCOMPARE(codeOf(batch.remove(inMissing)), ENOENT);
+        const fileSystem::BatchEntry relative = batch.find(u"relative"_s);
+        QVERIFY(!relative.exists());
+        QCOMPARE(codeOf(batch.remove(relative)), EINVAL);
+        const fileSystem::BatchEntry link = batch.find(m_home->path(u"from/link"_s));
+        QVERIFY(!link.exists());
+        QVERIFY(batch.remove(link)); // the link itself is there
 
         QCOMPARE(m_home->names(u"from"_s).size(), count);
     }
@@ -261,12 +246,40 @@ private slots:
         fileSystem::Batch batch({});
         m_home->makeFile(u"to/0"_s, "somebody else's");
 
-        QVERIFY(batch.select(from(0)));
-        QCOMPARE(codeOf(batch.move(to(0))), EEXIST);
-        QVERIFY(batch.move(to(1)));
+        const fileSystem::BatchEntry entry = batch.find(from(0));
+        QCOMPARE(codeOf(batch.move(entry, to(0))), EEXIST);
+        QVERIFY(batch.move(entry, to(1)));
 
         QCOMPARE(contentOf(u"to/0"_s), QByteArray("somebody else's"));
         QCOMPARE(contentOf(u"to/1"_s), QByteArray("0"));
+    }
+
+    void anEntryIsActedOnWhateverWasFoundAfterIt()
+    {
+        fileSystem::Batch batch({});
+        m_home->makeFile(u"other/name"_s, "other");
+
+        const fileSystem::BatchEntry first = batch.find(from(0));
+        const fileSystem::BatchEntry second = batch.find(from(1));
+        QVERIFY(batch.move(m_home->path(u"other/name"_s), m_home->path(u"to/other"_s)));
+        QVERIFY(batch.moveToTrash(first));
+        QVERIFY(batch.move(second, to(1)));
+
+        QCOMPARE(m_home->names(u"to"_s), QStringList({u"1"_s, u"other"_s}));
+        QVERIFY(recordOf(0).contains(from(0).toUtf8() + '\n'));
+    }
+
+    void anEntryIsActedOnInTheFolderThatItWasFoundIn()
+    {
+        fileSystem::Batch batch({});
+
+        const fileSystem::BatchEntry entry = batch.find(from(0));
+        QVERIFY(QDir().rename(m_home->path(u"from"_s), m_home->path(u"kept"_s)));
+        m_home->makeFile(u"from/0"_s, "somebody else's");
+        QVERIFY(batch.remove(entry));
+
+        QCOMPARE(contentOf(u"from/0"_s), QByteArray("somebody else's"));
+        QCOMPARE(m_home->names(u"kept"_s).size(), count - 1);
     }
 
 private:

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "CaselessDisk.h"
+#include "FileBatch.h"
 #include "FileSystem.h"
 #include "FileTree.h"
 #include "LoopDisk.h"
 #include "Privileges.h"
 #include "TemporaryHome.h"
-#include "Trash.h"
 
 #include <QDir>
 #include <QFile>
@@ -133,14 +133,14 @@ void FileSystem_disks_test::aFolderGoesThereAndBackAsItWas()
     const QString there = m_home->path(u"disk/tree"_s);
     const auto before = treeAt(here);
 
-    QCOMPARE(codeOf(fileSystem::move(here, there, {})), 0);
+    QCOMPARE(codeOf(fileSystem::Batch({}).move(here, there)), 0);
     QCOMPARE(treeAt(there), before);
     QVERIFY(!fileSystem::exists(here));
     struct stat sparse = {};
     QCOMPARE(::stat((there + u"/sparse"_s).toUtf8().constData(), &sparse), 0);
     QVERIFY(sparse.st_blocks * 512 < 1'000'000);
 
-    QCOMPARE(codeOf(fileSystem::move(there, here, {})), 0);
+    QCOMPARE(codeOf(fileSystem::Batch({}).move(there, here)), 0);
     QCOMPARE(treeAt(here), before);
     QVERIFY(!rawNames(m_home->path(u"disk"_s)).contains("tree"));
 }
@@ -154,7 +154,7 @@ void FileSystem_disks_test::whatIsTrashedStaysOnItsDisk()
     makeTree(u"disk/in/tree"_s);
     const auto before = treeAt(m_home->path(u"disk/in/tree"_s));
 
-    QCOMPARE(codeOf(moveToTrash(m_home->path(u"disk/in/tree"_s), {})), 0);
+    QCOMPARE(codeOf(fileSystem::Batch({}).moveToTrash(m_home->path(u"disk/in/tree"_s))), 0);
 
     const QString own = u"disk/.Trash-%1"_s.arg(::geteuid());
     QCOMPARE(treeAt(m_home->path(own + u"/files/tree"_s)), before);
@@ -171,7 +171,7 @@ void FileSystem_disks_test::whatIsRemovedIsGone()
     makeTree(u"disk/in/tree"_s);
     m_home->makeFile(u"disk/in/beside"_s);
 
-    QCOMPARE(codeOf(fileSystem::remove(m_home->path(u"disk/in/tree"_s), {})), 0);
+    QCOMPARE(codeOf(fileSystem::Batch({}).remove(m_home->path(u"disk/in/tree"_s))), 0);
 
     QCOMPARE(m_home->names(u"disk/in"_s), QStringList{u"beside"_s});
 }
@@ -185,7 +185,7 @@ void FileSystem_disks_test::namesOfOneFileArriveWhereThereAreNoHardLinks()
     const QString first = m_home->makeFile(u"tree/first"_s, "one content\n");
     QCOMPARE(::link(first.toUtf8().constData(), m_home->path(u"tree/second"_s).toUtf8().constData()), 0);
 
-    QCOMPARE(codeOf(fileSystem::move(m_home->path(u"tree"_s), m_home->path(u"stick/tree"_s), {})), 0);
+    QCOMPARE(codeOf(fileSystem::Batch({}).move(m_home->path(u"tree"_s), m_home->path(u"stick/tree"_s))), 0);
 
     QVERIFY(!fileSystem::exists(m_home->path(u"tree"_s)));
     for (const QString& name : {u"first"_s, u"second"_s}) {
@@ -204,7 +204,7 @@ void FileSystem_disks_test::aSubvolumeIsAnotherFileSystem()
     makeTree(u"disk/volume/tree"_s);
     const auto before = treeAt(m_home->path(u"disk/volume/tree"_s));
 
-    QCOMPARE(codeOf(fileSystem::move(m_home->path(u"disk/volume/tree"_s), m_home->path(u"disk/tree"_s), {})), 0);
+    QCOMPARE(codeOf(fileSystem::Batch({}).move(m_home->path(u"disk/volume/tree"_s), m_home->path(u"disk/tree"_s))), 0);
 
     QCOMPARE(treeAt(m_home->path(u"disk/tree"_s)), before);
     QVERIFY(rawNames(m_home->path(u"disk/volume"_s)).isEmpty());
@@ -217,7 +217,7 @@ void FileSystem_disks_test::aFolderThatHoldsASubvolumeIsRemoved()
     }
     makeTree(u"disk/in/volume/tree"_s);
 
-    QCOMPARE(codeOf(fileSystem::remove(m_home->path(u"disk/in"_s), {})), 0);
+    QCOMPARE(codeOf(fileSystem::Batch({}).remove(m_home->path(u"disk/in"_s))), 0);
 
     QVERIFY(!fileSystem::exists(m_home->path(u"disk/in"_s)));
 }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "FileBatch.h"
 #include "FileSystem.h"
 #include "FileTree.h"
 #include "Privileges.h"
@@ -48,7 +49,7 @@ private:
 
 int FileSystem_move_test::move(const QString& from, const QString& to) const
 {
-    const Result<void> result = fileSystem::move(from, to, {});
+    const Result<void> result = fileSystem::Batch({}).move(from, to);
     return result ? 0 : result.error().code;
 }
 

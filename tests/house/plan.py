@@ -46,9 +46,6 @@ MAY_USE = {
     "desktop": {"panel", "preferences", "engine", "model", "io", "platform", "base"} | INTERFACE,
 }
 
-# Arrows along which no include goes: FileSystem.h of io declares functions that are written in filesystem.
-WITHOUT_INCLUDE = {("model", "filesystem")}
-
 # The program: desktop/LapsaApp.cpp.
 PROGRAM = "lapsa"
 PROGRAM_MAY_USE = set(MAY_USE) | {"resources"}

@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "FileBatch.h"
 #include "FileSystem.h"
 #include "FileTree.h"
+#include "InterruptedCopies.h"
 #include "Privileges.h"
 #include "TemporaryHome.h"
 
@@ -112,7 +114,7 @@ void FileSystem_across_test::cleanup()
 
 int FileSystem_across_test::move(const QString& from, const QString& to) const
 {
-    return codeOf(fileSystem::move(from, to, unprotected));
+    return codeOf(fileSystem::Batch(unprotected).move(from, to));
 }
 
 void FileSystem_across_test::aFileKeepsContentModeTimesAndAttributes()
@@ -252,7 +254,7 @@ void FileSystem_across_test::aFolderOfMoreLevelsThanDescriptorsArrives()
     }
     QCOMPARE(::faccessat(folder, "bottom", F_OK, 0), 0);
     ::close(folder);
-    QCOMPARE(codeOf(fileSystem::remove(there(u"deep"_s), unprotected)), 0);
+    QCOMPARE(codeOf(fileSystem::Batch(unprotected).remove(there(u"deep"_s))), 0);
 }
 
 void FileSystem_across_test::aDeepFolderTakesNoMoreMemoryThanItHasFolders()
@@ -292,7 +294,7 @@ void FileSystem_across_test::aDeepFolderTakesNoMoreMemoryThanItHasFolders()
     QCOMPARE(::fstatat(folder, "second", &second, 0), 0);
     QCOMPARE(first.st_ino, second.st_ino);
     ::close(folder);
-    QCOMPARE(codeOf(fileSystem::remove(there(u"deep"_s), unprotected)), 0);
+    QCOMPARE(codeOf(fileSystem::Batch(unprotected).remove(there(u"deep"_s))), 0);
 }
 
 void FileSystem_across_test::whatIsAtTheDestinationIsNeverOverwritten_data()

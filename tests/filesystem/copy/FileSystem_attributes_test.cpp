@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "FileBatch.h"
 #include "FileSystem.h"
 #include "FileTree.h"
 #include "LoopDisk.h"
@@ -97,7 +98,7 @@ void FileSystem_attributes_test::capabilitiesAccessListsAndProjectsAreKept()
     setProject(folder, 8, FS_XFLAG_PROJINHERIT);
     const auto before = treeAt(home.path(u"from/"_s + path));
 
-    const Result<void> moved = fileSystem::move(home.path(u"from/"_s + path), home.path(u"to/copy"_s), {});
+    const Result<void> moved = fileSystem::Batch({}).move(home.path(u"from/"_s + path), home.path(u"to/copy"_s));
 
     QVERIFY(moved);
     QCOMPARE(treeAt(home.path(u"to/copy"_s)), before);

@@ -47,7 +47,7 @@ private slots:
 private:
     [[nodiscard]] int move(const QString& from, const QString& to) const
     {
-        const Result<void> moved = fileSystem::move(from, to, {});
+        const Result<void> moved = fileSystem::Batch({}).move(from, to);
         return moved ? 0 : moved.error().code;
     }
 
@@ -165,7 +165,7 @@ void FileSystem_in_use_test::whoOpensItDuringTheCopyKeepsTheOriginal()
 
         QVERIFY(!inTime || error == ETXTBSY);
         if (error == 0) {
-            QVERIFY(fileSystem::remove(there(u"copy"_s), {}));
+            QVERIFY(fileSystem::Batch({}).remove(there(u"copy"_s)));
         }
     }
     QVERIFY(inTime);
@@ -183,7 +183,7 @@ void FileSystem_in_use_test::anotherNameWrittenWithItsTimePutBackIsSeen()
     struct stat status = {};
     QCOMPARE(::stat(path.constData(), &status), 0);
     fileSystem::Batch batch({});
-    QVERIFY(batch.select(file));
+    const fileSystem::BatchEntry entry = batch.find(file);
     // Between the look at the file and its copy.
     const int other = ::open((path + " too").constData(), O_WRONLY);
     QCOMPARE(::pwrite(other, "after!\n", 7, 0), 7);
@@ -191,7 +191,7 @@ void FileSystem_in_use_test::anotherNameWrittenWithItsTimePutBackIsSeen()
     QCOMPARE(::futimens(other, times), 0);
     ::close(other);
 
-    const Result<void> moved = batch.move(there(u"copy"_s));
+    const Result<void> moved = batch.move(entry, there(u"copy"_s));
 
     QVERIFY(!moved);
     QCOMPARE(moved.error().code, ETXTBSY);

@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "FileBatch.h"
 #include "FileSystem.h"
 #include "FileTree.h"
+#include "InterruptedCopies.h"
 #include "Privileges.h"
 #include "TemporaryHome.h"
-#include "Trash.h"
 
 #include <QTest>
 
@@ -121,7 +122,7 @@ void FileSystem_lost_answers_test::aMovedFileIsKept()
     const auto before = treeAt(from);
 
     answers = given;
-    const Result<void> moved = fileSystem::move(from, m_home->path(u"b.txt"_s), {});
+    const Result<void> moved = fileSystem::Batch({}).move(from, m_home->path(u"b.txt"_s));
 
     QVERIFY(moved);
     QCOMPARE(treeAt(m_home->path(u"b.txt"_s)), before);
@@ -148,7 +149,7 @@ void FileSystem_lost_answers_test::aFileMovedToAnotherFileSystemIsKept()
     const auto before = treeAt(m_home->path(name));
 
     answers = Answers::Lost;
-    const Result<void> moved = fileSystem::move(m_home->path(name), m_home->path(u"other/b"_s), {});
+    const Result<void> moved = fileSystem::Batch({}).move(m_home->path(name), m_home->path(u"other/b"_s));
 
     QVERIFY(moved);
     QCOMPARE(treeAt(m_home->path(u"other/b"_s)), before);
@@ -160,7 +161,7 @@ void FileSystem_lost_answers_test::aFileInTheTrashKeepsItsRecord()
     const QString path = m_home->makeFile(u"a.txt"_s);
 
     answers = Answers::Lost;
-    const Result<void> moved = moveToTrash(path, {});
+    const Result<void> moved = fileSystem::Batch({}).moveToTrash(path);
 
     QVERIFY(moved);
     QCOMPARE(m_home->names(u".local/share/Trash/files"_s), QStringList{u"a.txt"_s});
@@ -179,7 +180,7 @@ void FileSystem_lost_answers_test::whatIsLeftOfACopyIsKnownFromItsFirstMomentOn(
     const auto before = treeAt(from);
 
     answers = Answers::Refused;
-    const Result<void> moved = fileSystem::move(from, m_home->path(u"other/b"_s), {});
+    const Result<void> moved = fileSystem::Batch({}).move(from, m_home->path(u"other/b"_s));
     answers = Answers::True;
 
     QVERIFY(!moved);

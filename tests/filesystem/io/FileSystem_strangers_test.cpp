@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "FileBatch.h"
 #include "FileSystem.h"
 #include "FileTree.h"
 #include "KnownPaths.h"
 #include "Privileges.h"
 #include "TemporaryHome.h"
-#include "Trash.h"
 
 #include <QDir>
 #include <QFile>
@@ -121,7 +121,7 @@ int FileSystem_strangers_test::remove(const QString& path) const
 {
     return asOrdinaryUser([&] {
         const fileSystem::KnownPaths known(knownPathsFile());
-        return codeOf(fileSystem::remove(path, {.folder = {}, .knownPaths = &known}));
+        return codeOf(fileSystem::Batch({.folder = {}, .knownPaths = &known}).remove(path));
     });
 }
 
@@ -163,15 +163,15 @@ void FileSystem_strangers_test::aLinkOfSomebodyElseIsNotFollowed()
 
     const int error = asOrdinaryUser([&] {
         if (how == u"remove"_s) {
-            return codeOf(fileSystem::remove(path, {}));
+            return codeOf(fileSystem::Batch({}).remove(path));
         }
         if (how == u"move"_s) {
-            return codeOf(fileSystem::move(path, m_home->path(u"home/taken"_s), {}));
+            return codeOf(fileSystem::Batch({}).move(path, m_home->path(u"home/taken"_s)));
         }
         if (how == u"trash"_s) {
-            return codeOf(moveToTrash(path, {}));
+            return codeOf(fileSystem::Batch({}).moveToTrash(path));
         }
-        return codeOf(fileSystem::move(mine, m_home->path(u"group/inbox/planted"_s), {}));
+        return codeOf(fileSystem::Batch({}).move(mine, m_home->path(u"group/inbox/planted"_s)));
     });
 
     QCOMPARE(error, EACCES);

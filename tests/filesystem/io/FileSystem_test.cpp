@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "FileBatch.h"
 #include "FileSystem.h"
 #include "FileTree.h"
 #include "Privileges.h"
@@ -63,7 +64,7 @@ private:
 void FileSystem_test::cleanup()
 {
     // Names that are no text are beyond the temporary folder's own cleaning.
-    std::ignore = fileSystem::remove(m_home->path(u"in"_s), {});
+    std::ignore = fileSystem::Batch({}).remove(m_home->path(u"in"_s));
     m_home.reset();
 }
 

@@ -32,14 +32,13 @@ private slots:
         home.makeFile(u"folder/a.txt"_s);
 
         fileSystem::Batch batch({});
-        QVERIFY(batch.select(folder, u"a.txt"_s));
-        QVERIFY(batch.remove());
+        QVERIFY(batch.remove(batch.find(folder, u"a.txt"_s)));
 
         QVERIFY(!QFile::exists(home.path(u"moved/a.txt"_s)));
         QVERIFY(QFile::exists(home.path(u"folder/a.txt"_s)));
     }
 
-    void onlyTheNameOfAnEntrySelectsSomething_data()
+    void onlyTheNameOfAnEntryFindsSomething_data()
     {
         QTest::addColumn<QString>("name");
 
@@ -53,7 +52,7 @@ private slots:
         QTest::newRow("no text") << QString(QChar(0xD800));
     }
 
-    void onlyTheNameOfAnEntrySelectsSomething()
+    void onlyTheNameOfAnEntryFindsSomething()
     {
         QFETCH(QString, name);
         const test::TemporaryHome home;
@@ -62,11 +61,12 @@ private slots:
         const fileSystem::HeldFolder folder(home.path(u"folder"_s));
         fileSystem::Batch batch({});
 
-        QVERIFY(!batch.select(folder, name));
+        const fileSystem::BatchEntry entry = batch.find(folder, name);
 
-        QVERIFY(!batch.selected());
-        QVERIFY(!batch.remove());
-        QVERIFY(!batch.move(home.path(u"taken"_s)));
+        QVERIFY(!entry.exists());
+        QVERIFY(!entry.look());
+        QVERIFY(!batch.remove(entry));
+        QVERIFY(!batch.move(entry, home.path(u"taken"_s)));
         QVERIFY(QFile::exists(home.path(u"folder/sub/a.txt"_s)));
         const auto found = folder.look(name);
         QCOMPARE(found ? 0 : found.error().code, EINVAL);
@@ -78,8 +78,9 @@ private slots:
         const fileSystem::HeldFolder folder(home.path(u"missing"_s));
         fileSystem::Batch batch({});
 
-        QVERIFY(!batch.select(folder, u"tmp"_s));
-        QVERIFY(!batch.remove());
+        const fileSystem::BatchEntry entry = batch.find(folder, u"tmp"_s);
+        QVERIFY(!entry.exists());
+        QVERIFY(!batch.remove(entry));
         QCOMPARE(folder.identity().error().code, ENOENT);
         QCOMPARE(folder.look(u"tmp"_s).error().code, ENOENT);
     }
@@ -91,8 +92,9 @@ private slots:
         QVERIFY(QFile::link(u"nowhere"_s, home.path(u"folder/link"_s)));
         fileSystem::Batch batch({});
 
-        QVERIFY(batch.select(fileSystem::HeldFolder(home.path(u"folder"_s)), u"link"_s));
-        QVERIFY(batch.move(home.path(u"link"_s)));
+        const fileSystem::BatchEntry link = batch.find(fileSystem::HeldFolder(home.path(u"folder"_s)), u"link"_s);
+        QVERIFY(link.exists());
+        QVERIFY(batch.move(link, home.path(u"link"_s)));
 
         QVERIFY(QFileInfo(home.path(u"link"_s)).isSymLink());
     }
@@ -143,11 +145,9 @@ private slots:
             QVERIFY(QFile::exists(home.path(u"folder/a.txt"_s)));
         });
 
-        batch.select(file);
-        QVERIFY(batch.remove());
+        QVERIFY(batch.remove(file));
         QCOMPARE(announced, QList<std::int64_t>());
-        batch.select(home.path(u"folder"_s));
-        QVERIFY(batch.remove());
+        QVERIFY(batch.remove(home.path(u"folder"_s)));
 
         QCOMPARE(announced, QList{std::numeric_limits<std::int64_t>::max()});
     }

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "FileBatch.h"
 #include "FileSystem.h"
 #include "FileTree.h"
 #include "Privileges.h"
 #include "Refusal.h"
 #include "TemporaryHome.h"
-#include "Trash.h"
 
 #include <QDir>
 #include <QFile>
@@ -75,9 +75,9 @@ void FileSystem_protection_test::expectRefused(const QString& path)
     const auto before = treeAt(m_home->path({}));
 
     QVERIFY(fileSystem::refusalOf(path, m_protection));
-    QCOMPARE(codeOf(fileSystem::remove(path, m_protection)), EPERM);
-    QCOMPARE(codeOf(fileSystem::move(path, m_outside->filePath(u"moved"_s), m_protection)), EPERM);
-    QCOMPARE(codeOf(moveToTrash(path, m_protection)), EPERM);
+    QCOMPARE(codeOf(fileSystem::Batch(m_protection).remove(path)), EPERM);
+    QCOMPARE(codeOf(fileSystem::Batch(m_protection).move(path, m_outside->filePath(u"moved"_s))), EPERM);
+    QCOMPARE(codeOf(fileSystem::Batch(m_protection).moveToTrash(path)), EPERM);
 
     QCOMPARE(treeAt(m_home->path({})), before);
     QVERIFY(rawNames(m_outside->path()).isEmpty());
@@ -151,7 +151,7 @@ void FileSystem_protection_test::whatIsAboveTheHomeStaysWhereItIs()
     // Onto what is there already, so that a mistake here costs nobody his files: it would be EEXIST then.
     QVERIFY(fileSystem::refusalOf(path.isEmpty() ? above : path, m_protection));
     const QString taken = m_home->makeFile(u"taken"_s);
-    const Result<void> moved = fileSystem::move(path.isEmpty() ? above : path, taken, m_protection);
+    const Result<void> moved = fileSystem::Batch(m_protection).move(path.isEmpty() ? above : path, taken);
 
     QVERIFY(!moved);
     QCOMPARE(moved.error().code, EPERM);
@@ -198,7 +198,7 @@ void FileSystem_protection_test::theHomeIsProtectedThroughAnotherMount()
     m_home->makeFile(u"outer/user/precious"_s);
     mounts.bind(m_home->path(u"outer"_s), m_home->makeFolder(u"mirror"_s));
 
-    const Result<void> removed = fileSystem::remove(m_home->path(u"mirror/user"_s), m_protection);
+    const Result<void> removed = fileSystem::Batch(m_protection).remove(m_home->path(u"mirror/user"_s));
 
     QVERIFY(!removed);
     QCOMPARE(removed.error().code, EPERM);
@@ -223,7 +223,7 @@ void FileSystem_protection_test::everythingElseInTheHomeIsFree()
     QVERIFY(QFile::link(m_protection.folder, m_home->path(u"elsewhere/Lapsa"_s)));
 
     QVERIFY(!fileSystem::refusalOf(m_home->path(path), m_protection));
-    QVERIFY(fileSystem::remove(m_home->path(path), m_protection));
+    QVERIFY(fileSystem::Batch(m_protection).remove(m_home->path(path)));
 
     QVERIFY(treeAt(m_home->path(path)).isEmpty());
     QVERIFY(fileSystem::isDirectory(m_protection.folder));

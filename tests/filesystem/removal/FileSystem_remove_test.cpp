@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "FileBatch.h"
 #include "FileSystem.h"
 #include "FileTree.h"
 #include "Privileges.h"
@@ -58,7 +59,7 @@ private:
 
 int FileSystem_remove_test::remove(const QString& path) const
 {
-    const Result<void> result = fileSystem::remove(path, {});
+    const Result<void> result = fileSystem::Batch({}).remove(path);
     return result ? 0 : result.error().code;
 }
 

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "FileBatch.h"
 #include "FileTree.h"
 #include "Privileges.h"
 #include "TemporaryHome.h"
-#include "Trash.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -67,7 +67,7 @@ private:
 
 int Trash_test::trash(const QString& path) const
 {
-    const Result<void> result = moveToTrash(path, {});
+    const Result<void> result = fileSystem::Batch({}).moveToTrash(path);
     return result ? 0 : result.error().code;
 }
 

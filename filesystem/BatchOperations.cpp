@@ -1,0 +1,203 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "BatchOperations.h"
+
+#include "CrossDeviceMove.h"
+#include "FileSystem.h"
+#include "FolderRemoval.h"
+#include "KnownPathsCheck.h"
+#include "ProtectionCheck.h"
+#include "TrashFolder.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+#include <optional>
+#include <span>
+#include <utility>
+
+namespace lapsa {
+
+BatchOperations::BatchOperations(const fileSystem::Protection& protection)
+    : m_protection(protection)
+{}
+
+BatchOperations::~BatchOperations() = default;
+
+void BatchOperations::expectTrash(QStringList paths)
+{
+    m_expected = std::move(paths);
+    m_expectedPosition = 0;
+}
+
+LocatedEntry BatchOperations::find(const QString& path)
+{
+    LocatedEntry found = locate(path);
+    if (found.error == ENOENT && m_source.isShared()) {
+        // The folder may have got another name since it was opened.
+        m_source.letGo();
+        found = locate(path);
+    }
+    found.exists = (found.error == 0 && !S_ISLNK(found.status.stx_mode)) || fileSystem::exists(path);
+    return found;
+}
+
+LocatedEntry BatchOperations::locate(const QString& path)
+{
+    const fileSystem::KnownPaths* const knownPaths = m_protection.knownPaths;
+    const auto known = knownPaths != nullptr && !knownPaths->isEmpty() ? knownPaths->stepsTo(path) : std::nullopt;
+    LocatedEntry found;
+    found.error = m_source.goTo(path, known ? WalkDetail::Steps : WalkDetail::Folder);
+    if (found.error == 0) {
+        found = findAt(m_source.place());
+    }
+    if (found.error == 0 && known && !isKnownPlace(*known, m_source)) {
+        found.error = EACCES;
+    }
+    found.path = path;
+    return found;
+}
+
+LocatedEntry BatchOperations::findAt(Place place)
+{
+    const Result<struct statx> status =
+        look(place.folder.get(), place.name.constData(), STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID);
+    LocatedEntry found;
+    found.place = std::move(place);
+    found.exists = bool(status);
+    if (status) {
+        found.status = status.value();
+    } else {
+        found.error = status.error().code;
+    }
+    return found;
+}
+
+void BatchOperations::announce(const LocatedEntry& entry) const
+{
+    if (m_announce) {
+        m_announce(isFolder(entry.status) ? std::numeric_limits<std::int64_t>::max()
+                                          : static_cast<std::int64_t>(entry.status.stx_size));
+    }
+}
+
+int BatchOperations::checkUnprotected(const LocatedEntry& entry) const
+{
+    return entry.error != 0 ? entry.error : lapsa::checkUnprotected(entry.place, entry.status, m_protection);
+}
+
+int BatchOperations::move(const LocatedEntry& entry, const QString& to)
+{
+    int error = m_destination.goTo(to);
+    if (error == 0) {
+        error = checkUnprotected(entry);
+    }
+    if (error != 0) {
+        return error;
+    }
+    error = rename(entry);
+    if (error == ENOENT && m_destination.isShared()) {
+        m_destination.letGo();
+        error = m_destination.goTo(to);
+        error = error == 0 ? rename(entry) : error;
+    }
+    if (error == EXDEV) {
+        error = moveAcross(entry.place, entry.status, m_destination.place(), [&] { announce(entry); });
+        // That takes its time.
+        m_destination.letGo();
+        m_source.letGo();
+    }
+    return error;
+}
+
+int BatchOperations::rename(const LocatedEntry& entry)
+{
+    const int error = renameWithoutReplacing(entry.place, m_destination.place());
+    const bool failed = error != 0 && error != EXDEV;
+    return failed && hasArrived(entry.place, identityOf(entry.status), m_destination.place()) ? 0 : error;
+}
+
+int BatchOperations::moveToTrash(const LocatedEntry& entry)
+{
+    skipExpectedBefore(entry.path);
+    if (const int error = checkUnprotected(entry)) {
+        return error;
+    }
+    int error = moveToHomeTrash(entry);
+    if (error == ENOENT && m_homeTrashSharing > 1) {
+        // Somebody removed it.
+        m_homeTrash.reset();
+        error = moveToHomeTrash(entry);
+    }
+    if (error == EXDEV) {
+        // Another volume, or another mount of the same one: it has a trash of its own.
+        Result<TrashFolder> trash = TrashFolder::ofVolume(entry.place);
+        error = trash ? take(entry, trash.value()) : trash.error().code;
+    }
+    return error;
+}
+
+void BatchOperations::skipExpectedBefore(const QString& path)
+{
+    if (path.isEmpty()) {
+        return; // one in a folder that is held open: none of those that were named by their paths
+    }
+    while (m_expectedPosition < m_expected.size() && m_expected.at(m_expectedPosition) != path) {
+        ++m_expectedPosition;
+    }
+}
+
+int BatchOperations::moveToHomeTrash(const LocatedEntry& entry)
+{
+    Result<TrashFolder>& home = homeTrash();
+    if (!home) {
+        return home.error().code;
+    }
+    return home.value().isOnMountOf(entry.status) ? take(entry, home.value()) : EXDEV;
+}
+
+int BatchOperations::take(const LocatedEntry& entry, TrashFolder& trash)
+{
+    const Result<QByteArray> folder = m_source.realPathOf(entry.place.folder);
+    if (!folder) {
+        return folder.error().code;
+    }
+    return trash.contains(folder.value(), entry.place, entry.status)
+               ? EPERM
+               : trash.take(folder.value(), entry.place, identityOf(entry.status));
+}
+
+Result<TrashFolder>& BatchOperations::homeTrash()
+{
+    if (!m_homeTrash || !*m_homeTrash || m_homeTrashSharing == HeldPlace::mostSharing) {
+        m_homeTrash = std::make_unique<Result<TrashFolder>>(TrashFolder::home());
+        m_homeTrashSharing = 0;
+        const qsizetype expected = std::min<qsizetype>(m_expected.size() - m_expectedPosition, HeldPlace::mostSharing);
+        if (*m_homeTrash && expected > 1) {
+            m_homeTrash->value().prepare(
+                std::span(m_expected).subspan(std::size_t(m_expectedPosition), std::size_t(expected)));
+        }
+    }
+    ++m_homeTrashSharing;
+    return *m_homeTrash;
+}
+
+int BatchOperations::remove(const LocatedEntry& entry)
+{
+    if (const int error = checkUnprotected(entry)) {
+        return error;
+    }
+    if (!isFolder(entry.status)) {
+        return errorOf([&] { return ::unlinkat(entry.place.folder.get(), entry.place.name.constData(), 0); });
+    }
+    announce(entry);
+    const int error = FolderRemoval().run(entry.place, identityOf(entry.status));
+    m_source.letGo(); // it may have taken its time
+    return error;
+}
+
+} // namespace lapsa

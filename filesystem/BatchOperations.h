@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "HeldPlace.h"
+#include "Protection.h"
+#include "Result.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+namespace lapsa {
+
+class TrashFolder;
+
+/// An entry as a batch found it.
+struct LocatedEntry
+{
+    /// As it was asked for; empty for an entry of a folder that is held open.
+    QString path;
+    Place place;
+    /// Why it cannot be acted on (an `errno` value); how it looked where that is 0.
+    int error = 0;
+    struct statx status = {};
+    /// Whether there was something at the path, be it the target of a link.
+    bool exists = false;
+};
+
+/// What fileSystem::Batch does, in terms of opened folders. The operations return `errno` values.
+class BatchOperations final
+{
+public:
+    explicit BatchOperations(const fileSystem::Protection& protection);
+    BatchOperations(const BatchOperations&) = delete;
+    BatchOperations& operator=(const BatchOperations&) = delete;
+    ~BatchOperations();
+
+    void expectTrash(QStringList paths);
+
+    void announceLongWork(std::function<void(std::int64_t)> announce) { m_announce = std::move(announce); }
+
+    [[nodiscard]] LocatedEntry find(const QString& path);
+    [[nodiscard]] static LocatedEntry findAt(Place place);
+
+    [[nodiscard]] int move(const LocatedEntry& entry, const QString& to);
+    [[nodiscard]] int moveToTrash(const LocatedEntry& entry);
+    [[nodiscard]] int remove(const LocatedEntry& entry);
+
+private:
+    [[nodiscard]] LocatedEntry locate(const QString& path);
+    [[nodiscard]] int checkUnprotected(const LocatedEntry& entry) const;
+    [[nodiscard]] int rename(const LocatedEntry& entry);
+    void skipExpectedBefore(const QString& path);
+    [[nodiscard]] int moveToHomeTrash(const LocatedEntry& entry);
+    [[nodiscard]] Result<TrashFolder>& homeTrash();
+    [[nodiscard]] int take(const LocatedEntry& entry, TrashFolder& trash);
+    void announce(const LocatedEntry& entry) const;
+
+    fileSystem::Protection m_protection;
+    HeldPlace m_source;
+    HeldPlace m_destination;
+    std::unique_ptr<Result<TrashFolder>> m_homeTrash;
+    int m_homeTrashSharing = 0;
+    QStringList m_expected;
+    /// The one among them that comes next.
+    qsizetype m_expectedPosition = 0;
+    std::function<void(std::int64_t)> m_announce;
+};
+
+} // namespace lapsa
