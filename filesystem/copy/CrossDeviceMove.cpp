@@ -9,6 +9,7 @@
 #include "FolderRemoval.h"
 #include "InterruptedCopies.h"
 #include "SourceFile.h"
+#include "SystemCalls.h"
 #include "TreeCopy.h"
 
 #include <fcntl.h>
@@ -24,18 +25,14 @@ FoundEntry foundAt(const Place& place, const struct statx& status)
 }
 
 /// Makes the names in the folder last.
-int syncFolder(const Place& place)
+int syncNames(const Place& place)
 {
-    const FileDescriptor folder(
-        retrying([&] { return ::openat(place.folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    if (folder) {
-        return errorOf([&] { return ::fsync(folder.get()); });
-    }
-    if (errno == EACCES) {
+    const int error = syncFolder(place.folder.get());
+    if (error == EACCES) {
         ::sync(); // a drop box: it takes files, but cannot be opened
         return 0;
     }
-    return errno;
+    return error;
 }
 
 int checkRemovable(const FoundEntry& entry)
@@ -72,11 +69,12 @@ int linkInPlace(int open, const Place& to)
 /// `errno` value: EOPNOTSUPP where the file system has no such files.
 int copyNamelessly(const FoundEntry& entry, const SourceFile& from, const Place& to)
 {
-    FileDescriptor file(
-        retrying([&] { return ::openat(to.folder.get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600); }));
-    if (!file) {
-        return errno == EISDIR || errno == EINVAL || errno == ENOENT ? EOPNOTSUPP : errno;
+    const Result<FileDescriptor> made = openAt(to.folder.get(), ".", O_TMPFILE | O_WRONLY, 0600);
+    if (!made) {
+        const int error = made.error().code;
+        return error == EISDIR || error == EINVAL || error == ENOENT ? EOPNOTSUPP : error;
     }
+    const FileDescriptor& file = made.value();
     dropInheritedAccessLists(file.get());
     int error = copyRegularFile(from, file.get(), entry.status);
     if (error == 0) {
@@ -92,14 +90,13 @@ int copyNamelessly(const FoundEntry& entry, const SourceFile& from, const Place&
 int copyUnderOtherName(const FoundEntry& entry, const SourceFile& from, const Place& to)
 {
     const Place copy{.folder = to.folder, .name = interruptedName()};
-    FileDescriptor file(retrying([&] {
-        // Marked from its first moment on.
-        return ::openat(copy.folder.get(), copy.name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                        interruptedMode);
-    }));
-    if (!file) {
-        return errno;
+    // Marked from its first moment on.
+    const Result<FileDescriptor> made =
+        openAt(copy.folder.get(), copy.name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, interruptedMode);
+    if (!made) {
+        return made.error().code;
     }
+    const FileDescriptor& file = made.value();
     dropInheritedAccessLists(file.get());
     struct statx marked = entry.status;
     marked.stx_mode = static_cast<decltype(marked.stx_mode)>(S_IFREG | interruptedMode);
@@ -137,7 +134,7 @@ int takeBack(const Place& from, const Place& to, int error)
 template <typename IsStill>
 int removeSource(const Place& from, const struct statx& status, const Place& to, IsStill isStill)
 {
-    if (const int error = syncFolder(to)) {
+    if (const int error = syncNames(to)) {
         return takeBack(from, to, error);
     }
     if (!stands(from, identityOf(status)) || !isStill()) {
@@ -175,12 +172,12 @@ int moveSpecialFile(const Place& from, const struct statx& status, const Place& 
 /// Puts the whole copy of a folder into its place. Its own mode comes last: until then it is known as unfinished.
 int finishFolder(const Place& copy, const struct statx& status, const Place& to)
 {
-    const FileDescriptor folder(retrying([&] {
-        return ::openat(copy.folder.get(), copy.name.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    }));
-    if (!folder) {
-        return errno;
+    const Result<FileDescriptor> opened =
+        openAt(copy.folder.get(), copy.name.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    if (!opened) {
+        return opened.error().code;
     }
+    const FileDescriptor& folder = opened.value();
     // One call for the whole file system in place of one for each file: far cheaper for folders of many.
     if (const int error = errorOf([&] { return ::syncfs(folder.get()); })) {
         return error;
@@ -193,7 +190,7 @@ int finishFolder(const Place& copy, const struct statx& status, const Place& to)
         error = errorOf([&] { return ::fsync(folder.get()); });
     }
     if (error == 0) {
-        error = syncFolder(to);
+        error = syncNames(to);
     }
     if (error != 0) {
         removeCopy(to);

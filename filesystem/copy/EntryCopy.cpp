@@ -6,12 +6,11 @@
 #include "FileAttributes.h"
 #include "FileContent.h"
 #include "SourceFile.h"
+#include "SystemCalls.h"
 
 #include <fcntl.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
-
-#include <climits>
 
 namespace lapsa {
 
@@ -28,11 +27,11 @@ int copyRegularEntry(const FoundEntry& entry, int toFolder, const char* toName)
     if (!from) {
         return from.error().code;
     }
-    FileDescriptor to(retrying(
-        [&] { return ::openat(toFolder, toName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600); }));
-    if (!to) {
-        return errno;
+    Result<FileDescriptor> made = openAt(toFolder, toName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
+    if (!made) {
+        return made.error().code;
     }
+    FileDescriptor to = std::move(made).value();
     int error = copyRegularFile(from.value(), to.get(), entry.status);
     const int closing = to.close();
     error = error != 0 ? error : closing;
@@ -44,13 +43,11 @@ int copyRegularEntry(const FoundEntry& entry, int toFolder, const char* toName)
 
 int makeLink(const FoundEntry& entry, int toFolder, const char* toName)
 {
-    QByteArray target(PATH_MAX, Qt::Uninitialized);
-    const ssize_t length = ::readlinkat(entry.folder, entry.name, target.data(), std::size_t(target.size()));
-    if (length < 0) {
-        return errno;
+    const Result<QByteArray> target = readLinkAt(entry.folder, entry.name);
+    if (!target) {
+        return target.error().code;
     }
-    target.truncate(length);
-    return errorOf([&] { return ::symlinkat(target.constData(), toFolder, toName); });
+    return errorOf([&] { return ::symlinkat(target.value().constData(), toFolder, toName); });
 }
 
 int makeSpecialFile(const FoundEntry& entry, int toFolder, const char* toName)
@@ -58,6 +55,24 @@ int makeSpecialFile(const FoundEntry& entry, int toFolder, const char* toName)
     const mode_t kind = entry.status.stx_mode & S_IFMT;
     const dev_t device = makedev(entry.status.stx_rdev_major, entry.status.stx_rdev_minor);
     return errorOf([&] { return ::mknodat(toFolder, toName, kind | 0600U, device); });
+}
+
+/// Of what is not opened itself. EBUSY where another entry has taken the place of the one that was found.
+int copyAttributesOf(const FoundEntry& entry, int toFolder, const char* toName)
+{
+    const Result<FileDescriptor> from = openAt(entry.folder, entry.name, O_PATH | O_NOFOLLOW);
+    if (!from) {
+        return from.error().code;
+    }
+    const Result<FileDescriptor> to = openAt(toFolder, toName, O_PATH | O_NOFOLLOW);
+    if (!to) {
+        return to.error().code;
+    }
+    if (const int error = copyAttributes(from.value().get(), to.value().get(), entry.status)) {
+        return error;
+    }
+    const Result<struct statx> now = look(from.value().get(), "", STATX_BASIC_STATS);
+    return now && identityOf(now.value()) == identityOf(entry.status) ? 0 : EBUSY;
 }
 
 /// Links, pipes, sockets and devices: made anew, nothing is read from them.
@@ -68,14 +83,7 @@ int remakeEntry(const FoundEntry& entry, int toFolder, const char* toName)
     if (made != 0) {
         return made;
     }
-    const FileDescriptor from(
-        retrying([&] { return ::openat(entry.folder, entry.name, O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
-    const FileDescriptor to(retrying([&] { return ::openat(toFolder, toName, O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
-    int error = from && to ? copyAttributes(from.get(), to.get(), entry.status) : errno;
-    if (error == 0) {
-        const Result<struct statx> now = look(from.get(), "", STATX_BASIC_STATS);
-        error = now && identityOf(now.value()) == identityOf(entry.status) ? 0 : EBUSY;
-    }
+    const int error = copyAttributesOf(entry, toFolder, toName);
     if (error != 0) {
         ::unlinkat(toFolder, toName, 0);
     }

@@ -3,6 +3,8 @@
 
 #include "SourceFile.h"
 
+#include "SystemCalls.h"
+
 #include <fcntl.h>
 
 #include <cerrno>
@@ -32,11 +34,11 @@ SourceFile::SourceFile(FileDescriptor file, bool leased)
 Result<SourceFile> SourceFile::open(const FoundEntry& entry)
 {
     // Without waiting: it may have become a pipe.
-    FileDescriptor file(retrying(
-        [&] { return ::openat(entry.folder, entry.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
-    if (!file) {
-        return FileError::fromErrno(errno == ELOOP ? EBUSY : errno);
+    Result<FileDescriptor> found = openAt(entry.folder, entry.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    if (!found) {
+        return found.error().code == ELOOP ? FileError::fromErrno(EBUSY) : found.error();
     }
+    FileDescriptor file = std::move(found).value();
     const Result<struct statx> opened = look(file.get(), "", STATX_BASIC_STATS);
     if (!opened || identityOf(opened.value()) != identityOf(entry.status)) {
         return FileError::fromErrno(EBUSY);

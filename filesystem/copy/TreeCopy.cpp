@@ -6,6 +6,7 @@
 #include "FileAttributes.h"
 #include "FolderListing.h"
 #include "InterruptedCopies.h"
+#include "SystemCalls.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -148,11 +149,11 @@ int TreeCopy::copyFile(const FoundEntry& entry)
 
 int TreeCopy::copyHardLink(const FoundEntry& entry, const FirstName& earlier)
 {
-    const SharedDescriptor folder = openedFolder(earlier.folder);
-    int error =
-        folder
-            ? errorOf([&] { return ::linkat(folder.get(), earlier.name.constData(), m_to->folder(), entry.name, 0); })
-            : errno;
+    const Result<SharedDescriptor> folder = openFolder(earlier.folder);
+    int error = folder ? errorOf([&] {
+        return ::linkat(folder.value().get(), earlier.name.constData(), m_to->folder(), entry.name, 0);
+    })
+                       : folder.error().code;
     if (error != 0) {
         // Where there are no hard links, or not as many, the name gets a file of its own: better than no move at all.
         error = copyEntry(entry, m_to->folder(), entry.name);
@@ -176,7 +177,7 @@ std::size_t TreeCopy::currentFolder()
     return *above;
 }
 
-SharedDescriptor TreeCopy::openedFolder(std::size_t folder) const
+Result<SharedDescriptor> TreeCopy::openFolder(std::size_t folder) const
 {
     // From the bottom up; then down again, in paths that are not too long for the system.
     std::vector<const QByteArray*> names;
@@ -185,13 +186,16 @@ SharedDescriptor TreeCopy::openedFolder(std::size_t folder) const
     }
     constexpr qsizetype longest = PATH_MAX - NAME_MAX - 2;
     SharedDescriptor opened = m_toStart;
-    while (opened && !names.empty()) {
+    while (!names.empty()) {
         QByteArray path = *names.back();
         for (names.pop_back(); !names.empty() && path.size() < longest; names.pop_back()) {
             path += '/' + *names.back();
         }
-        opened = SharedDescriptor(FileDescriptor(retrying(
-            [&] { return ::openat(opened.get(), path.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); })));
+        Result<FileDescriptor> next = openAt(opened.get(), path.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW);
+        if (!next) {
+            return next.error();
+        }
+        opened = SharedDescriptor(std::move(next).value());
     }
     return opened;
 }

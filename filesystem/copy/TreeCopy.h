@@ -61,7 +61,7 @@ private:
     [[nodiscard]] int copyFile(const FoundEntry& entry);
     [[nodiscard]] int copyHardLink(const FoundEntry& entry, const FirstName& earlier);
     [[nodiscard]] std::size_t currentFolder();
-    [[nodiscard]] SharedDescriptor openedFolder(std::size_t folder) const;
+    [[nodiscard]] Result<SharedDescriptor> openFolder(std::size_t folder) const;
 
     Place m_source;
     FileIdentity m_identity;

@@ -1,29 +1,21 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "FileDescriptor.h"
 #include "FileSystem.h"
+#include "FolderListing.h"
 #include "KnownPathsCheck.h"
 #include "Place.h"
+#include "SystemCalls.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <cstring>
-#include <memory>
 #include <optional>
+#include <utility>
 
 namespace lapsa::fileSystem {
 
 namespace {
-
-struct CloseFolder
-{
-    void operator()(DIR* folder) const { ::closedir(folder); }
-};
-
-using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
 
 /// An entry that asks the disk at most once for itself, and once more only for where a link leads.
 class OpenFolderEntry final : public FolderEntry
@@ -83,36 +75,6 @@ private:
     mutable std::optional<struct statx> m_itself;
 };
 
-bool isVisible(const char* name)
-{
-    return *name != '.';
-}
-
-bool isNoPoint(const char* name)
-{
-    return std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0;
-}
-
-/// Calls `visit` with the open folder, the entry and its name, for each entry that `wanted` and that has a name.
-template <typename Wanted, typename Visit>
-Result<void> forEachEntry(FileDescriptor opened, Wanted wanted, Visit visit)
-{
-    const OpenFolder folder(opened ? ::fdopendir(opened.get()) : nullptr);
-    if (!folder) {
-        return FileError::fromErrno(errno);
-    }
-    const int number = opened.release(); // the open folder closes it
-    errno = 0;
-    for (const dirent* entry = ::readdir(folder.get()); entry != nullptr; entry = ::readdir(folder.get())) {
-        const QString name = wanted(entry->d_name) ? nameText(QByteArrayView(entry->d_name)) : QString();
-        if (!name.isEmpty()) {
-            visit(number, *entry, name);
-        }
-        errno = 0;
-    }
-    return errno == 0 ? Result<void>() : FileError::fromErrno(errno);
-}
-
 Result<void> forEachVisibleIn(const QString& folder, const std::optional<PathSteps>& known,
                               const std::function<void(const FolderEntry&)>& visit)
 {
@@ -127,11 +89,20 @@ Result<void> forEachVisibleIn(const QString& folder, const std::optional<PathSte
     if (known && !isKnownWay(*known, walked.value())) {
         return FileError::fromErrno(EACCES);
     }
-    const int number = walked.value().folder.get();
-    FileDescriptor opened(retrying([&] { return ::openat(number, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    return forEachEntry(std::move(opened), isVisible, [&](int listed, const dirent& entry, const QString& name) {
-        visit(OpenFolderEntry(listed, entry, name));
+    Result<FileDescriptor> opened = openAt(walked.value().folder.get(), ".", O_RDONLY | O_DIRECTORY);
+    if (!opened) {
+        return opened.error();
+    }
+    const int number = opened.value().get();
+    const int error = forEachRawEntry(std::move(opened).value(), [&](const dirent& entry) {
+        const bool visible = *entry.d_name != '.';
+        const QString name = visible ? nameText(QByteArrayView(entry.d_name)) : QString();
+        if (!name.isEmpty()) {
+            visit(OpenFolderEntry(number, entry, name));
+        }
+        return true;
     });
+    return error == 0 ? Result<void>() : FileError::fromErrno(error);
 }
 
 } // namespace
@@ -153,9 +124,18 @@ Result<void> forEachName(const QString& folder, const std::function<void(const Q
     if (!bytes) {
         return bytes.error();
     }
-    FileDescriptor opened(
-        retrying([&] { return ::open(bytes.value().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    return forEachEntry(std::move(opened), isNoPoint, [&](int, const dirent&, const QString& name) { visit(name); });
+    Result<FileDescriptor> opened = openAt(AT_FDCWD, bytes.value().constData(), O_RDONLY | O_DIRECTORY);
+    if (!opened) {
+        return opened.error();
+    }
+    const int error = forEachRawEntry(std::move(opened).value(), [&](const dirent& entry) {
+        const QString name = nameText(QByteArrayView(entry.d_name));
+        if (!name.isEmpty()) {
+            visit(name);
+        }
+        return true;
+    });
+    return error == 0 ? Result<void>() : FileError::fromErrno(error);
 }
 
 } // namespace lapsa::fileSystem

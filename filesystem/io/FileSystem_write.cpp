@@ -7,6 +7,7 @@
 #include "PathWalk.h"
 #include "Place.h"
 #include "PutAside.h"
+#include "SystemCalls.h"
 
 #include <QRandomGenerator>
 
@@ -34,39 +35,24 @@ Result<Place> openLinkedPlace(const QString& path)
         if (link && S_ISLNK(link.value().stx_mode) && !mayFollowLinkOf(link.value().stx_uid)) {
             return FileError::fromErrno(EACCES);
         }
-        QByteArray target(PATH_MAX, Qt::Uninitialized);
-        const ssize_t length = ::readlinkat(place.value().folder.get(), place.value().name.constData(), target.data(),
-                                            size_t(target.size()));
-        if (length < 0) {
-            return errno == EINVAL || errno == ENOENT ? std::move(place) : FileError::fromErrno(errno);
+        const Result<QByteArray> target = readLinkAt(place.value().folder.get(), place.value().name.constData());
+        if (!target) {
+            const int error = target.error().code;
+            return error == EINVAL || error == ENOENT ? std::move(place) : target.error();
         }
-        target.truncate(length);
-        place = openPlace(place.value().folder.get(), target);
+        place = openPlace(place.value().folder.get(), target.value());
     }
     return place ? FileError::fromErrno(ELOOP) : std::move(place);
-}
-
-int writeAll(int file, QByteArrayView bytes)
-{
-    while (!bytes.isEmpty()) {
-        const ssize_t written = retrying([&] { return ::write(file, bytes.data(), size_t(bytes.size())); });
-        if (written <= 0) {
-            return written == 0 ? EIO : errno;
-        }
-        bytes = bytes.sliced(written);
-    }
-    return 0;
 }
 
 /// Makes a new file of exactly these bytes, on the disk when this returns. Returns an `errno` value.
 int writeNewFile(int folder, const QByteArray& name, QByteArrayView bytes)
 {
-    FileDescriptor file(retrying([&] {
-        return ::openat(folder, name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-    }));
-    if (!file) {
-        return errno;
+    Result<FileDescriptor> made = openAt(folder, name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
+    if (!made) {
+        return made.error().code;
     }
+    FileDescriptor file = std::move(made).value();
     // Whatever the umask took away.
     int error = errorOf([&] { return ::fchmod(file.get(), 0600); });
     if (error == 0) {
@@ -77,14 +63,6 @@ int writeNewFile(int folder, const QByteArray& name, QByteArrayView bytes)
     }
     const int closing = file.close();
     return error != 0 ? error : closing;
-}
-
-/// Makes a renaming in the folder last. Returns an `errno` value.
-int syncFolder(const Place& place)
-{
-    const FileDescriptor folder(
-        retrying([&] { return ::openat(place.folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    return folder ? errorOf([&] { return ::fsync(folder.get()); }) : errno;
 }
 
 /// The names of files that are being written in place of `name`: the number tells them apart, and from all others.
@@ -172,7 +150,7 @@ Result<void> writeAtomically(const QString& path, QByteArrayView bytes)
         ::unlinkat(folder, temporary.constData(), 0);
         return FileError::fromErrno(error);
     }
-    error = syncFolder(target.value());
+    error = syncFolder(folder);
     return error == 0 ? Result<void>() : FileError::fromErrno(error);
 }
 

@@ -10,6 +10,7 @@
 
 #include <cstring>
 #include <memory>
+#include <utility>
 
 namespace lapsa {
 
@@ -18,18 +19,16 @@ struct CloseFolder
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
-/// Calls `visit(const dirent&)` for every entry of an open folder but "." and "..", in the file system's order and with
-/// the names' raw bytes, until it answers false. Returns an `errno` value.
+/// Calls `visit(const dirent&)` for every entry of a folder, open for reading, but "." and "..", in the file system's
+/// order and with the names' raw bytes, until it answers false. Returns an `errno` value.
 template <typename Visit>
-[[nodiscard]] int forEachRawEntry(int folder, Visit visit)
+[[nodiscard]] int forEachRawEntry(FileDescriptor folder, Visit visit)
 {
-    FileDescriptor copy(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
-    const std::unique_ptr<DIR, CloseFolder> listing(copy ? ::fdopendir(copy.get()) : nullptr);
+    const std::unique_ptr<DIR, CloseFolder> listing(::fdopendir(folder.get()));
     if (!listing) {
         return errno;
     }
-    static_cast<void>(copy.release()); // the listing closes it
-    ::rewinddir(listing.get());
+    static_cast<void>(folder.release()); // the listing closes it
     errno = 0;
     for (const dirent* entry = ::readdir(listing.get()); entry != nullptr; entry = ::readdir(listing.get())) {
         const char* const name = entry->d_name;
@@ -39,6 +38,17 @@ template <typename Visit>
         errno = 0;
     }
     return errno;
+}
+
+/// The same of a folder that stays open, from its first entry on.
+template <typename Visit>
+[[nodiscard]] int forEachRawEntry(int folder, Visit visit)
+{
+    FileDescriptor copy(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
+    if (!copy || ::lseek(copy.get(), 0, SEEK_SET) != 0) {
+        return errno;
+    }
+    return forEachRawEntry(std::move(copy), visit);
 }
 
 } // namespace lapsa

@@ -3,6 +3,8 @@
 
 #include "FolderTrail.h"
 
+#include "SystemCalls.h"
+
 #include <fcntl.h>
 
 namespace lapsa {
@@ -10,7 +12,7 @@ namespace lapsa {
 namespace {
 
 constexpr std::size_t mostKeptOpen = 16;
-constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK;
 
 } // namespace
 
@@ -21,18 +23,18 @@ FolderTrail::FolderTrail(SharedDescriptor start)
 
 int FolderTrail::descend(const char* name)
 {
-    FileDescriptor folder(retrying([&] { return ::openat(this->folder(), name, folderFlags); }));
+    Result<FileDescriptor> folder = openAt(this->folder(), name, folderFlags);
     if (!folder) {
-        return errno;
+        return folder.error().code;
     }
-    const Result<struct statx> status = look(folder.get(), "", STATX_BASIC_STATS);
+    const Result<struct statx> status = look(folder.value().get(), "", STATX_BASIC_STATS);
     if (!status) {
         return status.error().code;
     }
     if ((status.value().stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0) {
         return EBUSY;
     }
-    m_steps.push_back({.folder = SharedDescriptor(std::move(folder)), .status = status.value()});
+    m_steps.push_back({.folder = SharedDescriptor(std::move(folder).value()), .status = status.value()});
     if (m_steps.size() > mostKeptOpen + 1) {
         m_steps[m_steps.size() - 1 - mostKeptOpen].folder = SharedDescriptor();
     }
@@ -47,15 +49,15 @@ int FolderTrail::ascend()
     if (above.folder) {
         return 0;
     }
-    FileDescriptor folder(retrying([&] { return ::openat(left.folder.get(), "..", folderFlags); }));
+    Result<FileDescriptor> folder = openAt(left.folder.get(), "..", folderFlags);
     if (!folder) {
-        return errno;
+        return folder.error().code;
     }
-    const Result<struct statx> status = look(folder.get(), "", STATX_INO);
+    const Result<struct statx> status = look(folder.value().get(), "", STATX_INO);
     if (!status || identityOf(status.value()) != identityOf(above.status)) {
         return ESTALE;
     }
-    above.folder = SharedDescriptor(std::move(folder));
+    above.folder = SharedDescriptor(std::move(folder).value());
     return 0;
 }
 

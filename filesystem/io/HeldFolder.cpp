@@ -4,6 +4,7 @@
 #include "HeldFolder.h"
 
 #include "OpenedFolder.h"
+#include "SystemCalls.h"
 
 #include <fcntl.h>
 
@@ -15,9 +16,9 @@ namespace lapsa::fileSystem {
 
 namespace {
 
-FileDescriptor openedFolder(int folder, const char* path)
+Result<FileDescriptor> openFolder(int folder, const char* path)
 {
-    return FileDescriptor(retrying([&] { return ::openat(folder, path, O_PATH | O_DIRECTORY | O_CLOEXEC); }));
+    return openAt(folder, path, O_PATH | O_DIRECTORY);
 }
 
 } // namespace
@@ -30,9 +31,11 @@ HeldFolder::HeldFolder(const QString& path)
         m_opened->error = bytes.error().code;
         return;
     }
-    FileDescriptor folder = openedFolder(AT_FDCWD, bytes.value().constData());
-    m_opened->error = folder ? 0 : errno;
-    m_opened->folder = SharedDescriptor(std::move(folder));
+    Result<FileDescriptor> folder = openFolder(AT_FDCWD, bytes.value().constData());
+    m_opened->error = folder ? 0 : folder.error().code;
+    if (folder) {
+        m_opened->folder = SharedDescriptor(std::move(folder).value());
+    }
 }
 
 HeldFolder::~HeldFolder() = default;
@@ -60,16 +63,16 @@ Result<EntryLook> HeldFolder::look(const QString& name) const
 void forEachFolderUpwards(const QString& folder, const std::function<bool(const FileIdentity&)>& visit)
 {
     const Result<QByteArray> bytes = pathBytes(folder);
-    FileDescriptor opened = bytes ? openedFolder(AT_FDCWD, bytes.value().constData()) : FileDescriptor();
+    Result<FileDescriptor> opened = bytes ? openFolder(AT_FDCWD, bytes.value().constData()) : bytes.error();
     std::optional<FileIdentity> below;
     while (opened) {
-        const Result<struct statx> found = lapsa::look(opened.get(), "", STATX_INO);
+        const Result<struct statx> found = lapsa::look(opened.value().get(), "", STATX_INO);
         // "/" is its own parent.
         if (!found || below == identityOf(found.value()) || !visit(identityOf(found.value()))) {
             return;
         }
         below = identityOf(found.value());
-        opened = openedFolder(opened.get(), "..");
+        opened = openFolder(opened.value().get(), "..");
     }
 }
 

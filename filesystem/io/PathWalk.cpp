@@ -4,6 +4,7 @@
 #include "PathWalk.h"
 
 #include "PrivateGroup.h"
+#include "SystemCalls.h"
 
 #include <fcntl.h>
 #include <linux/magic.h>
@@ -15,7 +16,6 @@
 
 #include <algorithm>
 #include <array>
-#include <climits>
 #include <iterator>
 #include <optional>
 
@@ -145,29 +145,27 @@ void CarefulWalk::expect(const QByteArray& path)
 
 int CarefulWalk::startAtRoot()
 {
-    FileDescriptor root(retrying([] { return ::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC); }));
+    Result<FileDescriptor> root = openAt(AT_FDCWD, "/", O_PATH | O_DIRECTORY);
     const Result<struct statx> status =
-        root ? look(root.get(), "", STATX_BASIC_STATS | STATX_BTIME) : FileError::fromErrno(errno);
+        root ? look(root.value().get(), "", STATX_BASIC_STATS | STATX_BTIME) : root.error();
     if (!status) {
         return status.error().code;
     }
     m_walked.path.clear();
-    return enter(std::move(root), status.value());
+    return enter(std::move(root).value(), status.value());
 }
 
 int CarefulWalk::go(const QByteArray& name)
 {
     const int folder = m_walked.folder.get();
-    FileDescriptor opened(
-        retrying([&] { return ::openat(folder, name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
-    const int error = opened ? 0 : errno;
-    if (error == ENOTDIR || error == ELOOP) {
-        opened = FileDescriptor(
-            retrying([&] { return ::openat(folder, name.constData(), O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
+    Result<FileDescriptor> found = openAt(folder, name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW);
+    if (!found && (found.error().code == ENOTDIR || found.error().code == ELOOP)) {
+        found = openAt(folder, name.constData(), O_PATH | O_NOFOLLOW);
     }
-    if (!opened) {
-        return errno;
+    if (!found) {
+        return found.error().code;
     }
+    FileDescriptor opened = std::move(found).value();
     const Result<struct statx> status = look(opened.get(), "", STATX_BASIC_STATS | STATX_BTIME);
     if (!status) {
         return status.error().code;
@@ -183,20 +181,19 @@ int CarefulWalk::go(const QByteArray& name)
 
 int CarefulWalk::goUp()
 {
-    FileDescriptor above(
-        retrying([&] { return ::openat(m_walked.folder.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC); }));
+    Result<FileDescriptor> above = openAt(m_walked.folder.get(), "..", O_PATH | O_DIRECTORY);
     if (!above) {
-        return errno;
+        return above.error().code;
     }
-    const Result<struct statx> status = look(above.get(), "", STATX_BASIC_STATS | STATX_BTIME);
+    const Result<struct statx> status = look(above.value().get(), "", STATX_BASIC_STATS | STATX_BTIME);
     if (!status) {
         return status.error().code;
     }
     m_walked.path.truncate(std::max<qsizetype>(0, m_walked.path.lastIndexOf('/')));
     // What others can move elsewhere has another folder above it then.
     const bool exchangeable = std::ranges::any_of(m_walked.steps, &WalkedStep::exchangeable);
-    note(m_walked.path, above.get(), status.value(), exchangeable);
-    return enter(std::move(above), status.value());
+    note(m_walked.path, above.value().get(), status.value(), exchangeable);
+    return enter(std::move(above).value(), status.value());
 }
 
 int CarefulWalk::follow(const FileDescriptor& link, const struct statx& status)
@@ -208,14 +205,12 @@ int CarefulWalk::follow(const FileDescriptor& link, const struct statx& status)
     if (!mayFollowLinkOf(status.stx_uid)) {
         return EACCES;
     }
-    QByteArray target(PATH_MAX, Qt::Uninitialized);
-    const ssize_t length = ::readlinkat(link.get(), "", target.data(), std::size_t(target.size()));
-    if (length <= 0) {
-        return length == 0 ? ENOENT : errno;
+    const Result<QByteArray> target = readLinkAt(link.get(), "");
+    if (!target || target.value().isEmpty()) {
+        return target ? ENOENT : target.error().code;
     }
-    target.truncate(length);
-    expect(target);
-    return target.startsWith('/') ? startAtRoot() : 0;
+    expect(target.value());
+    return target.value().startsWith('/') ? startAtRoot() : 0;
 }
 
 void CarefulWalk::note(const QByteArray& path, int file, const struct statx& status, bool exchangeable)
@@ -239,19 +234,19 @@ Result<WalkedFolder> walkTo(const QByteArray& path, WalkDetail detail)
 
 Result<WalkedFolder> plainFolderIn(const WalkedFolder& above, const QByteArray& name)
 {
-    FileDescriptor folder(retrying(
-        [&] { return ::openat(above.folder.get(), name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+    Result<FileDescriptor> folder = openAt(above.folder.get(), name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW);
     if (!folder) {
-        return FileError::fromErrno(errno);
+        return folder.error();
     }
-    const Result<struct statx> status = look(folder.get(), "", STATX_BASIC_STATS);
+    const Result<struct statx> status = look(folder.value().get(), "", STATX_BASIC_STATS);
     if (!status) {
         return status.error();
     }
     if (isShared(above.status) && !isKept(above.status, status.value())) {
         return FileError::fromErrno(EACCES);
     }
-    return WalkedFolder{.folder = std::move(folder), .status = status.value(), .plain = true, .path = {}, .steps = {}};
+    return WalkedFolder{
+        .folder = std::move(folder).value(), .status = status.value(), .plain = true, .path = {}, .steps = {}};
 }
 
 bool mayFollowLinkOf(uid_t owner)

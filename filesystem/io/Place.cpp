@@ -3,11 +3,12 @@
 
 #include "Place.h"
 
+#include "SystemCalls.h"
+
 #include <QUtf8StringView>
 
 #include <fcntl.h>
 
-#include <climits>
 #include <cstdio>
 
 namespace lapsa {
@@ -129,12 +130,11 @@ Result<Place> openPlace(int folder, const QByteArray& path)
         return FileError::fromErrno(EINVAL);
     }
     const QByteArray parent = slash < 0 ? QByteArray(".") : bytes.first(slash + 1);
-    FileDescriptor opened(
-        retrying([&] { return ::openat(folder, parent.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
+    Result<FileDescriptor> opened = openAt(folder, parent.constData(), O_PATH | O_DIRECTORY);
     if (!opened) {
-        return FileError::fromErrno(errno);
+        return opened.error();
     }
-    place.folder = SharedDescriptor(std::move(opened));
+    place.folder = SharedDescriptor(std::move(opened).value());
     return place;
 }
 
@@ -171,13 +171,7 @@ QByteArray procPath(int descriptor)
 
 Result<QByteArray> realPath(int folder)
 {
-    QByteArray path(PATH_MAX, Qt::Uninitialized);
-    const ssize_t length = ::readlink(procPath(folder).constData(), path.data(), size_t(path.size()));
-    if (length < 0) {
-        return FileError::fromErrno(errno);
-    }
-    path.truncate(length);
-    return path;
+    return readLinkAt(AT_FDCWD, procPath(folder).constData());
 }
 
 int renameWithoutReplacing(const Place& from, const Place& to)

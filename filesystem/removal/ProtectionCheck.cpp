@@ -5,6 +5,7 @@
 
 #include "FileSystem.h"
 #include "MountTable.h"
+#include "SystemCalls.h"
 #include "UserFolders.h"
 
 #include <fcntl.h>
@@ -12,7 +13,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -54,18 +54,20 @@ QList<ProtectedFolder> protectedFolders(const fileSystem::Protection& protection
     return folders;
 }
 
-FileDescriptor openedFolder(int folder, const char* path, int flags)
+/// None where it cannot be opened, for whatever reason.
+FileDescriptor openedFolder(int folder, const char* path)
 {
-    return FileDescriptor(retrying([&] { return ::openat(folder, path, O_PATH | O_DIRECTORY | O_CLOEXEC | flags); }));
+    Result<FileDescriptor> opened = openAt(folder, path, O_PATH | O_DIRECTORY);
+    return opened ? std::move(opened).value() : FileDescriptor();
 }
 
 /// The folder itself; where there is none, the lowest one above it that there is.
 FileDescriptor openedOrAbove(QByteArray path)
 {
-    FileDescriptor folder = openedFolder(AT_FDCWD, path.constData(), 0);
+    FileDescriptor folder = openedFolder(AT_FDCWD, path.constData());
     while (!folder && path.size() > 1) {
         path.truncate(std::max<qsizetype>(1, path.lastIndexOf('/')));
-        folder = openedFolder(AT_FDCWD, path.constData(), 0);
+        folder = openedFolder(AT_FDCWD, path.constData());
     }
     return folder;
 }
@@ -83,14 +85,14 @@ bool isOrLiesBelow(FileDescriptor folder, const FileIdentity& suspect)
             return false; // "/" is its own parent
         }
         below = identityOf(status.value());
-        folder = openedFolder(folder.get(), "..", 0);
+        folder = openedFolder(folder.get(), "..");
     }
     return true;
 }
 
 bool is(const FileIdentity& suspect, const QByteArray& path)
 {
-    const FileDescriptor folder = openedFolder(AT_FDCWD, path.constData(), 0);
+    const FileDescriptor folder = openedFolder(AT_FDCWD, path.constData());
     const Result<struct statx> found = look(folder.get(), "", STATX_INO);
     return folder && found && identityOf(found.value()) == suspect;
 }
@@ -158,9 +160,8 @@ public:
 private:
     static QByteArray targetOf(const QByteArray& link)
     {
-        QByteArray target(PATH_MAX, Qt::Uninitialized);
-        const ssize_t length = ::readlink(link.constData(), target.data(), std::size_t(target.size()));
-        target.truncate(std::max<ssize_t>(length, 0));
+        const Result<QByteArray> read = readLinkAt(AT_FDCWD, link.constData());
+        const QByteArray target = read ? read.value() : QByteArray();
         return target.startsWith('/') ? target : link.first(link.lastIndexOf('/') + 1) + target;
     }
 
@@ -185,15 +186,16 @@ std::optional<Refusal> refusalOfLink(const struct statx& status, const fileSyste
 /// Whether something is mounted below a folder. The folder's real path is looked up on the folder opened for it.
 Result<bool> holdsMount(const Place& place, const struct statx& status)
 {
-    const FileDescriptor folder = openedFolder(place.folder.get(), place.name.constData(), O_NOFOLLOW);
+    const Result<FileDescriptor> folder =
+        openAt(place.folder.get(), place.name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW);
     if (!folder) {
-        return FileError::fromErrno(errno);
+        return folder.error();
     }
-    const Result<struct statx> opened = look(folder.get(), "", STATX_INO);
+    const Result<struct statx> opened = look(folder.value().get(), "", STATX_INO);
     if (!opened || identityOf(opened.value()) != identityOf(status)) {
         return FileError::fromErrno(EBUSY);
     }
-    const Result<QByteArray> path = realPath(folder.get());
+    const Result<QByteArray> path = realPath(folder.value().get());
     if (!path) {
         return path.error();
     }

@@ -4,6 +4,7 @@
 #include "TrashFolder.h"
 
 #include "FileSystem.h"
+#include "SystemCalls.h"
 #include "UserFolders.h"
 
 #include <fcntl.h>
@@ -15,10 +16,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-FileDescriptor openedFolder(int folder, const char* name)
+Result<FileDescriptor> openFolder(int folder, const char* name)
 {
-    return FileDescriptor(
-        retrying([&] { return ::openat(folder, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+    return openAt(folder, name, O_PATH | O_DIRECTORY | O_NOFOLLOW);
 }
 
 /// A folder of the user's own, no link, made where it is missing: anything else could be a trap laid by somebody else.
@@ -28,11 +28,11 @@ Result<FileDescriptor> ownFolder(int folder, const char* name)
     if (error != 0 && error != EEXIST) {
         return FileError::fromErrno(error);
     }
-    FileDescriptor own = openedFolder(folder, name);
+    Result<FileDescriptor> own = openFolder(folder, name);
     if (!own) {
-        return FileError::fromErrno(errno == ELOOP ? ENOTDIR : errno);
+        return own.error().code == ELOOP ? FileError::fromErrno(ENOTDIR) : own.error();
     }
-    const Result<struct statx> status = look(own.get(), "", STATX_UID);
+    const Result<struct statx> status = look(own.value().get(), "", STATX_UID);
     if (!status || status.value().stx_uid != ::geteuid()) {
         return FileError::fromErrno(EACCES);
     }
@@ -55,12 +55,9 @@ bool isRoot(int folder)
 /// The top folder of the mount that holds a folder.
 Result<FileDescriptor> volumeTop(int folder)
 {
-    FileDescriptor top = openedFolder(folder, ".");
-    while (top && !isMountRoot(top.get()) && !isRoot(top.get())) {
-        top = openedFolder(top.get(), "..");
-    }
-    if (!top) {
-        return FileError::fromErrno(errno);
+    Result<FileDescriptor> top = openFolder(folder, ".");
+    while (top && !isMountRoot(top.value().get()) && !isRoot(top.value().get())) {
+        top = openFolder(top.value().get(), "..");
     }
     return top;
 }
@@ -69,12 +66,12 @@ Result<FileDescriptor> volumeTop(int folder)
 /// it could shut it again, with what was thrown away.
 Result<FileDescriptor> sharedTrash(int top, const QByteArray& user)
 {
-    const FileDescriptor shared = openedFolder(top, ".Trash");
+    const Result<FileDescriptor> shared = openFolder(top, ".Trash");
     if (!shared) {
-        return FileError::fromErrno(errno);
+        return shared.error();
     }
     const Result<struct statx> volume = look(top, "", STATX_UID);
-    const Result<struct statx> status = look(shared.get(), "", STATX_MODE | STATX_UID);
+    const Result<struct statx> status = look(shared.value().get(), "", STATX_MODE | STATX_UID);
     if (!volume || !status || (status.value().stx_mode & S_ISVTX) == 0) {
         return FileError::fromErrno(EACCES);
     }
@@ -82,7 +79,7 @@ Result<FileDescriptor> sharedTrash(int top, const QByteArray& user)
     if (owner != 0 && owner != volume.value().stx_uid) {
         return FileError::fromErrno(EACCES);
     }
-    return ownFolder(shared.get(), user.constData());
+    return ownFolder(shared.value().get(), user.constData());
 }
 
 } // namespace
@@ -103,8 +100,8 @@ Result<TrashFolder> TrashFolder::home()
         return bytes.error();
     }
     // A link is followed here: the user may keep the whole trash elsewhere.
-    return opened(
-        FileDescriptor(retrying([&] { return ::open(bytes.value().constData(), O_PATH | O_DIRECTORY | O_CLOEXEC); })));
+    const Result<FileDescriptor> folder = openAt(AT_FDCWD, bytes.value().constData(), O_PATH | O_DIRECTORY);
+    return folder ? opened(folder.value()) : folder.error();
 }
 
 Result<TrashFolder> TrashFolder::ofVolume(const Place& place)
@@ -136,9 +133,6 @@ Result<TrashFolder> TrashFolder::ofVolume(const Place& place)
 
 Result<TrashFolder> TrashFolder::opened(const FileDescriptor& folder)
 {
-    if (!folder) {
-        return FileError::fromErrno(errno);
-    }
     Result<FileDescriptor> files = ownFolder(folder.get(), "files");
     if (!files) {
         return files.error();

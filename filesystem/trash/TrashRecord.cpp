@@ -3,28 +3,17 @@
 
 #include "TrashRecord.h"
 
+#include "SystemCalls.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstddef>
 #include <utility>
 
 namespace lapsa {
 
 namespace {
-
-int write(int file, QByteArrayView text)
-{
-    while (!text.isEmpty()) {
-        const ssize_t written = retrying([&] { return ::write(file, text.data(), std::size_t(text.size())); });
-        if (written <= 0) {
-            return written == 0 ? EIO : errno;
-        }
-        text = text.sliced(written);
-    }
-    return 0;
-}
 
 int writeOut(int file, unsigned how)
 {
@@ -77,14 +66,13 @@ QByteArray TrashRecord::fileName(const QByteArray& name)
 
 Result<TrashRecord> TrashRecord::make(int info, QByteArray name, QByteArrayView text)
 {
-    FileDescriptor file(retrying([&] {
-        return ::openat(info, fileName(name).constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-    }));
+    Result<FileDescriptor> file =
+        openAt(info, fileName(name).constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
     if (!file) {
-        return FileError::fromErrno(errno);
+        return file.error();
     }
-    TrashRecord record(info, std::move(name), std::move(file));
-    if (const int error = write(record.m_file.get(), text)) {
+    TrashRecord record(info, std::move(name), std::move(file).value());
+    if (const int error = writeAll(record.m_file.get(), text)) {
         return FileError::fromErrno(error);
     }
     return record;
