@@ -9,13 +9,13 @@
 
 namespace lapsa {
 
-void EntryIndex::add(const fileSystem::EntryLook& entry, const QString& name)
+void EntryIndex::add(const fileSystem::EntryInfo& entry, const QString& name)
 {
     m_names.emplace(entry.identity, Name{.folder = entry.folderOfName,
                                          .folded = entry.folderOfName ? foldedSpelling(name) : QString()});
 }
 
-bool EntryIndex::contains(const fileSystem::EntryLook& entry, const QString& name) const
+bool EntryIndex::contains(const fileSystem::EntryInfo& entry, const QString& name) const
 {
     const auto [begin, end] = m_names.equal_range(entry.identity);
     if (begin == end || !entry.folderOfName) {

@@ -16,9 +16,9 @@ namespace lapsa {
 class EntryIndex final
 {
 public:
-    void add(const fileSystem::EntryLook& entry, const QString& name);
+    void add(const fileSystem::EntryInfo& entry, const QString& name);
 
-    [[nodiscard]] bool contains(const fileSystem::EntryLook& entry, const QString& name) const;
+    [[nodiscard]] bool contains(const fileSystem::EntryInfo& entry, const QString& name) const;
 
 private:
     struct Name

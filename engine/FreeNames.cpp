@@ -76,7 +76,7 @@ QString FreeNames::uniquePath(const QString& path)
         return first; // the move sees for itself whether it is free
     }
 
-    Folder& known = look(folder);
+    Folder& known = listed(folder);
     const auto taken = [&](const QString& candidate) {
         return known.names ? known.names->contains(candidate) : fileSystem::exists(joined(folder, candidate));
     };
@@ -97,7 +97,7 @@ void FreeNames::markTaken(const QString& path)
 
 void FreeNames::reject(const QString& wanted, const QString& proposal)
 {
-    Folder& known = look(parentPath(wanted));
+    Folder& known = listed(parentPath(wanted));
     if (known.names) {
         known.names->insert(lastPathComponent(proposal));
     } else {
@@ -105,16 +105,16 @@ void FreeNames::reject(const QString& wanted, const QString& proposal)
     }
 }
 
-FreeNames::Folder& FreeNames::look(const QString& folder)
+FreeNames::Folder& FreeNames::listed(const QString& folder)
 {
     const auto known = m_folders.find(folder);
     if (known != m_folders.end()) {
         return *known;
     }
     QSet<QString> names;
-    const auto listed = fileSystem::forEachName(folder, [&names](const QString& name) { names.insert(name); });
+    const auto listing = fileSystem::forEachName(folder, [&names](const QString& name) { names.insert(name); });
     return *m_folders.insert(
-        folder, Folder{.names = listed ? std::optional(std::move(names)) : std::nullopt, .nextVariant = {}});
+        folder, Folder{.names = listing ? std::optional(std::move(names)) : std::nullopt, .nextVariant = {}});
 }
 
 } // namespace lapsa

@@ -43,7 +43,7 @@ private:
         QHash<QString, std::int64_t> nextVariant;
     };
 
-    [[nodiscard]] Folder& look(const QString& folder);
+    [[nodiscard]] Folder& listed(const QString& folder);
 
     QHash<QString, Folder> m_folders;
 };

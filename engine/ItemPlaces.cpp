@@ -21,14 +21,14 @@ namespace {
 class Neighbours
 {
 public:
-    [[nodiscard]] Result<fileSystem::EntryLook> look(const QString& path)
+    [[nodiscard]] Result<fileSystem::EntryInfo> info(const QString& path)
     {
         const QString folder = parentPath(path);
         if (!m_folder || folder != m_path) {
             m_folder.emplace(folder);
             m_path = folder;
         }
-        return m_folder->look(lastPathComponent(path));
+        return m_folder->info(lastPathComponent(path));
     }
 
 private:
@@ -42,7 +42,7 @@ bool isSpelledIn(const QMultiHash<QString, QString>& spellings, const QString& p
     return std::any_of(begin, end, [&](const QString& other) { return spellOnePath(path, other); });
 }
 
-bool isGone(const Result<fileSystem::EntryLook>& found)
+bool isGone(const Result<fileSystem::EntryInfo>& found)
 {
     return !found && (found.error().code == ENOENT || found.error().code == ENOTDIR);
 }
@@ -70,11 +70,11 @@ bool ItemPlaces::areAtOrIn(const QString& path)
         return false;
     }
     const QString standardized = fileSystem::standardizedPath(path).value_or(path);
-    const auto found = Neighbours().look(standardized);
+    const auto found = Neighbours().info(standardized);
     return found && (includes(standardized, found.value()) || lieIn(standardized, found.value()));
 }
 
-bool ItemPlaces::includes(const QString& path, const fileSystem::EntryLook& entry)
+bool ItemPlaces::includes(const QString& path, const fileSystem::EntryInfo& entry)
 {
     if (m_files.isEmpty()) {
         return false;
@@ -88,7 +88,7 @@ bool ItemPlaces::includes(const QString& path, const fileSystem::EntryLook& entr
     return m_entries.contains(entry, lastPathComponent(standardized)) || isSpelledIn(m_spellings, standardized);
 }
 
-bool ItemPlaces::lieIn(const QString& path, const fileSystem::EntryLook& entry)
+bool ItemPlaces::lieIn(const QString& path, const fileSystem::EntryInfo& entry)
 {
     if (m_files.isEmpty()) {
         return false;
@@ -131,7 +131,7 @@ void ItemPlaces::lookAtDisk()
     }
     Neighbours neighbours;
     for (const QString& path : std::as_const(m_files)) {
-        const Result<fileSystem::EntryLook> found = neighbours.look(path);
+        const Result<fileSystem::EntryInfo> found = neighbours.info(path);
         if (isGone(found)) {
             continue;
         }
@@ -162,7 +162,7 @@ bool ItemPlaces::existBelow(const QString& path) const
     const QString beginning = path == u"/" ? path : path + u'/';
     Neighbours neighbours;
     return std::ranges::any_of(
-        m_files, [&](const QString& file) { return file.startsWith(beginning) && !isGone(neighbours.look(file)); });
+        m_files, [&](const QString& file) { return file.startsWith(beginning) && !isGone(neighbours.info(file)); });
 }
 
 } // namespace lapsa

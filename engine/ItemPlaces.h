@@ -25,8 +25,8 @@ public:
     explicit ItemPlaces(const QList<LapsaItem>& items);
     [[nodiscard]] static ItemPlaces ofLocked(const QList<LapsaItem>& items);
 
-    [[nodiscard]] bool includes(const QString& path, const fileSystem::EntryLook& entry);
-    [[nodiscard]] bool lieIn(const QString& path, const fileSystem::EntryLook& entry);
+    [[nodiscard]] bool includes(const QString& path, const fileSystem::EntryInfo& entry);
+    [[nodiscard]] bool lieIn(const QString& path, const fileSystem::EntryInfo& entry);
     /// Both questions about what stands at a path now.
     [[nodiscard]] bool areAtOrIn(const QString& path);
 

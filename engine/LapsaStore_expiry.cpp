@@ -166,9 +166,9 @@ void LapsaStore::markWarningsSent(const QSet<QString>& ids)
 void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
 {
     const fileSystem::BatchEntry entry = run.batch.find(item.path);
-    const std::optional<fileSystem::EntryLook> look = entry.look();
+    const std::optional<fileSystem::EntryInfo> info = entry.info();
     const bool heldByLock =
-        look && ((!run.byHand && run.locked.includes(item.path, *look)) || run.locked.lieIn(item.path, *look));
+        info && ((!run.byHand && run.locked.includes(item.path, *info)) || run.locked.lieIn(item.path, *info));
     if (heldByLock) {
         return;
     }
@@ -188,7 +188,7 @@ void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
     m_inUse.remove(item.id);
     if (!disposed) {
         systemLog(u"Lapsa failed to delete "_s + item.path + u": "_s + disposed.error().description);
-    } else if (look && look->isDirectory) {
+    } else if (info && info->isDirectory) {
         run.goneFolders.insert(fileSystem::standardizedPath(item.path).value_or(item.path));
     }
 }

@@ -55,23 +55,23 @@ RecoveryPurge::Fate RecoveryPurge::purge(const LapsaRecoveryItem& record, fileSy
         return Fate::Dropped;
     }
     const fileSystem::BatchEntry copy = batch.find(m_folder.held(), *name);
-    const std::optional<fileSystem::EntryLook> look = copy.look();
-    if (!look) {
+    const std::optional<fileSystem::EntryInfo> info = copy.info();
+    if (!info) {
         return Fate::Dropped;
     }
     const QString path = m_folder.pathOf(*name);
-    if (m_itemsNotRunOut.includes(path, *look) || m_itemsNotRunOut.lieIn(path, *look)) {
+    if (m_itemsNotRunOut.includes(path, *info) || m_itemsNotRunOut.lieIn(path, *info)) {
         return Fate::Remains;
     }
     // A file that was taken back by hand, and expired again, can lie where its first copy lay: its time is the later
     // one.
-    if (!isKept(*name, *look)) {
+    if (!isKept(*name, *info)) {
         std::ignore = batch.remove(copy); // silent on purpose: the record goes either way
     }
     return Fate::Dropped;
 }
 
-bool RecoveryPurge::isKept(const QString& name, const fileSystem::EntryLook& entry)
+bool RecoveryPurge::isKept(const QString& name, const fileSystem::EntryInfo& entry)
 {
     if (m_keptNames.isEmpty() || m_keptNames.contains(name)) {
         return !m_keptNames.isEmpty();
@@ -79,7 +79,7 @@ bool RecoveryPurge::isKept(const QString& name, const fileSystem::EntryLook& ent
     if (!std::exchange(m_keptSeen, true)) {
         for (const QString& kept : std::as_const(m_keptNames)) {
             m_keptSpellings.insert(foldedSpelling(kept), kept);
-            if (const auto found = m_folder.held().look(kept)) {
+            if (const auto found = m_folder.held().info(kept)) {
                 m_kept.add(found.value(), kept);
             }
         }

@@ -41,7 +41,7 @@ private:
     [[nodiscard]] bool isDue(const LapsaRecoveryItem& record) const { return record.purgeAfter <= m_now; }
 
     [[nodiscard]] Fate purge(const LapsaRecoveryItem& record, fileSystem::Batch& batch);
-    [[nodiscard]] bool isKept(const QString& name, const fileSystem::EntryLook& entry);
+    [[nodiscard]] bool isKept(const QString& name, const fileSystem::EntryInfo& entry);
 
     const QList<LapsaRecoveryItem>& m_records;
     TimePoint m_now;

@@ -62,10 +62,10 @@ LocatedEntry BatchOperations::locate(const QString& path)
     return found;
 }
 
-LocatedEntry BatchOperations::findAt(Place place)
+LocatedEntry BatchOperations::findAt(AtPath place)
 {
     const Result<struct statx> status =
-        look(place.folder.get(), place.name.constData(), STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID);
+        statAt(place.folder.get(), place.name.constData(), STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID);
     LocatedEntry found;
     found.place = std::move(place);
     found.exists = bool(status);
@@ -173,10 +173,11 @@ int BatchOperations::take(const LocatedEntry& entry, TrashFolder& trash)
 
 Result<TrashFolder>& BatchOperations::homeTrash()
 {
-    if (!m_homeTrash || !*m_homeTrash || m_homeTrashSharing == HeldPlace::mostSharing) {
+    if (!m_homeTrash || !*m_homeTrash || m_homeTrashSharing == ParentCache::mostSharing) {
         m_homeTrash = std::make_unique<Result<TrashFolder>>(TrashFolder::home());
         m_homeTrashSharing = 0;
-        const qsizetype expected = std::min<qsizetype>(m_expected.size() - m_expectedPosition, HeldPlace::mostSharing);
+        const qsizetype expected =
+            std::min<qsizetype>(m_expected.size() - m_expectedPosition, ParentCache::mostSharing);
         if (*m_homeTrash && expected > 1) {
             m_homeTrash->value().prepare(
                 std::span(m_expected).subspan(std::size_t(m_expectedPosition), std::size_t(expected)));

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "HeldPlace.h"
+#include "ParentCache.h"
 #include "Protection.h"
 #include "Result.h"
 
@@ -25,7 +25,7 @@ struct LocatedEntry
 {
     /// As it was asked for; empty for an entry of a folder that is held open.
     QString path;
-    Place place;
+    AtPath place;
     /// Why it cannot be acted on (an `errno` value); how it looked where that is 0.
     int error = 0;
     struct statx status = {};
@@ -47,7 +47,7 @@ public:
     void announceLongWork(std::function<void(std::int64_t)> announce) { m_announce = std::move(announce); }
 
     [[nodiscard]] LocatedEntry find(const QString& path);
-    [[nodiscard]] static LocatedEntry findAt(Place place);
+    [[nodiscard]] static LocatedEntry findAt(AtPath place);
 
     [[nodiscard]] int move(const LocatedEntry& entry, const QString& to);
     [[nodiscard]] int moveToTrash(const LocatedEntry& entry);
@@ -64,8 +64,8 @@ private:
     void announce(const LocatedEntry& entry) const;
 
     fileSystem::Protection m_protection;
-    HeldPlace m_source;
-    HeldPlace m_destination;
+    ParentCache m_source;
+    ParentCache m_destination;
     std::unique_ptr<Result<TrashFolder>> m_homeTrash;
     int m_homeTrashSharing = 0;
     QStringList m_expected;

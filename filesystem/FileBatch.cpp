@@ -28,9 +28,9 @@ bool BatchEntry::exists() const
     return m_located->exists;
 }
 
-std::optional<EntryLook> BatchEntry::look() const
+std::optional<EntryInfo> BatchEntry::info() const
 {
-    return m_located->error == 0 ? std::optional(entryLook(m_located->place.folder.get(), m_located->status))
+    return m_located->error == 0 ? std::optional(entryInfo(m_located->place.folder.get(), m_located->status))
                                  : std::nullopt;
 }
 

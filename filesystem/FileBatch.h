@@ -32,7 +32,7 @@ public:
     [[nodiscard]] bool exists() const;
 
     /// How the entry itself looked; nothing where there was none.
-    [[nodiscard]] std::optional<EntryLook> look() const;
+    [[nodiscard]] std::optional<EntryInfo> info() const;
 
 private:
     friend class Batch;

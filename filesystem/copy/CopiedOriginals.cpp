@@ -12,7 +12,7 @@ namespace lapsa {
 bool CopiedOriginals::mayGo(int folder, const char* name)
 {
     settleLast();
-    const Result<struct statx> now = look(folder, name, STATX_BASIC_STATS);
+    const Result<struct statx> now = statAt(folder, name, STATX_BASIC_STATS);
     const auto copied = now ? m_files.find(identityOf(now.value())) : m_files.end();
     if (copied == m_files.end() || copied->second.names <= 0) {
         return false;
@@ -38,7 +38,7 @@ void CopiedOriginals::settleLast()
     if (!m_last) {
         return;
     }
-    const Result<struct statx> now = look(m_last->get(), "", STATX_BASIC_STATS);
+    const Result<struct statx> now = statAt(m_last->get(), "", STATX_BASIC_STATS);
     ContentStamp& known = m_files.at(m_lastIdentity);
     if (now && !m_last->wanted()) {
         // Under the lease nothing but its names can have changed.

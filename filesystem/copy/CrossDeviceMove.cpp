@@ -19,13 +19,13 @@ namespace lapsa {
 
 namespace {
 
-FoundEntry foundAt(const Place& place, const struct statx& status)
+FoundEntry foundAt(const AtPath& place, const struct statx& status)
 {
     return {.folder = place.folder.get(), .name = place.name.constData(), .status = status};
 }
 
 /// Makes the names in the folder last.
-int syncNames(const Place& place)
+int syncNames(const AtPath& place)
 {
     const int error = syncFolder(place.folder.get());
     if (error == EACCES) {
@@ -37,23 +37,23 @@ int syncNames(const Place& place)
 
 int checkRemovable(const FoundEntry& entry)
 {
-    const Result<struct statx> folder = look(entry.folder, "", STATX_BASIC_STATS);
+    const Result<struct statx> folder = statAt(entry.folder, "", STATX_BASIC_STATS);
     return folder ? removalForbidden(entry, folder.value()) : folder.error().code;
 }
 
 /// Gives a whole copy, which is also open, its own name.
-int putInPlace(const Place& copy, int open, const Place& to)
+int putInPlace(const AtPath& copy, int open, const AtPath& to)
 {
     const int error = renameWithoutReplacing(copy, to);
     if (error == 0) {
         return 0;
     }
-    const Result<struct statx> status = look(open, "", STATX_INO);
+    const Result<struct statx> status = statAt(open, "", STATX_INO);
     return status && hasArrived(copy, identityOf(status.value()), to) ? 0 : error;
 }
 
 /// Gives a whole copy, which is open and has no name yet, its own name.
-int linkInPlace(int open, const Place& to)
+int linkInPlace(int open, const AtPath& to)
 {
     const int error = errorOf([&] {
         return ::linkat(AT_FDCWD, procPath(open).constData(), to.folder.get(), to.name.constData(), AT_SYMLINK_FOLLOW);
@@ -61,13 +61,13 @@ int linkInPlace(int open, const Place& to)
     if (error == 0) {
         return 0;
     }
-    const Result<struct statx> status = look(open, "", STATX_INO);
+    const Result<struct statx> status = statAt(open, "", STATX_INO);
     return status && stands(to, identityOf(status.value())) ? 0 : error;
 }
 
 /// A file that gets its name only when it is whole: nothing is left of it if the process ends before. Returns an
 /// `errno` value: EOPNOTSUPP where the file system has no such files.
-int copyNamelessly(const FoundEntry& entry, const SourceFile& from, const Place& to)
+int copyNamelessly(const FoundEntry& entry, const SourceFile& from, const AtPath& to)
 {
     const Result<FileDescriptor> made = openAt(to.folder.get(), ".", O_TMPFILE | O_WRONLY, 0600);
     if (!made) {
@@ -87,9 +87,9 @@ int copyNamelessly(const FoundEntry& entry, const SourceFile& from, const Place&
 }
 
 /// A file that stands beside its place until it is whole.
-int copyUnderOtherName(const FoundEntry& entry, const SourceFile& from, const Place& to)
+int copyUnderOtherName(const FoundEntry& entry, const SourceFile& from, const AtPath& to)
 {
-    const Place copy{.folder = to.folder, .name = interruptedName()};
+    const AtPath copy{.folder = to.folder, .name = interruptedName()};
     // Marked from its first moment on.
     const Result<FileDescriptor> made =
         openAt(copy.folder.get(), copy.name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, interruptedMode);
@@ -121,9 +121,9 @@ int copyUnderOtherName(const FoundEntry& entry, const SourceFile& from, const Pl
 
 /// Removes a copy after a failure, in sight of what stands at the source: where nothing is seen there, the copy may be
 /// all there is, and is kept.
-int takeBack(const Place& from, const Place& to, int error)
+int takeBack(const AtPath& from, const AtPath& to, int error)
 {
-    if (!look(from.folder.get(), from.name.constData(), STATX_TYPE)) {
+    if (!statAt(from.folder.get(), from.name.constData(), STATX_TYPE)) {
         return 0;
     }
     ::unlinkat(to.folder.get(), to.name.constData(), 0);
@@ -132,7 +132,7 @@ int takeBack(const Place& from, const Place& to, int error)
 
 /// Removes the source of a whole copy if it `isStill` what was copied.
 template <typename IsStill>
-int removeSource(const Place& from, const struct statx& status, const Place& to, IsStill isStill)
+int removeSource(const AtPath& from, const struct statx& status, const AtPath& to, IsStill isStill)
 {
     if (const int error = syncNames(to)) {
         return takeBack(from, to, error);
@@ -144,7 +144,8 @@ int removeSource(const Place& from, const struct statx& status, const Place& to,
     return error == 0 || !stands(from, identityOf(status)) ? 0 : takeBack(from, to, error);
 }
 
-int moveRegularFile(const Place& from, const struct statx& status, const Place& to, const std::function<void()>& begins)
+int moveRegularFile(const AtPath& from, const struct statx& status, const AtPath& to,
+                    const std::function<void()>& begins)
 {
     const FoundEntry entry = foundAt(from, status);
     // Open until the end, and its lease with it.
@@ -158,19 +159,19 @@ int moveRegularFile(const Place& from, const struct statx& status, const Place& 
     return error != 0 ? error : removeSource(from, status, to, [&] { return source.value().isStill(status); });
 }
 
-int moveSpecialFile(const Place& from, const struct statx& status, const Place& to)
+int moveSpecialFile(const AtPath& from, const struct statx& status, const AtPath& to)
 {
     if (const int error = copyEntry(foundAt(from, status), to.folder.get(), to.name.constData())) {
         return error;
     }
     return removeSource(from, status, to, [&] {
-        const Result<struct statx> now = look(from.folder.get(), from.name.constData(), STATX_BASIC_STATS);
+        const Result<struct statx> now = statAt(from.folder.get(), from.name.constData(), STATX_BASIC_STATS);
         return now && ContentStamp::of(now.value()) == ContentStamp::of(status);
     });
 }
 
 /// Puts the whole copy of a folder into its place. Its own mode comes last: until then it is known as unfinished.
-int finishFolder(const Place& copy, const struct statx& status, const Place& to)
+int finishFolder(const AtPath& copy, const struct statx& status, const AtPath& to)
 {
     const Result<FileDescriptor> opened =
         openAt(copy.folder.get(), copy.name.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
@@ -198,9 +199,9 @@ int finishFolder(const Place& copy, const struct statx& status, const Place& to)
     return error;
 }
 
-int moveFolder(const Place& from, const struct statx& status, const Place& to)
+int moveFolder(const AtPath& from, const struct statx& status, const AtPath& to)
 {
-    const Place copy{.folder = to.folder, .name = interruptedName()};
+    const AtPath copy{.folder = to.folder, .name = interruptedName()};
     TreeCopy tree(from, status);
     int error = tree.run(copy);
     if (error == 0) {
@@ -223,9 +224,9 @@ int moveFolder(const Place& from, const struct statx& status, const Place& to)
 
 } // namespace
 
-int moveAcross(const Place& from, const struct statx& status, const Place& to, const std::function<void()>& begins)
+int moveAcross(const AtPath& from, const struct statx& status, const AtPath& to, const std::function<void()>& begins)
 {
-    if (look(to.folder.get(), to.name.constData(), STATX_TYPE)) {
+    if (statAt(to.folder.get(), to.name.constData(), STATX_TYPE)) {
         return EEXIST;
     }
     if (const int error = checkRemovable(foundAt(from, status))) {

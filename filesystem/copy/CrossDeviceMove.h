@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "Place.h"
+#include "AtPath.h"
 
 #include <sys/stat.h>
 
@@ -15,7 +15,7 @@ namespace lapsa {
 /// removal of the source. Never overwrites. Returns an `errno` value; after a failure the source is whole and nothing
 /// stands at `to`. ETXTBSY: somebody writes to it, or did meanwhile, and a later try may succeed. Calls `begins` before
 /// the first byte is copied; never for a file that somebody has open for writing.
-[[nodiscard]] int moveAcross(const Place& from, const struct statx& status, const Place& to,
+[[nodiscard]] int moveAcross(const AtPath& from, const struct statx& status, const AtPath& to,
                              const std::function<void()>& begins);
 
 } // namespace lapsa

@@ -71,7 +71,7 @@ int copyAttributesOf(const FoundEntry& entry, int toFolder, const char* toName)
     if (const int error = copyAttributes(from.value().get(), to.value().get(), entry.status)) {
         return error;
     }
-    const Result<struct statx> now = look(from.value().get(), "", STATX_BASIC_STATS);
+    const Result<struct statx> now = statAt(from.value().get(), "", STATX_BASIC_STATS);
     return now && identityOf(now.value()) == identityOf(entry.status) ? 0 : EBUSY;
 }
 

@@ -3,8 +3,8 @@
 
 #pragma once
 
+#include "AtPath.h"
 #include "FileDescriptor.h"
-#include "Place.h"
 
 #include <sys/stat.h>
 

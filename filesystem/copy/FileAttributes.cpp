@@ -3,8 +3,8 @@
 
 #include "FileAttributes.h"
 
+#include "AtPath.h"
 #include "FileDescriptor.h"
-#include "Place.h"
 
 #include <QList>
 

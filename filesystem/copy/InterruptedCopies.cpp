@@ -38,7 +38,7 @@ bool isInterruptedCopy(int folder, const char* name)
         !std::ranges::all_of(text.sliced(prefix.size()), isDigit)) {
         return false;
     }
-    const Result<struct statx> found = look(folder, name, STATX_TYPE | STATX_MODE | STATX_UID);
+    const Result<struct statx> found = statAt(folder, name, STATX_TYPE | STATX_MODE | STATX_UID);
     if (!found) {
         return false;
     }
@@ -47,9 +47,9 @@ bool isInterruptedCopy(int folder, const char* name)
            status.stx_uid == ::geteuid();
 }
 
-void removeCopy(const Place& copy)
+void removeCopy(const AtPath& copy)
 {
-    const Result<struct statx> status = look(copy.folder.get(), copy.name.constData(), STATX_TYPE | STATX_INO);
+    const Result<struct statx> status = statAt(copy.folder.get(), copy.name.constData(), STATX_TYPE | STATX_INO);
     if (!status) {
         return;
     }
@@ -66,9 +66,9 @@ void fileSystem::removeInterruptedCopies(const QString& folder)
     if (!path) {
         return;
     }
-    Place place{.folder = SharedDescriptor(FileDescriptor(
-                    retrying([&] { return ::open(path.value().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }))),
-                .name = {}};
+    AtPath place{.folder = SharedDescriptor(FileDescriptor(
+                     retrying([&] { return ::open(path.value().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }))),
+                 .name = {}};
     std::vector<QByteArray> copies;
     // What cannot be listed or removed now is tried again at the next start.
     std::ignore = forEachRawEntry(place.folder.get(), [&](const dirent& entry) {

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "Place.h"
+#include "AtPath.h"
 
 #include <QByteArray>
 
@@ -21,7 +21,7 @@ inline constexpr mode_t interruptedMode = S_ISVTX | S_IRWXU;
 [[nodiscard]] bool isInterruptedCopy(int folder, const char* name);
 
 /// Removes a copy that is not needed after all. A failure leaves it: it is found again at the next start.
-void removeCopy(const Place& copy);
+void removeCopy(const AtPath& copy);
 
 namespace fileSystem {
 

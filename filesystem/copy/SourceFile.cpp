@@ -39,7 +39,7 @@ Result<SourceFile> SourceFile::open(const FoundEntry& entry)
         return found.error().code == ELOOP ? FileError::fromErrno(EBUSY) : found.error();
     }
     FileDescriptor file = std::move(found).value();
-    const Result<struct statx> opened = look(file.get(), "", STATX_BASIC_STATS);
+    const Result<struct statx> opened = statAt(file.get(), "", STATX_BASIC_STATS);
     if (!opened || identityOf(opened.value()) != identityOf(entry.status)) {
         return FileError::fromErrno(EBUSY);
     }
@@ -57,7 +57,7 @@ bool SourceFile::wanted() const
 
 bool SourceFile::isStill(const struct statx& status) const
 {
-    const Result<struct statx> now = look(m_file.get(), "", STATX_BASIC_STATS);
+    const Result<struct statx> now = statAt(m_file.get(), "", STATX_BASIC_STATS);
     return now && !wanted() && ContentStamp::of(now.value()) == ContentStamp::of(status);
 }
 

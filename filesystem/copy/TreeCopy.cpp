@@ -16,21 +16,21 @@
 
 namespace lapsa {
 
-TreeCopy::TreeCopy(Place source, const struct statx& status)
+TreeCopy::TreeCopy(AtPath source, const struct statx& status)
     : m_source(std::move(source))
     , m_identity(identityOf(status))
 {}
 
-int TreeCopy::run(const Place& to)
+int TreeCopy::run(const AtPath& to)
 {
-    const Result<struct statx> toFolder = look(to.folder.get(), "", STATX_INO);
+    const Result<struct statx> toFolder = statAt(to.folder.get(), "", STATX_INO);
     if (!toFolder) {
         return toFolder.error().code;
     }
     m_toFolder = identityOf(toFolder.value());
     m_toStart = to.folder;
-    FolderTrail from(m_source.folder);
-    FolderTrail copy(to.folder);
+    DirectoryStack from(m_source.folder);
+    DirectoryStack copy(to.folder);
     m_from = &from;
     m_to = &copy;
     m_levels.push_back({});
@@ -89,7 +89,7 @@ int TreeCopy::enter(const QByteArray& name, const QByteArray& toName)
 
 int TreeCopy::leave()
 {
-    const Result<struct statx> now = look(m_from->folder(), "", STATX_BASIC_STATS);
+    const Result<struct statx> now = statAt(m_from->folder(), "", STATX_BASIC_STATS);
     struct statx status = m_from->status();
     if (!now || !(ContentStamp::of(now.value()) == ContentStamp::of(status))) {
         return EBUSY;
@@ -109,7 +109,7 @@ int TreeCopy::copyFiles()
 {
     int error = 0;
     const int listing = forEachRawEntry(m_from->folder(), [&](const dirent& entry) {
-        const Result<struct statx> found = look(m_from->folder(), entry.d_name, STATX_BASIC_STATS);
+        const Result<struct statx> found = statAt(m_from->folder(), entry.d_name, STATX_BASIC_STATS);
         if (!found) {
             error = found.error().code == ENOENT ? EBUSY : found.error().code;
             return false;

@@ -3,8 +3,8 @@
 
 #pragma once
 
+#include "DirectoryStack.h"
 #include "EntryCopy.h"
-#include "FolderTrail.h"
 
 #include <QByteArray>
 
@@ -20,11 +20,11 @@ class TreeCopy final
 {
 public:
     /// Of the folder that was found at `source` with this status.
-    TreeCopy(Place source, const struct statx& status);
+    TreeCopy(AtPath source, const struct statx& status);
 
     /// Makes the copy under a name that must be free; the mode of its top marks it as not yet whole. Returns an `errno`
     /// value; after a failure a part of the copy may stand there.
-    [[nodiscard]] int run(const Place& to);
+    [[nodiscard]] int run(const AtPath& to);
 
     /// The files of the copy as they were at the source.
     [[nodiscard]] const CopiedFiles& copiedFiles() const { return m_copiedFiles; }
@@ -63,11 +63,11 @@ private:
     [[nodiscard]] std::size_t currentFolder();
     [[nodiscard]] Result<SharedDescriptor> openFolder(std::size_t folder) const;
 
-    Place m_source;
+    AtPath m_source;
     FileIdentity m_identity;
     FileIdentity m_toFolder;
-    FolderTrail* m_from = nullptr;
-    FolderTrail* m_to = nullptr;
+    DirectoryStack* m_from = nullptr;
+    DirectoryStack* m_to = nullptr;
     SharedDescriptor m_toStart;
     std::vector<Level> m_levels;
     CopiedFiles m_copiedFiles;

@@ -3,9 +3,9 @@
 
 #include "FileCount.h"
 
+#include "AtPath.h"
+#include "DirectoryStack.h"
 #include "FolderListing.h"
-#include "FolderTrail.h"
-#include "Place.h"
 
 #include <utility>
 #include <vector>
@@ -21,15 +21,15 @@ using fileSystem::FileCount;
 class FileCounting final
 {
 public:
-    FileCounting(FolderTrail& trail, const CountLimits& limits)
-        : m_trail(trail)
+    FileCounting(DirectoryStack& stack, const CountLimits& limits)
+        : m_stack(stack)
         , m_limits(limits)
     {}
 
     /// Nothing where the walk's folder has no folder of that name.
     [[nodiscard]] std::optional<FileCount> run(const QByteArray& name)
     {
-        if (m_trail.descend(name.constData()) != 0) {
+        if (m_stack.descend(name.constData()) != 0) {
             return std::nullopt;
         }
         countHere();
@@ -46,14 +46,14 @@ private:
         std::vector<QByteArray>& names = m_subfolders.back();
         if (names.empty()) {
             m_subfolders.pop_back();
-            if (m_trail.ascend() != 0) {
+            if (m_stack.ascend() != 0) {
                 stop(); // the way back is lost, and with it every folder above
             }
             return;
         }
         const QByteArray name = std::move(names.back());
         names.pop_back();
-        if (m_trail.descend(name.constData()) == 0) {
+        if (m_stack.descend(name.constData()) == 0) {
             countHere();
         } else {
             m_count.whole = false;
@@ -63,7 +63,7 @@ private:
     void countHere()
     {
         std::vector<QByteArray>& names = m_subfolders.emplace_back();
-        const int error = forEachRawEntry(m_trail.folder(), [&](const dirent& entry) {
+        const int error = forEachRawEntry(m_stack.folder(), [&](const dirent& entry) {
             if (m_limits.deadline.hasExpired()) {
                 stop();
             } else if (isFolderEntry(entry)) {
@@ -87,7 +87,7 @@ private:
         if (entry.d_type != DT_UNKNOWN) {
             return entry.d_type == DT_DIR;
         }
-        const Result<struct statx> status = look(m_trail.folder(), entry.d_name, STATX_TYPE);
+        const Result<struct statx> status = statAt(m_stack.folder(), entry.d_name, STATX_TYPE);
         return status && isFolder(status.value());
     }
 
@@ -97,7 +97,7 @@ private:
         m_count.whole = false;
     }
 
-    FolderTrail& m_trail;
+    DirectoryStack& m_stack;
     CountLimits m_limits;
     FileCount m_count;
     std::int64_t m_folders = 0;
@@ -110,12 +110,12 @@ private:
 
 std::optional<FileCount> fileSystem::countFiles(const QString& folder, const CountLimits& limits)
 {
-    const Result<Place> place = openPlace(folder);
+    const Result<AtPath> place = openParentOf(folder);
     if (!place) {
         return std::nullopt;
     }
-    FolderTrail trail(place.value().folder);
-    return FileCounting(trail, limits).run(place.value().name);
+    DirectoryStack stack(place.value().folder);
+    return FileCounting(stack, limits).run(place.value().name);
 }
 
 } // namespace lapsa

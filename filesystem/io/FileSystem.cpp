@@ -3,9 +3,9 @@
 
 #include "FileSystem.h"
 
+#include "AtPath.h"
 #include "FileDescriptor.h"
 #include "FileUri.h"
-#include "Place.h"
 
 #include <QUrl>
 

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "AtPath.h"
 #include "FileSystem.h"
 #include "FolderListing.h"
 #include "KnownPathsCheck.h"
-#include "Place.h"
 #include "SystemCalls.h"
 
 #include <fcntl.h>
@@ -60,7 +60,7 @@ private:
     {
         if (!m_asked) {
             m_asked = true;
-            const Result<struct statx> found = look(m_folder, m_entry.d_name, STATX_TYPE | STATX_BTIME);
+            const Result<struct statx> found = statAt(m_folder, m_entry.d_name, STATX_TYPE | STATX_BTIME);
             if (found) {
                 m_itself = found.value();
             }

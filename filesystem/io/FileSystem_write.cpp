@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "AtPath.h"
 #include "FileDescriptor.h"
 #include "FileSystem.h"
 #include "FolderListing.h"
 #include "PathWalk.h"
-#include "Place.h"
 #include "PutAside.h"
 #include "SystemCalls.h"
 
@@ -25,13 +25,13 @@ namespace lapsa::fileSystem {
 namespace {
 
 /// The place that a path means once the links at its end are followed; what it names need not exist.
-Result<Place> openLinkedPlace(const QString& path)
+Result<AtPath> openParentOfTarget(const QString& path)
 {
     constexpr int mostLinks = 40; // as many as the kernel follows
-    Result<Place> place = openPlace(path);
+    Result<AtPath> place = openParentOf(path);
     for (int links = 0; place && links < mostLinks; ++links) {
         const Result<struct statx> link =
-            look(place.value().folder.get(), place.value().name.constData(), STATX_TYPE | STATX_UID);
+            statAt(place.value().folder.get(), place.value().name.constData(), STATX_TYPE | STATX_UID);
         if (link && S_ISLNK(link.value().stx_mode) && !mayFollowLinkOf(link.value().stx_uid)) {
             return FileError::fromErrno(EACCES);
         }
@@ -40,7 +40,7 @@ Result<Place> openLinkedPlace(const QString& path)
             const int error = target.error().code;
             return error == EINVAL || error == ENOENT ? std::move(place) : target.error();
         }
-        place = openPlace(place.value().folder.get(), target.value());
+        place = openParentOf(place.value().folder.get(), target.value());
     }
     return place ? FileError::fromErrno(ELOOP) : std::move(place);
 }
@@ -100,8 +100,9 @@ void removeLeftovers(int folder, const TemporaryNames& names)
     std::vector<QByteArray> left;
     // What cannot be listed or removed now is tried again by the next write.
     std::ignore = forEachRawEntry(listed.get(), [&](const dirent& entry) {
-        const Result<struct statx> status =
-            names.has(entry.d_name) ? look(folder, entry.d_name, STATX_TYPE | STATX_UID) : FileError::fromErrno(ENOENT);
+        const Result<struct statx> status = names.has(entry.d_name)
+                                                ? statAt(folder, entry.d_name, STATX_TYPE | STATX_UID)
+                                                : FileError::fromErrno(ENOENT);
         if (status && S_ISREG(status.value().stx_mode) && status.value().stx_uid == ::geteuid()) {
             left.emplace_back(entry.d_name);
         }
@@ -114,9 +115,9 @@ void removeLeftovers(int folder, const TemporaryNames& names)
 
 /// Whether what stands there may be replaced: a device or a pipe is somebody's, and no file afterwards. Returns an
 /// `errno` value.
-int replaceable(const Place& place)
+int replaceable(const AtPath& place)
 {
-    const Result<struct statx> found = look(place.folder.get(), place.name.constData(), STATX_TYPE);
+    const Result<struct statx> found = statAt(place.folder.get(), place.name.constData(), STATX_TYPE);
     if (!found || S_ISREG(found.value().stx_mode)) {
         return 0;
     }
@@ -127,7 +128,7 @@ int replaceable(const Place& place)
 
 Result<void> writeAtomically(const QString& path, QByteArrayView bytes)
 {
-    const Result<Place> target = openLinkedPlace(path);
+    const Result<AtPath> target = openParentOfTarget(path);
     if (!target) {
         return target.error();
     }
@@ -156,8 +157,8 @@ Result<void> writeAtomically(const QString& path, QByteArrayView bytes)
 
 Result<void> putAside(const QString& path, const QString& to)
 {
-    const Result<Place> from = openLinkedPlace(path);
-    const Result<Place> aside = openPlace(to);
+    const Result<AtPath> from = openParentOfTarget(path);
+    const Result<AtPath> aside = openParentOf(to);
     if (!from || !aside) {
         return from ? aside.error() : from.error();
     }

@@ -24,7 +24,7 @@ FileDescriptor openedFolder(const QString& path)
 Ownership ownershipOf(const QString& folder)
 {
     const FileDescriptor opened = openedFolder(folder);
-    const Result<struct statx> status = look(opened.get(), "", STATX_BASIC_STATS);
+    const Result<struct statx> status = statAt(opened.get(), "", STATX_BASIC_STATS);
     if (!opened || !status) {
         return Ownership::Own;
     }
@@ -37,7 +37,7 @@ Ownership ownershipOf(const QString& folder)
 void makePrivate(const QString& folder)
 {
     const FileDescriptor opened = openedFolder(folder);
-    const Result<struct statx> status = look(opened.get(), "", STATX_BASIC_STATS);
+    const Result<struct statx> status = statAt(opened.get(), "", STATX_BASIC_STATS);
     if (opened && status && status.value().stx_uid == ::geteuid() && (status.value().stx_mode & 07777) != S_IRWXU) {
         ::chmod(procPath(opened.get()).constData(), S_IRWXU);
     }

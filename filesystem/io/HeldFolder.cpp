@@ -45,19 +45,19 @@ Result<FileIdentity> HeldFolder::identity() const
     if (m_opened->error != 0) {
         return FileError::fromErrno(m_opened->error);
     }
-    const Result<struct statx> found = lapsa::look(m_opened->folder.get(), "", STATX_INO);
+    const Result<struct statx> found = statAt(m_opened->folder.get(), "", STATX_INO);
     return found ? Result<FileIdentity>(identityOf(found.value())) : found.error();
 }
 
-Result<EntryLook> HeldFolder::look(const QString& name) const
+Result<EntryInfo> HeldFolder::info(const QString& name) const
 {
     const Result<QByteArray> bytes = entryName(name);
     if (!bytes || m_opened->error != 0) {
         return bytes ? FileError::fromErrno(m_opened->error) : bytes.error();
     }
     const Result<struct statx> found =
-        lapsa::look(m_opened->folder.get(), bytes.value().constData(), STATX_TYPE | STATX_INO | STATX_NLINK);
-    return found ? Result<EntryLook>(entryLook(m_opened->folder.get(), found.value())) : found.error();
+        statAt(m_opened->folder.get(), bytes.value().constData(), STATX_TYPE | STATX_INO | STATX_NLINK);
+    return found ? Result<EntryInfo>(entryInfo(m_opened->folder.get(), found.value())) : found.error();
 }
 
 void forEachFolderUpwards(const QString& folder, const std::function<bool(const FileIdentity&)>& visit)
@@ -66,7 +66,7 @@ void forEachFolderUpwards(const QString& folder, const std::function<bool(const 
     Result<FileDescriptor> opened = bytes ? openFolder(AT_FDCWD, bytes.value().constData()) : bytes.error();
     std::optional<FileIdentity> below;
     while (opened) {
-        const Result<struct statx> found = lapsa::look(opened.value().get(), "", STATX_INO);
+        const Result<struct statx> found = statAt(opened.value().get(), "", STATX_INO);
         // "/" is its own parent.
         if (!found || below == identityOf(found.value()) || !visit(identityOf(found.value()))) {
             return;
@@ -87,11 +87,11 @@ Result<QByteArray> entryName(const QString& name)
     return usable ? Result<QByteArray>(name.toUtf8()) : FileError::fromErrno(EINVAL);
 }
 
-fileSystem::EntryLook entryLook(int folder, const struct statx& status)
+fileSystem::EntryInfo entryInfo(int folder, const struct statx& status)
 {
-    fileSystem::EntryLook entry{.identity = identityOf(status), .isDirectory = isFolder(status)};
+    fileSystem::EntryInfo entry{.identity = identityOf(status), .isDirectory = isFolder(status)};
     if (!entry.isDirectory && status.stx_nlink > 1) {
-        const Result<struct statx> found = look(folder, "", STATX_INO);
+        const Result<struct statx> found = statAt(folder, "", STATX_INO);
         entry.folderOfName = found ? identityOf(found.value()) : FileIdentity();
     }
     return entry;

@@ -15,7 +15,7 @@
 namespace lapsa::fileSystem {
 
 /// How an entry of a folder looked: the entry itself, links not followed.
-struct EntryLook
+struct EntryInfo
 {
     FileIdentity identity;
     bool isDirectory = false;
@@ -37,7 +37,7 @@ public:
     /// The error of its opening where it could not be opened.
     [[nodiscard]] Result<FileIdentity> identity() const;
     /// EINVAL for what is not the name of one entry: empty, "." or "..", with a slash or a NUL.
-    [[nodiscard]] Result<EntryLook> look(const QString& name) const;
+    [[nodiscard]] Result<EntryInfo> info(const QString& name) const;
 
 private:
     friend class Batch;

@@ -3,8 +3,8 @@
 
 #include "KnownPaths.h"
 
-#include "HeldPlace.h"
 #include "KnownPathsCheck.h"
+#include "ParentCache.h"
 
 #include <fcntl.h>
 
@@ -34,7 +34,7 @@ PathSteps neverMet()
 }
 
 /// What there is to remember of the place that was gone to; nothing where others can change nothing there.
-std::optional<PathSteps> stepsAt(const HeldPlace& held, std::optional<PathSteps> way)
+std::optional<PathSteps> stepsAt(const ParentCache& held, std::optional<PathSteps> way)
 {
     const WalkedFolder& folder = held.walked();
     if (!way || way->isEmpty()) {
@@ -53,7 +53,7 @@ std::optional<PathSteps> stepsAt(const HeldPlace& held, std::optional<PathSteps>
 
 void KnownPaths::remember(const QStringList& paths)
 {
-    HeldPlace held;
+    ParentCache held;
     // Most paths lie beside the one before, in a folder of the user's own.
     QStringView privateFolder;
     for (const QString& path : paths) {

@@ -18,14 +18,14 @@ bool wasMet(const fileSystem::PathStep& known, const WalkedFolder& walked)
 
 } // namespace
 
-std::optional<WalkedStep> folderAt(const HeldPlace& held)
+std::optional<WalkedStep> folderAt(const ParentCache& held)
 {
-    const Place& place = held.place();
+    const AtPath& place = held.place();
     const FileDescriptor entry(retrying([&] {
         return ::openat(place.folder.get(), place.name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     }));
     const Result<struct statx> status =
-        entry ? look(entry.get(), "", STATX_BASIC_STATS | STATX_BTIME) : FileError::fromErrno(ENOENT);
+        entry ? statAt(entry.get(), "", STATX_BASIC_STATS | STATX_BTIME) : FileError::fromErrno(ENOENT);
     if (!status) {
         return {};
     }
@@ -38,7 +38,7 @@ bool isKnownWay(const fileSystem::PathSteps& known, const WalkedFolder& walked)
     return std::ranges::all_of(known, [&](const auto& step) { return wasMet(step, walked); });
 }
 
-bool isKnownPlace(const fileSystem::PathSteps& known, const HeldPlace& held)
+bool isKnownPlace(const fileSystem::PathSteps& known, const ParentCache& held)
 {
     const QByteArray path = held.walked().path + '/' + held.place().name;
     const auto ofEntry = std::ranges::find(known, path, &fileSystem::PathStep::path);

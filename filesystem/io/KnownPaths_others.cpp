@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "AtPath.h"
 #include "KnownPaths.h"
 #include "MountTable.h"
 #include "PathWalk.h"
-#include "Place.h"
 
 #include <fcntl.h>
 
@@ -24,7 +24,7 @@ bool hasLinkOnTheWay(const QByteArray& path)
     for (qsizetype end = 0; end < path.size();) {
         const qsizetype slash = path.indexOf('/', end + 1);
         end = slash < 0 ? path.size() : slash;
-        const Result<struct statx> found = look(AT_FDCWD, path.first(end).constData(), STATX_TYPE);
+        const Result<struct statx> found = statAt(AT_FDCWD, path.first(end).constData(), STATX_TYPE);
         if (!found || !isFolder(found.value())) {
             return true;
         }
@@ -65,7 +65,7 @@ void KnownPaths::rememberOthers(const QStringList& paths)
         }
         const Result<QByteArray> bytes =
             worth && !m_steps.contains(path) ? pathBytes(path) : FileError::fromErrno(ENOENT);
-        if (bytes && look(AT_FDCWD, bytes.value().constData(), STATX_TYPE)) {
+        if (bytes && statAt(AT_FDCWD, bytes.value().constData(), STATX_TYPE)) {
             others.push_back(path);
         }
     }

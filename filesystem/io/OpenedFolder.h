@@ -3,8 +3,8 @@
 
 #pragma once
 
+#include "AtPath.h"
 #include "HeldFolder.h"
-#include "Place.h"
 
 #include <QByteArray>
 
@@ -26,6 +26,6 @@ struct fileSystem::HeldFolder::Opened
 [[nodiscard]] Result<QByteArray> entryName(const QString& name);
 
 /// What a look at an entry of an open folder (at least STATX_TYPE, STATX_INO and STATX_NLINK) has found.
-[[nodiscard]] fileSystem::EntryLook entryLook(int folder, const struct statx& status);
+[[nodiscard]] fileSystem::EntryInfo entryInfo(int folder, const struct statx& status);
 
 } // namespace lapsa

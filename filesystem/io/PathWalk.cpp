@@ -68,11 +68,11 @@ Result<FileDescriptor> openedWithoutLinks(const QByteArray& path)
 /// of each folder still holds when the last one is opened.
 std::optional<WalkedFolder> plainlyOpened(const QByteArray& path)
 {
-    Result<struct statx> above = look(AT_FDCWD, "/", STATX_BASIC_STATS);
+    Result<struct statx> above = statAt(AT_FDCWD, "/", STATX_BASIC_STATS);
     for (qsizetype end = 0; above && end < path.size();) {
         const qsizetype slash = path.indexOf('/', end + 1);
         end = slash < 0 ? path.size() : slash;
-        const Result<struct statx> found = look(AT_FDCWD, path.first(end).constData(), STATX_BASIC_STATS);
+        const Result<struct statx> found = statAt(AT_FDCWD, path.first(end).constData(), STATX_BASIC_STATS);
         const bool safe =
             found && isFolder(found.value()) && (!isShared(above.value()) || isKept(above.value(), found.value()));
         if (!safe) {
@@ -147,7 +147,7 @@ int CarefulWalk::startAtRoot()
 {
     Result<FileDescriptor> root = openAt(AT_FDCWD, "/", O_PATH | O_DIRECTORY);
     const Result<struct statx> status =
-        root ? look(root.value().get(), "", STATX_BASIC_STATS | STATX_BTIME) : root.error();
+        root ? statAt(root.value().get(), "", STATX_BASIC_STATS | STATX_BTIME) : root.error();
     if (!status) {
         return status.error().code;
     }
@@ -166,7 +166,7 @@ int CarefulWalk::go(const QByteArray& name)
         return found.error().code;
     }
     FileDescriptor opened = std::move(found).value();
-    const Result<struct statx> status = look(opened.get(), "", STATX_BASIC_STATS | STATX_BTIME);
+    const Result<struct statx> status = statAt(opened.get(), "", STATX_BASIC_STATS | STATX_BTIME);
     if (!status) {
         return status.error().code;
     }
@@ -185,7 +185,7 @@ int CarefulWalk::goUp()
     if (!above) {
         return above.error().code;
     }
-    const Result<struct statx> status = look(above.value().get(), "", STATX_BASIC_STATS | STATX_BTIME);
+    const Result<struct statx> status = statAt(above.value().get(), "", STATX_BASIC_STATS | STATX_BTIME);
     if (!status) {
         return status.error().code;
     }
@@ -238,7 +238,7 @@ Result<WalkedFolder> plainFolderIn(const WalkedFolder& above, const QByteArray& 
     if (!folder) {
         return folder.error();
     }
-    const Result<struct statx> status = look(folder.value().get(), "", STATX_BASIC_STATS);
+    const Result<struct statx> status = statAt(folder.value().get(), "", STATX_BASIC_STATS);
     if (!status) {
         return status.error();
     }

@@ -3,9 +3,9 @@
 
 #pragma once
 
+#include "AtPath.h"
 #include "FileDescriptor.h"
 #include "KnownPaths.h"
-#include "Place.h"
 #include "Result.h"
 
 #include <QByteArray>

@@ -16,10 +16,10 @@ FolderRemoval::FolderRemoval(Permission permission)
     : m_permission(std::move(permission))
 {}
 
-int FolderRemoval::run(const Place& place, const FileIdentity& identity)
+int FolderRemoval::run(const AtPath& place, const FileIdentity& identity)
 {
-    FolderTrail trail(place.folder);
-    m_trail = &trail;
+    DirectoryStack stack(place.folder);
+    m_stack = &stack;
     m_identity = identity;
     m_levels.push_back({.name = {}, .subfolders = {place.name}});
     while (m_levels.size() > 1 || !m_levels.back().subfolders.empty()) {
@@ -37,7 +37,7 @@ int FolderRemoval::run(const Place& place, const FileIdentity& identity)
 
 void FolderRemoval::enter(const QByteArray& name)
 {
-    switch (const int error = m_trail->descend(name.constData())) {
+    switch (const int error = m_stack->descend(name.constData())) {
     case 0:
         break;
     case ENOENT: // somebody else was faster
@@ -51,7 +51,7 @@ void FolderRemoval::enter(const QByteArray& name)
         }
         return;
     case EACCES: // an empty folder goes even if it cannot be listed
-        if (::unlinkat(m_trail->folder(), name.constData(), AT_REMOVEDIR) == 0) {
+        if (::unlinkat(m_stack->folder(), name.constData(), AT_REMOVEDIR) == 0) {
             m_removedAnything = true;
         } else {
             fail(error);
@@ -62,7 +62,7 @@ void FolderRemoval::enter(const QByteArray& name)
         return;
     }
     m_levels.push_back({.name = name, .subfolders = {}});
-    if (m_levels.size() == 2 && identityOf(m_trail->status()) != m_identity) {
+    if (m_levels.size() == 2 && identityOf(m_stack->status()) != m_identity) {
         fail(EBUSY);
         return;
     }
@@ -73,7 +73,7 @@ void FolderRemoval::leave()
 {
     const Level left = std::move(m_levels.back());
     m_levels.pop_back();
-    if (const int error = m_trail->ascend()) {
+    if (const int error = m_stack->ascend()) {
         // The way back is lost, and with it every folder above: they keep what they hold.
         m_levels.resize(1);
         m_levels.back().subfolders.clear();
@@ -88,10 +88,10 @@ void FolderRemoval::leave()
 void FolderRemoval::removeFiles()
 {
     std::vector<QByteArray> subfolders;
-    const int error = forEachRawEntry(m_trail->folder(), [&](const dirent& entry) {
+    const int error = forEachRawEntry(m_stack->folder(), [&](const dirent& entry) {
         unsigned char type = entry.d_type;
         if (type == DT_UNKNOWN) {
-            const Result<struct statx> status = look(m_trail->folder(), entry.d_name, STATX_TYPE);
+            const Result<struct statx> status = statAt(m_stack->folder(), entry.d_name, STATX_TYPE);
             type = status && isFolder(status.value()) ? DT_DIR : DT_REG;
         }
         if (type == DT_DIR) {
@@ -109,13 +109,13 @@ void FolderRemoval::removeFiles()
 
 void FolderRemoval::removeFile(const char* name)
 {
-    if (m_permission && !m_permission(m_trail->folder(), name)) {
+    if (m_permission && !m_permission(m_stack->folder(), name)) {
         fail(EBUSY);
         return;
     }
-    const int error = errorOf([&] { return ::unlinkat(m_trail->folder(), name, 0); });
+    const int error = errorOf([&] { return ::unlinkat(m_stack->folder(), name, 0); });
     // What was reported as failed may have been carried out all the same.
-    if (error == 0 || !look(m_trail->folder(), name, STATX_TYPE)) {
+    if (error == 0 || !statAt(m_stack->folder(), name, STATX_TYPE)) {
         m_removedAnything = true;
     }
     if (error != 0 && error != ENOENT) {
@@ -127,7 +127,7 @@ void FolderRemoval::removeEmptyFolder(const QByteArray& name)
 {
     constexpr int mostRepetitions = 8;
     Level& level = m_levels.back();
-    const int error = errorOf([&] { return ::unlinkat(m_trail->folder(), name.constData(), AT_REMOVEDIR); });
+    const int error = errorOf([&] { return ::unlinkat(m_stack->folder(), name.constData(), AT_REMOVEDIR); });
     if (error == 0) {
         m_removedAnything = true;
     } else if (error == ENOTEMPTY && level.repetitions < mostRepetitions) {

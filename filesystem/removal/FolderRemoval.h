@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "FolderTrail.h"
-#include "Place.h"
+#include "AtPath.h"
+#include "DirectoryStack.h"
 
 #include <QByteArray>
 
@@ -28,7 +28,7 @@ public:
 
     /// Removes the folder at `place` if it still is the one of this identity. Returns the `errno` value of the first
     /// failure.
-    [[nodiscard]] int run(const Place& place, const FileIdentity& identity);
+    [[nodiscard]] int run(const AtPath& place, const FileIdentity& identity);
 
     /// Whether anything at all was removed, or is not seen any more.
     [[nodiscard]] bool removedAnything() const { return m_removedAnything; }
@@ -52,7 +52,7 @@ private:
 
     Permission m_permission;
     FileIdentity m_identity;
-    FolderTrail* m_trail = nullptr;
+    DirectoryStack* m_stack = nullptr;
     std::vector<Level> m_levels;
     int m_firstError = 0;
     bool m_removedAnything = false;

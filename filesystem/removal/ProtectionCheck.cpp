@@ -77,7 +77,7 @@ bool isOrLiesBelow(FileDescriptor folder, const FileIdentity& suspect)
 {
     std::optional<FileIdentity> below;
     while (folder) {
-        const Result<struct statx> status = look(folder.get(), "", STATX_INO);
+        const Result<struct statx> status = statAt(folder.get(), "", STATX_INO);
         if (!status || identityOf(status.value()) == suspect) {
             return true;
         }
@@ -93,7 +93,7 @@ bool isOrLiesBelow(FileDescriptor folder, const FileIdentity& suspect)
 bool is(const FileIdentity& suspect, const QByteArray& path)
 {
     const FileDescriptor folder = openedFolder(AT_FDCWD, path.constData());
-    const Result<struct statx> found = look(folder.get(), "", STATX_INO);
+    const Result<struct statx> found = statAt(folder.get(), "", STATX_INO);
     return folder && found && identityOf(found.value()) == suspect;
 }
 
@@ -140,7 +140,7 @@ public:
             const qsizetype slash = path.indexOf('/', end + 1);
             end = slash < 0 ? path.size() : slash;
             const QByteArray part = path.first(end);
-            const Result<struct statx> found = look(AT_FDCWD, part.constData(), STATX_TYPE | STATX_INO);
+            const Result<struct statx> found = statAt(AT_FDCWD, part.constData(), STATX_TYPE | STATX_INO);
             if (!found || !S_ISLNK(found.value().stx_mode)) {
                 continue;
             }
@@ -184,14 +184,14 @@ std::optional<Refusal> refusalOfLink(const struct statx& status, const fileSyste
 }
 
 /// Whether something is mounted below a folder. The folder's real path is looked up on the folder opened for it.
-Result<bool> holdsMount(const Place& place, const struct statx& status)
+Result<bool> holdsMount(const AtPath& place, const struct statx& status)
 {
     const Result<FileDescriptor> folder =
         openAt(place.folder.get(), place.name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW);
     if (!folder) {
         return folder.error();
     }
-    const Result<struct statx> opened = look(folder.value().get(), "", STATX_INO);
+    const Result<struct statx> opened = statAt(folder.value().get(), "", STATX_INO);
     if (!opened || identityOf(opened.value()) != identityOf(status)) {
         return FileError::fromErrno(EBUSY);
     }
@@ -204,7 +204,7 @@ Result<bool> holdsMount(const Place& place, const struct statx& status)
 
 } // namespace
 
-Result<std::optional<Refusal>> refusalAt(const Place& place, const struct statx& status,
+Result<std::optional<Refusal>> refusalAt(const AtPath& place, const struct statx& status,
                                          const fileSystem::Protection& protection)
 {
     if (S_ISLNK(status.stx_mode)) {
@@ -223,7 +223,7 @@ Result<std::optional<Refusal>> refusalAt(const Place& place, const struct statx&
     return mountBelow.value() ? std::optional(Refusal::HoldsMountPoint) : std::nullopt;
 }
 
-int checkUnprotected(const Place& place, const struct statx& status, const fileSystem::Protection& protection)
+int checkUnprotected(const AtPath& place, const struct statx& status, const fileSystem::Protection& protection)
 {
     const Result<std::optional<Refusal>> refusal = refusalAt(place, status, protection);
     if (!refusal) {

@@ -13,12 +13,12 @@ std::optional<fileSystem::Refusal> fileSystem::refusalOf(const QString& path, co
     if (bytes && bytes.value() == "/") {
         return Refusal::Root;
     }
-    const Result<Place> place = openPlace(path);
+    const Result<AtPath> place = openParentOf(path);
     if (!place) {
         return std::nullopt;
     }
     const Result<struct statx> status =
-        look(place.value().folder.get(), place.value().name.constData(), STATX_BASIC_STATS);
+        statAt(place.value().folder.get(), place.value().name.constData(), STATX_BASIC_STATS);
     if (!status) {
         return std::nullopt;
     }

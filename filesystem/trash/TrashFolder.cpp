@@ -32,7 +32,7 @@ Result<FileDescriptor> ownFolder(int folder, const char* name)
     if (!own) {
         return own.error().code == ELOOP ? FileError::fromErrno(ENOTDIR) : own.error();
     }
-    const Result<struct statx> status = look(own.value().get(), "", STATX_UID);
+    const Result<struct statx> status = statAt(own.value().get(), "", STATX_UID);
     if (!status || status.value().stx_uid != ::geteuid()) {
         return FileError::fromErrno(EACCES);
     }
@@ -41,14 +41,14 @@ Result<FileDescriptor> ownFolder(int folder, const char* name)
 
 bool isMountRoot(int folder)
 {
-    const Result<struct statx> status = look(folder, "", STATX_INO);
+    const Result<struct statx> status = statAt(folder, "", STATX_INO);
     return !status || (status.value().stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
 }
 
 bool isRoot(int folder)
 {
-    const Result<struct statx> here = look(folder, "", STATX_INO);
-    const Result<struct statx> root = look(AT_FDCWD, "/", STATX_INO);
+    const Result<struct statx> here = statAt(folder, "", STATX_INO);
+    const Result<struct statx> root = statAt(AT_FDCWD, "/", STATX_INO);
     return !here || !root || identityOf(here.value()) == identityOf(root.value());
 }
 
@@ -70,8 +70,8 @@ Result<FileDescriptor> sharedTrash(int top, const QByteArray& user)
     if (!shared) {
         return shared.error();
     }
-    const Result<struct statx> volume = look(top, "", STATX_UID);
-    const Result<struct statx> status = look(shared.value().get(), "", STATX_MODE | STATX_UID);
+    const Result<struct statx> volume = statAt(top, "", STATX_UID);
+    const Result<struct statx> status = statAt(shared.value().get(), "", STATX_MODE | STATX_UID);
     if (!volume || !status || (status.value().stx_mode & S_ISVTX) == 0) {
         return FileError::fromErrno(EACCES);
     }
@@ -104,7 +104,7 @@ Result<TrashFolder> TrashFolder::home()
     return folder ? opened(folder.value()) : folder.error();
 }
 
-Result<TrashFolder> TrashFolder::ofVolume(const Place& place)
+Result<TrashFolder> TrashFolder::ofVolume(const AtPath& place)
 {
     const Result<FileDescriptor> top = volumeTop(place.folder.get());
     if (!top) {
@@ -141,8 +141,8 @@ Result<TrashFolder> TrashFolder::opened(const FileDescriptor& folder)
     if (!info) {
         return info.error();
     }
-    const auto filesStatus = look(files.value().get(), "", STATX_INO | STATX_MNT_ID);
-    const auto infoStatus = look(info.value().get(), "", STATX_INO);
+    const auto filesStatus = statAt(files.value().get(), "", STATX_INO | STATX_MNT_ID);
+    const auto infoStatus = statAt(info.value().get(), "", STATX_INO);
     const auto filesPath = realPath(files.value().get());
     const auto infoPath = realPath(info.value().get());
     if (!filesStatus || !infoStatus || !filesPath || !infoPath) {
@@ -166,7 +166,7 @@ bool TrashFolder::isOnMountOf(const struct statx& status) const
     return identityOf(status).device == identityOf(m_filesStatus).device;
 }
 
-bool TrashFolder::contains(const QByteArray& folder, const Place& place, const struct statx& status) const
+bool TrashFolder::contains(const QByteArray& folder, const AtPath& place, const struct statx& status) const
 {
     const QByteArray above = folder == "/" ? folder : folder + '/';
     if (above.startsWith(m_infoPath)) {

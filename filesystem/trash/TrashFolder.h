@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "Place.h"
+#include "AtPath.h"
 #include "TrashRecord.h"
 
 #include <QByteArray>
@@ -24,7 +24,7 @@ public:
     [[nodiscard]] static Result<TrashFolder> home();
 
     /// The user's trash on the volume that holds `place`, made where it is missing.
-    [[nodiscard]] static Result<TrashFolder> ofVolume(const Place& place);
+    [[nodiscard]] static Result<TrashFolder> ofVolume(const AtPath& place);
 
     /// Whether an entry that looked so (with STATX_MNT_ID) is on the mount that `files` is on. The device number tells
     /// that of ordinary file systems only: on an overlay it is the one of the layer below.
@@ -32,7 +32,7 @@ public:
 
     /// Whether the entry is this trash folder itself, lies above it, or is one of its records. `folder` is the real
     /// path of the folder that holds it, here and below.
-    [[nodiscard]] bool contains(const QByteArray& folder, const Place& place, const struct statx& status) const;
+    [[nodiscard]] bool contains(const QByteArray& folder, const AtPath& place, const struct statx& status) const;
 
     /// Makes the records of entries that take() will be asked for in this order, as far as they stand on this file
     /// system: the disk is then waited for once and not once for each. What is not taken loses its record with this
@@ -41,22 +41,22 @@ public:
 
     /// Puts the entry of this identity into the trash under a free name. Returns an `errno` value; after a failure the
     /// entry is where it was and nothing is in the trash.
-    [[nodiscard]] int take(const QByteArray& folder, const Place& place, const FileIdentity& identity);
+    [[nodiscard]] int take(const QByteArray& folder, const AtPath& place, const FileIdentity& identity);
 
 private:
     TrashFolder() = default;
 
     [[nodiscard]] static Result<TrashFolder> opened(const FileDescriptor& folder);
-    [[nodiscard]] QByteArray textOf(const QByteArray& folder, const Place& place);
+    [[nodiscard]] QByteArray textOf(const QByteArray& folder, const AtPath& place);
     [[nodiscard]] const QByteArray& deletionDate();
-    [[nodiscard]] Result<TrashRecord> freeRecord(const QByteArray& folder, const Place& place);
+    [[nodiscard]] Result<TrashRecord> freeRecord(const QByteArray& folder, const AtPath& place);
     [[nodiscard]] std::optional<TrashRecord> preparedRecord(const QByteArray& path);
-    [[nodiscard]] int takeAs(const Place& place, const FileIdentity& identity, const QByteArray& name,
+    [[nodiscard]] int takeAs(const AtPath& place, const FileIdentity& identity, const QByteArray& name,
                              const QByteArray& text);
-    [[nodiscard]] int takeAs(const Place& place, const FileIdentity& identity, TrashRecord& record);
+    [[nodiscard]] int takeAs(const AtPath& place, const FileIdentity& identity, TrashRecord& record);
 
     /// `files`, with the name that an entry gets there.
-    Place m_inFiles;
+    AtPath m_inFiles;
     struct statx m_filesStatus = {};
     FileDescriptor m_info;
     FileIdentity m_infoIdentity;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "HeldPlace.h"
+#include "ParentCache.h"
 #include "TrashFolder.h"
 #include "TrashName.h"
 
@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QByteArray pathOf(const QByteArray& folder, const Place& place)
+QByteArray pathOf(const QByteArray& folder, const AtPath& place)
 {
     return (folder == "/" ? folder : folder + '/') + place.name;
 }
@@ -26,15 +26,15 @@ QByteArray pathOf(const QByteArray& folder, const Place& place)
 
 void TrashFolder::prepare(std::span<const QString> paths)
 {
-    HeldPlace ahead;
+    ParentCache ahead;
     bool isHere = false;
     for (const QString& path : paths) {
         if (ahead.goTo(path) != 0) {
             continue;
         }
-        const Place& place = ahead.place();
+        const AtPath& place = ahead.place();
         if (!ahead.isShared()) {
-            const Result<struct statx> status = look(place.folder.get(), "", STATX_INO | STATX_MNT_ID);
+            const Result<struct statx> status = statAt(place.folder.get(), "", STATX_INO | STATX_MNT_ID);
             isHere = status && isOnMountOf(status.value());
         }
         const Result<QByteArray> folder = ahead.realPathOf(place.folder);
@@ -50,7 +50,7 @@ void TrashFolder::prepare(std::span<const QString> paths)
     }
 }
 
-Result<TrashRecord> TrashFolder::freeRecord(const QByteArray& folder, const Place& place)
+Result<TrashRecord> TrashFolder::freeRecord(const QByteArray& folder, const AtPath& place)
 {
     const QByteArray text = textOf(folder, place);
     TrashName name(m_infoIdentity, place.name);
@@ -79,7 +79,7 @@ std::optional<TrashRecord> TrashFolder::preparedRecord(const QByteArray& path)
     return record;
 }
 
-int TrashFolder::take(const QByteArray& folder, const Place& place, const FileIdentity& identity)
+int TrashFolder::take(const QByteArray& folder, const AtPath& place, const FileIdentity& identity)
 {
     if (std::optional<TrashRecord> prepared = preparedRecord(pathOf(folder, place))) {
         const int error = takeAs(place, identity, *prepared);
@@ -100,7 +100,7 @@ int TrashFolder::take(const QByteArray& folder, const Place& place, const FileId
     return error;
 }
 
-QByteArray TrashFolder::textOf(const QByteArray& folder, const Place& place)
+QByteArray TrashFolder::textOf(const QByteArray& folder, const AtPath& place)
 {
     QByteArray path = pathOf(folder, place);
     if (!m_top.isEmpty()) {
@@ -122,14 +122,14 @@ const QByteArray& TrashFolder::deletionDate()
     return m_date;
 }
 
-int TrashFolder::takeAs(const Place& place, const FileIdentity& identity, const QByteArray& name,
+int TrashFolder::takeAs(const AtPath& place, const FileIdentity& identity, const QByteArray& name,
                         const QByteArray& text)
 {
     Result<TrashRecord> record = TrashRecord::make(m_info.get(), name, text);
     return record ? takeAs(place, identity, record.value()) : record.error().code;
 }
 
-int TrashFolder::takeAs(const Place& place, const FileIdentity& identity, TrashRecord& record)
+int TrashFolder::takeAs(const AtPath& place, const FileIdentity& identity, TrashRecord& record)
 {
     if (const int error = record.finishWriting()) {
         return error;

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "Place.h"
+#include "AtPath.h"
 
 #include <QByteArray>
 

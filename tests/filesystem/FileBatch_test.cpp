@@ -226,7 +226,7 @@ private slots:
         QVERIFY(batch.find(from(0)).exists());
         const fileSystem::BatchEntry missing = batch.find(m_home->path(u"from/missing"_s));
         QVERIFY(!missing.exists());
-        QVERIFY(!missing.look());
+        QVERIFY(!missing.info());
         QCOMPARE(codeOf(batch.move(missing, to(0))), ENOENT);
         const fileSystem::BatchEntry inMissing = batch.find(m_home->path(u"missing/0"_s));
         QVERIFY(!inMissing.exists());

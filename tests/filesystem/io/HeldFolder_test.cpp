@@ -64,11 +64,11 @@ private slots:
         const fileSystem::BatchEntry entry = batch.find(folder, name);
 
         QVERIFY(!entry.exists());
-        QVERIFY(!entry.look());
+        QVERIFY(!entry.info());
         QVERIFY(!batch.remove(entry));
         QVERIFY(!batch.move(entry, home.path(u"taken"_s)));
         QVERIFY(QFile::exists(home.path(u"folder/sub/a.txt"_s)));
-        const auto found = folder.look(name);
+        const auto found = folder.info(name);
         QCOMPARE(found ? 0 : found.error().code, EINVAL);
     }
 
@@ -82,7 +82,7 @@ private slots:
         QVERIFY(!entry.exists());
         QVERIFY(!batch.remove(entry));
         QCOMPARE(folder.identity().error().code, ENOENT);
-        QCOMPARE(folder.look(u"tmp"_s).error().code, ENOENT);
+        QCOMPARE(folder.info(u"tmp"_s).error().code, ENOENT);
     }
 
     void aLinkThatLeadsNowhereIsAnEntry()
@@ -104,13 +104,13 @@ private slots:
         const test::TemporaryHome home;
         const QByteArray file = home.makeFile(u"folder/a.txt"_s).toUtf8();
         const fileSystem::HeldFolder folder(home.path(u"folder"_s));
-        QVERIFY(!folder.look(u"a.txt"_s).value().folderOfName);
+        QVERIFY(!folder.info(u"a.txt"_s).value().folderOfName);
         QCOMPARE(::link(file.constData(), (file + "-2").constData()), 0);
 
-        const fileSystem::EntryLook look = folder.look(u"a.txt"_s).value();
+        const fileSystem::EntryInfo info = folder.info(u"a.txt"_s).value();
 
-        QVERIFY(look.folderOfName == folder.identity().value());
-        QVERIFY(look.identity == folder.look(u"a.txt-2"_s).value().identity);
+        QVERIFY(info.folderOfName == folder.identity().value());
+        QVERIFY(info.identity == folder.info(u"a.txt-2"_s).value().identity);
     }
 
     void theFoldersAboveAreThoseOnTheDisk()

@@ -3,8 +3,8 @@
 
 #pragma once
 
+#include "AtPath.h"
 #include "PathWalk.h"
-#include "Place.h"
 
 #include <optional>
 
@@ -13,7 +13,7 @@ namespace lapsa {
 /// The place of one entry after the other. The folder of neighbours stays open for a few of them: to open it for each
 /// costs as much as what is done there. For a few only: somebody may give the folder another name meanwhile, and put
 /// another one into its place.
-class HeldPlace final
+class ParentCache final
 {
 public:
     /// How many entries share one opening of their folder.
@@ -24,7 +24,7 @@ public:
     [[nodiscard]] int goTo(const QString& path, WalkDetail detail = WalkDetail::Folder);
 
     /// Where the entry stands, after a success.
-    [[nodiscard]] const Place& place() const { return m_place; }
+    [[nodiscard]] const AtPath& place() const { return m_place; }
 
     /// How the way there was walked; its folder is that of the place.
     [[nodiscard]] const WalkedFolder& walked() const { return m_walked; }
@@ -59,7 +59,7 @@ private:
     /// As it was asked for, with its trailing slash.
     QByteArray m_asked;
     WalkDetail m_detail = WalkDetail::Folder;
-    Place m_place;
+    AtPath m_place;
     WalkedFolder m_walked;
     int m_sharing = 0;
     Above m_above;

@@ -3,8 +3,8 @@
 
 #pragma once
 
+#include "AtPath.h"
 #include "FileDescriptor.h"
-#include "Place.h"
 
 #include <cstddef>
 #include <vector>
@@ -14,11 +14,11 @@ namespace lapsa {
 /// The folders from where a walk started down to the one it is in. Only the lowest few are kept open, so that a walk
 /// may go down thousands of folders; the way back up leads over "..", and is checked. No step follows a link or enters
 /// a mount.
-class FolderTrail final
+class DirectoryStack final
 {
 public:
     /// Starts in a folder, which stays open.
-    explicit FolderTrail(SharedDescriptor start);
+    explicit DirectoryStack(SharedDescriptor start);
 
     /// Enters a folder of the one the walk is in. Returns an `errno` value: EBUSY for a mount point.
     [[nodiscard]] int descend(const char* name);

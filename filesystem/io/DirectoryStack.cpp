@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "FolderTrail.h"
+#include "DirectoryStack.h"
 
 #include "SystemCalls.h"
 
@@ -16,18 +16,18 @@ constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK;
 
 } // namespace
 
-FolderTrail::FolderTrail(SharedDescriptor start)
+DirectoryStack::DirectoryStack(SharedDescriptor start)
 {
     m_steps.push_back({.folder = std::move(start), .status = {}});
 }
 
-int FolderTrail::descend(const char* name)
+int DirectoryStack::descend(const char* name)
 {
     Result<FileDescriptor> folder = openAt(this->folder(), name, folderFlags);
     if (!folder) {
         return folder.error().code;
     }
-    const Result<struct statx> status = look(folder.value().get(), "", STATX_BASIC_STATS);
+    const Result<struct statx> status = statAt(folder.value().get(), "", STATX_BASIC_STATS);
     if (!status) {
         return status.error().code;
     }
@@ -41,7 +41,7 @@ int FolderTrail::descend(const char* name)
     return 0;
 }
 
-int FolderTrail::ascend()
+int DirectoryStack::ascend()
 {
     const Step left = std::move(m_steps.back());
     m_steps.pop_back();
@@ -53,7 +53,7 @@ int FolderTrail::ascend()
     if (!folder) {
         return folder.error().code;
     }
-    const Result<struct statx> status = look(folder.value().get(), "", STATX_INO);
+    const Result<struct statx> status = statAt(folder.value().get(), "", STATX_INO);
     if (!status || identityOf(status.value()) != identityOf(above.status)) {
         return ESTALE;
     }

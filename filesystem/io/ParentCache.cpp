@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "HeldPlace.h"
+#include "ParentCache.h"
 
 #include <cerrno>
 #include <utility>
 
 namespace lapsa {
 
-int HeldPlace::goTo(const QString& path, WalkDetail detail)
+int ParentCache::goTo(const QString& path, WalkDetail detail)
 {
     Result<QByteArray> read = pathBytes(path);
     if (!read) {
@@ -46,7 +46,7 @@ int HeldPlace::goTo(const QString& path, WalkDetail detail)
     return 0;
 }
 
-Result<WalkedFolder> HeldPlace::walkedTo(const QByteArray& folder, WalkDetail detail)
+Result<WalkedFolder> ParentCache::walkedTo(const QByteArray& folder, WalkDetail detail)
 {
     const qsizetype nameStart = folder.lastIndexOf('/') + 1;
     const QByteArray name = folder.sliced(nameStart);
@@ -61,7 +61,7 @@ Result<WalkedFolder> HeldPlace::walkedTo(const QByteArray& folder, WalkDetail de
 }
 
 // Opened for the second entry: one alone does not pay for it.
-bool HeldPlace::knowsAbove(const QByteArray& above)
+bool ParentCache::knowsAbove(const QByteArray& above)
 {
     if (m_above.asked != above || m_above.sharing == mostSharing) {
         m_above = {.asked = above, .walked = {}, .sharing = 1};
@@ -79,7 +79,7 @@ bool HeldPlace::knowsAbove(const QByteArray& above)
     return true;
 }
 
-Result<QByteArray> HeldPlace::realPathOf(const SharedDescriptor& folder)
+Result<QByteArray> ParentCache::realPathOf(const SharedDescriptor& folder)
 {
     if (folder.get() != m_place.folder.get()) {
         return realPath(folder.get());

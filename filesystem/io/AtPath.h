@@ -16,7 +16,7 @@ namespace lapsa {
 
 /// Where an entry stands: the folder, opened, and the one name in it. What is looked at and what is acted upon are then
 /// in the same folder, whatever happens to the path in between.
-struct Place
+struct AtPath
 {
     /// Opened with O_PATH.
     SharedDescriptor folder;
@@ -32,22 +32,22 @@ struct Place
 
 /// Opens the folder that holds the entry at `path`; the entry itself need not exist. EINVAL as for pathBytes() and for
 /// a path that ends in "." or "..", EPERM for "/".
-[[nodiscard]] Result<Place> openPlace(const QString& path);
+[[nodiscard]] Result<AtPath> openParentOf(const QString& path);
 
 /// The same for a path seen from an open folder (an absolute one is taken as such).
-[[nodiscard]] Result<Place> openPlace(int folder, const QByteArray& path);
+[[nodiscard]] Result<AtPath> openParentOf(int folder, const QByteArray& path);
 
 /// statx(2) of an entry itself, links not followed. An empty name asks about `folder`.
-[[nodiscard]] Result<struct statx> look(int folder, const char* name, unsigned mask);
+[[nodiscard]] Result<struct statx> statAt(int folder, const char* name, unsigned mask);
 
 [[nodiscard]] FileIdentity identityOf(const struct statx& status);
 
 /// Whether the entry of this identity is seen to stand at the place. A call that was reported as failed may have been
 /// carried out all the same, as over a network that lost the answer: what is undone after it is undone in sight only.
-[[nodiscard]] bool stands(const Place& place, const FileIdentity& identity);
+[[nodiscard]] bool stands(const AtPath& place, const FileIdentity& identity);
 
 /// Whether a renaming that was reported as failed has happened.
-[[nodiscard]] bool hasArrived(const Place& from, const FileIdentity& identity, const Place& to);
+[[nodiscard]] bool hasArrived(const AtPath& from, const FileIdentity& identity, const AtPath& to);
 
 [[nodiscard]] inline bool isFolder(const struct statx& status)
 {
@@ -67,6 +67,6 @@ struct Place
 
 /// renameat2(2) with RENAME_NOREPLACE, and its like where the file system does not know that flag. Never overwrites a
 /// file or a link. Returns an `errno` value.
-[[nodiscard]] int renameWithoutReplacing(const Place& from, const Place& to);
+[[nodiscard]] int renameWithoutReplacing(const AtPath& from, const AtPath& to);
 
 } // namespace lapsa

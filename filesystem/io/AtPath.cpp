@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "Place.h"
+#include "AtPath.h"
 
 #include "SystemCalls.h"
 
@@ -24,7 +24,7 @@ QByteArray withoutTrailingSlashes(QByteArray path)
 }
 
 /// For file systems that cannot rename without replacing: a second name, then the first one gone.
-int relinked(const Place& from, const FileIdentity& identity, const Place& to)
+int relinked(const AtPath& from, const FileIdentity& identity, const AtPath& to)
 {
     const char* const fromName = from.name.constData();
     const char* const toName = to.name.constData();
@@ -43,9 +43,9 @@ int relinked(const Place& from, const FileIdentity& identity, const Place& to)
 
 /// Sees nothing at the place, by two calls: where nothing else keeps a file from being replaced, one wrong answer of a
 /// failing disk or network is not enough. Returns an `errno` value.
-int lookedFree(const Place& place)
+int lookedFree(const AtPath& place)
 {
-    const Result<struct statx> found = look(place.folder.get(), place.name.constData(), STATX_TYPE);
+    const Result<struct statx> found = statAt(place.folder.get(), place.name.constData(), STATX_TYPE);
     if (found) {
         return EEXIST;
     }
@@ -61,7 +61,7 @@ int lookedFree(const Place& place)
     return error == ENOENT ? 0 : error;
 }
 
-int renamedAfterLooking(const Place& from, const Place& to)
+int renamedAfterLooking(const AtPath& from, const AtPath& to)
 {
     if (const int error = lookedFree(to)) {
         return error;
@@ -70,9 +70,9 @@ int renamedAfterLooking(const Place& from, const Place& to)
         [&] { return ::renameat(from.folder.get(), from.name.constData(), to.folder.get(), to.name.constData()); });
 }
 
-int renamedByOtherMeans(const Place& from, const Place& to)
+int renamedByOtherMeans(const AtPath& from, const AtPath& to)
 {
-    const Result<struct statx> status = look(from.folder.get(), from.name.constData(), STATX_TYPE | STATX_INO);
+    const Result<struct statx> status = statAt(from.folder.get(), from.name.constData(), STATX_TYPE | STATX_INO);
     if (!status) {
         return status.error().code;
     }
@@ -109,23 +109,23 @@ QString nameText(QByteArrayView bytes)
     return QString::fromUtf8(guarded).sliced(1);
 }
 
-Result<Place> openPlace(const QString& path)
+Result<AtPath> openParentOf(const QString& path)
 {
     const Result<QByteArray> bytes = pathBytes(path);
     if (!bytes) {
         return bytes.error();
     }
-    return openPlace(AT_FDCWD, bytes.value());
+    return openParentOf(AT_FDCWD, bytes.value());
 }
 
-Result<Place> openPlace(int folder, const QByteArray& path)
+Result<AtPath> openParentOf(int folder, const QByteArray& path)
 {
     const QByteArray bytes = withoutTrailingSlashes(path);
     if (bytes.isEmpty()) {
         return FileError::fromErrno(path.isEmpty() ? EINVAL : EPERM);
     }
     const qsizetype slash = bytes.lastIndexOf('/');
-    Place place{.folder = {}, .name = bytes.sliced(slash + 1)};
+    AtPath place{.folder = {}, .name = bytes.sliced(slash + 1)};
     if (place.name == "." || place.name == "..") {
         return FileError::fromErrno(EINVAL);
     }
@@ -138,7 +138,7 @@ Result<Place> openPlace(int folder, const QByteArray& path)
     return place;
 }
 
-Result<struct statx> look(int folder, const char* name, unsigned mask)
+Result<struct statx> statAt(int folder, const char* name, unsigned mask)
 {
     const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | (*name == '\0' ? AT_EMPTY_PATH : 0);
     struct statx status = {};
@@ -153,13 +153,13 @@ FileIdentity identityOf(const struct statx& status)
     return {.device = std::uint64_t{status.stx_dev_major} << 32U | status.stx_dev_minor, .inode = status.stx_ino};
 }
 
-bool stands(const Place& place, const FileIdentity& identity)
+bool stands(const AtPath& place, const FileIdentity& identity)
 {
-    const Result<struct statx> found = look(place.folder.get(), place.name.constData(), STATX_INO);
+    const Result<struct statx> found = statAt(place.folder.get(), place.name.constData(), STATX_INO);
     return found && identityOf(found.value()) == identity;
 }
 
-bool hasArrived(const Place& from, const FileIdentity& identity, const Place& to)
+bool hasArrived(const AtPath& from, const FileIdentity& identity, const AtPath& to)
 {
     return stands(to, identity) && !stands(from, identity);
 }
@@ -174,7 +174,7 @@ Result<QByteArray> realPath(int folder)
     return readLinkAt(AT_FDCWD, procPath(folder).constData());
 }
 
-int renameWithoutReplacing(const Place& from, const Place& to)
+int renameWithoutReplacing(const AtPath& from, const AtPath& to)
 {
     const int error = errorOf([&] {
         return ::renameat2(from.folder.get(), from.name.constData(), to.folder.get(), to.name.constData(),
