@@ -17,6 +17,7 @@
 #include "LaunchArguments.h"
 #include "Motion.h"
 #include "PointerMonitor.h"
+#include "ProgramIdentity.h"
 #include "QtMainQueue.h"
 #include "QtPasteboard.h"
 #include "QuietMessages.h"
@@ -47,7 +48,10 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-const QString applicationId = u"org.lapsa.Lapsa"_s;
+const ProgramIdentity program{.id = u"org.lapsa.Lapsa"_s,
+                              .name = u"Lapsa"_s,
+                              .shortName = u"lapsa"_s,
+                              .drawings = u":/lapsa"_s};
 
 /// How long a predecessor may take to end: it writes three files.
 constexpr std::chrono::milliseconds predecessorPatience{2000};
@@ -141,7 +145,7 @@ int handOverOnly(int argc, char** argv)
     const StartArguments given = startArguments(argc, argv);
     int arguments = 1;
     const QCoreApplication application(arguments, argv);
-    SessionApplication session;
+    SessionApplication session(program);
     if (session.handOver(given.files()) == SessionApplication::Role::HandedOver) {
         tellWhatNamesNothing(given);
         return EXIT_SUCCESS;
@@ -174,8 +178,8 @@ int runApplication(const QApplication& application, SessionApplication& session,
                      &motion::setAllowedByDesktop);
     FreedesktopWorkspace workspace;
     QtPasteboard pasteboard;
-    FreedesktopNotificationCentre notificationCentre;
-    const std::unique_ptr<StatusBar> statusBar = makeStatusBar();
+    FreedesktopNotificationCentre notificationCentre(program);
+    const std::unique_ptr<StatusBar> statusBar = makeStatusBar(program);
     const std::unique_ptr<HotKeys> hotKeys = makeHotKeys();
     const std::unique_ptr<FileManagerSelection> fileManagerSelection = makeFileManagerSelection();
     const std::unique_ptr<FolderPicker> folderPicker = makeFolderPicker();
@@ -227,7 +231,7 @@ int launch(int argc, char** argv)
 {
     TerminationSignals::hold();
     QuietMessages::install();
-    QCoreApplication::setApplicationName(u"Lapsa"_s);
+    QCoreApplication::setApplicationName(program.name);
     if (!hasDisplay()) {
         return handOverOnly(argc, argv);
     }
@@ -236,16 +240,17 @@ int launch(int argc, char** argv)
     const QList<QUrl> files = given.files();
     // The toolkit has options of its own; here every argument is a file.
     int arguments = 1;
-    QGuiApplication::setDesktopFileName(applicationId);
+    QGuiApplication::setDesktopFileName(program.id);
     QApplication::setStyle(new LapsaStyle);
     const auto application = makeApplication(arguments, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     ToolkitTexts toolkitTexts;
     QCoreApplication::installTranslator(&toolkitTexts);
     // The drawing of our own where Lapsa runs without being installed, or the theme has none.
-    QGuiApplication::setWindowIcon(QIcon::fromTheme(applicationId, QIcon(u":/lapsa/%1.svg"_s.arg(applicationId))));
+    QGuiApplication::setWindowIcon(
+        QIcon::fromTheme(program.id, QIcon(u"%1/%2.svg"_s.arg(program.drawings, program.id))));
 
-    SessionApplication session;
+    SessionApplication session(program);
     switch (session.claim(files)) {
     case SessionApplication::Role::HandedOver:
         tellWhatNamesNothing(given);

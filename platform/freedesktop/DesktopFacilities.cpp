@@ -9,12 +9,15 @@
 #include "PointerMonitor.h"
 #include "PortalFolderPicker.h"
 #include "PortalHotKeys.h"
+#include "ProgramIdentity.h"
 #include "StatusItem.h"
 #include "TrayStatusItem.h"
 #include "X11FileManagerSelection.h"
 #include "X11HotKeys.h"
 #include "X11InputMonitor.h"
 #include "X11Screen.h"
+
+#include <utility>
 
 namespace lapsa {
 
@@ -38,7 +41,17 @@ public:
 class Tray final : public StatusBar
 {
 public:
-    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem() override { return std::make_unique<TrayStatusItem>(); }
+    explicit Tray(ProgramIdentity identity)
+        : m_identity(std::move(identity))
+    {}
+
+    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem() override
+    {
+        return std::make_unique<TrayStatusItem>(m_identity);
+    }
+
+private:
+    ProgramIdentity m_identity;
 };
 
 class NoPointerMonitor final : public PointerMonitor
@@ -81,9 +94,9 @@ std::unique_ptr<HotKeys> makeGrabs()
 
 } // namespace
 
-std::unique_ptr<StatusBar> makeStatusBar()
+std::unique_ptr<StatusBar> makeStatusBar(const ProgramIdentity& identity)
 {
-    return std::make_unique<Tray>();
+    return std::make_unique<Tray>(identity);
 }
 
 std::unique_ptr<HotKeys> makeHotKeys()

@@ -22,7 +22,7 @@ X11Selection::X11Selection(X11Connection& connection, const QDeadlineTimer& dead
     : m_connection(connection)
     , m_window(xcb_generate_id(connection.get()))
     , m_clipboard(connection.atom("CLIPBOARD", deadline))
-    , m_property(connection.atom("LAPSA_ANSWER", deadline))
+    , m_property(connection.atom("SELECTION_ANSWER", deadline))
     , m_targets(connection.atom("TARGETS", deadline))
     , m_pieces(connection.atom("INCR", deadline))
 {

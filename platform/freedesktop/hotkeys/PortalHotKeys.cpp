@@ -5,6 +5,7 @@
 
 #include "PortalRequest.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -36,7 +37,7 @@ QDBusMessage callOf(const QString& method)
 QString newSessionToken()
 {
     static int count = 0;
-    return u"lapsa%1"_s.arg(++count);
+    return QCoreApplication::applicationName().toLower() + QString::number(++count);
 }
 
 /// As the free desktop writes a shortcut.

@@ -3,6 +3,7 @@
 
 #include "PortalRequest.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
@@ -25,7 +26,7 @@ constexpr uint cancelled = 1;
 QString newToken()
 {
     static int count = 0;
-    return u"lapsa%1"_s.arg(++count);
+    return QCoreApplication::applicationName().toLower() + QString::number(++count);
 }
 
 /// Where the portal puts the request that is made with a token, so that its answer cannot come too early to be heard.

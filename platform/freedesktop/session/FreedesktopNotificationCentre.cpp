@@ -7,8 +7,8 @@
 
 namespace lapsa {
 
-FreedesktopNotificationCentre::FreedesktopNotificationCentre()
-    : m_server(std::make_unique<NotificationServer>())
+FreedesktopNotificationCentre::FreedesktopNotificationCentre(const ProgramIdentity& identity)
+    : m_server(std::make_unique<NotificationServer>(identity))
 {
     connect(m_server.get(), &NotificationServer::responseReceived, this,
             &FreedesktopNotificationCentre::responseReceived);

@@ -10,6 +10,7 @@
 namespace lapsa {
 
 class NotificationServer;
+struct ProgramIdentity;
 
 /// The session's notification server (`org.freedesktop.Notifications`). Everything is asked for without waiting.
 class FreedesktopNotificationCentre final : public NotificationCentre
@@ -17,7 +18,7 @@ class FreedesktopNotificationCentre final : public NotificationCentre
     Q_OBJECT
 
 public:
-    FreedesktopNotificationCentre();
+    explicit FreedesktopNotificationCentre(const ProgramIdentity& identity);
     ~FreedesktopNotificationCentre() override;
 
     void requestAuthorization() override;

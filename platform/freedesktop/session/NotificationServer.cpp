@@ -25,8 +25,6 @@ const QString busService = u"org.freedesktop.DBus"_s;
 const QString busPath = u"/org/freedesktop/DBus"_s;
 const QString busInterface = u"org.freedesktop.DBus"_s;
 
-const QString applicationName = u"Lapsa"_s;
-const QString desktopEntry = u"org.lapsa.Lapsa"_s;
 const QString defaultSound = u"message-new-instant"_s;
 const QString defaultAction = u"default"_s;
 const QString buttonAction = u"lock"_s;
@@ -50,7 +48,7 @@ QStringList actionsOf(const NotificationRequest& request)
     return {defaultAction, QString(), buttonAction, request.actionLabel};
 }
 
-QVariantMap hints()
+QVariantMap hintsOf(const QString& desktopEntry)
 {
     return {{u"desktop-entry"_s, desktopEntry},
             {u"sound-name"_s, defaultSound},
@@ -86,8 +84,9 @@ bool saysThatNobodyIsThere(const QDBusMessage& error)
 
 } // namespace
 
-NotificationServer::NotificationServer()
-    : m_watcher(service, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange)
+NotificationServer::NotificationServer(const ProgramIdentity& identity)
+    : m_identity(identity)
+    , m_watcher(service, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange)
 {
     auto bus = QDBusConnection::sessionBus();
     bus.connect(service, path, interface, u"ActionInvoked"_s, this, SLOT(actionInvoked(uint, QString, QDBusMessage)));
@@ -215,8 +214,8 @@ void NotificationServer::post(const NotificationRequest& request)
     auto message = callOf(u"Notify"_s);
     // The summary is plain text for every server.
     const QString body = m_bodyMarkup.value_or(false) ? escapedMarkup(request.body) : request.body;
-    message.setArguments(
-        {applicationName, posted.id, desktopEntry, request.title, body, actionsOf(request), hints(), defaultTimeout});
+    message.setArguments({m_identity.name, posted.id, m_identity.id, request.title, body, actionsOf(request),
+                          hintsOf(m_identity.id), defaultTimeout});
     call(message, usualTimeout,
          [this, identifier = request.identifier](const QDBusMessage& reply) { notifyAnswered(identifier, reply); });
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "NotificationCentre.h"
+#include "ProgramIdentity.h"
 
 #include <QDBusServiceWatcher>
 #include <QHash>
@@ -26,7 +27,7 @@ class NotificationServer final : public QObject
     Q_OBJECT
 
 public:
-    NotificationServer();
+    explicit NotificationServer(const ProgramIdentity& identity);
 
     /// Shows a request, or lets it take the place of the one with its identifier.
     void add(const NotificationRequest& request);
@@ -77,6 +78,7 @@ private:
     void ownerChanged(const QString& newOwner);
     [[nodiscard]] QHash<QString, Posted>::iterator shown(uint id, const QString& server);
 
+    ProgramIdentity m_identity;
     QDBusServiceWatcher m_watcher;
     /// The server's unique bus name; empty while there is none.
     QString m_owner;

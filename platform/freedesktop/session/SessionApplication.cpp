@@ -23,31 +23,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString busName = u"org.lapsa.Lapsa"_s;
-const QString objectPath = u"/org/lapsa/Lapsa"_s;
 const QString interfaceName = u"org.freedesktop.Application"_s;
 
 /// The application that runs may be busy with its start-up or on a slow disk.
 constexpr std::chrono::seconds patience{30};
 /// Between two tries, while a predecessor is on its way out.
 constexpr std::chrono::milliseconds pause{20};
-
-QDBusMessage callFor(const QList<QUrl>& files)
-{
-    if (files.isEmpty()) {
-        auto activate = QDBusMessage::createMethodCall(busName, objectPath, interfaceName, u"Activate"_s);
-        activate.setArguments({QVariantMap()});
-        activate.setAutoStartService(false);
-        return activate;
-    }
-    QStringList uris;
-    std::ranges::transform(files, std::back_inserter(uris),
-                           [](const QUrl& url) { return QString::fromLatin1(fileUri(url.toLocalFile())); });
-    auto open = QDBusMessage::createMethodCall(busName, objectPath, interfaceName, u"Open"_s);
-    open.setArguments({uris, QVariantMap()});
-    open.setAutoStartService(false);
-    return open;
-}
 
 /// Whether a call failed because the application it went to is gone, or going.
 bool vanished(const QDBusMessage& reply)
@@ -58,11 +39,6 @@ bool vanished(const QDBusMessage& reply)
         u"org.freedesktop.DBus.Error.UnknownObject"_s,
     };
     return names.contains(reply.errorName());
-}
-
-QDBusMessage handedOver(const QList<QUrl>& files, const QDeadlineTimer& deadline)
-{
-    return QDBusConnection::sessionBus().call(callFor(files), QDBus::Block, int(deadline.remainingTime()));
 }
 
 } // namespace
@@ -119,8 +95,9 @@ private:
     SessionApplication& m_application;
 };
 
-SessionApplication::SessionApplication()
-    : m_interface(std::make_unique<Interface>(*this))
+SessionApplication::SessionApplication(const ProgramIdentity& identity)
+    : m_identity(identity)
+    , m_interface(std::make_unique<Interface>(*this))
 {}
 
 SessionApplication::~SessionApplication()
@@ -128,9 +105,9 @@ SessionApplication::~SessionApplication()
     auto bus = QDBusConnection::sessionBus();
     // The name first, so that a successor need not wait for the end of the process.
     if (m_isFirst) {
-        bus.unregisterService(busName);
+        bus.unregisterService(m_identity.id);
     }
-    bus.unregisterObject(objectPath);
+    bus.unregisterObject(m_identity.objectPath());
 }
 
 SessionApplication::Role SessionApplication::claim(const QList<QUrl>& files)
@@ -140,11 +117,11 @@ SessionApplication::Role SessionApplication::claim(const QList<QUrl>& files)
         return Role::NoBus;
     }
     // The object first: whoever finds the name finds what is behind it.
-    bus.registerObject(objectPath, m_interface.get(), QDBusConnection::ExportScriptableSlots);
+    bus.registerObject(m_identity.objectPath(), m_interface.get(), QDBusConnection::ExportScriptableSlots);
     const QDeadlineTimer deadline(patience);
     while (!deadline.hasExpired()) {
         const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = bus.interface()->registerService(
-            busName, QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
+            m_identity.id, QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
         if (!reply.isValid()) {
             return Role::NoBus;
         }
@@ -171,6 +148,29 @@ SessionApplication::Role SessionApplication::handOver(const QList<QUrl>& files)
     }
     const QDBusMessage answer = handedOver(files, QDeadlineTimer(patience));
     return answer.type() == QDBusMessage::ReplyMessage ? Role::HandedOver : Role::Unanswered;
+}
+
+QDBusMessage SessionApplication::callFor(const QList<QUrl>& files) const
+{
+    if (files.isEmpty()) {
+        auto activate =
+            QDBusMessage::createMethodCall(m_identity.id, m_identity.objectPath(), interfaceName, u"Activate"_s);
+        activate.setArguments({QVariantMap()});
+        activate.setAutoStartService(false);
+        return activate;
+    }
+    QStringList uris;
+    std::ranges::transform(files, std::back_inserter(uris),
+                           [](const QUrl& url) { return QString::fromLatin1(fileUri(url.toLocalFile())); });
+    auto open = QDBusMessage::createMethodCall(m_identity.id, m_identity.objectPath(), interfaceName, u"Open"_s);
+    open.setArguments({uris, QVariantMap()});
+    open.setAutoStartService(false);
+    return open;
+}
+
+QDBusMessage SessionApplication::handedOver(const QList<QUrl>& files, const QDeadlineTimer& deadline) const
+{
+    return QDBusConnection::sessionBus().call(callFor(files), QDBus::Block, int(deadline.remainingTime()));
 }
 
 void SessionApplication::setHandlers(Handlers handlers)

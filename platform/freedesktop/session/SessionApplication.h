@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "ProgramIdentity.h"
+
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -13,9 +15,12 @@
 #include <memory>
 #include <optional>
 
+class QDBusMessage;
+class QDeadlineTimer;
+
 namespace lapsa {
 
-/// One process a session: the bus name `org.lapsa.Lapsa` with `org.freedesktop.Application` behind it.
+/// One process per session: the program's id as a bus name, with `org.freedesktop.Application` behind it.
 class SessionApplication final : public QObject
 {
     Q_OBJECT
@@ -43,7 +48,7 @@ public:
         NoBus,
     };
 
-    SessionApplication();
+    explicit SessionApplication(const ProgramIdentity& identity);
     ~SessionApplication() override;
 
     /// Becomes the application of this session, or hands `files` to the one that runs and waits for its answer. Calls
@@ -60,8 +65,11 @@ private:
     class Interface;
     using Call = std::function<void(const Handlers&)>;
 
+    [[nodiscard]] QDBusMessage callFor(const QList<QUrl>& files) const;
+    [[nodiscard]] QDBusMessage handedOver(const QList<QUrl>& files, const QDeadlineTimer& deadline) const;
     void receive(const Call& call);
 
+    ProgramIdentity m_identity;
     std::optional<Handlers> m_handlers;
     /// Calls that came before the handlers.
     QList<Call> m_waiting;

@@ -26,8 +26,9 @@ const QString watcherInterface = u"org.kde.StatusNotifierWatcher"_s;
 
 } // namespace
 
-StatusNotifierItem::StatusNotifierItem()
-    : m_service(u"org.kde.StatusNotifierItem-%1-1"_s.arg(QCoreApplication::applicationPid()))
+StatusNotifierItem::StatusNotifierItem(const ProgramIdentity& identity)
+    : m_identity(identity)
+    , m_service(u"org.kde.StatusNotifierItem-%1-1"_s.arg(QCoreApplication::applicationPid()))
     , m_watcher(watcherName, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange)
 {
     registerStatusNotifierTypes();
@@ -78,16 +79,6 @@ void StatusNotifierItem::setToolTip(const QString& toolTip)
 QString StatusNotifierItem::category() const
 {
     return u"ApplicationStatus"_s;
-}
-
-QString StatusNotifierItem::id() const
-{
-    return u"lapsa"_s;
-}
-
-QString StatusNotifierItem::title() const
-{
-    return QCoreApplication::applicationName();
 }
 
 QString StatusNotifierItem::status() const

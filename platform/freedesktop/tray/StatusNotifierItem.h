@@ -4,6 +4,7 @@
 #pragma once
 
 #include "DBusMenu.h"
+#include "ProgramIdentity.h"
 #include "StatusNotifierTypes.h"
 
 #include <QDBusObjectPath>
@@ -36,7 +37,7 @@ class StatusNotifierItem final : public QObject
     Q_PROPERTY(QDBusObjectPath Menu READ menuPath SCRIPTABLE true)
 
 public:
-    StatusNotifierItem();
+    explicit StatusNotifierItem(const ProgramIdentity& identity);
     ~StatusNotifierItem() override;
 
     void setImages(const QList<QImage>& images);
@@ -48,8 +49,11 @@ public:
     [[nodiscard]] bool shown() const { return m_shown; }
 
     [[nodiscard]] QString category() const;
-    [[nodiscard]] QString id() const;
-    [[nodiscard]] QString title() const;
+
+    [[nodiscard]] QString id() const { return m_identity.shortName; }
+
+    [[nodiscard]] QString title() const { return m_identity.name; }
+
     [[nodiscard]] QString status() const;
 
     [[nodiscard]] int windowId() const { return 0; }
@@ -96,6 +100,7 @@ private:
     void announce();
     void setShown(bool shown);
 
+    ProgramIdentity m_identity;
     QString m_service;
     QDBusServiceWatcher m_watcher;
     DBusMenu m_menu;

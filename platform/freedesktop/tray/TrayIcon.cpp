@@ -11,6 +11,7 @@
 #include <QSvgRenderer>
 
 #include <array>
+#include <utility>
 
 namespace lapsa {
 
@@ -30,9 +31,13 @@ constexpr double titleHeight = 0.8;
 
 } // namespace
 
+TrayIcon::TrayIcon(QString drawings)
+    : m_drawings(std::move(drawings))
+{}
+
 bool TrayIcon::setTemplateImage(const QString& name, int size)
 {
-    QFile file(u":/lapsa/%1.svg"_s.arg(name));
+    QFile file(u"%1/%2.svg"_s.arg(m_drawings, name));
     if (!file.open(QIODevice::ReadOnly)) {
         return false;
     }

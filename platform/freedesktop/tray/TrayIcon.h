@@ -17,7 +17,10 @@ namespace lapsa {
 class TrayIcon final
 {
 public:
-    /// Takes the drawing ":/lapsa/NAME.svg". False when there is none; nothing changes then.
+    /// `drawings` is the folder of the template images.
+    explicit TrayIcon(QString drawings);
+
+    /// Takes the drawing NAME.svg. False when there is none; nothing changes then.
     [[nodiscard]] bool setTemplateImage(const QString& name, int size);
     void setTitle(const QString& title);
 
@@ -35,6 +38,7 @@ public:
     [[nodiscard]] QIcon icon() const;
 
 private:
+    QString m_drawings;
     QByteArray m_drawing;
     int m_size = 18;
     QString m_title;

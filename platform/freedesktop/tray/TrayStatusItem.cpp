@@ -33,7 +33,9 @@ bool pointerIsKnown()
 
 } // namespace
 
-TrayStatusItem::TrayStatusItem()
+TrayStatusItem::TrayStatusItem(const ProgramIdentity& identity)
+    : m_icon(identity.drawings)
+    , m_notifierItem(identity)
 {
     m_embedding.setSingleShot(true);
     connect(&m_embedding, &QTimer::timeout, this, &TrayStatusItem::showEmbedded);

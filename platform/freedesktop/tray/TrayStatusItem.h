@@ -26,7 +26,7 @@ class TrayStatusItem final : public StatusButton, public StatusItem
     Q_OBJECT
 
 public:
-    TrayStatusItem();
+    explicit TrayStatusItem(const ProgramIdentity& identity);
     ~TrayStatusItem() override;
 
     [[nodiscard]] StatusButton* button() override { return this; }

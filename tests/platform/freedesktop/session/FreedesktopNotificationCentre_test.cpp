@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "ExampleProgram.h"
 #include "FreedesktopNotificationCentre.h"
 #include "LogCapture.h"
 #include "NotificationCentre.h"
@@ -148,7 +149,7 @@ private slots:
 
     void aRequestIsShownWithOneButtonAndTheDefaultSound()
     {
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         centre.add(request(u"a"_s));
         QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, patience);
 
@@ -156,14 +157,14 @@ private slots:
 
         QCOMPARE(shown.replaces, 0U);
         QCOMPARE(shown.actions, QStringList({u"default"_s, u""_s, u"lock"_s, u"Lock"_s}));
-        QCOMPARE(shown.hints[u"desktop-entry"_s].toString(), u"org.lapsa.Lapsa"_s);
+        QCOMPARE(shown.hints[u"desktop-entry"_s].toString(), u"org.example.Viewer"_s);
         QCOMPARE(shown.hints[u"sound-name"_s].toString(), u"message-new-instant"_s);
         QCOMPARE(shown.hints[u"urgency"_s], QVariant::fromValue(uchar(1)));
     }
 
     void markupInABodyIsEscapedAndTheTitleIsPlain()
     {
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         centre.add(request(u"a"_s, u"<b>R&D</b> 100%d &amp;"_s));
         QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, patience);
 
@@ -185,7 +186,7 @@ private slots:
     {
         QFETCH(const QStringList, capabilities);
         m_server->capabilities = capabilities;
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         centre.add(request(u"a"_s, u"<b>R&D</b>"_s));
         QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, patience);
 
@@ -195,7 +196,7 @@ private slots:
     void theNextServerIsAskedAnew()
     {
         m_server->capabilities = {u"body"_s};
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         show(centre, u"a"_s);
 
         m_server.reset();
@@ -216,7 +217,7 @@ private slots:
 
     void oneServerIsAskedOnceForManyRequests()
     {
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         for (const QString& identifier : {u"a"_s, u"b"_s, u"c"_s}) {
             centre.add(request(identifier));
         }
@@ -228,7 +229,7 @@ private slots:
 
     void aLaterRequestWithTheSameIdentifierReplacesTheEarlier()
     {
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         show(centre, u"a"_s);
         show(centre, u"b"_s);
 
@@ -240,7 +241,7 @@ private slots:
 
     void requestsMadeWhileTheFirstIsUnderWayReplaceItAndTheLastWins()
     {
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         show(centre, u"earlier"_s);
         m_server->holdsBack = true;
         centre.add(request(u"a"_s, u"one"_s));
@@ -270,7 +271,7 @@ private slots:
     {
         QFETCH(const QString, action);
         QFETCH(const int, responses);
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
         show(centre, u"a"_s);
 
@@ -285,7 +286,7 @@ private slots:
 
     void aDismissalIsNoClickAndForgetsTheNumber()
     {
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
         show(centre, u"a"_s);
 
@@ -301,7 +302,7 @@ private slots:
 
     void numbersOfOthersMeanNothing()
     {
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
         show(centre, u"a"_s);
 
@@ -314,7 +315,7 @@ private slots:
 
     void aSignalFromSomeoneWhoIsNotTheServerMeansNothing()
     {
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
         show(centre, u"a"_s);
         PlayedServer forger(m_bus.address(), false);
@@ -354,7 +355,7 @@ private slots:
     {
         QFETCH(const QString, member);
         QFETCH(const QVariantList, arguments);
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
         show(centre, u"a"_s);
 
@@ -381,7 +382,7 @@ private slots:
     void aDismissalForWhateverReasonForgetsTheNumber()
     {
         QFETCH(const uint, reason);
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
         show(centre, u"a"_s);
 
@@ -410,7 +411,7 @@ private slots:
     void anAnswerThatIsNoNumberIsNone()
     {
         QFETCH(const QVariantList, answer);
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
         m_server->holdsBack = true;
         show(centre, u"a"_s);
@@ -429,7 +430,7 @@ private slots:
 
     void aNumberGivenTwiceIsAClickOnOneNotificationAlone()
     {
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
         show(centre, u"a"_s);
         m_server->nextId = 1;
@@ -443,7 +444,7 @@ private slots:
 
     void aNewServerKnowsNoneOfTheNumbers()
     {
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         const QSignalSpy spy(&centre, &NotificationCentre::responseReceived);
         show(centre, u"a"_s);
 
@@ -464,7 +465,7 @@ private slots:
     void aServerThatDiesWithoutAnAnswerDoesNotBlockTheIdentifier()
     {
         m_server->holdsBack = true;
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         centre.add(request(u"a"_s, u"one"_s));
         QTRY_COMPARE_WITH_TIMEOUT(m_server->shown.size(), 1, patience);
         centre.add(request(u"a"_s, u"two"_s));
@@ -481,7 +482,7 @@ private slots:
     {
         m_server.reset();
         const LogCapture log;
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
 
         centre.requestAuthorization();
         centre.add(request(u"a"_s));
@@ -499,7 +500,7 @@ private slots:
             QSKIP("the sanitizer keeps what is freed");
         }
         m_server.reset();
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         centre.add(request(u"first"_s));
         letTheBusAnswer();
         constexpr int count = 10'000;
@@ -520,7 +521,7 @@ private slots:
     void aServerThatDoesNotAnswerGetsAHundredCallsAndTheLatestAfterThem()
     {
         m_server->holdsBack = true;
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         constexpr int count = 1000;
         for (int number = 0; number < 100; ++number) {
             centre.add(request(QString::number(number)));
@@ -548,7 +549,7 @@ private slots:
         QElapsedTimer timer;
         timer.start();
 
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
         centre.requestAuthorization();
         for (int i = 0; i < count; ++i) {
             centre.add(request(QString::number(i)));
@@ -560,7 +561,7 @@ private slots:
 
     void authorizationIsAskedForOnce()
     {
-        FreedesktopNotificationCentre centre;
+        FreedesktopNotificationCentre centre(exampleProgram());
 
         centre.requestAuthorization();
         show(centre, u"a"_s);

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "ExampleProgram.h"
 #include "PlayedService.h"
 #include "ProcessFigures.h"
 #include "SessionBus.h"
@@ -140,7 +141,7 @@ private slots:
     void itIsAnnouncedToAWatcherThatIsThere()
     {
         const PlayedWatcher watcher(bus());
-        const StatusNotifierItem item;
+        const StatusNotifierItem item(exampleProgram());
 
         QVERIFY(item.shown());
         QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
@@ -149,7 +150,7 @@ private slots:
 
     void itIsAnnouncedToEveryWatcherThatComes()
     {
-        const StatusNotifierItem item;
+        const StatusNotifierItem item(exampleProgram());
         QVERIFY(!item.shown());
         for (int i = 0; i < 3; ++i) {
             const PlayedWatcher watcher(bus());
@@ -163,7 +164,7 @@ private slots:
     {
         auto first = std::make_unique<PlayedWatcher>(bus());
         const PlayedWatcher next(bus(), true, u"next tray host"_s);
-        const StatusNotifierItem item;
+        const StatusNotifierItem item(exampleProgram());
         QTRY_COMPARE_WITH_TIMEOUT(first->items.size(), 1, patience);
         QCOMPARE(next.items.size(), 0);
 
@@ -175,7 +176,7 @@ private slots:
 
     void whatAWatcherDidNotAnswerShowsNothingAfterItsEnd()
     {
-        const StatusNotifierItem item;
+        const StatusNotifierItem item(exampleProgram());
         {
             const SilentWatcher watcher(bus());
             QTRY_VERIFY_WITH_TIMEOUT(watcher.wasAsked, patience);
@@ -193,7 +194,7 @@ private slots:
     {
         constexpr int restarts = 100;
         constexpr qint64 bytesOfNoise = 64 * 1024;
-        const StatusNotifierItem item;
+        const StatusNotifierItem item(exampleProgram());
         const auto restart = [this, &item] {
             const PlayedWatcher watcher(bus());
             QTRY_VERIFY_WITH_TIMEOUT(item.shown(), patience);
@@ -220,7 +221,7 @@ private slots:
     void aWatcherWithoutABarShowsNothingUntilOneComes()
     {
         PlayedWatcher watcher(bus(), false);
-        const StatusNotifierItem item;
+        const StatusNotifierItem item(exampleProgram());
         QTRY_VERIFY_WITH_TIMEOUT(!item.shown(), patience);
 
         watcher.bringHost();
@@ -231,7 +232,7 @@ private slots:
     void aClickTellsWhereItWas()
     {
         const PlayedWatcher watcher(bus());
-        const StatusNotifierItem item;
+        const StatusNotifierItem item(exampleProgram());
         std::optional<QPoint> place;
         connect(&item, &StatusNotifierItem::activated, this, [&place](const QPoint& point) { place = point; });
         QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
@@ -244,7 +245,7 @@ private slots:
     void theIconIsSentInNetworkByteOrder()
     {
         const PlayedWatcher watcher(bus());
-        StatusNotifierItem item;
+        StatusNotifierItem item(exampleProgram());
         QImage image(1, 2, QImage::Format_ARGB32);
         image.setPixel(0, 0, 0x11223344);
         image.setPixel(0, 1, 0xFF00FF00);
@@ -259,10 +260,20 @@ private slots:
         QCOMPARE(icon.first().bytes, QByteArray::fromHex("11223344ff00ff00"));
     }
 
+    void itIsKnownByTheIdentityOfTheProgram()
+    {
+        const PlayedWatcher watcher(bus());
+        const StatusNotifierItem item(exampleProgram());
+        QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
+
+        QCOMPARE(propertyOf<QString>(watcher, u"Id"_s), u"viewer"_s);
+        QCOMPARE(propertyOf<QString>(watcher, u"Title"_s), u"Example Viewer"_s);
+    }
+
     void theToolTipIsItsTitle()
     {
         const PlayedWatcher watcher(bus());
-        StatusNotifierItem item;
+        StatusNotifierItem item(exampleProgram());
         item.setToolTip(u"Lapsa"_s);
         QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
 
@@ -272,7 +283,7 @@ private slots:
     void theMenuIsLaidOutWithItsShortcuts()
     {
         const PlayedWatcher watcher(bus());
-        StatusNotifierItem item;
+        StatusNotifierItem item(exampleProgram());
         item.menu().setEntries({{.title = u"A_b"_s, .shortcut = u"Ctrl+,"_s, .action = {}},
                                 {},
                                 {.title = u"Quit"_s, .shortcut = u"Ctrl+Q"_s, .action = {}}});
@@ -310,7 +321,7 @@ private slots:
         QFETCH(const QString, event);
         QFETCH(const int, runs);
         const PlayedWatcher watcher(bus());
-        StatusNotifierItem item;
+        StatusNotifierItem item(exampleProgram());
         int ran = 0;
         item.menu().setEntries({{.title = u"Run"_s, .shortcut = {}, .action = [&ran] { ++ran; }}, {}});
         QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "ExampleProgram.h"
 #include "TrayIcon.h"
 
 #include <QGuiApplication>
@@ -40,7 +41,7 @@ QColor middleOf(const QImage& image)
 
 QImage statusIcon(bool highlighted = false)
 {
-    TrayIcon icon;
+    TrayIcon icon(exampleProgram().drawings);
     if (!icon.setTemplateImage(u"StatusIcon"_s, 18)) {
         qFatal("no such image");
     }
@@ -77,7 +78,7 @@ private slots:
 
     void ofTheDrawingOnlyTheShapeCounts()
     {
-        TrayIcon icon;
+        TrayIcon icon(exampleProgram().drawings);
         QVERIFY(icon.setTemplateImage(u"StatusIcon"_s, 18));
 
         icon.setForeground(QColor(Qt::red));
@@ -99,7 +100,7 @@ private slots:
 
     void itComesInItsOwnSizeAndForEveryBar()
     {
-        TrayIcon icon;
+        TrayIcon icon(exampleProgram().drawings);
         QVERIFY(icon.setTemplateImage(u"StatusIcon"_s, 18));
 
         QList<int> extents;
@@ -115,14 +116,14 @@ private slots:
 
     void anImageThatIsNotThereIsSaid()
     {
-        TrayIcon icon;
+        TrayIcon icon(exampleProgram().drawings);
 
         QVERIFY(!icon.setTemplateImage(u"NoSuchIcon"_s, 18));
     }
 
     void aTitleStandsInForTheImage()
     {
-        TrayIcon icon;
+        TrayIcon icon(exampleProgram().drawings);
         icon.setTitle(u"C"_s);
 
         const QImage image = icon.image(extent);
