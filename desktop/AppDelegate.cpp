@@ -131,9 +131,9 @@ void AppDelegate::applicationOpen(const QList<QUrl>& urls)
     m_panelController->reveal(result.ids);
 }
 
-void AppDelegate::togglePanel()
+void AppDelegate::togglePanel(const std::optional<QRect>& icon)
 {
-    made(m_panelController, "panel controller").toggle(statusButton());
+    made(m_panelController, "panel controller").toggle(statusButton(), icon);
 }
 
 void AppDelegate::openPanel()

@@ -6,11 +6,13 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QRect>
 #include <QString>
 #include <QUrl>
 
 #include <chrono>
 #include <memory>
+#include <optional>
 
 namespace lapsa {
 
@@ -68,13 +70,12 @@ public:
     /// Files opened with the application, with the file-type rules applied. The panel is not shown.
     void applicationOpen(const QList<QUrl>& urls);
 
-    /// A left click on the status button: opens the panel, or closes it.
-    void togglePanel();
+    /// A left click on the status button at `icon`: opens the panel there, or closes it.
+    void togglePanel(const std::optional<QRect>& icon);
     /// Opens the panel at the status button; it never closes it.
     void openPanel();
     void openPreferences();
-    /// Puts what is selected in the file manager on countdown, with the file-type rules applied, and opens the panel,
-    /// whether something was selected or not.
+    /// Puts what is selected in the file manager on countdown, with the file-type rules applied, and opens the panel.
     void addFinderSelectionFromShortcut();
     void addFinderSelectionMenu();
     /// Shows the data folder in the file manager.
@@ -98,8 +99,7 @@ public:
 
 private:
     void setUpStatusItem();
-    /// Null where the desktop has no place for one.
-    [[nodiscard]] StatusButton* statusButton() const;
+    [[nodiscard]] StatusButton* statusButton() const; // null where the desktop has none
     void notificationClicked(const QHash<QString, QString>& userInfo);
     /// What a window that closes now has freed; the last wish counts.
     void giveBackMemoryAfter(std::chrono::milliseconds delay);

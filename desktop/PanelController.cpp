@@ -61,18 +61,23 @@ PanelController::~PanelController()
     delete m_alert;
 }
 
-void PanelController::toggle(StatusButton* button)
+void PanelController::toggle(StatusButton* button, const std::optional<QRect>& icon)
 {
     if (m_popover && m_popover->isVisible()) {
         close();
     } else if (m_justClosed) {
         m_justClosed.reset();
     } else {
-        show(button);
+        showAt(button, icon);
     }
 }
 
 void PanelController::show(StatusButton* button)
+{
+    showAt(button, button != nullptr ? button->frame() : std::nullopt);
+}
+
+void PanelController::showAt(StatusButton* button, const std::optional<QRect>& icon)
 {
     m_justClosed.reset();
     material::setTranslucencyAvailable(m_environment.windowSystem.compositingAvailable());
@@ -82,7 +87,6 @@ void PanelController::show(StatusButton* button)
         return;
     }
     m_popover->setBehavior(behavior());
-    const std::optional<QRect> icon = button->frame();
     const QRect workArea = screenOf(icon).availableGeometry();
     m_popover->present(popoverPlacement(icon, workArea, m_popover->content().size()), workArea);
     if (m_preferencesWindow && m_preferencesWindow->isVisible()) {

@@ -41,10 +41,10 @@ public:
     ~PanelController() override;
 
     /// A click on the status button: opens the panel, or closes it. One that has just closed it, by taking the focus
-    /// away, does not open it again.
-    void toggle(StatusButton* button);
-    /// Opens the panel, or brings it to the front. Without a button there is an alert in its place. Whether the panel
-    /// closes by itself is decided here, by the settings of this moment.
+    /// away, does not open it again. `icon` is the place that was clicked.
+    void toggle(StatusButton* button, const std::optional<QRect>& icon);
+    /// Opens the panel at the place that the button knows, or brings it to the front. Without a button there is an
+    /// alert in its place. Whether the panel closes by itself is decided here, by the settings of this moment.
     void show(StatusButton* button);
     void close();
     /// Shows items that the user has just put on the list, where the panel is open.
@@ -70,6 +70,7 @@ signals:
     void popoverDidClose();
 
 private:
+    void showAt(StatusButton* button, const std::optional<QRect>& icon);
     void ensurePopover();
     void makePreferencesWindow();
     void putBesidePanel(QWidget& window);

@@ -20,10 +20,7 @@ struct ProgramIdentity
     QString drawings;
 
     /// The object on the session bus: "/org/example/Viewer" (Desktop Entry Specification, "D-Bus Activation").
-    [[nodiscard]] QString objectPath() const
-    {
-        return u'/' + QString(id).replace(u'.', u'/').replace(u'-', u'_');
-    }
+    [[nodiscard]] QString objectPath() const { return u'/' + QString(id).replace(u'.', u'/').replace(u'-', u'_'); }
 };
 
 } // namespace lapsa

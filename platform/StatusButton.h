@@ -31,8 +31,8 @@ public:
     virtual void setHighlighted(bool highlighted) = 0;
 
 signals:
-    /// A left click, or what the desktop has in its place.
-    void clicked();
+    /// A left click, or the desktop's equivalent, with the place of the button as by frame().
+    void clicked(const std::optional<QRect>& frame);
 };
 
 } // namespace lapsa

@@ -250,9 +250,9 @@ private slots:
         Program program;
         program.start();
 
-        emit program.button().clicked();
+        emit program.button().clicked(program.button().frame());
         QVERIFY(Program::shows<PopoverWindow>());
-        emit program.button().clicked();
+        emit program.button().clicked(program.button().frame());
 
         QVERIFY(!Program::shows<PopoverWindow>());
         QCOMPARE(program.button().highlights, QList({true, false}));
@@ -428,7 +428,7 @@ private slots:
         QTest::addColumn<std::function<void(AppDelegate&)>>("ask");
         const auto row = [](const char* name, std::function<void(AppDelegate&)> ask) { QTest::newRow(name) << ask; };
         row("open files", [](AppDelegate& delegate) { delegate.applicationOpen({}); });
-        row("toggle the panel", &AppDelegate::togglePanel);
+        row("toggle the panel", [](AppDelegate& delegate) { delegate.togglePanel({}); });
         row("open the panel", &AppDelegate::openPanel);
         row("open the preferences", &AppDelegate::openPreferences);
         row("add the selection", &AppDelegate::addFinderSelectionFromShortcut);

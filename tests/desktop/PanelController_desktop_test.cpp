@@ -55,6 +55,9 @@ public:
 
     [[nodiscard]] QWidget& panel() const { return *controller.popover(); }
 
+    /// A click on the button.
+    void toggle() { controller.toggle(&button, button.frame()); }
+
     RecordingIcons icons;
     /// Nobody knows where it is: the panel comes up in the corner.
     RecordingStatusButton button;
@@ -244,10 +247,10 @@ private slots:
     void aClosedPanelComesBackActive()
     {
         OpenPanel world(true);
-        world.controller.toggle(&world.button);
+        world.toggle();
         QVERIFY(!world.panel().isVisible());
 
-        world.controller.toggle(&world.button);
+        world.toggle();
 
         QVERIFY(QTest::qWaitForWindowActive(&world.panel(), patience));
     }

@@ -44,6 +44,9 @@ public:
         }
     }
 
+    /// A click on the button.
+    void toggle() { controller.toggle(&button, button.frame()); }
+
     RecordingIcons icons;
     RecordingStatusButton button;
     RecordingFolderPicker folderPicker;
@@ -89,7 +92,7 @@ private slots:
     {
         ControllerWorld world;
 
-        world.controller.toggle(&world.button);
+        world.toggle();
 
         QVERIFY(world.open());
         QCOMPARE(world.controller.popover()->geometry(), QRect(197, 24, 430, 560));
@@ -97,13 +100,23 @@ private slots:
         QCOMPARE(world.button.highlights, QList{true});
     }
 
+    void aClickOpensThePanelAtThePlaceOfTheClick()
+    {
+        ControllerWorld world;
+        world.button.place.reset();
+
+        world.controller.toggle(&world.button, QRect(300, 0, 24, 24));
+
+        QCOMPARE(world.controller.popover()->geometry(), QRect(97, 24, 430, 560));
+    }
+
     void aSecondClickClosesThePanelAndSaysSo()
     {
         ControllerWorld world;
         const QSignalSpy closed(&world.controller, &PanelController::popoverDidClose);
-        world.controller.toggle(&world.button);
+        world.toggle();
 
-        world.controller.toggle(&world.button);
+        world.toggle();
 
         QVERIFY(!world.open());
         QCOMPARE(closed.size(), 1);
@@ -113,12 +126,12 @@ private slots:
     void thePanelIsKeptForTheNextOpening()
     {
         ControllerWorld world;
-        world.controller.toggle(&world.button);
+        world.toggle();
         const QWidget* const panel = world.controller.popover();
         const QWidget* const content = &world.controller.popover()->content();
-        world.controller.toggle(&world.button);
+        world.toggle();
 
-        world.controller.toggle(&world.button);
+        world.toggle();
 
         QVERIFY(world.open());
         QCOMPARE(world.controller.popover(), panel);
@@ -163,7 +176,7 @@ private slots:
     {
         ControllerWorld world;
 
-        world.controller.toggle(nullptr);
+        world.controller.toggle(nullptr, std::nullopt);
 
         QVERIFY(!world.open());
         const AlertDialog* const alert = world.controller.alert();
@@ -252,10 +265,10 @@ private slots:
         QTRY_VERIFY(!world.open());
         world.time.advance(249ms);
 
-        world.controller.toggle(&world.button);
+        world.toggle();
         QVERIFY(!world.open());
 
-        world.controller.toggle(&world.button);
+        world.toggle();
         QVERIFY(world.open());
     }
 
@@ -267,7 +280,7 @@ private slots:
         QTRY_VERIFY(!world.open());
         world.time.advance(250ms);
 
-        world.controller.toggle(&world.button);
+        world.toggle();
 
         QVERIFY(world.open());
     }
@@ -296,7 +309,7 @@ private slots:
         world.show();
         QTest::keyClick(world.controller.popover()->windowHandle(), Qt::Key_Escape);
 
-        world.controller.toggle(&world.button);
+        world.toggle();
 
         QVERIFY(world.open());
     }

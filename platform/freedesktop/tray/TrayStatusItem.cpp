@@ -21,14 +21,20 @@ using namespace std::chrono_literals;
 namespace {
 
 /// A taskbar that restarts is back by then; until then no second icon is shown elsewhere.
-constexpr auto barPatience = 1500ms;
+constexpr auto taskbarPatience = 1500ms;
 /// About the size of an icon, of which only a point is known.
 constexpr int iconExtent = 22;
 
-/// Only a program on the X server of the taskbar can ask for the pointer.
-bool pointerIsKnown()
+/// Where the icon was clicked, if that is known. Taskbars report the click in units of their own, and some report
+/// nothing, so what they say counts only where the program is not on the taskbar's X server and cannot ask for the
+/// pointer.
+std::optional<QPoint> placeOfClick(const QPoint& reported)
 {
-    return x11Connection() != nullptr && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    const bool pointerIsKnown = x11Connection() != nullptr && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    if (pointerIsKnown) {
+        return QCursor::pos();
+    }
+    return reported.isNull() ? std::nullopt : std::optional(reported);
 }
 
 } // namespace
@@ -40,10 +46,12 @@ TrayStatusItem::TrayStatusItem(const ProgramIdentity& identity)
     m_embedding.setSingleShot(true);
     connect(&m_embedding, &QTimer::timeout, this, &TrayStatusItem::showEmbedded);
     connect(&m_notifierItem, &StatusNotifierItem::shownChanged, this, &TrayStatusItem::chooseTray);
-    connect(&m_notifierItem, &StatusNotifierItem::activated, this, &TrayStatusItem::clickedAt);
+    connect(&m_notifierItem, &StatusNotifierItem::activated, this,
+            [this](const QPoint& reported) { clickedAt(placeOfClick(reported)); });
     connect(&m_notifierItem.menu(), &DBusMenu::opened, &m_taskbarMenuKeys, &TaskbarMenuKeys::menuOpened);
     connect(&m_notifierItem.menu(), &DBusMenu::closed, &m_taskbarMenuKeys, &TaskbarMenuKeys::menuClosed);
-    connect(&m_notifierItem, &StatusNotifierItem::menuRequested, this, &TrayStatusItem::popUpMenu);
+    connect(&m_notifierItem, &StatusNotifierItem::menuRequested, this,
+            [this](const QPoint& reported) { popUpMenu(placeOfClick(reported).value_or(reported)); });
     if (m_notifierItem.shown() || !x11TrayAvailable()) {
         chooseTray();
     } else {
@@ -59,12 +67,17 @@ void TrayStatusItem::setMenu(QList<StatusMenuEntry> entries)
     m_notifierItem.menu().setEntries(m_entries);
     m_taskbarMenuKeys.setEntries(m_entries);
     if (m_embedded) {
-        auto menu = std::make_unique<TrayMenu>(m_entries);
-        m_embedded->setContextMenu(menu.get());
-        m_menu = std::move(menu);
+        setEmbeddedMenu();
     } else {
         m_menu.reset();
     }
+}
+
+void TrayStatusItem::setEmbeddedMenu()
+{
+    auto menu = std::make_unique<TrayMenu>(m_entries);
+    m_embedded->setContextMenu(menu.get());
+    m_menu = std::move(menu);
 }
 
 std::optional<QRect> TrayStatusItem::frame() const
@@ -130,7 +143,7 @@ void TrayStatusItem::chooseTray()
         }
         showIcon();
     } else if (x11Connection() != nullptr) {
-        m_embedding.start(barPatience);
+        m_embedding.start(taskbarPatience);
     }
 }
 
@@ -142,25 +155,22 @@ void TrayStatusItem::showEmbedded()
         m_embedded = std::make_unique<QSystemTrayIcon>();
         connect(m_embedded.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
             if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick) {
-                emit clicked();
+                emit clicked(frame());
             }
         });
-        setMenu(std::move(m_entries));
+        setEmbeddedMenu();
         m_embedded->setToolTip(m_toolTip);
     }
     showIcon();
     m_embedded->show();
 }
 
-void TrayStatusItem::clickedAt(const QPoint& place)
+void TrayStatusItem::clickedAt(const std::optional<QPoint>& place)
 {
-    // Taskbars report the click in units of their own; some report nothing.
-    if (pointerIsKnown()) {
-        m_clicked = QCursor::pos();
-    } else if (!place.isNull()) {
+    if (place) {
         m_clicked = place;
     }
-    emit clicked();
+    emit clicked(frame());
 }
 
 void TrayStatusItem::popUpMenu(const QPoint& place)
@@ -168,7 +178,7 @@ void TrayStatusItem::popUpMenu(const QPoint& place)
     if (!m_menu) {
         m_menu = std::make_unique<TrayMenu>(m_entries);
     }
-    m_menu->popup(pointerIsKnown() ? QCursor::pos() : place);
+    m_menu->popup(place);
 }
 
 } // namespace lapsa

@@ -15,6 +15,7 @@
 #include <QTimer>
 
 #include <memory>
+#include <optional>
 
 namespace lapsa {
 
@@ -43,7 +44,8 @@ private:
     void showIcon();
     void chooseTray();
     void showEmbedded();
-    void clickedAt(const QPoint& place);
+    void setEmbeddedMenu();
+    void clickedAt(const std::optional<QPoint>& place);
     void popUpMenu(const QPoint& place);
 
     TrayIcon m_icon;

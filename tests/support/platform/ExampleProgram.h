@@ -10,9 +10,10 @@ namespace lapsa::test {
 /// A program other than this one: the platform has to take its identity from here.
 [[nodiscard]] inline ProgramIdentity exampleProgram()
 {
-    using namespace Qt::StringLiterals;
-    return {
-        .id = u"org.example.Viewer"_s, .name = u"Example Viewer"_s, .shortName = u"viewer"_s, .drawings = u":/lapsa"_s};
+    return {.id = QStringLiteral("org.example.Viewer"),
+            .name = QStringLiteral("Example Viewer"),
+            .shortName = QStringLiteral("viewer"),
+            .drawings = QStringLiteral(":/lapsa")};
 }
 
 } // namespace lapsa::test
