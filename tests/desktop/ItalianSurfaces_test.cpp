@@ -3,6 +3,7 @@
 
 #include "AlertDialog.h"
 #include "AppDelegate.h"
+#include "DelegateWorld.h"
 #include "DropZone.h"
 #include "FileListView.h"
 #include "FileRowView.h"
@@ -211,26 +212,13 @@ Texts folderChooserTexts()
 /// The menu and the tooltip of the icon in the tray, the splash, and the title and button of a desktop's dialog.
 Texts programTexts()
 {
-    const TemporaryHome home;
-    ManualTime time;
-    RecordingAppearance appearance;
-    RecordingWorkspace workspace;
-    RecordingPasteboard pasteboard;
-    RecordingNotificationCentre notificationCentre;
-    RecordingStatusBar statusBar;
-    RecordingHotKeys hotKeys;
-    PlayedSelection selection;
-    RecordingFolderPicker folderPicker;
-    PlainWindowSystem windowSystem;
-    PlayedPointer pointer;
-    AppDelegate delegate({time, time, appearance, workspace, pasteboard, notificationCentre, statusBar, hotKeys,
-                          selection, folderPicker, windowSystem, pointer});
-    delegate.applicationDidFinishLaunching();
+    DelegateWorld program;
+    program.start();
     Texts texts;
-    for (const StatusMenuEntry& entry : statusBar.item->menu) {
+    for (const StatusMenuEntry& entry : program.menu()) {
         note(texts, entry.title);
     }
-    for (const QString& text : statusBar.item->theButton.toolTips + statusBar.item->theButton.titles) {
+    for (const QString& text : program.button().toolTips + program.button().titles) {
         note(texts, text);
     }
     for (QWidget* const window : QApplication::topLevelWidgets()) {

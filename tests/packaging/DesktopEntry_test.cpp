@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "AppDelegate.h"
+#include "DelegateWorld.h"
 #include "InstalledTree.h"
 #include "ManualTime.h"
 #include "Recorders.h"
@@ -27,29 +28,10 @@ QString entryPath()
 /// The titles of the menu in the tray, without its separators, in the language of the moment.
 QStringList menuTitles()
 {
-    const TemporaryHome home;
-    ManualTime time;
-    RecordingAppearance appearance;
-    RecordingWorkspace workspace;
-    RecordingPasteboard pasteboard;
-    RecordingNotificationCentre notificationCentre;
-    RecordingStatusBar statusBar;
-    RecordingHotKeys hotKeys;
-    PlayedSelection selection;
-    RecordingFolderPicker folderPicker;
-    PlainWindowSystem windowSystem;
-    PlayedPointer pointer;
-    AppDelegate delegate({time, time, appearance, workspace, pasteboard, notificationCentre, statusBar, hotKeys,
-                          selection, folderPicker, windowSystem, pointer});
-    delegate.applicationDidFinishLaunching();
-    // The time that ends the splash does not pass here.
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
-        if (qobject_cast<SplashView*>(window) != nullptr) {
-            delete window;
-        }
-    }
+    DelegateWorld program;
+    program.start();
     QStringList titles;
-    for (const StatusMenuEntry& entry : statusBar.item->menu) {
+    for (const StatusMenuEntry& entry : program.menu()) {
         if (!entry.title.isEmpty()) {
             titles.push_back(entry.title);
         }
