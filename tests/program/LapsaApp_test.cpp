@@ -1,20 +1,14 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "LapsaAppFixture.h"
 #include "LapsaProcess.h"
 #include "PseudoTerminal.h"
-#include "SessionBus.h"
-#include "TemporaryHome.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
 #include <QDateTime>
 #include <QFile>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QScopeGuard>
 #include <QTest>
 #include <QUrl>
 
@@ -22,11 +16,8 @@
 #include <sys/types.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <csignal>
-#include <memory>
 #include <optional>
-#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -34,65 +25,26 @@ namespace lapsa::test {
 
 namespace {
 
-constexpr int patience = 30'000;
-
-const QString busName = u"org.lapsa.Lapsa"_s;
-
-QDBusMessage callOf(const QString& method, const QVariantList& arguments)
+qint64 lifespanOf(const QJsonObject& item)
 {
-    auto message =
-        QDBusMessage::createMethodCall(busName, u"/org/lapsa/Lapsa"_s, u"org.freedesktop.Application"_s, method);
-    message.setArguments(arguments);
-    return message;
+    const auto time = [&item](const QString& key) {
+        return QDateTime::fromString(item[key].toString(), Qt::ISODate).toSecsSinceEpoch();
+    };
+    return time(u"expiresAt"_s) - time(u"addedAt"_s);
 }
-
-/// Holds the name of an application that is on its way out: nobody is behind it any more. Goes after so many calls.
-class EndingPredecessor final : public QDBusVirtualObject
-{
-public:
-    EndingPredecessor(const QDBusConnection& bus, int calls)
-        : m_bus(bus)
-        , m_calls(calls)
-    {
-        m_bus.registerVirtualObject(u"/org/lapsa"_s, this, QDBusConnection::SubPath);
-        m_bus.registerService(busName);
-    }
-
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
-    {
-        if (--m_calls == 0) {
-            m_bus.unregisterService(busName);
-        }
-        return connection.send(message.createErrorReply(QDBusError::UnknownObject, u"gone"_s));
-    }
-
-private:
-    QDBusConnection m_bus;
-    int m_calls;
-};
 
 } // namespace
 
-/// The program as a whole, from outside: arguments, one process a session, the end.
-class LapsaAppTest final : public QObject
+/// The program as a whole, from outside: its arguments.
+class LapsaAppTest final : public LapsaAppFixture
 {
     Q_OBJECT
 
 private slots:
 
-    void init()
-    {
-        m_home.emplace();
-        m_bus.emplace();
-    }
+    void init() { begin(); }
 
-    void cleanup()
-    {
-        m_bus.reset();
-        m_home.reset();
-    }
+    void cleanup() { end(); }
 
     void aFileGivenAsArgumentIsStoredShortlyAfter()
     {
@@ -116,45 +68,6 @@ private slots:
         QCOMPARE(lifespanOf(items[0].toObject()), sevenDays);
         QVERIFY(lifespanOf(items[1].toObject()) < sevenDays);
         QCOMPARE(lapsa.terminate(), 0);
-    }
-
-    void aSecondStartHandsItsFilesOver_data()
-    {
-        QTest::addColumn<QString>("argument");
-        QTest::addColumn<QString>("name");
-
-        const auto row = [](const char* what, const QString& name) { QTest::newRow(what) << name << name; };
-        row("a relative path", u"other.pdf"_s);
-        row("a newline in the name", u"two\nlines.txt"_s);
-        row("a percent sign in the name", u"100%41.txt"_s);
-        row("quotes in the name", u"\"it's\".txt"_s);
-        row("a backslash in the name", u"back\\slash.txt"_s);
-        row("a number sign and a question mark in the name", u"a#b?c.txt"_s);
-        row("a name of 255 bytes", QString(255, u'x'));
-        row("letters beyond ASCII", u"perch\u00E9 \u65E5\u672C \U0001F5C2.txt"_s);
-        row("a leading dash", u"-rf"_s);
-        row("what would be an option of the toolkit", u"-style"_s);
-        row("what would be an option of other programs", u"--help"_s);
-        row("a colon in the name", u"file:stem"_s);
-        QTest::newRow("a path with dots") << u"./../w/dots.txt"_s << u"dots.txt"_s;
-    }
-
-    void aSecondStartHandsItsFilesOver()
-    {
-        QFETCH(const QString, argument);
-        QFETCH(const QString, name);
-        const QString folder = m_home->makeFolder(u"w"_s);
-        const QString file = m_home->makeFile(u"w/"_s + name);
-        LapsaProcess first;
-        waitForName();
-
-        LapsaProcess second({argument}, folder);
-
-        QCOMPARE(second.exitCode(), 0);
-        QCOMPARE(second.standardError(), QByteArray());
-        QCOMPARE(first.terminate(), 0);
-        QCOMPARE(storedPaths(*m_home), QStringList{file});
-        QCOMPARE(first.standardError(), QByteArray());
     }
 
     void aFileUrlIsAnArgumentToo()
@@ -235,57 +148,6 @@ private slots:
         QCOMPARE(storedPaths(*m_home), QStringList{file});
     }
 
-    void aSignalSavesWhatIsPendingAndEndsWith0_data()
-    {
-        QTest::addColumn<int>("signal");
-
-        QTest::newRow("SIGTERM") << SIGTERM;
-        QTest::newRow("SIGINT") << SIGINT;
-        QTest::newRow("SIGHUP") << SIGHUP;
-    }
-
-    void aSignalSavesWhatIsPendingAndEndsWith0()
-    {
-        QFETCH(const int, signal);
-        const QString file = m_home->makeFile(u"late.txt"_s);
-        LapsaProcess lapsa;
-        waitForName();
-        LapsaProcess second({file});
-        QCOMPARE(second.exitCode(), 0);
-
-        lapsa.send(signal);
-
-        QCOMPARE(lapsa.exitCode(), 0);
-        QCOMPARE(storedPaths(*m_home), QStringList{file});
-        QCOMPARE(lapsa.standardError(), QByteArray());
-    }
-
-    void aSignalSavesSettingsThatWaitForIt()
-    {
-        makeSettings();
-        QJsonObject settings = QJsonDocument::fromJson(m_home->dataFile(u"settings.json"_s)).object();
-        settings[u"notifyBeforeMinutes"_s] = 999;
-        m_home->writeDataFile(u"settings.json"_s, QJsonDocument(settings).toJson());
-
-        LapsaProcess lapsa;
-        waitForName();
-        QCOMPARE(lapsa.terminate(), 0);
-
-        settings = QJsonDocument::fromJson(m_home->dataFile(u"settings.json"_s)).object();
-        QCOMPARE(settings[u"notifyBeforeMinutes"_s].toInt(), 60);
-    }
-
-    void anEndThatIsAskedForInTheMiddleOfTheStartIsHeard()
-    {
-        // The moment is not the same each time.
-        constexpr int starts = 20;
-        for (int start = 0; start < starts; ++start) {
-            LapsaProcess lapsa;
-            waitForName();
-            QCOMPARE(lapsa.terminate(), 0);
-        }
-    }
-
     void theDataFolderHoldsTheThreeFilesAndRecoveryAndNothingElse()
     {
         LapsaProcess lapsa({m_home->makeFile(u"a.txt"_s)});
@@ -297,154 +159,6 @@ private slots:
                  QStringList({u"Recovery"_s, u"recovery.json"_s, u"settings.json"_s, u"state.json"_s}));
         QCOMPARE(QFile::permissions(m_home->dataPath()) & 0x7077,
                  QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    }
-
-    void withoutABusASecondProcessIsTurnedAway()
-    {
-        const NoSessionBus noBus;
-        const QString file = m_home->makeFile(u"first.txt"_s);
-        LapsaProcess first({file});
-        QTRY_COMPARE_WITH_TIMEOUT(storedPaths(*m_home), QStringList{file}, patience);
-
-        LapsaProcess second({m_home->makeFile(u"second.txt"_s)});
-
-        QCOMPARE(second.exitCode(), 1);
-        QCOMPARE(second.standardError().count('\n'), 1);
-        QCOMPARE(first.terminate(), 0);
-        QCOMPARE(first.standardError(), QByteArray());
-        QCOMPARE(storedPaths(*m_home), QStringList{file});
-    }
-
-    void withoutABusTheNextOneTakesOverFromOneThatIsEnding()
-    {
-        const NoSessionBus noBus;
-        const QString file = m_home->makeFile(u"first.txt"_s);
-        const QString other = m_home->makeFile(u"second.txt"_s);
-        LapsaProcess first({file});
-        QTRY_COMPARE_WITH_TIMEOUT(storedPaths(*m_home), QStringList{file}, patience);
-
-        first.send(SIGTERM);
-        LapsaProcess second({other});
-
-        QTRY_COMPARE_WITH_TIMEOUT(storedPaths(*m_home), QStringList({file, other}), patience);
-        QCOMPARE(second.terminate(), 0);
-    }
-
-    void filesHandedToOneThatIsEndingAreNotLost()
-    {
-        QStringList files;
-        auto running = std::make_unique<LapsaProcess>();
-        waitForName();
-        for (int i = 0; i < 10; ++i) {
-            files.push_back(m_home->makeFile(u"%1.txt"_s.arg(i)));
-
-            running->send(SIGTERM);
-            auto next = std::make_unique<LapsaProcess>(QStringList{files.constLast()});
-            QCOMPARE(running->exitCode(), 0);
-
-            if (!next->running()) {
-                QCOMPARE(next->exitCode(), 0);
-                next = std::make_unique<LapsaProcess>();
-            }
-            running = std::move(next);
-            QTRY_COMPARE_WITH_TIMEOUT(storedPaths(*m_home), files, patience);
-        }
-        QCOMPARE(running->terminate(), 0);
-    }
-
-    void aPredecessorMayTakeItsTimeToEnd()
-    {
-        constexpr int calls = 60;
-        const QString name = u"predecessor"_s;
-        const QString file = m_home->makeFile(u"report.zip"_s);
-        const EndingPredecessor predecessor(QDBusConnection::connectToBus(m_bus->address(), name), calls);
-        const auto disconnected = qScopeGuard([&name] { QDBusConnection::disconnectFromBus(name); });
-        waitForName();
-
-        LapsaProcess lapsa({file});
-
-        QTRY_COMPARE_WITH_TIMEOUT(storedPaths(*m_home), QStringList{file}, patience);
-        QCOMPARE(lapsa.terminate(), 0);
-    }
-
-    void twentyStartsAtOnceLeaveOneProcessAndLoseNoFile()
-    {
-        constexpr int count = 20;
-        QStringList files;
-        for (int i = 0; i < count; ++i) {
-            files.push_back(m_home->makeFile(u"%1.txt"_s.arg(i, 2, 10, QChar(u'0'))));
-        }
-
-        std::vector<std::unique_ptr<LapsaProcess>> all;
-        for (const QString& file : files) {
-            all.push_back(std::make_unique<LapsaProcess>(QStringList{file}));
-        }
-
-        const auto sortedPaths = [this] {
-            QStringList paths = storedPaths(*m_home);
-            paths.sort();
-            return paths;
-        };
-        QTRY_COMPARE_WITH_TIMEOUT(sortedPaths(), files, patience);
-        const auto living = [&all] {
-            return std::ranges::count_if(all, [](const auto& process) {
-                QCoreApplication::processEvents();
-                return process->running();
-            });
-        };
-        QTRY_COMPARE_WITH_TIMEOUT(living(), 1, patience);
-        for (const auto& process : all) {
-            if (process->running()) {
-                QCOMPARE(process->terminate(), 0);
-            } else {
-                QCOMPARE(process->exitCode(), 0);
-            }
-            QCOMPARE(process->standardError(), QByteArray());
-        }
-    }
-
-    void callsOnTheBusOpenFilesAndNothingElse()
-    {
-        const QString file = m_home->makeFile(u"a b.txt"_s);
-        LapsaProcess lapsa;
-        waitForName();
-        auto bus = QDBusConnection::connectToBus(m_bus->address(), u"caller"_s);
-        const QStringList uris{u"https://example.org/a"_s,
-                               file,
-                               QString::fromLatin1(QUrl::fromLocalFile(file).toEncoded()),
-                               u"file:///%E9"_s,
-                               u"file://elsewhere/tmp"_s,
-                               u"trash:///x"_s};
-
-        const QList<QDBusMessage> replies{
-            bus.call(callOf(u"Activate"_s, {QVariantMap()})),
-            bus.call(callOf(u"ActivateAction"_s, {u"nonsense"_s, QVariantList(), QVariantMap()})),
-            bus.call(callOf(u"Open"_s, {QStringList(), QVariantMap()})),
-            bus.call(callOf(u"Open"_s, {uris, QVariantMap()})),
-        };
-
-        for (const QDBusMessage& reply : replies) {
-            QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
-        }
-        QDBusConnection::disconnectFromBus(u"caller"_s);
-        QCOMPARE(lapsa.terminate(), 0);
-        QCOMPARE(storedPaths(*m_home), QStringList{file});
-        QCOMPARE(lapsa.standardError(), QByteArray());
-    }
-
-    void anActionOnTheBusIsCarriedOut()
-    {
-        const QString file = m_home->makeFile(u"a.txt"_s);
-        LapsaProcess lapsa({file});
-        waitForName();
-        auto bus = QDBusConnection::connectToBus(m_bus->address(), u"caller"_s);
-
-        bus.send(callOf(u"ActivateAction"_s, {u"quit"_s, QVariantList(), QVariantMap()}));
-        QDBusConnection::disconnectFromBus(u"caller"_s);
-
-        QCOMPARE(lapsa.exitCode(), 0);
-        QCOMPARE(storedPaths(*m_home), QStringList{file});
-        QCOMPARE(lapsa.standardError(), QByteArray());
     }
 
     void withoutADisplayFilesAreHandedOver()
@@ -492,27 +206,6 @@ private slots:
         QVERIFY2(errors.startsWith("Lapsa cannot"), errors.constData());
         QCOMPARE(errors.count('\n'), 1);
     }
-
-private:
-    static qint64 lifespanOf(const QJsonObject& item)
-    {
-        const auto time = [&item](const QString& key) {
-            return QDateTime::fromString(item[key].toString(), Qt::ISODate).toSecsSinceEpoch();
-        };
-        return time(u"expiresAt"_s) - time(u"addedAt"_s);
-    }
-
-    void waitForName() const { QTRY_VERIFY_WITH_TIMEOUT(m_bus->hasOwner(busName), patience); }
-
-    void makeSettings() const
-    {
-        LapsaProcess lapsa;
-        waitForName();
-        QCOMPARE(lapsa.terminate(), 0);
-    }
-
-    std::optional<TemporaryHome> m_home;
-    std::optional<SessionBus> m_bus;
 };
 
 } // namespace lapsa::test
