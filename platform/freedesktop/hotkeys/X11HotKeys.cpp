@@ -4,6 +4,7 @@
 #include "X11HotKeys.h"
 
 #include "X11Keyboard.h"
+#include "XcbPointer.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
@@ -14,7 +15,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -183,8 +183,7 @@ private:
         }
         bool taken = true;
         for (const xcb_void_cookie_t cookie : cookies) {
-            const std::unique_ptr<xcb_generic_error_t, void (*)(void*)> error(xcb_request_check(m_connection, cookie),
-                                                                              std::free);
+            const auto error = xcbPointer(xcb_request_check(m_connection, cookie));
             taken = taken && !error;
         }
         return taken;

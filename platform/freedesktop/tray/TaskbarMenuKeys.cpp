@@ -5,6 +5,7 @@
 
 #include "X11InputMonitor.h"
 #include "X11Screen.h"
+#include "XcbPointer.h"
 
 #include <QKeySequence>
 
@@ -41,7 +42,7 @@ bool menuHasKeyboard(xcb_connection_t* connection)
 {
     const auto cookie = xcb_grab_keyboard(connection, true, rootOf(connection), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
                                           XCB_GRAB_MODE_ASYNC);
-    const auto grab = x11Reply(xcb_grab_keyboard_reply(connection, cookie, nullptr));
+    const auto grab = xcbPointer(xcb_grab_keyboard_reply(connection, cookie, nullptr));
     if (grab && grab->status == XCB_GRAB_STATUS_SUCCESS) {
         xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
         xcb_flush(connection);
@@ -52,14 +53,14 @@ bool menuHasKeyboard(xcb_connection_t* connection)
 bool onlyControlIsHeld(xcb_connection_t* connection)
 {
     const auto pointer =
-        x11Reply(xcb_query_pointer_reply(connection, xcb_query_pointer(connection, rootOf(connection)), nullptr));
+        xcbPointer(xcb_query_pointer_reply(connection, xcb_query_pointer(connection, rootOf(connection)), nullptr));
     return pointer && (pointer->mask & modifiersThatCount) == XCB_MOD_MASK_CONTROL;
 }
 
 /// As by the user's hand, wherever the keyboard goes.
 void play(xcb_connection_t* connection, const KeySymbols& symbols, xcb_keysym_t key, std::uint8_t type)
 {
-    const X11Reply<xcb_keycode_t> codes = x11Reply(xcb_key_symbols_get_keycode(symbols.get(), key));
+    const auto codes = xcbPointer(xcb_key_symbols_get_keycode(symbols.get(), key));
     if (codes && *codes != XCB_NO_SYMBOL) {
         xcb_test_fake_input(connection, type, *codes, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
     }

@@ -4,6 +4,7 @@
 #include "X11Tray.h"
 
 #include "X11Screen.h"
+#include "XcbPointer.h"
 
 #include <array>
 #include <cstdint>
@@ -36,7 +37,7 @@ std::optional<QColor> x11TrayForeground()
     const auto cookie =
         xcb_get_property(connection, false, tray, x11ExistingAtom(connection, "_NET_SYSTEM_TRAY_COLORS"),
                          XCB_ATOM_CARDINAL, 0, Foreground().size());
-    const auto property = x11Reply(xcb_get_property_reply(connection, cookie, nullptr));
+    const auto property = xcbPointer(xcb_get_property_reply(connection, cookie, nullptr));
     Foreground channels{};
     if (!property || property->format != 32 || xcb_get_property_value_length(property.get()) < int(sizeof channels)) {
         return std::nullopt;

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "XcbPointer.h"
+
 #include <QByteArray>
 #include <QDeadlineTimer>
 #include <QHash>
@@ -11,21 +13,10 @@
 #include <xcb/xcb.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <deque>
 #include <functional>
-#include <memory>
 
 namespace lapsa {
-
-struct XcbFree
-{
-    // What xcb hands out comes from malloc.
-    void operator()(void* pointer) const { std::free(pointer); } // NOLINT(cppcoreguidelines-no-malloc)
-};
-
-template <typename T>
-using XcbPointer = std::unique_ptr<T, XcbFree>;
 
 using X11Event = XcbPointer<xcb_generic_event_t>;
 

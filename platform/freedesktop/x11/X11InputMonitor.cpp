@@ -4,6 +4,7 @@
 #include "X11InputMonitor.h"
 
 #include "X11Screen.h"
+#include "XcbPointer.h"
 
 #include <QSocketNotifier>
 
@@ -66,7 +67,7 @@ bool X11InputMonitor::select(Kind kind)
         return false;
     }
     m_extension = extension->major_opcode;
-    const auto version = x11Reply(xcb_input_xi_query_version_reply(
+    const auto version = xcbPointer(xcb_input_xi_query_version_reply(
         connection, xcb_input_xi_query_version(connection, majorVersion, minorVersion), nullptr));
     if (!version || version->major_version < majorVersion || version->minor_version < minorVersion) {
         return false;
@@ -80,7 +81,7 @@ bool X11InputMonitor::select(Kind kind)
 
 void X11InputMonitor::readEvents()
 {
-    while (const auto event = x11Reply(xcb_poll_for_event(m_connection.get()))) {
+    while (const auto event = xcbPointer(xcb_poll_for_event(m_connection.get()))) {
         if ((event->response_type & 0x7F) != XCB_GE_GENERIC) {
             continue;
         }

@@ -3,9 +3,10 @@
 
 #include "X11Keyboard.h"
 
+#include "XcbPointer.h"
+
 #include <algorithm>
 #include <cstdarg>
-#include <cstdlib>
 #include <span>
 #include <xkbcommon/xkbcommon-x11.h>
 #include <xkbcommon/xkbcommon.h>
@@ -128,8 +129,8 @@ QList<xcb_keycode_t> X11Keyboard::keysOnUsKeyboard(xcb_keysym_t symbol) const
 
 std::uint16_t X11Keyboard::modifiersOf(std::initializer_list<xcb_keysym_t> symbols) const
 {
-    const std::unique_ptr<xcb_get_modifier_mapping_reply_t, void (*)(void*)> mapping(
-        xcb_get_modifier_mapping_reply(m_connection, xcb_get_modifier_mapping(m_connection), nullptr), std::free);
+    const auto mapping =
+        xcbPointer(xcb_get_modifier_mapping_reply(m_connection, xcb_get_modifier_mapping(m_connection), nullptr));
     if (!mapping || !m_keymap) {
         return 0;
     }

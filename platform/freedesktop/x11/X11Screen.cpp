@@ -3,6 +3,8 @@
 
 #include "X11Screen.h"
 
+#include "XcbPointer.h"
+
 #include <QGuiApplication>
 
 #include <cstdint>
@@ -18,7 +20,7 @@ int screenNumber()
     int display = 0;
     int screen = 0;
     xcb_parse_display(nullptr, &name, &display, &screen);
-    const auto host = x11Reply(name);
+    const auto host = xcbPointer(name);
     return screen;
 }
 
@@ -38,7 +40,7 @@ xcb_connection_t* x11Connection()
 xcb_atom_t x11ExistingAtom(xcb_connection_t* connection, const QByteArray& name)
 {
     const auto cookie = xcb_intern_atom(connection, true, static_cast<std::uint16_t>(name.size()), name.constData());
-    const auto atom = x11Reply(xcb_intern_atom_reply(connection, cookie, nullptr));
+    const auto atom = xcbPointer(xcb_intern_atom_reply(connection, cookie, nullptr));
     return atom ? atom->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
@@ -49,7 +51,7 @@ xcb_window_t x11ManagerOf(xcb_connection_t* connection, const QByteArray& select
         return XCB_WINDOW_NONE;
     }
     const auto cookie = xcb_get_selection_owner(connection, atom);
-    const auto owner = x11Reply(xcb_get_selection_owner_reply(connection, cookie, nullptr));
+    const auto owner = xcbPointer(xcb_get_selection_owner_reply(connection, cookie, nullptr));
     return owner ? owner->owner : xcb_window_t(XCB_WINDOW_NONE);
 }
 

@@ -7,20 +7,7 @@
 
 #include <xcb/xcb.h>
 
-#include <cstdlib>
-#include <memory>
-
 namespace lapsa {
-
-/// What the X server answers; freed as its library asks.
-template <typename T>
-using X11Reply = std::unique_ptr<T, decltype(&std::free)>;
-
-template <typename T>
-[[nodiscard]] X11Reply<T> x11Reply(T* reply)
-{
-    return {reply, &std::free};
-}
 
 /// The toolkit's own connection to the X server; null on every other platform, and without a screen.
 [[nodiscard]] xcb_connection_t* x11Connection();
