@@ -5,6 +5,7 @@
 #include "AppPaths.h"
 #include "DataFolderLock.h"
 #include "DesktopFacilities.h"
+#include "DisplayApplication.h"
 #include "FileManagerSelection.h"
 #include "FolderOwnership.h"
 #include "FolderPicker.h"
@@ -61,8 +62,8 @@ struct StartArguments
 {
     QList<QByteArray> given;
     QByteArray workingFolder;
-
-    [[nodiscard]] QList<QUrl> files() const { return filesOfArguments(given, workingFolder); }
+    /// Those that are files.
+    QList<QUrl> files;
 };
 
 StartArguments startArguments(int argc, char** argv)
@@ -75,6 +76,7 @@ StartArguments startArguments(int argc, char** argv)
     if (::getcwd(folder.data(), folder.size()) != nullptr) {
         arguments.workingFolder = folder.data();
     }
+    arguments.files = filesOfArguments(arguments.given, arguments.workingFolder);
     return arguments;
 }
 
@@ -89,56 +91,6 @@ void tellWhatNamesNothing(const StartArguments& arguments)
     }
 }
 
-/// A setting of the toolkit that is read from the environment while it comes up, and is not passed on to the programs
-/// that are started later. What the user has set stays.
-class EnvironmentDefault final
-{
-public:
-    EnvironmentDefault(const char* name, const char* value)
-        : m_name(name)
-        , m_setByUser(qEnvironmentVariableIsSet(name))
-    {
-        if (!m_setByUser) {
-            qputenv(name, value);
-        }
-    }
-
-    EnvironmentDefault(const EnvironmentDefault&) = delete;
-    EnvironmentDefault& operator=(const EnvironmentDefault&) = delete;
-
-    ~EnvironmentDefault()
-    {
-        if (!m_setByUser) {
-            qunsetenv(m_name);
-        }
-    }
-
-private:
-    const char* m_name;
-    bool m_setByUser;
-};
-
-bool hasDisplay()
-{
-    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-}
-
-std::unique_ptr<QApplication> makeApplication(int& argc, char** argv)
-{
-    // On a Wayland session through XWayland where there is one: a program may not place its own windows otherwise.
-    const bool wayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-    const bool x11 = !qEnvironmentVariableIsEmpty("DISPLAY");
-    std::optional<EnvironmentDefault> platform;
-    if (wayland && x11) {
-        platform.emplace("QT_QPA_PLATFORM", "xcb;wayland");
-    }
-    // Nothing here is drawn by OpenGL, and its drivers would be the larger part of the process.
-    const EnvironmentDefault drawingOnX11("QT_XCB_GL_INTEGRATION", "none");
-    const EnvironmentDefault drawingOnWayland("QT_WAYLAND_DISABLE_HW_INTEGRATION", "1");
-    return std::make_unique<QApplication>(argc, argv);
-}
-
 /// Without a display nothing can be shown, but an application that runs elsewhere in the session can take the files.
 int handOverOnly(int argc, char** argv)
 {
@@ -146,7 +98,7 @@ int handOverOnly(int argc, char** argv)
     int arguments = 1;
     const QCoreApplication application(arguments, argv);
     SessionApplication session(program);
-    if (session.handOver(given.files()) == SessionApplication::Role::HandedOver) {
+    if (session.handOver(given.files) == SessionApplication::Role::HandedOver) {
         tellWhatNamesNothing(given);
         return EXIT_SUCCESS;
     }
@@ -154,15 +106,56 @@ int handOverOnly(int argc, char** argv)
     return EXIT_FAILURE;
 }
 
-/// The delegate while the application runs. The toolkit calls exit() when the X server goes away, so that main() is not
-/// returned to.
-AppDelegate* runningDelegate = nullptr;
-
-void terminateAtExit()
+/// Terminates the delegate when the process exits while this lives. The toolkit calls exit() when the X server goes
+/// away, and then main() never returns. The pointer is global because std::atexit() takes a function without a context.
+class TerminationAtExit final
 {
-    if (runningDelegate != nullptr) {
-        runningDelegate->applicationWillTerminate();
+public:
+    explicit TerminationAtExit(AppDelegate& delegate)
+    {
+        s_delegate = &delegate;
+        std::atexit(terminate);
     }
+
+    TerminationAtExit(const TerminationAtExit&) = delete;
+    TerminationAtExit& operator=(const TerminationAtExit&) = delete;
+
+    ~TerminationAtExit() { s_delegate = nullptr; }
+
+private:
+    static void terminate()
+    {
+        if (s_delegate != nullptr) {
+            s_delegate->applicationWillTerminate();
+        }
+    }
+
+    static inline AppDelegate* s_delegate = nullptr;
+};
+
+/// Runs the event loop until the program ends.
+int runDelegate(const QApplication& application, AppDelegate& delegate, SessionApplication& session,
+                const QList<QUrl>& files)
+{
+    const TerminationSignals terminationSignals;
+    QObject::connect(&terminationSignals, &TerminationSignals::received, &delegate, &AppDelegate::quit);
+    QObject::connect(&application, &QApplication::commitDataRequest, &delegate, &AppDelegate::saveEverything,
+                     Qt::DirectConnection);
+    QObject::connect(&application, &QApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
+
+    delegate.applicationDidFinishLaunching();
+    const TerminationAtExit terminationAtExit(delegate);
+    if (!files.isEmpty()) {
+        delegate.applicationOpen(files);
+    }
+    session.setHandlers({.open = [&delegate](const QList<QUrl>& urls) { delegate.applicationOpen(urls); },
+                         .activate = [&delegate] { delegate.openPanel(); },
+                         .activateAction = [&delegate](const QString& name) { delegate.performAction(name); }});
+    QuietMessages::startupDone();
+
+    const int status = delegate.quitting() ? EXIT_SUCCESS : QApplication::exec();
+    delegate.applicationWillTerminate();
+    return status;
 }
 
 int runApplication(const QApplication& application, SessionApplication& session, const QList<QUrl>& files)
@@ -188,27 +181,7 @@ int runApplication(const QApplication& application, SessionApplication& session,
     AppDelegate delegate({clock, mainQueue, appearance, workspace, pasteboard, notificationCentre, *statusBar, *hotKeys,
                           *fileManagerSelection, *folderPicker, *windowSystem, *pointer});
 
-    const TerminationSignals terminationSignals;
-    QObject::connect(&terminationSignals, &TerminationSignals::received, &delegate, &AppDelegate::quit);
-    QObject::connect(&application, &QApplication::commitDataRequest, &delegate, &AppDelegate::saveEverything,
-                     Qt::DirectConnection);
-    QObject::connect(&application, &QApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
-
-    delegate.applicationDidFinishLaunching();
-    runningDelegate = &delegate;
-    std::atexit(terminateAtExit);
-    if (!files.isEmpty()) {
-        delegate.applicationOpen(files);
-    }
-    session.setHandlers({.open = [&delegate](const QList<QUrl>& urls) { delegate.applicationOpen(urls); },
-                         .activate = [&delegate] { delegate.openPanel(); },
-                         .activateAction = [&delegate](const QString& name) { delegate.performAction(name); }});
-    QuietMessages::startupDone();
-
-    const int status = delegate.quitting() ? EXIT_SUCCESS : QApplication::exec();
-    delegate.applicationWillTerminate();
-    runningDelegate = nullptr;
-    return status;
+    return runDelegate(application, delegate, session, files);
 }
 
 /// Why there is no working in the data folder; empty where there is. What others may only look into is shut for them.
@@ -227,33 +200,11 @@ QString refusalOfDataFolder(const QString& folder)
     return {};
 }
 
-int launch(int argc, char** argv)
+/// The exit status where another process is the application of this session; nothing where this one is.
+std::optional<int> statusOfClaim(SessionApplication::Role role)
 {
-    TerminationSignals::hold();
-    QuietMessages::install();
-    QCoreApplication::setApplicationName(program.name);
-    if (!hasDisplay()) {
-        return handOverOnly(argc, argv);
-    }
-
-    const StartArguments given = startArguments(argc, argv);
-    const QList<QUrl> files = given.files();
-    // The toolkit has options of its own; here every argument is a file.
-    int arguments = 1;
-    QGuiApplication::setDesktopFileName(program.id);
-    QApplication::setStyle(new LapsaStyle);
-    const auto application = makeApplication(arguments, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    ToolkitTexts toolkitTexts;
-    QCoreApplication::installTranslator(&toolkitTexts);
-    // The drawing of our own where Lapsa runs without being installed, or the theme has none.
-    QGuiApplication::setWindowIcon(
-        QIcon::fromTheme(program.id, QIcon(u"%1/%2.svg"_s.arg(program.drawings, program.id))));
-
-    SessionApplication session(program);
-    switch (session.claim(files)) {
+    switch (role) {
     case SessionApplication::Role::HandedOver:
-        tellWhatNamesNothing(given);
         return EXIT_SUCCESS;
     case SessionApplication::Role::Unanswered:
         systemLog(u"Lapsa is running already, but does not answer"_s);
@@ -262,6 +213,11 @@ int launch(int argc, char** argv)
     case SessionApplication::Role::NoBus:
         break;
     }
+    return std::nullopt;
+}
+
+int runOnDataFolder(const QApplication& application, SessionApplication& session, const StartArguments& given)
+{
     const QString dataFolder = AppPaths::applicationSupportDirectory().toLocalFile();
     if (const QString refusal = refusalOfDataFolder(dataFolder); !refusal.isEmpty()) {
         systemLog(refusal);
@@ -273,7 +229,39 @@ int launch(int argc, char** argv)
         return EXIT_FAILURE;
     }
     tellWhatNamesNothing(given);
-    return runApplication(*application, session, files);
+    return runApplication(application, session, given.files);
+}
+
+int launch(int argc, char** argv)
+{
+    TerminationSignals::hold();
+    QuietMessages::install();
+    QCoreApplication::setApplicationName(program.name);
+    if (!hasDisplay()) {
+        return handOverOnly(argc, argv);
+    }
+
+    const StartArguments given = startArguments(argc, argv);
+    // The toolkit has options of its own; here every argument is a file.
+    int arguments = 1;
+    QGuiApplication::setDesktopFileName(program.id);
+    QApplication::setStyle(new LapsaStyle);
+    const auto application = makeDisplayApplication(arguments, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    ToolkitTexts toolkitTexts;
+    QCoreApplication::installTranslator(&toolkitTexts);
+    // The drawing of our own where Lapsa runs without being installed, or the theme has none.
+    QGuiApplication::setWindowIcon(
+        QIcon::fromTheme(program.id, QIcon(u"%1/%2.svg"_s.arg(program.drawings, program.id))));
+
+    SessionApplication session(program);
+    if (const std::optional<int> status = statusOfClaim(session.claim(given.files))) {
+        if (*status == EXIT_SUCCESS) {
+            tellWhatNamesNothing(given);
+        }
+        return *status;
+    }
+    return runOnDataFolder(*application, session, given);
 }
 
 } // namespace

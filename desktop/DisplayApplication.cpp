@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "DisplayApplication.h"
+
+#include <QApplication>
+
+#include <optional>
+
+namespace lapsa {
+
+namespace {
+
+/// A setting of the toolkit that is read from the environment while it comes up, and is not passed on to the programs
+/// that are started later. What the user has set stays.
+class EnvironmentDefault final
+{
+public:
+    EnvironmentDefault(const char* name, const char* value)
+        : m_name(name)
+        , m_setByUser(qEnvironmentVariableIsSet(name))
+    {
+        if (!m_setByUser) {
+            qputenv(name, value);
+        }
+    }
+
+    EnvironmentDefault(const EnvironmentDefault&) = delete;
+    EnvironmentDefault& operator=(const EnvironmentDefault&) = delete;
+
+    ~EnvironmentDefault()
+    {
+        if (!m_setByUser) {
+            qunsetenv(m_name);
+        }
+    }
+
+private:
+    const char* m_name;
+    bool m_setByUser;
+};
+
+} // namespace
+
+bool hasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
+std::unique_ptr<QApplication> makeDisplayApplication(int& argc, char** argv)
+{
+    const bool wayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    const bool x11 = !qEnvironmentVariableIsEmpty("DISPLAY");
+    std::optional<EnvironmentDefault> platform;
+    if (wayland && x11) {
+        platform.emplace("QT_QPA_PLATFORM", "xcb;wayland");
+    }
+    // Nothing here is drawn by OpenGL, whose drivers would take most of the memory of the process.
+    const EnvironmentDefault drawingOnX11("QT_XCB_GL_INTEGRATION", "none");
+    const EnvironmentDefault drawingOnWayland("QT_WAYLAND_DISABLE_HW_INTEGRATION", "1");
+    return std::make_unique<QApplication>(argc, argv);
+}
+
+} // namespace lapsa
