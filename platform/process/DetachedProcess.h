@@ -8,8 +8,11 @@
 
 namespace lapsa {
 
-/// Starts a program that goes on by itself: with its own session, no input, nothing on our standard error, and the
-/// signals that this process holds back let through again. Returns at once; false when it could not be started.
+/// Starts a program that runs independently: in its own session, without input or output, and with no signal blocked.
+/// Returns at once; false when it could not be started.
+///
+/// Not QProcess::startDetached(): its child inherits the signals that TerminationSignals blocks, so that SIGTERM would
+/// not end it, and Qt 6.4 does not call the child process modifier that could unblock them.
 bool startDetached(const QList<QByteArray>& command);
 
 } // namespace lapsa

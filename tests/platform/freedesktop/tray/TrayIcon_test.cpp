@@ -57,7 +57,7 @@ class TrayIconTest final : public QObject
 
 private slots:
 
-    void itIsSeenOnLightAndOnDarkBars_data()
+    void itShowsOnLightAndOnDarkTaskbars_data()
     {
         QTest::addColumn<QColor>("taskbar");
         QTest::newRow("white") << QColor(Qt::white);
@@ -66,7 +66,7 @@ private slots:
         QTest::newRow("black") << QColor(Qt::black);
     }
 
-    void itIsSeenOnLightAndOnDarkBars()
+    void itShowsOnLightAndOnDarkTaskbars()
     {
         QFETCH(const QColor, taskbar);
 

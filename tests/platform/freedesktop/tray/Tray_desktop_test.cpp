@@ -51,7 +51,7 @@ bool preferencesAreOpen()
     return std::ranges::any_of(windows, [&](const QRect& window) { return window.size() == preferencesSize; });
 }
 
-void addBars()
+void addTaskbars()
 {
     QTest::addColumn<Taskbar>("taskbar");
     QTest::newRow("the taskbar of Xfce, status notifier items") << Taskbar::Xfce;
@@ -91,7 +91,7 @@ private slots:
         m_desktop.reset();
     }
 
-    void aLeftClickOpensThePanelAndTheNextClosesIt_data() { addBars(); }
+    void aLeftClickOpensThePanelAndTheNextClosesIt_data() { addTaskbars(); }
 
     void aLeftClickOpensThePanelAndTheNextClosesIt()
     {
@@ -137,7 +137,7 @@ private slots:
         QVERIFY(comesTrue(&panel));
     }
 
-    void aRightClickOpensTheMenuAndALeftClickStillOpensThePanel_data() { addBars(); }
+    void aRightClickOpensTheMenuAndALeftClickStillOpensThePanel_data() { addTaskbars(); }
 
     void aRightClickOpensTheMenuAndALeftClickStillOpensThePanel()
     {
@@ -152,7 +152,7 @@ private slots:
         QVERIFY(!m_desktop->menu());
     }
 
-    void theMenuIsUsedFromTheKeyboard_data() { addBars(); }
+    void theMenuIsUsedFromTheKeyboard_data() { addTaskbars(); }
 
     void theMenuIsUsedFromTheKeyboard()
     {
@@ -165,7 +165,7 @@ private slots:
         QCOMPARE(m_lapsa->exitCode(), 0);
     }
 
-    void theShortcutsOfTheMenuWorkWhileItIsOpen_data() { addBars(); }
+    void theShortcutsOfTheMenuWorkWhileItIsOpen_data() { addTaskbars(); }
 
     void theShortcutsOfTheMenuWorkWhileItIsOpen()
     {
@@ -180,7 +180,7 @@ private slots:
         QCOMPARE(m_lapsa->exitCode(), 0);
     }
 
-    void theShortcutsOfAClosedMenuDoNothing_data() { addBars(); }
+    void theShortcutsOfAClosedMenuDoNothing_data() { addTaskbars(); }
 
     void theShortcutsOfAClosedMenuDoNothing()
     {
@@ -196,7 +196,7 @@ private slots:
         QVERIFY(m_lapsa->running());
     }
 
-    void thePanelHangsAtTheIconWhereverTheBarIs_data()
+    void thePanelHangsAtTheIconWhereverTheTaskbarIs_data()
     {
         QTest::addColumn<Taskbar>("taskbar");
         QTest::addColumn<Edge>("edge");
@@ -211,7 +211,7 @@ private slots:
         QTest::newRow("trayer, bottom") << Taskbar::Trayer << Edge::Bottom << QRect(850, 437, 430, 560);
     }
 
-    void thePanelHangsAtTheIconWhereverTheBarIs()
+    void thePanelHangsAtTheIconWhereverTheTaskbarIs()
     {
         QFETCH(const Edge, edge);
         QFETCH(const QRect, place);
@@ -241,9 +241,9 @@ private slots:
         endsQuietly();
     }
 
-    void theIconComesWithABarThatIsStartedLater_data() { addBars(); }
+    void theIconComesWithATaskbarThatIsStartedLater_data() { addTaskbars(); }
 
-    void theIconComesWithABarThatIsStartedLater()
+    void theIconComesWithATaskbarThatIsStartedLater()
     {
         QFETCH(const Taskbar, taskbar);
         m_lapsa.emplace();
@@ -278,9 +278,9 @@ private slots:
         QVERIFY(succeeds([this] { return openedByClick(); }));
     }
 
-    void theIconComesBackHoweverOftenTheBarCrashes_data() { addBars(); }
+    void theIconComesBackHoweverOftenTheTaskbarCrashes_data() { addTaskbars(); }
 
-    void theIconComesBackHoweverOftenTheBarCrashes()
+    void theIconComesBackHoweverOftenTheTaskbarCrashes()
     {
         constexpr int crashes = 3;
         QFETCH(const Taskbar, taskbar);
