@@ -28,6 +28,8 @@ inline constexpr TimePoint distantFuture{std::chrono::sys_days{std::chrono::year
 /// The same for `hours` x 3600 seconds.
 [[nodiscard]] TimePoint addingHours(TimePoint start, std::int64_t hours);
 
+inline constexpr std::int64_t secondsPerMinute = 60;
+
 /// Seconds from `from` until `to`, negative when `to` lies before `from`.
 [[nodiscard]] double secondsBetween(TimePoint from, TimePoint to);
 

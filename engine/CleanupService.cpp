@@ -67,7 +67,6 @@ void CleanupService::tick()
 
 void CleanupService::sendDueWarnings(LapsaStore& store)
 {
-    constexpr double secondsPerMinute = 60;
     const std::int64_t leadMinutes = store.settings().notifyBeforeMinutes;
     const TimePoint now = m_environment.clock.now();
     const QList<LapsaItem> snapshot = store.items();

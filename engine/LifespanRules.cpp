@@ -11,8 +11,6 @@ namespace lapsa {
 
 namespace {
 
-constexpr std::int64_t minLifespanMinutes = 1;
-
 std::int64_t bounded(std::int64_t minutes)
 {
     return std::clamp(minutes, minLifespanMinutes, maxLifespanMinutes);

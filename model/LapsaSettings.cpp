@@ -31,15 +31,16 @@ const LapsaSettings& LapsaSettings::defaults()
 LapsaSettings sanitize(LapsaSettings settings)
 {
     using std::clamp;
-    constexpr std::int64_t least = 1;
-    settings.defaultExpirationMinutes = clamp(settings.defaultExpirationMinutes, least, maxLifespanMinutes);
+    constexpr std::int64_t least = 1; // of what is no lifespan
+    settings.defaultExpirationMinutes =
+        clamp(settings.defaultExpirationMinutes, minLifespanMinutes, maxLifespanMinutes);
     settings.notifyBeforeMinutes = clamp(settings.notifyBeforeMinutes, least, maxNotifyBeforeMinutes);
     settings.recoveryRetentionHours = clamp(settings.recoveryRetentionHours, least, maxRecoveryRetentionHours);
     for (LapsaFileTypeRule& rule : settings.fileTypeRules) {
-        rule.lifespanMinutes = clamp(rule.lifespanMinutes, least, maxLifespanMinutes);
+        rule.lifespanMinutes = clamp(rule.lifespanMinutes, minLifespanMinutes, maxLifespanMinutes);
     }
     for (LapsaAutoCleanFolderRule& rule : settings.autoCleanFolders) {
-        rule.lifespanMinutes = clamp(rule.lifespanMinutes, least, maxLifespanMinutes);
+        rule.lifespanMinutes = clamp(rule.lifespanMinutes, minLifespanMinutes, maxLifespanMinutes);
     }
     return settings;
 }

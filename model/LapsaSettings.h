@@ -16,7 +16,8 @@ namespace lapsa {
 class JSONEncoder;
 class JSONObject;
 
-/// 365 days: the longest lifespan of any setting.
+/// The bounds of every lifespan: a minute and 365 days.
+inline constexpr std::int64_t minLifespanMinutes = 1;
 inline constexpr std::int64_t maxLifespanMinutes = 525600;
 /// The longest lead time of a warning.
 inline constexpr std::int64_t maxNotifyBeforeMinutes = 60;

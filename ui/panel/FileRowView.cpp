@@ -41,7 +41,6 @@ constexpr double groundWhite = 0.1;
 constexpr double groundAccent = 0.035;
 /// Text keeps its contrast on it, in every role.
 constexpr double lightAccent = 0.1;
-constexpr std::int64_t secondsPerMinute = 60;
 /// From this text size on the buttons stand below the text, which needs the whole width.
 constexpr double stackedScale = 1.3;
 

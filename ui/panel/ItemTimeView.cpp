@@ -33,8 +33,7 @@ constexpr int sectionSpacing = 18;
 constexpr int titleSpacing = 4;
 constexpr int durationSpacing = 8;
 constexpr int buttonSpacing = 8;
-constexpr DurationEditor::Bounds bounds{.minTotalMinutes = 1, .maxTotalMinutes = maxLifespanMinutes};
-constexpr double secondsPerMinute = 60;
+constexpr DurationEditor::Bounds bounds{.minTotalMinutes = minLifespanMinutes, .maxTotalMinutes = maxLifespanMinutes};
 
 struct QuickChoice
 {

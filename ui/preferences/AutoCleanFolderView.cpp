@@ -25,7 +25,8 @@ namespace {
 
 constexpr int stackSpacing = 8;
 constexpr int explanationSpacing = 2;
-constexpr DurationEditor::Bounds lifespanBounds{.minTotalMinutes = 1, .maxTotalMinutes = maxLifespanMinutes};
+constexpr DurationEditor::Bounds lifespanBounds{.minTotalMinutes = minLifespanMinutes,
+                                                .maxTotalMinutes = maxLifespanMinutes};
 
 template <typename T>
 Binding<T> folderBinding(LapsaStore& store, const QUuid& id, T LapsaAutoCleanFolderRule::*field)

@@ -22,7 +22,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int stackSpacing = 8;
-constexpr DurationEditor::Bounds lifespanBounds{.minTotalMinutes = 1, .maxTotalMinutes = maxLifespanMinutes};
+constexpr DurationEditor::Bounds lifespanBounds{.minTotalMinutes = minLifespanMinutes,
+                                                .maxTotalMinutes = maxLifespanMinutes};
 
 template <typename T>
 Binding<T> fileRuleBinding(LapsaStore& store, const QUuid& id, T LapsaFileTypeRule::*field, const T& defaultValue)

@@ -26,7 +26,8 @@ namespace {
 constexpr int stackSpacing = 8;
 constexpr int controlSpacing = 16;
 constexpr int explanationSpacing = 4;
-constexpr DurationEditor::Bounds lifespanBounds{.minTotalMinutes = 1, .maxTotalMinutes = maxLifespanMinutes};
+constexpr DurationEditor::Bounds lifespanBounds{.minTotalMinutes = minLifespanMinutes,
+                                                .maxTotalMinutes = maxLifespanMinutes};
 /// Seven days, kept on purpose although the setting holds no more than an hour: what is above is stored as an hour.
 constexpr DurationEditor::Bounds leadTimeBounds{.minTotalMinutes = 1, .maxTotalMinutes = 10080};
 constexpr int minRetentionHours = 1;
