@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "AlertDialog.h"
-#include "AppDelegate.h"
 #include "DelegateWorld.h"
 #include "DropZone.h"
 #include "FileListView.h"
@@ -11,7 +10,6 @@
 #include "PanelWorld.h"
 #include "PreferencesWorld.h"
 #include "PushButton.h"
-#include "RecordingDesktop.h"
 #include "RowIconButton.h"
 #include "SplashView.h"
 #include "ToolkitTexts.h"

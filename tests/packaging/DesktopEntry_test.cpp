@@ -1,12 +1,8 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "AppDelegate.h"
 #include "DelegateWorld.h"
 #include "InstalledTree.h"
-#include "ManualTime.h"
-#include "Recorders.h"
-#include "RecordingDesktop.h"
 #include "SplashView.h"
 #include "TemporaryHome.h"
 
