@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "DropZone.h"
+#include "Drops.h"
 #include "FileChooser.h"
 #include "FileListView.h"
 #include "FileRowView.h"
@@ -12,9 +13,7 @@
 #include "ThemePalette.h"
 
 #include <QApplication>
-#include <QDragEnterEvent>
 #include <QLineEdit>
-#include <QMimeData>
 #include <QPainter>
 #include <QTest>
 #include <QTreeView>
@@ -66,17 +65,11 @@ struct LongList : PanelWorld
 
     void drop(const QStringList& names)
     {
-        QMimeData data;
-        QList<QUrl> urls;
+        QStringList paths;
         for (const QString& name : names) {
-            urls.push_back(QUrl::fromLocalFile(home.makeFile(name)));
+            paths.push_back(home.makeFile(name));
         }
-        data.setUrls(urls);
-        QDragEnterEvent enter({20, 20}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(panel.findChild<DropZone*>(), &enter);
-        QDropEvent event({20, 20}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(panel.findChild<DropZone*>(), &event);
-        settle();
+        test::dropFiles(*panel.findChild<DropZone*>(), paths);
     }
 
     /// The rows that are seen whole, by their files.

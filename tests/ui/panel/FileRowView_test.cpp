@@ -3,22 +3,16 @@
 
 #include "ElidedLabel.h"
 #include "FileIconView.h"
-#include "FileListView.h"
 #include "FileRowView.h"
 #include "PanelWorld.h"
 #include "RowIconButton.h"
 
 #include <QAccessible>
 #include <QApplication>
-#include <QFile>
-#include <QMenu>
-#include <QStorageInfo>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace lapsa;
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 class FileRowView_test final : public QObject
 {
@@ -26,24 +20,9 @@ class FileRowView_test final : public QObject
 
 private slots:
     void init();
-    void theRemainingTimeIsRoundedUp_data();
-    void theRemainingTimeIsRoundedUp();
-    void aLockedItemReadsLockedInOrange();
-    void theRemainingTimeIsSecondaryHoweverLittleIsLeft();
-    void aFileThatSomebodyWritesToReadsInUse_data();
-    void aFileThatSomebodyWritesToReadsInUse();
     void theButtonsStandInTheirOrderWithTheirTips();
     void everythingStandsAtItsPlace();
     void theGroundRunsFromWhiteToAccent();
-    void lockTogglesTheItemAndItsSymbol();
-    void removeFromListKeepsTheFile();
-    void deleteNowTakesTheFileAway();
-    void deleteNowOfAFolderThatHoldsALockedFileSaysSo_data();
-    void deleteNowOfAFolderThatHoldsALockedFileSaysSo();
-    void aFileHasFiveEntriesInItsMenu();
-    void aFolderHasNoContainingFolderInItsMenu();
-    void theEntriesOfTheMenuActOnTheItem();
-    void theMenuKeyOpensTheMenu();
     void anyNameIsShownAsPlainTextOnOneLine_data();
     void anyNameIsShownAsPlainTextOnOneLine();
     void aNameThatFitsHasNoToolTipAndALongOneHas();
@@ -56,20 +35,6 @@ namespace {
 
 using test::PanelWorld;
 
-LapsaItem itemExpiringIn(std::chrono::microseconds remaining)
-{
-    return {.id = u"A"_s, .path = u"/x"_s, .displayName = u"x"_s, .addedAt = {}, .expiresAt = TimePoint{remaining}};
-}
-
-QStringList entries(const QMenu& menu)
-{
-    QStringList texts;
-    for (const QAction* const action : menu.actions()) {
-        texts.push_back(action->isSeparator() ? u"-"_s : action->text());
-    }
-    return texts;
-}
-
 ElidedLabel& label(const QWidget& row, qsizetype index)
 {
     return *row.findChildren<ElidedLabel*>().at(index);
@@ -80,100 +45,6 @@ ElidedLabel& label(const QWidget& row, qsizetype index)
 void FileRowView_test::init()
 {
     PanelWorld::setUpApplication();
-}
-
-void FileRowView_test::theRemainingTimeIsRoundedUp_data()
-{
-    QTest::addColumn<qint64>("milliseconds");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("59 seconds are a minute") << qint64(59000) << u"1min left"_s;
-    QTest::newRow("30 seconds are a minute") << qint64(30000) << u"1min left"_s;
-    QTest::newRow("60 seconds are a minute") << qint64(60000) << u"1min left"_s;
-    QTest::newRow("a fraction of a second is dropped first") << qint64(60999) << u"1min left"_s;
-    QTest::newRow("61 seconds are two minutes") << qint64(61000) << u"2min left"_s;
-    QTest::newRow("an overdue item has a minute") << qint64(-100000) << u"1min left"_s;
-    QTest::newRow("days and hours") << qint64(90000) * 1000 << u"1d 1h left"_s;
-}
-
-void FileRowView_test::theRemainingTimeIsRoundedUp()
-{
-    QFETCH(const qint64, milliseconds);
-    QFETCH(const QString, text);
-
-    QCOMPARE(FileRowView::remainingText(itemExpiringIn(std::chrono::milliseconds(milliseconds)), TimePoint{}), text);
-}
-
-void FileRowView_test::aLockedItemReadsLockedInOrange()
-{
-    PanelWorld world;
-    world.store().toggleLock(world.addItem(u"a.txt"_s));
-    PanelWorld::settle();
-
-    const ElidedLabel& remaining = label(world.row(0), 1);
-    QCOMPARE(remaining.text(), u"locked"_s);
-    QCOMPARE(remaining.role(), ColorRole::Notice);
-}
-
-void FileRowView_test::theRemainingTimeIsSecondaryHoweverLittleIsLeft()
-{
-    PanelWorld world;
-    world.addItem(u"a.txt"_s, 1);
-    world.addItem(u"b.txt"_s, 500000);
-
-    QCOMPARE(label(world.row(0), 1).role(), ColorRole::Secondary);
-    QCOMPARE(label(world.row(1), 1).role(), ColorRole::Secondary);
-}
-
-void FileRowView_test::aFileThatSomebodyWritesToReadsInUse_data()
-{
-    QTest::addColumn<QByteArray>("locale");
-    QTest::addColumn<QString>("inUse");
-    QTest::addColumn<QString>("locked");
-    QTest::addColumn<QString>("left");
-    QTest::newRow("English") << QByteArray("C.UTF-8") << u"In use"_s << u"locked"_s << u"10min left"_s;
-    QTest::newRow("Italian") << QByteArray("it_IT.UTF-8") << u"In uso"_s << u"bloccato"_s << u"10min rimanenti"_s;
-}
-
-void FileRowView_test::aFileThatSomebodyWritesToReadsInUse()
-{
-    QFETCH(const QByteArray, locale);
-    QFETCH(const QString, inUse);
-    QFETCH(const QString, locked);
-    QFETCH(const QString, left);
-    const test::Language language(locale.constData());
-    PanelWorld world;
-    // On another file system than Recovery, so that it has to be copied.
-    const QTemporaryDir disk(u"/dev/shm/lapsa-XXXXXX"_s);
-    if (!disk.isValid() || QStorageInfo(disk.path()) == QStorageInfo(world.home.path({}))) {
-        QSKIP("a second file system at /dev/shm is needed");
-    }
-    QFile film(disk.filePath(u"film.mkv"_s));
-    QVERIFY(film.open(QIODevice::WriteOnly));
-    const LapsaItem item = world.add(film.fileName(), 1);
-    const auto text = [&] {
-        PanelWorld::settle();
-        return label(world.row(0), 1).text();
-    };
-    QVERIFY(text() != inUse);
-
-    world.time.advance(2min);
-    world.store().deleteExpiredItems();
-    QCOMPARE(text(), inUse);
-    QCOMPARE(label(world.row(0), 1).role(), ColorRole::Secondary);
-    QCOMPARE(world.row(0).accessibleDescription(), inUse);
-
-    world.store().toggleLock(item);
-    QCOMPARE(text(), locked);
-    world.store().toggleLock(item);
-    QCOMPARE(text(), inUse);
-    world.store().updateExpiration(item, 10);
-    QCOMPARE(text(), left);
-
-    film.close();
-    world.time.advance(10min);
-    world.store().deleteExpiredItems();
-    PanelWorld::settle();
-    QVERIFY(world.list().visibleRows().isEmpty());
 }
 
 void FileRowView_test::theButtonsStandInTheirOrderWithTheirTips()
@@ -229,125 +100,6 @@ void FileRowView_test::theGroundRunsFromWhiteToAccent()
         QCOMPARE(stops.first().second, withOpacity(Qt::white, 0.1));
         QCOMPARE(stops.last().second, withOpacity(themeColor(ColorRole::Accent, palette), 0.035));
     }
-}
-
-void FileRowView_test::lockTogglesTheItemAndItsSymbol()
-{
-    PanelWorld world;
-    const LapsaItem item = world.addItem(u"a.txt"_s);
-
-    QTest::mouseClick(&world.button(0, u"Lock"_s), Qt::LeftButton);
-    PanelWorld::settle();
-
-    QVERIFY(world.item(item.path).locked);
-    QCOMPARE(world.button(0, u"Unlock"_s).systemName(), u"lock.fill"_s);
-    QTest::mouseClick(&world.button(0, u"Unlock"_s), Qt::LeftButton);
-    PanelWorld::settle();
-    QVERIFY(!world.item(item.path).locked);
-    QCOMPARE(world.button(0, u"Lock"_s).systemName(), u"lock.open"_s);
-}
-
-void FileRowView_test::removeFromListKeepsTheFile()
-{
-    PanelWorld world;
-    const LapsaItem item = world.addItem(u"a.txt"_s);
-
-    QTest::mouseClick(&world.button(0, u"Remove from list"_s), Qt::LeftButton);
-
-    QVERIFY(world.store().items().isEmpty());
-    QVERIFY(QFile::exists(item.path));
-}
-
-void FileRowView_test::deleteNowTakesTheFileAway()
-{
-    PanelWorld world;
-    const LapsaItem item = world.addItem(u"a.txt"_s);
-
-    QTest::mouseClick(&world.button(0, u"Delete now"_s), Qt::LeftButton);
-
-    QVERIFY(world.store().items().isEmpty());
-    QVERIFY(!QFile::exists(item.path));
-}
-
-void FileRowView_test::deleteNowOfAFolderThatHoldsALockedFileSaysSo_data()
-{
-    QTest::addColumn<QByteArray>("locale");
-    QTest::addColumn<QString>("help");
-    QTest::addColumn<QString>("message");
-
-    QTest::newRow("English") << QByteArray("en_US.UTF-8") << u"Delete now"_s << u"“proj” holds a locked file."_s;
-    QTest::newRow("Italian") << QByteArray("it_IT.UTF-8") << u"Elimina ora"_s << u"“proj” contiene un file bloccato."_s;
-}
-
-void FileRowView_test::deleteNowOfAFolderThatHoldsALockedFileSaysSo()
-{
-    QFETCH(QByteArray, locale);
-    QFETCH(QString, help);
-    QFETCH(QString, message);
-    const test::Language language(locale.constData());
-    PanelWorld world;
-    const LapsaItem folder = world.addItem(u"proj/"_s);
-    const LapsaItem kept = world.addItem(u"proj/keep.txt"_s);
-    world.store().toggleLock(kept);
-
-    QTest::mouseClick(&world.button(0, help), Qt::LeftButton);
-
-    QCOMPARE(world.store().lastMessage(), std::optional(message));
-    QCOMPARE(world.store().items().size(), 2);
-    QVERIFY(kept.exists());
-}
-
-void FileRowView_test::aFileHasFiveEntriesInItsMenu()
-{
-    PanelWorld world;
-    world.addItem(u"a.txt"_s);
-    QMenu menu;
-
-    world.row(0).fillContextMenu(menu);
-
-    QCOMPARE(entries(menu), (QStringList{u"Open file"_s, u"Reveal in Finder"_s, u"-"_s, u"Copy file path"_s,
-                                         u"Copy containing folder path"_s}));
-}
-
-void FileRowView_test::aFolderHasNoContainingFolderInItsMenu()
-{
-    PanelWorld world;
-    world.addItem(u"pictures/"_s);
-    QMenu menu;
-
-    world.row(0).fillContextMenu(menu);
-
-    QCOMPARE(entries(menu), (QStringList{u"Open folder"_s, u"Reveal in Finder"_s, u"-"_s, u"Copy folder path"_s}));
-}
-
-void FileRowView_test::theEntriesOfTheMenuActOnTheItem()
-{
-    PanelWorld world;
-    const LapsaItem item = world.addItem(u"folder/a.txt"_s);
-    QMenu menu;
-    world.row(0).fillContextMenu(menu);
-
-    for (QAction* const action : menu.actions()) {
-        action->trigger();
-    }
-
-    QCOMPARE(world.workspace.opened, QList<QUrl>{QUrl::fromLocalFile(item.path)});
-    QCOMPARE(world.workspace.revealed, QList<QUrl>{QUrl::fromLocalFile(item.path)});
-    QCOMPARE(world.pasteboard.texts, (QStringList{item.path, world.home.path(u"folder"_s)}));
-}
-
-void FileRowView_test::theMenuKeyOpensTheMenu()
-{
-    PanelWorld world;
-    world.addItem(u"a.txt"_s);
-
-    QContextMenuEvent key(QContextMenuEvent::Keyboard, {10, 10}, world.row(0).mapToGlobal(QPoint(10, 10)));
-    QApplication::sendEvent(&world.row(0), &key);
-
-    auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    QVERIFY(menu != nullptr);
-    QCOMPARE(entries(*menu).first(), u"Open file"_s);
-    menu->close();
 }
 
 void FileRowView_test::anyNameIsShownAsPlainTextOnOneLine_data()
@@ -423,17 +175,8 @@ void FileRowView_test::italianTextsAreItalian()
     const test::Language italian("it_IT.UTF-8");
     PanelWorld world;
     world.addItem(u"a.txt"_s, 90);
-    world.addItem(u"cartella/"_s);
 
-    QMenu file;
-    QMenu folder;
-    world.row(0).fillContextMenu(file);
-    world.row(1).fillContextMenu(folder);
     QCOMPARE(label(world.row(0), 1).text(), u"1h 30min rimanenti"_s);
-    QCOMPARE(entries(file), (QStringList{u"Apri file"_s, u"Mostra nel Finder"_s, u"-"_s, u"Copia percorso file"_s,
-                                         u"Copia cartella del file"_s}));
-    QCOMPARE(entries(folder),
-             (QStringList{u"Apri cartella"_s, u"Mostra nel Finder"_s, u"-"_s, u"Copia percorso cartella"_s}));
     for (const QString& tip : {u"Cambia scadenza"_s, u"Blocca"_s, u"Rimuovi dalla lista"_s, u"Elimina ora"_s}) {
         QCOMPARE(world.button(0, tip).toolTip(), tip);
     }

@@ -2,21 +2,18 @@
 // SPDX-License-Identifier: MIT
 
 #include "DurationEditor.h"
-#include "FileListView.h"
 #include "FileRowView.h"
 #include "ItemTimeView.h"
 #include "PanelWorld.h"
 #include "PushButton.h"
-#include "RowIconButton.h"
 #include "Sheet.h"
+#include "SheetWorld.h"
 #include "Stepper.h"
 #include "TextLabel.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QTest>
-
-#include <algorithm>
 
 using namespace lapsa;
 using namespace Qt::StringLiterals;
@@ -45,49 +42,14 @@ private slots:
     void theSheetGoesWithItsItem();
     void returnOnTheRowOpensTheSheet();
     void italianTextsAreItalian();
-    void theSheetIsAsWideAsTheRowsItCovers();
-    void theEditorSpreadsOverTheSheet_data();
-    void theEditorSpreadsOverTheSheet();
     void theFieldsBelongToTheFileTimer();
-    void atTwiceTheTextSizeTheSheetFitsThePanel();
 };
 
 namespace {
 
 using test::named;
 using test::PanelWorld;
-
-struct SheetWorld : PanelWorld
-{
-    explicit SheetWorld(std::int64_t minutes = 90)
-        : item(addItem(u"a.txt"_s, minutes))
-    {}
-
-    void open()
-    {
-        QTest::mouseClick(row(0).findChildren<RowIconButton*>().first(), Qt::LeftButton);
-        settle();
-    }
-
-    /// The sheet that is seen: one that was dismissed is deleted later.
-    [[nodiscard]] ItemTimeView* sheet() const
-    {
-        const auto sheets = panel.findChildren<ItemTimeView*>();
-        const auto seen = std::ranges::find_if(sheets, [](const ItemTimeView* view) { return view->isVisible(); });
-        return seen != sheets.end() ? *seen : nullptr;
-    }
-
-    void press(const QString& button) { QTest::mouseClick(&named<PushButton>(*sheet(), button), Qt::LeftButton); }
-
-    [[nodiscard]] QString choice() const { return sheet()->findChildren<TextLabel*>().at(1)->text(); }
-
-    [[nodiscard]] std::chrono::microseconds remaining() const
-    {
-        return this->PanelWorld::item(item.path).expiresAt - time.now();
-    }
-
-    LapsaItem item;
-};
+using test::SheetWorld;
 
 } // namespace
 
@@ -288,71 +250,6 @@ void ItemTimeView_test::theFieldsBelongToTheFileTimer()
         QAccessible::queryAccessibleInterface(world.sheet()->findChild<DurationEditor*>());
     QCOMPARE(editor->role(), QAccessible::Grouping);
     QCOMPARE(editor->text(QAccessible::Name), u"File timer"_s);
-}
-
-void ItemTimeView_test::theSheetIsAsWideAsTheRowsItCovers()
-{
-    SheetWorld world;
-    world.open();
-
-    const QPoint left = world.sheet()->mapTo(&world.panel, QPoint());
-    QCOMPARE(left.x(), world.list().x());
-    QCOMPARE(world.sheet()->width(), world.list().width());
-}
-
-void ItemTimeView_test::theEditorSpreadsOverTheSheet_data()
-{
-    QTest::addColumn<QByteArray>("locale");
-    QTest::newRow("English") << QByteArray("en_US.UTF-8");
-    QTest::newRow("Italian") << QByteArray("it_IT.UTF-8");
-}
-
-void ItemTimeView_test::theEditorSpreadsOverTheSheet()
-{
-    QFETCH(const QByteArray, locale);
-    const test::Language language(locale.constData());
-    SheetWorld world(1530);
-    world.open();
-    const auto place = [&](const QWidget* widget) {
-        return QRect(widget->mapTo(world.sheet(), QPoint()), widget->size());
-    };
-    const auto quick = world.sheet()->findChildren<PushButton*>();
-
-    QList<QRect> values;
-    QList<QRect> steppers;
-    for (const Stepper* const stepper : world.sheet()->findChildren<Stepper*>()) {
-        steppers.push_back(place(stepper));
-        values.push_back(place(stepper->parentWidget()->findChildren<TextLabel*>().at(1)));
-    }
-
-    QCOMPARE(values.size(), 3);
-    QCOMPARE(values.first().left(), place(quick.at(0)).left());
-    QCOMPARE(steppers.last().right(), place(quick.at(3)).right());
-    for (int column = 0; column < 3; ++column) {
-        QCOMPARE(values[column].width(), values.first().width());
-        QCOMPARE(steppers[column].left() - values[column].right(), steppers.first().left() - values.first().right());
-    }
-    const int firstGap = values[1].left() - steppers[0].right();
-    QVERIFY(firstGap > steppers[0].left() - values[0].right()); // a stepper belongs to the value before it
-    QVERIFY(qAbs(values[2].left() - steppers[1].right() - firstGap) <= 1);
-}
-
-void ItemTimeView_test::atTwiceTheTextSizeTheSheetFitsThePanel()
-{
-    QFont font = QApplication::font();
-    font.setPointSizeF(20);
-    QApplication::setFont(font);
-    SheetWorld world(364 * 1440 + 23 * 60 + 59);
-
-    world.open();
-
-    QVERIFY(world.panel.rect().contains(world.sheet()->geometry()));
-    for (const QWidget* const child : world.sheet()->findChildren<QWidget*>()) {
-        if (child->isVisible()) {
-            const QRect place(child->mapTo(world.sheet(), QPoint()), child->size());
-            QVERIFY2(world.sheet()->rect().contains(place), child->metaObject()->className());
-        }
-    }
 }
 
 QTEST_MAIN(ItemTimeView_test)

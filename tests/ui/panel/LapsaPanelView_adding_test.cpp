@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "DropZone.h"
+#include "Drops.h"
 #include "PanelWorld.h"
 #include "TextLabel.h"
 
 #include <QApplication>
-#include <QDropEvent>
-#include <QMimeData>
 #include <QTest>
 
 #include <algorithm>
@@ -20,18 +19,7 @@ namespace {
 
 void drop(PanelWorld& world, const QStringList& paths)
 {
-    QList<QUrl> urls;
-    for (const QString& path : paths) {
-        urls.push_back(QUrl::fromLocalFile(path));
-    }
-    QMimeData data;
-    data.setUrls(urls);
-    auto* const zone = world.panel.findChild<DropZone*>();
-    QDragEnterEvent enter({20, 20}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(zone, &enter);
-    QDropEvent event({20, 20}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(zone, &event);
-    PanelWorld::settle();
+    dropFiles(*world.panel.findChild<DropZone*>(), paths);
 }
 
 /// Whether the panel shows that text.

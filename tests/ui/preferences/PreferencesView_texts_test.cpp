@@ -54,6 +54,72 @@ QStringList missing(const QStringList& shown, QStringList wanted)
 constexpr char english[] = "en_GB.UTF-8";
 constexpr char italian[] = "it_IT.UTF-8";
 
+QStringList generalTabInEnglish()
+{
+    return {
+        u"General"_s,
+        u"Default expiry"_s,
+        u"2h"_s,
+        u"Days"_s,
+        u"0 d"_s,
+        u"Hours"_s,
+        u"2 h"_s,
+        u"Minutes"_s,
+        u"0 min"_s,
+        u"Use Trash instead of permanent delete"_s,
+        u"Pause all countdowns"_s,
+        u"Keep panel open until I click the icon again"_s,
+        u"Theme"_s,
+        u"System"_s,
+        u"Dark"_s,
+        u"Light"_s,
+        u"Notifications"_s,
+        u"Notify before expiry"_s,
+        u"5min"_s,
+        u"5 min"_s,
+        u"0 h"_s,
+        u"Recovery"_s,
+        u"Use recovery window before final cleanup"_s,
+        u"Expired files are moved to an internal Recovery folder and then purged after "
+        u"the selected period."_s,
+        u"Recovery retention"_s,
+        u"Recovery retention: 24 h"_s,
+    };
+}
+
+QStringList generalTabInItalian()
+{
+    return {
+        u"Generale"_s,
+        u"Scadenza predefinita"_s,
+        u"2h"_s,
+        u"Giorni"_s,
+        u"0 g"_s,
+        u"Ore"_s,
+        u"2 h"_s,
+        u"Minuti"_s,
+        u"0 min"_s,
+        u"Usa Cestino invece di eliminare definitivamente"_s,
+        u"Metti in pausa tutti i countdown"_s,
+        u"Tieni aperto il pannello finché non clicco l'icona"_s,
+        u"Tema"_s,
+        u"Sistema"_s,
+        u"Dark"_s,
+        u"Light"_s,
+        u"Notifiche"_s,
+        u"Avvisa prima della scadenza"_s,
+        u"5min"_s,
+        u"5 min"_s,
+        u"0 h"_s,
+        u"Recupero"_s,
+        u"Usa finestra di recupero prima dell’eliminazione"_s,
+        u"I file scaduti vengono spostati in una cartella Recupero interna e poi "
+        u"eliminati dopo il periodo scelto."_s,
+        u"Conservazione recupero"_s,
+        u"Conservazione recupero: 24 h"_s,
+    };
+}
+
 } // namespace
 
 /// Every text of the preferences, letter by letter.
@@ -69,66 +135,8 @@ private slots:
     {
         QTest::addColumn<QByteArray>("locale");
         QTest::addColumn<QStringList>("texts");
-        QTest::newRow("English") << QByteArray(english)
-                                 << QStringList{
-                                        u"General"_s,
-                                        u"Default expiry"_s,
-                                        u"2h"_s,
-                                        u"Days"_s,
-                                        u"0 d"_s,
-                                        u"Hours"_s,
-                                        u"2 h"_s,
-                                        u"Minutes"_s,
-                                        u"0 min"_s,
-                                        u"Use Trash instead of permanent delete"_s,
-                                        u"Pause all countdowns"_s,
-                                        u"Keep panel open until I click the icon again"_s,
-                                        u"Theme"_s,
-                                        u"System"_s,
-                                        u"Dark"_s,
-                                        u"Light"_s,
-                                        u"Notifications"_s,
-                                        u"Notify before expiry"_s,
-                                        u"5min"_s,
-                                        u"5 min"_s,
-                                        u"0 h"_s,
-                                        u"Recovery"_s,
-                                        u"Use recovery window before final cleanup"_s,
-                                        u"Expired files are moved to an internal Recovery folder and then purged after "
-                                        u"the selected period."_s,
-                                        u"Recovery retention"_s,
-                                        u"Recovery retention: 24 h"_s,
-                                    };
-        QTest::newRow("Italian") << QByteArray(italian)
-                                 << QStringList{
-                                        u"Generale"_s,
-                                        u"Scadenza predefinita"_s,
-                                        u"2h"_s,
-                                        u"Giorni"_s,
-                                        u"0 g"_s,
-                                        u"Ore"_s,
-                                        u"2 h"_s,
-                                        u"Minuti"_s,
-                                        u"0 min"_s,
-                                        u"Usa Cestino invece di eliminare definitivamente"_s,
-                                        u"Metti in pausa tutti i countdown"_s,
-                                        u"Tieni aperto il pannello finché non clicco l'icona"_s,
-                                        u"Tema"_s,
-                                        u"Sistema"_s,
-                                        u"Dark"_s,
-                                        u"Light"_s,
-                                        u"Notifiche"_s,
-                                        u"Avvisa prima della scadenza"_s,
-                                        u"5min"_s,
-                                        u"5 min"_s,
-                                        u"0 h"_s,
-                                        u"Recupero"_s,
-                                        u"Usa finestra di recupero prima dell’eliminazione"_s,
-                                        u"I file scaduti vengono spostati in una cartella Recupero interna e poi "
-                                        u"eliminati dopo il periodo scelto."_s,
-                                        u"Conservazione recupero"_s,
-                                        u"Conservazione recupero: 24 h"_s,
-                                    };
+        QTest::newRow("English") << QByteArray(english) << generalTabInEnglish();
+        QTest::newRow("Italian") << QByteArray(italian) << generalTabInItalian();
     }
 
     void theGeneralTabReadsAsGiven()

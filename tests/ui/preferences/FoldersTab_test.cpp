@@ -47,7 +47,7 @@ FolderChooser& openChooser(PreferencesWorld& world)
 
 } // namespace
 
-class PreferencesViewFoldersTest final : public QObject
+class FoldersTabTest final : public QObject
 {
     Q_OBJECT
 
@@ -243,5 +243,5 @@ private slots:
 
 } // namespace lapsa::test
 
-QTEST_MAIN(lapsa::test::PreferencesViewFoldersTest)
-#include "PreferencesView_folders_test.moc"
+QTEST_MAIN(lapsa::test::FoldersTabTest)
+#include "FoldersTab_test.moc"

@@ -4,16 +4,13 @@
 #include "DurationEditor.h"
 #include "PanelWorld.h"
 #include "PreferencesWorld.h"
-#include "SegmentedControl.h"
 #include "Stepper.h"
 #include "SymbolTabBar.h"
 #include "TextLabel.h"
 #include "Toggle.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QRadioButton>
-#include <QScrollArea>
 #include <QTest>
 
 #include <algorithm>
@@ -58,46 +55,13 @@ bool shows(const QWidget& view, const QString& text)
 
 } // namespace
 
-class PreferencesViewGeneralTest final : public QObject
+class GeneralTabTest final : public QObject
 {
     Q_OBJECT
 
 private slots:
 
     void initTestCase() { PanelWorld::setUpApplication(); }
-
-    void theViewIs620PointsWideAndHigh()
-    {
-        const PreferencesWorld world;
-
-        QCOMPARE(world.view.size(), QSize(620, 620));
-    }
-
-    void theTabsComeInTheirOrderInBothLanguages_data()
-    {
-        QTest::addColumn<QByteArray>("locale");
-        QTest::addColumn<QStringList>("tabs");
-        QTest::newRow("English") << QByteArray("en_US.UTF-8")
-                                 << QStringList{u"General"_s, u"File type rules"_s, u"Folders"_s};
-        QTest::newRow("Italian") << QByteArray("it_IT.UTF-8")
-                                 << QStringList{u"Generale"_s, u"Regole per tipo file"_s, u"Cartelle"_s};
-    }
-
-    void theTabsComeInTheirOrderInBothLanguages()
-    {
-        QFETCH(const QByteArray, locale);
-        QFETCH(const QStringList, tabs);
-        const Language language(locale.constData());
-        const PreferencesWorld world;
-        const auto* const bar = world.view.findChild<SymbolTabBar*>();
-
-        QStringList shown;
-        for (int index = 0; index < bar->count(); ++index) {
-            shown.push_back(bar->tabText(index));
-        }
-
-        QCOMPARE(shown, tabs);
-    }
 
     void theDefaultExpiryIsShownAsATextAndAsFields()
     {
@@ -241,19 +205,6 @@ private slots:
         QCOMPARE(world.appearance.forced.constLast(), std::optional<ColorScheme>());
     }
 
-    void theThemeIsAppliedWhenTheViewIsShownFirst()
-    {
-        StoreWorld world;
-        world.changeSettings([](LapsaSettings& settings) { settings.theme = LapsaTheme::Light; });
-        RecordingFolderPicker folderPicker;
-        PreferencesView view(world.store(), folderPicker);
-        world.appearance.forced.clear();
-
-        view.show();
-
-        QCOMPARE(world.appearance.forced, QList{std::optional(ColorScheme::Light)});
-    }
-
     void theThemesAreNamedAlikeInBothLanguagesButForTheSystemOne()
     {
         const Language language("it_IT.UTF-8");
@@ -326,90 +277,9 @@ private slots:
 
         QCOMPARE(world.settings().theme, LapsaTheme::Dark);
     }
-
-    void theKeysThatCloseAWindowCloseIt_data()
-    {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("modifiers");
-        QTest::newRow("Escape") << int(Qt::Key_Escape) << int(Qt::NoModifier);
-        QTest::newRow("Ctrl+W") << int(Qt::Key_W) << int(Qt::ControlModifier);
-    }
-
-    void theKeysThatCloseAWindowCloseIt()
-    {
-        QFETCH(const int, key);
-        QFETCH(const int, modifiers);
-        PreferencesWorld world;
-
-        pressKey(world.view, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-
-        QVERIFY(!world.view.isVisible());
-    }
-
-    void atTwiceTheTextSizeEveryTextHasItsRoom()
-    {
-        const QFont usual = QApplication::font();
-        QFont large = usual;
-        large.setPointSizeF(20);
-        QApplication::setFont(large);
-        {
-            const PreferencesWorld world;
-            for (const auto tab : {PreferencesView::Tab::General, PreferencesView::Tab::Rules}) {
-                const_cast<PreferencesView&>(world.view).showTab(tab);
-                QApplication::processEvents();
-                for (const TextLabel* const label : world.view.findChildren<TextLabel*>()) {
-                    if (label->isVisible()) {
-                        QVERIFY2(label->height() >= label->heightForWidth(label->width()), qPrintable(label->text()));
-                        const QRect place(label->mapTo(&world.view, QPoint()), label->size());
-                        QVERIFY2(place.left() >= 0 && place.right() < 620, qPrintable(label->text()));
-                    }
-                }
-            }
-        }
-        QApplication::setFont(usual);
-    }
-
-    void atTwiceTheTextSizeTheTabsReadInFullInBothLanguages_data()
-    {
-        QTest::addColumn<QByteArray>("locale");
-        QTest::newRow("English") << QByteArray("en_US.UTF-8");
-        QTest::newRow("Italian") << QByteArray("it_IT.UTF-8");
-    }
-
-    void atTwiceTheTextSizeTheTabsReadInFullInBothLanguages()
-    {
-        QFETCH(const QByteArray, locale);
-        const Language language(locale.constData());
-        const QFont usual = QApplication::font();
-        QFont large = usual;
-        large.setPointSizeF(20);
-        QApplication::setFont(large);
-        {
-            const PreferencesWorld world;
-            const auto* const bar = world.view.findChild<SymbolTabBar*>();
-            for (int index = 0; index < bar->count(); ++index) {
-                const int needed = QFontMetrics(bar->font()).horizontalAdvance(bar->tabText(index)) + 23;
-                QVERIFY2(bar->tabRect(index).width() >= needed, qPrintable(bar->tabText(index)));
-            }
-            QVERIFY(world.view.rect().contains(bar->geometry()));
-        }
-        QApplication::setFont(usual);
-    }
-
-    void readFromTheRightTheSwitchesStandOnTheLeft()
-    {
-        PreferencesWorld world;
-        auto& row = named<QWidget>(world.view, u"Recovery retention"_s);
-        const int fromLeft = row.mapTo(&world.view, QPoint()).x();
-
-        world.view.setLayoutDirection(Qt::RightToLeft);
-        world.settle();
-
-        QCOMPARE(row.mapTo(&world.view, QPoint(row.width(), 0)).x(), 620 - fromLeft);
-    }
 };
 
 } // namespace lapsa::test
 
-QTEST_MAIN(lapsa::test::PreferencesViewGeneralTest)
-#include "PreferencesView_general_test.moc"
+QTEST_MAIN(lapsa::test::GeneralTabTest)
+#include "GeneralTab_test.moc"

@@ -47,7 +47,7 @@ void click(PreferencesWorld& world, QWidget& widget)
 
 } // namespace
 
-class PreferencesViewRulesTest final : public QObject
+class RulesTabTest final : public QObject
 {
     Q_OBJECT
 
@@ -267,5 +267,5 @@ private slots:
 
 } // namespace lapsa::test
 
-QTEST_MAIN(lapsa::test::PreferencesViewRulesTest)
-#include "PreferencesView_rules_test.moc"
+QTEST_MAIN(lapsa::test::RulesTabTest)
+#include "RulesTab_test.moc"
