@@ -17,6 +17,12 @@
 
 class QLineEdit;
 
+namespace lapsa {
+
+class LapsaPanelView;
+
+} // namespace lapsa
+
 namespace lapsa::test {
 
 /// The installed icon theme's icons, by file type.
@@ -49,6 +55,11 @@ public:
 
 private:
     void paintPanel();
+    /// A panel with several items: added to, hovered, focused, dragged over.
+    void paintPanelStates(Scene& scene, LapsaPanelView& panel);
+    void paintPanelMessage(Scene& scene, LapsaPanelView& panel);
+    /// Names that no row can show as they are, at the usual text size and at twice of it.
+    void paintPanelNames();
     void paintInUse();
     void paintSheet();
     void paintPreferences();

@@ -71,44 +71,65 @@ void Gallery::paintPanel()
         Scene scene;
         fill(scene);
         const auto panel = shownPanel(scene);
-        save(*panel, u"panel-many"_s);
-        panel->reveal({scene.world.store().items().at(2).id});
-        save(*panel, u"panel-added"_s);
-        std::ignore = QTest::qWaitFor([&] { return row(*panel, 2)->light() == 0; });
-
-        QTest::mouseMove(row(*panel, 1)->findChildren<RowIconButton*>().at(0), {15, 15});
-        QEnterEvent enter({15, 15}, {15, 15}, {15, 15});
-        QApplication::sendEvent(row(*panel, 1)->findChildren<RowIconButton*>().at(0), &enter);
-        save(*panel, u"panel-hover"_s);
-        QEvent leave(QEvent::Leave);
-        QApplication::sendEvent(row(*panel, 1)->findChildren<RowIconButton*>().at(0), &leave);
-
-        panel->activateWindow();
-        row(*panel, 2)->setFocus(Qt::TabFocusReason);
-        save(*panel, u"panel-focus"_s);
-        row(*panel, 2)->clearFocus();
-
-        auto* const zone = panel->findChild<DropZone*>();
-        QMimeData files;
-        files.setUrls({QUrl::fromLocalFile(scene.world.home.path(u"notes.txt"_s))});
-        QDragEnterEvent drag({20, 20}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(zone, &drag);
-        save(*panel, u"panel-drag-over"_s);
-        QDragLeaveEvent dragLeave;
-        QApplication::sendEvent(zone, &dragLeave);
-
-        scene.world.store().toggleLock(scene.world.store().items()[0]);
-        scene.world.store().toggleLock(scene.world.store().items()[2]);
-        for (int number = 1; number <= 11; ++number) {
-            scene.world.home.makeFile(u"Holiday pictures/%1.jpg"_s.arg(number));
-        }
-        showAddMessage(scene.world.store(),
-                       {.ids = {},
-                        .newFolders = {scene.world.home.path(u"Holiday pictures"_s)},
-                        .refused = {{.path = u"/home/ada"_s, .reason = fileSystem::Refusal::Home}}});
-        QApplication::processEvents();
-        save(*panel, u"panel-locked-message"_s);
+        paintPanelStates(scene, *panel);
+        paintPanelMessage(scene, *panel);
     }
+    paintPanelNames();
+    Scene mirrored;
+    fill(mirrored);
+    mirrored.world.time.setClock(mirrored.world.time.now() + std::chrono::minutes(60)); // two are overdue
+    const auto panel = shownPanel(mirrored);
+    panel->setLayoutDirection(Qt::RightToLeft);
+    save(*panel, u"panel-overdue-right-to-left"_s);
+}
+
+void Gallery::paintPanelStates(Scene& scene, LapsaPanelView& panel)
+{
+    save(panel, u"panel-many"_s);
+    panel.reveal({scene.world.store().items().at(2).id});
+    save(panel, u"panel-added"_s);
+    std::ignore = QTest::qWaitFor([&] { return row(panel, 2)->light() == 0; });
+
+    auto* const timer = row(panel, 1)->findChildren<RowIconButton*>().at(0);
+    QTest::mouseMove(timer, {15, 15});
+    QEnterEvent enter({15, 15}, {15, 15}, {15, 15});
+    QApplication::sendEvent(timer, &enter);
+    save(panel, u"panel-hover"_s);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(timer, &leave);
+
+    panel.activateWindow();
+    row(panel, 2)->setFocus(Qt::TabFocusReason);
+    save(panel, u"panel-focus"_s);
+    row(panel, 2)->clearFocus();
+
+    auto* const zone = panel.findChild<DropZone*>();
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(scene.world.home.path(u"notes.txt"_s))});
+    QDragEnterEvent drag({20, 20}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(zone, &drag);
+    save(panel, u"panel-drag-over"_s);
+    QDragLeaveEvent dragLeave;
+    QApplication::sendEvent(zone, &dragLeave);
+}
+
+void Gallery::paintPanelMessage(Scene& scene, LapsaPanelView& panel)
+{
+    LapsaStore& store = scene.world.store();
+    store.toggleLock(store.items()[0]);
+    store.toggleLock(store.items()[2]);
+    for (int number = 1; number <= 11; ++number) {
+        scene.world.home.makeFile(u"Holiday pictures/%1.jpg"_s.arg(number));
+    }
+    showAddMessage(store, {.ids = {},
+                           .newFolders = {scene.world.home.path(u"Holiday pictures"_s)},
+                           .refused = {{.path = u"/home/ada"_s, .reason = fileSystem::Refusal::Home}}});
+    QApplication::processEvents();
+    save(panel, u"panel-locked-message"_s);
+}
+
+void Gallery::paintPanelNames()
+{
     Scene scene;
     scene.add(u"A name that goes on for much longer than any row could ever show on its one line.docx"_s,
               365 * day - 1);
@@ -116,14 +137,6 @@ void Gallery::paintPanel()
     scene.add(u"تقرير الربع الأول.pdf"_s, 61);
     save(*shownPanel(scene), u"panel-long-names"_s);
 
-    {
-        Scene mirrored;
-        fill(mirrored);
-        mirrored.world.time.setClock(mirrored.world.time.now() + std::chrono::minutes(60)); // two are overdue
-        const auto panel = shownPanel(mirrored);
-        panel->setLayoutDirection(Qt::RightToLeft);
-        save(*panel, u"panel-overdue-right-to-left"_s);
-    }
     const QFont usual = QApplication::font();
     QFont large = usual;
     large.setPointSizeF(20);
