@@ -1,32 +1,22 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "DesktopFacilities.h"
-#include "FileIconProvider.h"
 #include "FileListView.h"
 #include "FileRowView.h"
-#include "JSONEncoder.h"
 #include "LapsaStyle.h"
 #include "Measured.h"
-#include "PanelController.h"
-#include "PointerMonitor.h"
-#include "RecordingDesktop.h"
-#include "StoreWorld.h"
+#include "PaintedFrames.h"
+#include "ShownPanel.h"
 #include "ThemePalette.h"
-#include "WindowSystem.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QListWidget>
 #include <QScrollBar>
-#include <QSet>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
-#include <functional>
 #include <optional>
 
 namespace lapsa::bench {
@@ -36,161 +26,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Only a limit for a machine under load; reached when something is broken.
-constexpr auto patience = 30s;
 constexpr QSize panelSize(430, 560);
 constexpr int peerLabels = 30;
-
-/// Notes which widgets were painted.
-class PaintNotes final : public QObject
-{
-public:
-    void watch(QWidget& widget) { widget.installEventFilter(this); }
-
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint) {
-            painted.insert(watched);
-        }
-        return false;
-    }
-
-    QSet<QObject*> painted;
-};
-
-/// Handles events, asleep in between, until something holds.
-void waitUntil(const std::function<bool()>& condition)
-{
-    QTimer limit;
-    QObject::connect(&limit, &QTimer::timeout, [] { qFatal("The benchmark waits for something that does not come."); });
-    limit.start(patience);
-    while (!condition()) {
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-    }
-}
-
-/// Until something of the noted was painted and the X server has drawn it.
-void waitForFrame(const PaintNotes& notes)
-{
-    waitUntil([&] { return !notes.painted.isEmpty(); });
-    QGuiApplication::sync();
-}
-
-void waitUntilActive(const QWidget& window)
-{
-    waitUntil([&] { return window.isActiveWindow(); });
-    QGuiApplication::sync();
-}
-
-/// What the user works in before and after. Once it has the focus, the window manager is done with what was closed.
-class OtherWindow final : public QWidget
-{
-public:
-    OtherWindow()
-    {
-        show();
-        takeFocus();
-    }
-
-    void takeFocus()
-    {
-        activateWindow();
-        waitUntilActive(*this);
-    }
-};
-
-QString nameOf(std::int64_t index)
-{
-    const std::array endings = {u".pdf"_s, u".zip"_s, u".txt"_s, u".png"_s, u""_s};
-    return u"report %1"_s.arg(index) + endings[static_cast<std::size_t>(index) % endings.size()];
-}
-
-/// The real panel over a store with that many items. Their files need not exist: the panel never looks at them.
-class Panel final
-{
-public:
-    explicit Panel(std::int64_t count)
-    {
-        QList<LapsaItem> items;
-        for (std::int64_t index = 0; index < count; ++index) {
-            items.push_back({.id = u"item-%1"_s.arg(index),
-                             .path = u"/nowhere/"_s + nameOf(index),
-                             .displayName = nameOf(index),
-                             .addedAt = m_world.time.now(),
-                             .expiresAt = m_world.time.now() + 240h + 30s});
-        }
-        m_world.home.writeDataFile(u"state.json"_s, JSONEncoder::lapsa().encode(items));
-        m_world.start();
-        m_world.changeSettings([](LapsaSettings& settings) { settings.keepPanelOpen = true; });
-        makeAnew();
-    }
-
-    /// As after a start of the program.
-    void makeAnew()
-    {
-        controller.emplace(
-            PanelController::Environment{{m_world.store(), m_world.time, m_world.time, FileIconProvider::shared()},
-                                         m_folderPicker,
-                                         *m_windowSystem,
-                                         *m_pointer});
-    }
-
-    void open()
-    {
-        PaintNotes notes;
-        controller->show(&m_button);
-        notes.watch(controller->popover()->content());
-        waitForFrame(notes);
-    }
-
-    /// Open and left alone by the window manager.
-    void settle()
-    {
-        waitUntilActive(*controller->popover());
-        QApplication::processEvents();
-    }
-
-    void close() { controller->close(); }
-
-    [[nodiscard]] FileListView& list() const { return *controller->popover()->findChild<FileListView*>(); }
-
-    [[nodiscard]] test::ManualTime& time() { return m_world.time; }
-
-    std::optional<PanelController> controller;
-
-private:
-    test::StoreWorld m_world{false};
-    test::RecordingStatusButton m_button;
-    test::RecordingFolderPicker m_folderPicker;
-    std::unique_ptr<WindowSystem> m_windowSystem = makeWindowSystem();
-    std::unique_ptr<PointerMonitor> m_pointer = makePointerMonitor();
-};
-
-/// Counts the rows of a list that are painted.
-class RowNotes final
-{
-public:
-    explicit RowNotes(const FileListView& list)
-    {
-        for (FileRowView* const row : list.findChildren<FileRowView*>()) {
-            notes.watch(*row);
-            for (QWidget* const child : row->findChildren<QWidget*>()) {
-                notes.watch(*child);
-            }
-        }
-    }
-
-    [[nodiscard]] qsizetype rows() const
-    {
-        QSet<QObject*> rows;
-        for (QObject* const painted : notes.painted) {
-            rows.insert(qobject_cast<FileRowView*>(painted) != nullptr ? painted : painted->parent());
-        }
-        return rows.size();
-    }
-
-    PaintNotes notes;
-};
 
 void noteRows(benchmark::State& state, const RowNotes& repainted, const FileListView& list)
 {
@@ -229,7 +66,7 @@ public:
 
 void openPanelFirst(benchmark::State& state)
 {
-    Panel panel(state.range(0));
+    ShownPanel panel(state.range(0));
     OtherWindow other;
     for ([[maybe_unused]] auto iteration : state) {
         panel.makeAnew();
@@ -257,7 +94,7 @@ void openPeerFirst(benchmark::State& state)
 
 void openPanelAgain(benchmark::State& state)
 {
-    Panel panel(state.range(0));
+    ShownPanel panel(state.range(0));
     OtherWindow other;
     panel.open();
     for ([[maybe_unused]] auto iteration : state) {
@@ -284,7 +121,7 @@ void openPeerAgain(benchmark::State& state)
 /// One second that takes a minute from every item.
 void tickWithAllChanging(benchmark::State& state)
 {
-    Panel panel(state.range(0));
+    ShownPanel panel(state.range(0));
     panel.open();
     panel.settle();
     for ([[maybe_unused]] auto iteration : state) {
@@ -301,7 +138,7 @@ void tickWithAllChanging(benchmark::State& state)
 /// One second in which every item keeps its minute.
 void tickWithNoneChanging(benchmark::State& state)
 {
-    Panel panel(state.range(0));
+    ShownPanel panel(state.range(0));
     panel.open();
     panel.settle();
     const TimePoint start = panel.time().now();
@@ -323,7 +160,7 @@ class PeerLabels final : public QWidget
 public:
     PeerLabels()
     {
-        Panel panel(10);
+        ShownPanel panel(10);
         panel.open();
         auto* const column = new QVBoxLayout(this);
         for (qsizetype row = 0; row < panel.list().visibleRows().size(); ++row) {
@@ -377,7 +214,7 @@ void updateEqualLabels(benchmark::State& state)
 
 void scrollPanel(benchmark::State& state)
 {
-    Panel panel(state.range(0));
+    ShownPanel panel(state.range(0));
     panel.open();
     panel.settle();
     QScrollBar& bar = panel.list().scrollBar();
@@ -398,7 +235,7 @@ void scrollPeer(benchmark::State& state)
 {
     QSize size;
     {
-        Panel panel(10);
+        ShownPanel panel(10);
         panel.open();
         size = panel.list().size();
     }
