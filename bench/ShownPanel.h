@@ -6,6 +6,7 @@
 #include "PaintedFrames.h"
 #include "PanelController.h"
 #include "RecordingDesktop.h"
+#include "RecordingStatusBar.h"
 #include "StoreWorld.h"
 
 #include <memory>
