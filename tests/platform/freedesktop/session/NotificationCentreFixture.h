@@ -63,9 +63,11 @@ public:
     uint nextId = 1;
 
 public slots:
+    // NOLINTBEGIN(readability-identifier-naming): their names are given by the interface
     Q_SCRIPTABLE QStringList GetCapabilities();
     Q_SCRIPTABLE uint Notify(const QString& application, uint replaces, const QString& icon, const QString& summary,
                              const QString& body, const QStringList& actions, const QVariantMap& hints, int timeout);
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     QDBusConnection m_connection;
