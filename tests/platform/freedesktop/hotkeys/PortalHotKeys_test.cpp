@@ -1,22 +1,15 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "PlayedService.h"
+#include "PlayedPortal.h"
 #include "PortalHotKeys.h"
 #include "RecordingDesktop.h"
 #include "SessionBus.h"
 
-#include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QDBusVirtualObject>
 #include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QTest>
-#include <QTimer>
 
-#include <chrono>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -28,161 +21,11 @@ namespace lapsa::test {
 namespace {
 
 constexpr int patience = 20'000;
-const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
-const QString portalInterface = u"org.freedesktop.portal.GlobalShortcuts"_s;
-const QString requestInterface = u"org.freedesktop.portal.Request"_s;
-const QString sessionInterface = u"org.freedesktop.portal.Session"_s;
 
 HotKey superShiftY()
 {
     return {.identifier = u"add"_s, .description = u"Add the selection"_s, .letter = 'y', .super = true, .shift = true};
 }
-
-/// How the played portal answers a method.
-enum class Manner
-{
-    Grants,
-    /// Answers before the reply that says where to listen.
-    GrantsAtOnce,
-    /// Puts the request somewhere else than it has to.
-    GrantsElsewhere,
-    Refuses,
-    Fails,
-    NeverResponds,
-};
-
-/// What was asked to be bound.
-struct Bound
-{
-    QString session;
-    QString identifier;
-    QVariantMap properties;
-};
-
-} // namespace
-
-/// A portal that is played, on a bus connection of its own, with all the objects that it makes.
-class PlayedPortal final : public QDBusVirtualObject
-{
-    Q_OBJECT
-
-public:
-    explicit PlayedPortal(const QString& address, Manner create = Manner::Grants, Manner bind = Manner::Grants)
-        : m_connection(QDBusConnection::connectToBus(address, u"portal-%1"_s.arg(++s_count)))
-        , m_create(create)
-        , m_bind(bind)
-    {
-        m_connection.registerVirtualObject(portalPath, this, QDBusConnection::SubPath);
-        if (!m_connection.registerService(u"org.freedesktop.portal.Desktop"_s)) {
-            qFatal("the name is taken");
-        }
-    }
-
-    ~PlayedPortal() override { leaveBus(this, portalPath, m_connection); }
-
-    [[nodiscard]] QString introspect(const QString&) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override
-    {
-        if (message.interface() == portalInterface && message.member() == u"CreateSession"_s) {
-            createSession(message);
-        } else if (message.interface() == portalInterface && message.member() == u"BindShortcuts"_s) {
-            bindShortcuts(message);
-        } else if (message.member() == u"Close"_s) {
-            closed.push_back({message.path(), message.interface()});
-        } else {
-            return false;
-        }
-        return true;
-    }
-
-    void activate(const QString& session, const QString& identifier)
-    {
-        auto signal = QDBusMessage::createSignal(portalPath, portalInterface, u"Activated"_s);
-        signal << QVariant::fromValue(QDBusObjectPath(session)) << identifier << qulonglong(1) << QVariantMap();
-        m_connection.send(signal);
-    }
-
-    void closeSession(const QString& session)
-    {
-        auto signal = QDBusMessage::createSignal(session, sessionInterface, u"Closed"_s);
-        signal << QVariantMap();
-        m_connection.send(signal);
-    }
-
-    int sessionsAskedFor = 0;
-    QList<Bound> bound;
-    /// Paths and interfaces.
-    QList<std::pair<QString, QString>> closed;
-
-private:
-    static QString placeOf(const QString& kind, const QDBusMessage& message, const QString& token)
-    {
-        return u"%1/%2/%3/%4"_s.arg(portalPath, kind, message.service().remove(u':').replace(u'.', u'_'), token);
-    }
-
-    void createSession(const QDBusMessage& message)
-    {
-        ++sessionsAskedFor;
-        const auto options = qdbus_cast<QVariantMap>(message.arguments().value(0));
-        const QString session = placeOf(u"session"_s, message, options[u"session_handle_token"_s].toString());
-        respond(message, m_create, options, {{u"session_handle"_s, session}});
-    }
-
-    void bindShortcuts(const QDBusMessage& message)
-    {
-        const auto session = message.arguments().value(0).value<QDBusObjectPath>().path();
-        const auto shortcuts = message.arguments().value(1).value<QDBusArgument>();
-        shortcuts.beginArray();
-        while (!shortcuts.atEnd()) {
-            Bound shortcut{.session = session, .identifier = {}, .properties = {}};
-            shortcuts.beginStructure();
-            shortcuts >> shortcut.identifier >> shortcut.properties;
-            shortcuts.endStructure();
-            bound.push_back(shortcut);
-        }
-        shortcuts.endArray();
-        respond(message, m_bind, qdbus_cast<QVariantMap>(message.arguments().value(3)), {});
-    }
-
-    void respond(const QDBusMessage& message, Manner manner, const QVariantMap& options, const QVariantMap& results)
-    {
-        if (manner == Manner::Fails) {
-            m_connection.send(message.createErrorReply(QDBusError::UnknownMethod, u"No such method"_s));
-            return;
-        }
-        const QString token = options[u"handle_token"_s].toString();
-        const QString path =
-            placeOf(u"request"_s, message, manner == Manner::GrantsElsewhere ? u"elsewhere"_s + token : token);
-        const QDBusMessage reply = message.createReply(QVariant::fromValue(QDBusObjectPath(path)));
-        auto response = QDBusMessage::createSignal(path, requestInterface, u"Response"_s);
-        response << uint(manner == Manner::Refuses ? 1 : 0) << results;
-        if (manner == Manner::GrantsAtOnce) {
-            m_connection.send(response);
-        }
-        m_connection.send(reply);
-        if (manner == Manner::GrantsElsewhere) {
-            // Nobody can listen there before the reply has come, and nobody says when it has.
-            repeat(response);
-        } else if (manner == Manner::Grants || manner == Manner::Refuses) {
-            m_connection.send(response);
-        }
-    }
-
-    void repeat(const QDBusMessage& signal)
-    {
-        auto* timer = new QTimer(this);
-        connect(timer, &QTimer::timeout, this, [this, signal] { m_connection.send(signal); });
-        timer->start(std::chrono::milliseconds(20));
-    }
-
-    static inline int s_count = 0;
-    QDBusConnection m_connection;
-    Manner m_create;
-    Manner m_bind;
-};
-
-namespace {
 
 /// A key of the portal, with a fallback that is only noted down.
 class CountedKey final
@@ -371,7 +214,7 @@ private slots:
         portal.activate(u"/"_s, u"add"_s);
         key.unregister();
         QTRY_COMPARE_WITH_TIMEOUT(portal.closed.size(), 1, patience);
-        QCOMPARE(portal.closed[0].second, requestInterface);
+        QCOMPARE(portal.closed[0].second, PlayedPortal::requestInterface);
         QCOMPARE(key.presses, 0);
     }
 
@@ -387,7 +230,7 @@ private slots:
         key.unregister();
 
         QTRY_COMPARE_WITH_TIMEOUT(portal.closed.size(), 1, patience);
-        QCOMPARE(portal.closed[0], std::pair(portal.bound[0].session, sessionInterface));
+        QCOMPARE(portal.closed[0], std::pair(portal.bound[0].session, PlayedPortal::sessionInterface));
         portal.activate(portal.bound[0].session, u"add"_s);
         QTRY_VERIFY_WITH_TIMEOUT(heard(portal, other), patience);
         QCOMPARE(key.presses, before);
