@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "ExampleProgram.h"
-#include "PlayedService.h"
+#include "PlayedWatcher.h"
 #include "ProcessFigures.h"
 #include "SessionBus.h"
 #include "StatusNotifierItem.h"
@@ -10,7 +10,6 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QDBusVirtualObject>
 #include <QGuiApplication>
 #include <QImage>
 #include <QTest>
@@ -27,102 +26,8 @@ namespace lapsa::test {
 namespace {
 
 constexpr int patience = 20'000;
-const QString watcherName = u"org.kde.StatusNotifierWatcher"_s;
-const QString busOfTheTrayHost = u"tray host"_s;
 
 } // namespace
-
-/// A watcher as a tray host has it, over a connection of its own.
-class PlayedWatcher final : public QObject
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
-    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost SCRIPTABLE true)
-
-public:
-    explicit PlayedWatcher(const SessionBus& bus, bool host = true, const QString& connection = busOfTheTrayHost)
-        : m_hasHost(host)
-        , m_bus(QDBusConnection::connectToBus(bus.address(), connection))
-    {
-        m_bus.registerObject(u"/StatusNotifierWatcher"_s, this,
-                             QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportScriptableSignals |
-                                 QDBusConnection::ExportScriptableProperties);
-        // Where another one has it, this is the next.
-        m_bus.interface()->registerService(watcherName, QDBusConnectionInterface::QueueService);
-    }
-
-    PlayedWatcher(const PlayedWatcher&) = delete;
-    PlayedWatcher& operator=(const PlayedWatcher&) = delete;
-
-    ~PlayedWatcher() override
-    {
-        // Calls that are still on their way to it need the connection.
-        QCoreApplication::removePostedEvents(this);
-        m_bus.unregisterService(watcherName);
-        m_bus.unregisterObject(u"/StatusNotifierWatcher"_s);
-        QDBusConnection::disconnectFromBus(m_bus.name());
-    }
-
-    [[nodiscard]] bool hasHost() const { return m_hasHost; }
-
-    void bringHost()
-    {
-        m_hasHost = true;
-        emit StatusNotifierHostRegistered();
-    }
-
-    [[nodiscard]] QDBusMessage ask(const QString& path, const QString& interface, const QString& method,
-                                   const QVariantList& arguments) const
-    {
-        auto call = QDBusMessage::createMethodCall(items.constFirst(), path, interface, method);
-        call.setArguments(arguments);
-        return m_bus.call(call, QDBus::BlockWithGui, patience);
-    }
-
-    QStringList items;
-
-public slots: // NOLINT(readability-redundant-access-specifiers): these are the methods on the bus
-
-    Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString& item) { items.push_back(item); } // NOLINT
-
-signals:
-    Q_SCRIPTABLE void StatusNotifierHostRegistered(); // NOLINT
-
-private:
-    bool m_hasHost;
-    QDBusConnection m_bus;
-};
-
-/// A watcher that never tells whether it has a tray host.
-class SilentWatcher final : public QDBusVirtualObject
-{
-public:
-    explicit SilentWatcher(const SessionBus& bus)
-        : m_bus(QDBusConnection::connectToBus(bus.address(), u"silent tray host"_s))
-    {
-        m_bus.registerVirtualObject(u"/StatusNotifierWatcher"_s, this);
-        m_bus.registerService(watcherName);
-    }
-
-    SilentWatcher(const SilentWatcher&) = delete;
-    SilentWatcher& operator=(const SilentWatcher&) = delete;
-
-    ~SilentWatcher() override { leaveBus(this, u"/StatusNotifierWatcher"_s, m_bus); }
-
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) override
-    {
-        message.setDelayedReply(true);
-        wasAsked = wasAsked || message.member() == u"Get"_s;
-        return true;
-    }
-
-    bool wasAsked = false;
-
-private:
-    QDBusConnection m_bus;
-};
 
 /// The item towards a tray host, at the protocol. One process has one session bus, so that every test shares it.
 class StatusNotifierItemTest final : public QObject
