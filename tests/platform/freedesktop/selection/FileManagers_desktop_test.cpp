@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "FileUri.h"
+#include "FileManagerWindow.h"
 #include "HelperProcess.h"
 #include "SessionBus.h"
 #include "TemporaryHome.h"
@@ -9,7 +9,6 @@
 #include "WindowManager.h"
 #include "X11FileManagerSelection.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
@@ -38,35 +37,6 @@ constexpr int patience = 60'000;
 constexpr int handTime = 250;
 const QByteArray theirText = "their text";
 
-/// A file manager of the desktop.
-struct Program
-{
-    QString command;
-    QStringList options;
-    /// Of its windows.
-    QString windowClass;
-    /// Whether it keeps the bytes of a name that is not UTF-8, which then has no path.
-    bool keepsBytes = true;
-    /// Small enough to be installed, and tried, with every run of the tests.
-    bool inEveryRun = false;
-};
-
-const QList<Program> programs{
-    {u"thunar"_s, {}, u"Thunar"_s, true, true},
-    {u"pcmanfm"_s, {u"--new-win"_s}, u"Pcmanfm"_s, true, true},
-    {u"pcmanfm-qt"_s, {u"--new-window"_s}, u"pcmanfm-qt"_s, true, true},
-    {u"nautilus"_s, {u"--new-window"_s}, u"org.gnome.Nautilus"_s},
-    {u"dolphin"_s, {u"--new-window"_s}, u"dolphin"_s, false},
-    {u"nemo"_s, {u"--no-desktop"_s}, u"Nemo"_s},
-    {u"caja"_s, {u"--no-desktop"_s, u"--browser"_s}, u"Caja"_s},
-};
-
-void xdotool(const QStringList& arguments)
-{
-    // It writes nothing.
-    std::ignore = outputOf(u"xdotool"_s, arguments);
-}
-
 /// What another program gets when it asks for the clipboard. Asked without waiting: we may be the ones who answer.
 QByteArray clipboardText()
 {
@@ -74,34 +44,6 @@ QByteArray clipboardText()
     reader.start(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-o"_s});
     const bool ended = QTest::qWaitFor([&reader] { return reader.state() == QProcess::NotRunning; }, patience);
     return ended ? reader.readAllStandardOutput() : QByteArray("no answer");
-}
-
-/// An answer in words.
-QByteArray told(const Answer& answer)
-{
-    if (const auto* const failure = std::get_if<FileManagerSelection::Failure>(&answer)) {
-        return failure->description.toUtf8();
-    }
-    QByteArray text = std::holds_alternative<Nothing>(answer) ? "nothing" : "";
-    if (const auto* const paths = std::get_if<Paths>(&answer)) {
-        for (const std::optional<QString>& path : *paths) {
-            text += path.value_or(u"(no path)"_s).toUtf8() + '|';
-        }
-    }
-    return text;
-}
-
-/// The paths in an order of their own; the entries without one first.
-QStringList sortedPaths(const Answer& answer)
-{
-    QStringList found;
-    if (const auto* const paths = std::get_if<Paths>(&answer)) {
-        for (const std::optional<QString>& path : *paths) {
-            found.push_back(path.value_or(QString()));
-        }
-    }
-    found.sort();
-    return found;
 }
 
 } // namespace
@@ -124,7 +66,7 @@ private slots:
     void cleanup()
     {
         m_owner.reset();
-        m_program.reset();
+        m_window.reset();
         m_home.reset();
     }
 
@@ -218,7 +160,7 @@ private slots:
         qint64 longest = 0;
         bool failed = false;
         const auto isWhole = [&] {
-            selectAll();
+            m_window->selectAll();
             QTest::qWait(handTime);
             timer.start();
             const Answer answer = m_selection.ask();
@@ -253,10 +195,10 @@ private slots:
         QFETCH(QString, command);
         QFETCH(QStringList, options);
         const QString file = m_home->makeFile(u"Desktop/one.txt"_s);
-        m_program.emplace(command, options);
+        const HelperProcess program(command, options);
         const auto contains = [&] {
             xdotool({u"mousemove"_s, u"1200"_s, u"900"_s, u"click"_s, u"1"_s, u"key"_s, u"ctrl+a"_s});
-            return sortedPaths(ask()).contains(file);
+            return sortedPaths(m_selection.ask()).contains(file);
         };
 
         QVERIFY(QTest::qWaitFor(contains, patience));
@@ -267,6 +209,7 @@ private:
     {
         QTest::addColumn<int>("program");
         const bool all = qEnvironmentVariableIsSet("LAPSA_ALL_FILE_MANAGERS");
+        const QList<FileManagerProgram>& programs = fileManagerPrograms();
         for (int i = 0; i < programs.size(); ++i) {
             if (all || programs[i].inEveryRun) {
                 QTest::newRow(qPrintable(programs[i].command)) << i;
@@ -283,38 +226,18 @@ private:
         QTRY_COMPARE_WITH_TIMEOUT(clipboardText(), theirText, patience);
     }
 
-    [[nodiscard]] static const Program& chosen()
+    [[nodiscard]] static const FileManagerProgram& chosen()
     {
         QFETCH(int, program);
-        return programs[program];
+        return fileManagerPrograms()[program];
     }
 
     /// Opens the folder "shown" in the file manager of the row.
     [[nodiscard]] bool open()
     {
-        constexpr int leastWidth = 200; // there are small helper windows of the same class
-        m_class = chosen().windowClass;
-        m_program.emplace(chosen().command, chosen().options + QStringList{m_home->path(u"shown"_s)});
-        return QTest::qWaitFor(
-            [this] { return VirtualDisplay::windowOfClass(m_class).value_or(QRect()).width() > leastWidth; }, patience);
+        m_window.emplace(chosen(), m_home->path(u"shown"_s));
+        return m_window->appears(patience);
     }
-
-    void clickInTheView()
-    {
-        constexpr int aboveTheStatusBar = 100;
-        // Never twice at the same place, or it is a double click.
-        m_clickPlace = m_clickPlace == aboveTheStatusBar ? 2 * aboveTheStatusBar : aboveTheStatusBar;
-        const QRect window = VirtualDisplay::windowOfClass(m_class).value_or(QRect());
-        VirtualDisplay::click(window.bottomRight() - QPoint(m_clickPlace, aboveTheStatusBar));
-    }
-
-    void selectAll()
-    {
-        clickInTheView();
-        xdotool({u"key"_s, u"ctrl+a"_s});
-    }
-
-    [[nodiscard]] Answer ask() { return m_selection.ask(); }
 
     enum What
     {
@@ -331,13 +254,13 @@ private:
         std::ignore = QTest::qWaitFor(
             [&] {
                 if (what == All) {
-                    selectAll();
+                    m_window->selectAll();
                 } else if (what == None) {
-                    clickInTheView();
+                    m_window->clickInTheView();
                 }
                 // Some look at the clipboard when the selection changes: it is ours, and we do not answer while asking.
                 QTest::qWait(handTime);
-                last = formOf(ask(), last);
+                last = formOf(m_selection.ask(), last);
                 return last == expected;
             },
             patience);
@@ -349,10 +272,8 @@ private:
     [[nodiscard]] static QStringList formOf(const Answer& answer, const QStringList&) { return sortedPaths(answer); }
 
     std::optional<TemporaryHome> m_home;
-    std::optional<HelperProcess> m_program;
+    std::optional<FileManagerWindow> m_window;
     std::optional<HelperProcess> m_owner;
-    QString m_class;
-    int m_clickPlace = 0;
     X11FileManagerSelection m_selection;
 };
 
