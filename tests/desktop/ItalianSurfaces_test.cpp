@@ -12,13 +12,13 @@
 #include "PushButton.h"
 #include "RowIconButton.h"
 #include "SplashView.h"
+#include "SurfaceTexts.h"
 #include "ToolkitTexts.h"
 
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
 #include <QRegularExpression>
@@ -39,8 +39,6 @@ namespace {
 /// Names and paths of the files here have it in them: what the user wrote is in no language.
 const QString mark = u"xyzzy"_s;
 
-using Texts = QSet<QString>;
-
 /// Words that are the same in both languages, and what is in English on purpose: the names of the two themes, the
 /// quick choices of the sheet, and the alert.
 bool isSameInBoth(const QString& text)
@@ -54,71 +52,6 @@ bool isSameInBoth(const QString& text)
     static const QRegularExpression keys(u"^(Ctrl|Alt)\\+\\w$"_s);
     return words.contains(text) || text.contains(mark) || figures.match(text).hasMatch() ||
            extensions.match(text).hasMatch() || keys.match(text).hasMatch();
-}
-
-void note(Texts& texts, const QString& text)
-{
-    // The name of an entry and its key are two texts.
-    for (const QString& part : text.split(u'\t')) {
-        if (!part.trimmed().isEmpty()) {
-            texts.insert(QString(part).remove(u'&'));
-        }
-    }
-}
-
-void noteActions(Texts& texts, const QList<QAction*>& actions)
-{
-    for (const QAction* const action : actions) {
-        note(texts, action->text());
-        note(texts, action->shortcut().toString(QKeySequence::NativeText));
-    }
-}
-
-/// What a screen reader is told.
-void noteAccessible(Texts& texts, QAccessibleInterface* interface)
-{
-    if (interface == nullptr || interface->state().invisible) {
-        return;
-    }
-    for (const QAccessible::Text kind : {QAccessible::Name, QAccessible::Description, QAccessible::Value}) {
-        note(texts, interface->text(kind));
-    }
-    if (auto* const actions = interface->actionInterface()) {
-        for (const QString& action : actions->actionNames()) {
-            note(texts, actions->localizedActionName(action));
-            note(texts, actions->localizedActionDescription(action));
-        }
-    }
-    for (int child = 0; child < interface->childCount(); ++child) {
-        noteAccessible(texts, interface->child(child));
-    }
-}
-
-/// What is seen of a window, with the menus of its text fields.
-void noteSurface(Texts& texts, QWidget& surface)
-{
-    QList<QWidget*> widgets = surface.findChildren<QWidget*>();
-    widgets.push_back(&surface);
-    for (QWidget* const widget : widgets) {
-        if (widget->isHidden()) {
-            continue;
-        }
-        for (const char* const property : {"text", "title", "toolTip", "placeholderText", "windowTitle",
-                                           "accessibleName", "accessibleDescription", "statusTip", "whatsThis"}) {
-            note(texts, widget->property(property).toString());
-        }
-        if (auto* const field = qobject_cast<QLineEdit*>(widget)) {
-            const std::unique_ptr<QMenu> menu(field->createStandardContextMenu());
-            noteActions(texts, menu->actions());
-        }
-        if (const auto* const header = qobject_cast<QHeaderView*>(widget)) {
-            for (int section = 0; section < header->count(); ++section) {
-                note(texts, header->model()->headerData(section, Qt::Horizontal).toString());
-            }
-        }
-        noteActions(texts, widget->actions());
-    }
-    noteAccessible(texts, QAccessible::queryAccessibleInterface(&surface));
 }
 
 /// The rows, locked and not, files and folders, with what their menus and sheet say.

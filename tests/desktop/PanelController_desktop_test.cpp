@@ -1,42 +1,31 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "BesideOtherProgram.h"
 #include "DesktopFacilities.h"
 #include "FileChooser.h"
-#include "HelperProcess.h"
 #include "LapsaPanelView.h"
-#include "Motion.h"
 #include "PanelController.h"
 #include "PanelWorld.h"
 #include "PointerMonitor.h"
 #include "PreferencesView.h"
 #include "RecordingDesktop.h"
-#include "SessionBus.h"
-#include "SplashView.h"
-#include "SplashWindowController.h"
 #include "StoreWorld.h"
-#include "TemporaryHome.h"
 #include "VirtualDisplay.h"
-#include "WindowManager.h"
 #include "WindowSystem.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QMenu>
 #include <QTest>
 
-#include <algorithm>
+#include <memory>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace lapsa::test {
 
 namespace {
 
-constexpr int patience = 30'000;
-const QString otherProgram = u"other-program"_s;
-constexpr QRect otherPlace(20, 700, 200, 200);
 constexpr QPoint bareDesktop(400, 300);
 
 /// The controller over the real store, its panel open and active.
@@ -67,24 +56,6 @@ public:
     PanelController controller{{{store(), time, time, icons}, folderPicker, *windowSystem, *pointer}};
 };
 
-/// Lets a while pass in which something that must not happen could happen.
-void letThingsSettle()
-{
-    QElapsedTimer elapsed;
-    elapsed.start();
-    QTRY_VERIFY(elapsed.elapsed() > 600);
-}
-
-SplashView* shownSplash()
-{
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
-        if (auto* const splash = qobject_cast<SplashView*>(window)) {
-            return splash;
-        }
-    }
-    return nullptr;
-}
-
 } // namespace
 
 /// On a real X server with a window manager, beside a window of another program.
@@ -97,10 +68,7 @@ private slots:
     void initTestCase()
     {
         PanelWorld::setUpApplication();
-        // Only a window manager tells which window is active.
-        QWidget probe;
-        probe.show();
-        QTRY_VERIFY_WITH_TIMEOUT(!outputOf(u"xdotool"_s, {u"getactivewindow"_s}).trimmed().isEmpty(), patience);
+        waitForWindowManager();
     }
 
     void thePanelBecomesActiveInItsCorner()
@@ -266,97 +234,13 @@ private slots:
         const QPoint off = window.frameGeometry().center() - QRect(0, 0, 1280, 1024).center();
         QVERIFY(qAbs(off.x()) <= 20 && qAbs(off.y()) <= 20);
     }
-
-    void theSplashFadesInStaysAndFadesOut()
-    {
-        motion::setAllowedByDesktop(true);
-        QElapsedTimer elapsed;
-        elapsed.start();
-        SplashWindowController::showSplash(700ms, *makeWindowSystem());
-        const QPointer<SplashView> splash = shownSplash();
-        QVERIFY(splash != nullptr);
-        QVERIFY(splash->windowOpacity() < 0.1);
-
-        QTRY_COMPARE(splash->windowOpacity(), 1.0);
-        QVERIFY(elapsed.elapsed() >= 200);
-        QTRY_VERIFY(splash->windowOpacity() < 1.0);
-        QVERIFY(elapsed.elapsed() >= 690);
-        QTRY_VERIFY(splash == nullptr);
-        QVERIFY(elapsed.elapsed() >= 970);
-    }
-
-    void aClickElsewhereDoesNotEndTheSplashEarly_data()
-    {
-        QTest::addColumn<QPoint>("place");
-        QTest::newRow("on another program") << otherPlace.center();
-        QTest::newRow("on the bare desktop") << QPoint(60, 60);
-    }
-
-    void aClickElsewhereDoesNotEndTheSplashEarly()
-    {
-        QFETCH(const QPoint, place);
-        constexpr auto longerThanTheTest = 600s;
-        SplashWindowController::showSplash(longerThanTheTest, *makeWindowSystem());
-        const QPointer<SplashView> splash = shownSplash();
-        QVERIFY(splash != nullptr);
-        QTRY_COMPARE_WITH_TIMEOUT(splash->windowOpacity(), 1.0, patience);
-
-        VirtualDisplay::click(place);
-        letThingsSettle();
-
-        QVERIFY(splash != nullptr && splash->isVisible());
-        QCOMPARE(splash->windowOpacity(), 1.0);
-        delete splash;
-    }
-
-    void aSplashShorterThanItsFadeInStillEnds()
-    {
-        motion::setAllowedByDesktop(true);
-        SplashWindowController::showSplash(60ms, *makeWindowSystem());
-
-        const auto splashes = [] {
-            return std::ranges::count_if(QApplication::topLevelWidgets(), [](const QWidget* window) {
-                return qobject_cast<const SplashView*>(window) != nullptr;
-            });
-        };
-        QCOMPARE(splashes(), 1);
-        QTRY_COMPARE(splashes(), 0);
-    }
 };
-
-namespace {
-
-/// A plain window, as another program would show it.
-int showOtherProgram(int argc, char** argv)
-{
-    const QApplication application(argc, argv);
-    QWidget window;
-    window.setGeometry(otherPlace);
-    window.show();
-    return QApplication::exec();
-}
-
-int run(int argc, char** argv)
-{
-    const TemporaryHome home;
-    const SessionBus bus;
-    const VirtualDisplay display;
-    const WindowManager windowManager;
-    const HelperProcess other(QString::fromLocal8Bit(argv[0]), {otherProgram});
-    const QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    PanelControllerDesktopTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
-} // namespace
 
 } // namespace lapsa::test
 
 int main(int argc, char** argv)
 {
-    const bool other = argc > 1 && QString::fromLocal8Bit(argv[1]) == lapsa::test::otherProgram;
-    return other ? lapsa::test::showOtherProgram(argc, argv) : lapsa::test::run(argc, argv);
+    return lapsa::test::runBesideOtherProgram<lapsa::test::PanelControllerDesktopTest>(argc, argv);
 }
 
 #include "PanelController_desktop_test.moc"
