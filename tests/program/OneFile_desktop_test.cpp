@@ -40,75 +40,98 @@ class OneFileDesktopTest final : public QObject
 
 private slots:
 
+    void init() { m_desktop.emplace(); }
+
+    void cleanup() { m_desktop.reset(); }
+
     void fromTheFileManagerToItsEnd()
     {
-        DesktopSession desktop;
-        desktop.startXfceTaskbar();
-        const HelperProcess daemon = notificationDaemon(desktop);
-        const QString file = desktop.home().makeFile(u"shown/report.zip"_s, "the report\n");
-        const QString parked = desktop.home().dataPath(u"Recovery/report.zip"_s);
+        desktop().startXfceTaskbar();
+        const HelperProcess daemon = notificationDaemon(desktop());
+        const QString file = desktop().home().makeFile(u"shown/report.zip"_s, "the report\n");
 
-        // Selected in the file manager, and put on countdown by the hot key.
-        {
-            LapsaProcess lapsa;
-            QVERIFY(comesTrue([&] { return desktop.trayIcon(); }));
-            const HelperProcess fileManager(u"thunar"_s, {desktop.home().path(u"shown"_s)});
-            QVERIFY(succeeds([&] { return addedFromFileManager(desktop, file); }));
-            QVERIFY(comesTrue(&DesktopSession::lapsaPanel));
-            QCOMPARE(lifespan(desktop), 7 * 24 * 3600);
-            QCOMPARE(lapsa.terminate(), 0);
-            QCOMPARE(lapsa.standardError(), QByteArray());
+        for (const auto step :
+             {&OneFileDesktopTest::selectedItIsAddedByTheHotKey, &OneFileDesktopTest::nearlyOverItIsLockedByItsWarning,
+              &OneFileDesktopTest::overButLockedItStaysUntilUnlocked, &OneFileDesktopTest::overItIsParked,
+              &OneFileDesktopTest::parkedItGoesAfterItsTime}) {
+            (this->*step)(file);
+            if (QTest::currentTestFailed()) {
+                return;
+            }
         }
+    }
 
-        // Nearly over: the warning comes, and a click on it keeps the file.
-        editItem(desktop, u"expiresAt"_s, inMinutes(3));
-        {
-            LapsaProcess lapsa;
-            QVERIFY(succeeds([&] { return lockedByTheWarning(desktop); }));
-            QVERIFY(comesTrue(&DesktopSession::lapsaPanel));
-            QCOMPARE(lapsa.terminate(), 0);
-        }
+private:
+    [[nodiscard]] DesktopSession& desktop() { return *m_desktop; }
 
-        // Over, but locked: it stays, until the row's button unlocks it.
-        editItem(desktop, u"expiresAt"_s, inMinutes(-1));
-        {
-            LapsaProcess lapsa;
-            QVERIFY(comesTrue([&] { return desktop.trayIcon(); }));
-            VirtualDisplay::click(desktop.trayIcon()->center());
-            QVERIFY(comesTrue(&DesktopSession::lapsaPanel));
-            QVERIFY(QFile::exists(file));
-            QVERIFY(succeeds([&] { return unlockedInThePanel(desktop); }));
-            QCOMPARE(lapsa.terminate(), 0);
-        }
+    [[nodiscard]] QString parked() { return desktop().home().dataPath(u"Recovery/report.zip"_s); }
 
-        // Over, and not locked any more: the next pass parks it.
-        editItem(desktop, u"expiresAt"_s, inMinutes(-1));
-        {
-            LapsaProcess lapsa;
-            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(parked), patience);
-            QVERIFY(!QFile::exists(file));
-            QTRY_COMPARE_WITH_TIMEOUT(storedPaths(desktop.home()), QStringList(), patience);
-            QCOMPARE(lapsa.terminate(), 0);
-        }
+    /// Selected in the file manager, and put on countdown by the hot key.
+    void selectedItIsAddedByTheHotKey(const QString& file)
+    {
+        LapsaProcess lapsa;
+        QVERIFY(comesTrue([&] { return desktop().trayIcon(); }));
+        const HelperProcess fileManager(u"thunar"_s, {desktop().home().path(u"shown"_s)});
+        QVERIFY(succeeds([&] { return addedFromFileManager(desktop(), file); }));
+        QVERIFY(comesTrue(&DesktopSession::lapsaPanel));
+        QCOMPARE(lifespan(desktop()), 7 * 24 * 3600);
+        QCOMPARE(lapsa.terminate(), 0);
+        QCOMPARE(lapsa.standardError(), QByteArray());
+    }
 
-        // Its time in Recovery is over.
-        QJsonArray records = storedList(desktop.home(), u"recovery.json"_s);
+    /// Nearly over: the warning comes, and a click on it keeps the file.
+    void nearlyOverItIsLockedByItsWarning(const QString& /*file*/)
+    {
+        editItem(desktop(), u"expiresAt"_s, inMinutes(3));
+        LapsaProcess lapsa;
+        QVERIFY(succeeds([&] { return lockedByTheWarning(desktop()); }));
+        QVERIFY(comesTrue(&DesktopSession::lapsaPanel));
+        QCOMPARE(lapsa.terminate(), 0);
+    }
+
+    /// Over, but locked: it stays, until the row's button unlocks it.
+    void overButLockedItStaysUntilUnlocked(const QString& file)
+    {
+        editItem(desktop(), u"expiresAt"_s, inMinutes(-1));
+        LapsaProcess lapsa;
+        QVERIFY(comesTrue([&] { return desktop().trayIcon(); }));
+        VirtualDisplay::click(desktop().trayIcon()->center());
+        QVERIFY(comesTrue(&DesktopSession::lapsaPanel));
+        QVERIFY(QFile::exists(file));
+        QVERIFY(succeeds([&] { return unlockedInThePanel(desktop()); }));
+        QCOMPARE(lapsa.terminate(), 0);
+    }
+
+    /// Over, and not locked any more: the next pass parks it.
+    void overItIsParked(const QString& file)
+    {
+        editItem(desktop(), u"expiresAt"_s, inMinutes(-1));
+        LapsaProcess lapsa;
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(parked()), patience);
+        QVERIFY(!QFile::exists(file));
+        QTRY_COMPARE_WITH_TIMEOUT(storedPaths(desktop().home()), QStringList(), patience);
+        QCOMPARE(lapsa.terminate(), 0);
+    }
+
+    /// Its time in Recovery is over.
+    void parkedItGoesAfterItsTime(const QString& file)
+    {
+        QJsonArray records = storedList(desktop().home(), u"recovery.json"_s);
         QCOMPARE(records.size(), 1);
         QCOMPARE(records[0][u"originalPath"_s].toString(), file);
         QJsonObject record = records[0].toObject();
         record[u"purgeAfter"_s] = inMinutes(-1);
         records[0] = record;
-        desktop.home().writeDataFile(u"recovery.json"_s, QJsonDocument(records).toJson());
+        desktop().home().writeDataFile(u"recovery.json"_s, QJsonDocument(records).toJson());
         {
             LapsaProcess lapsa;
-            QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(parked), patience);
+            QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(parked()), patience);
             QCOMPARE(lapsa.terminate(), 0);
             QCOMPARE(lapsa.standardError(), QByteArray());
         }
-        QCOMPARE(storedList(desktop.home(), u"recovery.json"_s).size(), 0);
+        QCOMPARE(storedList(desktop().home(), u"recovery.json"_s).size(), 0);
     }
 
-private:
     static HelperProcess notificationDaemon(const DesktopSession& desktop)
     {
         const QString settings = desktop.home().makeFile(
@@ -173,6 +196,8 @@ private:
         }
         return !item(desktop)[u"locked"_s].toBool();
     }
+
+    std::optional<DesktopSession> m_desktop;
 };
 
 } // namespace lapsa::test

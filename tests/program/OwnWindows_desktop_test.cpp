@@ -4,12 +4,11 @@
 #include "DesktopSession.h"
 #include "LapsaProcess.h"
 #include "Settling.h"
-#include "WindowManager.h"
+#include "StackedWindows.h"
 
 #include <QApplication>
 #include <QTest>
 
-#include <algorithm>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -27,13 +26,6 @@ constexpr QPoint gear(388, 42);
 constexpr QPoint dropZone(215, 150);
 constexpr QPoint countLine(215, 249);
 
-std::optional<ManagedWindow> windowTitled(const QString& title)
-{
-    const QList<ManagedWindow> windows = WindowManager::stacking();
-    const auto found = std::ranges::find(windows, title, &ManagedWindow::title);
-    return found != windows.end() ? std::optional(*found) : std::nullopt;
-}
-
 /// The splash has the same title.
 std::optional<ManagedWindow> panel()
 {
@@ -44,14 +36,6 @@ std::optional<ManagedWindow> panel()
 std::optional<ManagedWindow> preferences()
 {
     return windowTitled(u"Preferences"_s);
-}
-
-bool isAbove(const QString& upper, const QString& lower)
-{
-    const QList<ManagedWindow> windows = WindowManager::stacking();
-    const auto higher = std::ranges::find(windows, upper, &ManagedWindow::title);
-    return higher != windows.end() &&
-           std::ranges::find(windows.begin(), higher, lower, &ManagedWindow::title) != higher;
 }
 
 bool preferencesAreAbove()
@@ -245,22 +229,6 @@ private:
         const std::optional<ManagedWindow> window = panel();
         QVERIFY(window);
         VirtualDisplay::click(window->inner.topLeft() + point);
-    }
-
-    /// For a failure's message.
-    [[nodiscard]] static QByteArray sight()
-    {
-        QByteArray text = "from below:";
-        for (const ManagedWindow& window : WindowManager::stacking()) {
-            const QRect& frame = window.frame;
-            text += u" “%1” %2,%3 %4x%5"_s.arg(window.title)
-                        .arg(frame.x())
-                        .arg(frame.y())
-                        .arg(frame.width())
-                        .arg(frame.height())
-                        .toUtf8();
-        }
-        return text;
     }
 
     std::optional<DesktopSession> m_desktop;
