@@ -29,7 +29,7 @@ public:
     virtual ~MainQueue() = default;
 
     /// Runs `task` on a later turn of the event loop. It cannot be cancelled: it has to look whether what it needs is
-    /// still there.
+    /// still there. May be called from any thread.
     virtual void async(std::function<void()> task) = 0;
 
     /// Runs `task` once, `delay` from now, unless the returned handle is destroyed before.

@@ -45,14 +45,10 @@ struct Mount
     QByteArray source;
 };
 
-Result<QList<Mount>> mounts()
+QList<Mount> mountsIn(const QByteArray& table)
 {
-    const Result<QByteArray> table = fileSystem::read(QStringLiteral("/proc/self/mountinfo"));
-    if (!table) {
-        return table.error();
-    }
     QList<Mount> found;
-    for (const QByteArray& line : table.value().split('\n')) {
+    for (const QByteArray& line : table.split('\n')) {
         constexpr qsizetype point = 4;
         const QList<QByteArray> fields = line.split(' ');
         // Before it stand as many optional fields as there are.
@@ -66,6 +62,12 @@ Result<QList<Mount>> mounts()
     return found;
 }
 
+Result<QList<Mount>> mounts()
+{
+    const Result<QByteArray> table = fileSystem::read(QStringLiteral("/proc/self/mountinfo"));
+    return table ? Result(mountsIn(table.value())) : table.error();
+}
+
 bool isServed(const Mount& mount)
 {
     constexpr std::array<QByteArrayView, 4> withoutDevice = {"tmpfs", "ramfs", "overlay", "zfs"};
@@ -74,6 +76,15 @@ bool isServed(const Mount& mount)
 }
 
 } // namespace
+
+QList<QByteArray> mountPointsOf(const QByteArray& mountInfo)
+{
+    QList<QByteArray> points;
+    for (const Mount& mount : mountsIn(mountInfo)) {
+        points.push_back(mount.point);
+    }
+    return points;
+}
 
 Result<bool> hasMountBelow(const QByteArray& folder)
 {

@@ -10,6 +10,9 @@
 
 namespace lapsa {
 
+/// The mount points in a table of the form of proc_pid_mountinfo(5), in its order.
+[[nodiscard]] QList<QByteArray> mountPointsOf(const QByteArray& mountInfo);
+
 /// Whether anything is mounted somewhere below a folder, which is named by its real path.
 [[nodiscard]] Result<bool> hasMountBelow(const QByteArray& folder);
 

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "FileWriter.h"
+
+#include "FileSystem.h"
+#include "LaneJob.h"
+#include "Lanes.h"
+
+#include <QFileInfo>
+
+#include <tuple>
+#include <utility>
+
+namespace lapsa {
+
+namespace {
+
+const QString laneName = QStringLiteral("Lapsa's own files");
+
+} // namespace
+
+FileWriter::FileWriter(Lanes& lanes)
+    : m_lanes(lanes)
+{}
+
+void FileWriter::write(const QString& path, QByteArray bytes, Failure failure)
+{
+    if (const auto last = m_last.value(path)) {
+        last->stop(); // one that has begun takes no notice: half a file is none
+    }
+    m_last[path] = m_lanes.runOn(
+        laneName,
+        [path, bytes = std::move(bytes), failure = std::move(failure)](LaneJob&) -> Lanes::Report {
+            // Where that fails, the write says why.
+            std::ignore = fileSystem::createDirectory(QFileInfo(path).path(), fileSystem::Access::OwnerOnly);
+            const Result<void> written = fileSystem::writeAtomically(path, bytes);
+            if (written) {
+                return {};
+            }
+            return [failure, error = written.error()] { failure(error); };
+        },
+        Lanes::AtTheEnd::Run);
+}
+
+bool FileWriter::flush(std::chrono::milliseconds patience)
+{
+    return m_lanes.await(laneName, patience);
+}
+
+} // namespace lapsa

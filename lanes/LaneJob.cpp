@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "LaneJob.h"
+
+namespace lapsa {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+std::int64_t steadyNow()
+{
+    return std::chrono::steady_clock::now().time_since_epoch() / 1ns;
+}
+
+} // namespace
+
+void LaneJob::report(std::int64_t done, std::int64_t total)
+{
+    m_done = done;
+    m_total = total;
+    alive();
+}
+
+void LaneJob::alive()
+{
+    m_lastSign = steadyNow();
+}
+
+bool LaneJob::silentFor(std::chrono::nanoseconds span) const
+{
+    return steadyNow() - m_lastSign > span.count();
+}
+
+} // namespace lapsa

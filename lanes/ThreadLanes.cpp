@@ -1,0 +1,266 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "ThreadLanes.h"
+
+#include "LaneJob.h"
+#include "MainQueue.h"
+#include "ThreadLanes_state.h"
+
+#include <QElapsedTimer>
+#include <QStringList>
+
+#include <algorithm>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace lapsa {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::chrono::milliseconds longestWatchInterval = 500ms;
+/// Reports run on the main thread, which draws as well: after so many milliseconds the others wait for its next turn.
+constexpr qint64 longestTurn = 4;
+
+} // namespace
+
+ThreadLanes::ThreadLanes(MainQueue& mainQueue, const Bounds& bounds)
+    : m_mainQueue(mainQueue)
+    , m_shared(std::make_shared<Shared>())
+{
+    m_shared->lanes = this;
+    m_shared->bounds = bounds;
+}
+
+ThreadLanes::~ThreadLanes()
+{
+    const std::lock_guard lock(m_shared->mutex);
+    m_shared->lanes = nullptr;
+    askToEnd();
+}
+
+/// With the mutex held.
+void ThreadLanes::askToEnd()
+{
+    for (const std::shared_ptr<Lane>& lane : m_shared->active) {
+        std::erase_if(lane->waiting, [](const Piece& piece) { return piece.atTheEnd == AtTheEnd::Drop; });
+        if (lane->current) {
+            lane->current->stop();
+        }
+    }
+}
+
+std::shared_ptr<LaneJob> ThreadLanes::run(const QString& path, Work work)
+{
+    return enqueue(m_mountPoints.holding(path), std::move(work), AtTheEnd::Drop);
+}
+
+// No mount point begins like this.
+std::shared_ptr<LaneJob> ThreadLanes::runOn(const QString& lane, Work work, AtTheEnd atTheEnd)
+{
+    return enqueue(u':' + lane, std::move(work), atTheEnd);
+}
+
+std::shared_ptr<LaneJob> ThreadLanes::enqueue(const QString& name, Work work, AtTheEnd atTheEnd)
+{
+    auto job = std::make_shared<LaneJob>();
+    if (!m_watch) {
+        const auto interval = std::min(longestWatchInterval, m_shared->bounds.hangsAfter / 4);
+        m_watch = m_mainQueue.repeatEvery(interval, [this] { watch(); });
+    }
+    const std::lock_guard lock(m_shared->mutex);
+    auto& active = m_shared->active;
+    auto found = std::ranges::find_if(active, [&](const auto& lane) { return !lane->setAside && lane->name == name; });
+    if (found == active.end()) {
+        active.push_back(std::make_shared<Lane>(Lane{.name = name, .waiting = {}, .current = nullptr}));
+        found = std::prev(active.end());
+    }
+    (*found)->waiting.push_back({.job = job, .work = std::move(work), .atTheEnd = atTheEnd});
+    startThread(m_shared, *found);
+    return job;
+}
+
+/// With the mutex held.
+void ThreadLanes::startThread(const std::shared_ptr<Shared>& shared, const std::shared_ptr<Lane>& lane)
+{
+    const bool held = shared->threadsSetAside >= shared->bounds.mostSetAside &&
+                      std::ranges::any_of(shared->active, [&](const std::shared_ptr<Lane>& other) {
+                          return other->setAside && other->name == lane->name;
+                      });
+    if (lane->hasThread || lane->waiting.empty() || held) {
+        return;
+    }
+    try {
+        std::thread([shared, lane] { ThreadLanes::work(shared, lane); }).detach();
+        lane->hasThread = true;
+        ++shared->threads;
+    } catch (const std::system_error&) {
+        // No more threads for now: watch() tries again.
+    }
+}
+
+void ThreadLanes::work(const std::shared_ptr<Shared>& shared, const std::shared_ptr<Lane>& lane)
+{
+    std::unique_lock lock(shared->mutex);
+    while (!lane->waiting.empty() && !lane->setAside) {
+        Piece piece = std::move(lane->waiting.front());
+        lane->waiting.pop_front();
+        Report report;
+        if (!piece.job->stopRequested()) {
+            piece.job->alive();
+            piece.job->m_state = LaneJob::State::Running;
+            lane->current = piece.job;
+            lock.unlock();
+            report = piece.work(*piece.job);
+            piece.work = nullptr; // what it holds goes here as well, and not on the main thread
+            lock.lock();
+            lane->current.reset();
+        }
+        piece.job->m_state = LaneJob::State::Finished;
+        shared->finished.push_back({.lane = lane->name, .report = std::move(report)});
+        if (lane->setAside) {
+            const auto isBack = [shared, name = lane->name] {
+                if (shared->lanes->m_isBack) {
+                    shared->lanes->m_isBack(name);
+                }
+            };
+            shared->finished.push_back({.lane = lane->name, .report = isBack});
+        }
+        callMainThread(shared);
+    }
+    lane->hasThread = false;
+    --shared->threads;
+    std::erase(shared->active, lane);
+    if (lane->setAside) {
+        --shared->threadsSetAside;
+        for (const std::shared_ptr<Lane>& other : shared->active) {
+            startThread(shared, other);
+        }
+    }
+    shared->threadEnded.notify_all();
+}
+
+/// With the mutex held.
+void ThreadLanes::callMainThread(const std::shared_ptr<Shared>& shared)
+{
+    if (shared->lanes == nullptr || std::exchange(shared->mainThreadCalled, true)) {
+        return;
+    }
+    shared->lanes->m_mainQueue.async([shared] {
+        if (shared->lanes != nullptr) {
+            shared->lanes->reportFinished();
+        }
+    });
+}
+
+/// The oldest report, of one lane where one is named; empty where there is none.
+ThreadLanes::Report ThreadLanes::nextReport(const QString* lane)
+{
+    const std::lock_guard lock(m_shared->mutex);
+    auto& finished = m_shared->finished;
+    const auto found =
+        std::ranges::find_if(finished, [&](const Finished& next) { return lane == nullptr || next.lane == *lane; });
+    if (found == finished.end()) {
+        return {};
+    }
+    Report report = found->report ? std::move(found->report) : [] {};
+    finished.erase(found);
+    return report;
+}
+
+void ThreadLanes::reportFinished()
+{
+    QElapsedTimer turn;
+    turn.start();
+    while (turn.elapsed() < longestTurn) {
+        const Report report = nextReport();
+        if (!report) {
+            break;
+        }
+        report();
+    }
+    {
+        const std::lock_guard lock(m_shared->mutex);
+        m_shared->mainThreadCalled = false;
+        if (!m_shared->finished.empty()) {
+            callMainThread(m_shared);
+        }
+    }
+    restIfIdle();
+}
+
+void ThreadLanes::restIfIdle()
+{
+    const std::lock_guard lock(m_shared->mutex);
+    if (m_shared->active.empty()) {
+        m_watch.reset();
+    }
+}
+
+void ThreadLanes::watch()
+{
+    QStringList hanging;
+    {
+        const std::lock_guard lock(m_shared->mutex);
+        const std::vector<std::shared_ptr<Lane>> active = m_shared->active; // setAside() adds to it
+        for (const std::shared_ptr<Lane>& lane : active) {
+            startThread(m_shared, lane);
+            if (!lane->setAside && lane->current && lane->current->silentFor(m_shared->bounds.hangsAfter)) {
+                setAside(lane);
+                hanging << lane->name;
+            }
+        }
+    }
+    for (const QString& lane : std::as_const(hanging)) {
+        if (m_hangs) {
+            m_hangs(lane);
+        }
+    }
+    restIfIdle();
+}
+
+/// With the mutex held.
+void ThreadLanes::setAside(const std::shared_ptr<Lane>& lane)
+{
+    lane->setAside = true;
+    lane->current->m_state = LaneJob::State::Hanging;
+    ++m_shared->threadsSetAside;
+    auto next = std::make_shared<Lane>(Lane{.name = lane->name, .waiting = {}, .current = nullptr});
+    next->waiting.swap(lane->waiting);
+    if (!next->waiting.empty()) {
+        m_shared->active.push_back(next);
+        startThread(m_shared, next);
+    }
+}
+
+bool ThreadLanes::await(const QString& lane, std::chrono::milliseconds patience)
+{
+    const QString name = u':' + lane;
+    std::unique_lock lock(m_shared->mutex);
+    const auto isOfLane = [&name](const auto& active) { return active->name == name; };
+    const bool ended = m_shared->threadEnded.wait_for(lock, patience,
+                                                      [&] { return std::ranges::none_of(m_shared->active, isOfLane); });
+    lock.unlock();
+    while (const Report report = nextReport(&name)) {
+        report();
+    }
+    return ended;
+}
+
+bool ThreadLanes::finish(std::chrono::milliseconds patience)
+{
+    std::unique_lock lock(m_shared->mutex);
+    askToEnd();
+    const bool ended =
+        m_shared->threadEnded.wait_for(lock, patience, [&] { return m_shared->threads == m_shared->threadsSetAside; });
+    lock.unlock();
+    while (const Report report = nextReport()) {
+        report();
+    }
+    return ended;
+}
+
+} // namespace lapsa

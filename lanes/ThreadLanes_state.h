@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ThreadLanes.h"
+
+#include <QString>
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace lapsa {
+
+struct ThreadLanes::Piece
+{
+    std::shared_ptr<LaneJob> job;
+    Work work;
+    AtTheEnd atTheEnd = AtTheEnd::Drop;
+};
+
+struct ThreadLanes::Finished
+{
+    QString lane;
+    /// Empty for what has nothing to say.
+    Report report;
+};
+
+/// What one thread works through. Everything is guarded by the mutex of Shared.
+struct ThreadLanes::Lane
+{
+    QString name;
+    std::deque<Piece> waiting;
+    std::shared_ptr<LaneJob> current;
+    bool hasThread = false;
+    bool setAside = false;
+};
+
+/// What the threads and the main thread have in common. A thread that hangs keeps it beyond the end of the lanes.
+struct ThreadLanes::Shared
+{
+    std::mutex mutex;
+    std::condition_variable threadEnded;
+    /// Null once the lanes are gone.
+    ThreadLanes* lanes = nullptr;
+    std::vector<std::shared_ptr<Lane>> active;
+    std::deque<Finished> finished;
+    bool mainThreadCalled = false;
+    std::size_t threads = 0;
+    std::size_t threadsSetAside = 0;
+    Bounds bounds;
+};
+
+} // namespace lapsa

@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "ManualLanes.h"
+
+#include "LaneJob.h"
+
+#include <algorithm>
+
+namespace lapsa::test {
+
+std::shared_ptr<LaneJob> ManualLanes::run(const QString& path, Work work)
+{
+    return runOn(path, std::move(work), AtTheEnd::Drop);
+}
+
+std::shared_ptr<LaneJob> ManualLanes::runOn(const QString&, Work work, AtTheEnd)
+{
+    auto job = std::make_shared<LaneJob>();
+    m_waiting.emplace_back(job, std::move(work));
+    if (m_runs == Runs::AtOnce) {
+        runNext();
+    }
+    return job;
+}
+
+bool ManualLanes::await(const QString&, std::chrono::milliseconds)
+{
+    runAll();
+    return true;
+}
+
+Lanes::Report ManualLanes::workOnNext()
+{
+    while (!m_waiting.empty()) {
+        auto [job, work] = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        if (!job->stopRequested()) {
+            return work(*job);
+        }
+    }
+    return {};
+}
+
+void ManualLanes::runNext()
+{
+    if (const Report report = workOnNext()) {
+        report();
+    }
+}
+
+void ManualLanes::runAll()
+{
+    while (!m_waiting.empty()) {
+        runNext();
+    }
+}
+
+bool ManualLanes::isIdle() const
+{
+    return std::ranges::all_of(m_waiting, [](const auto& waiting) { return waiting.first->stopRequested(); });
+}
+
+} // namespace lapsa::test
