@@ -8,6 +8,7 @@
 #include "AppPaths.h"
 #include "CleanupService.h"
 #include "FileIconProvider.h"
+#include "FileWriter.h"
 #include "FinderSelectionReader.h"
 #include "HiddenWindows.h"
 #include "HotKeyManager.h"
@@ -38,6 +39,8 @@ namespace {
 
 constexpr std::chrono::duration<double> splashDuration{1.35};
 constexpr int statusIconSize = 18;
+/// Whatever the disk does: who ends a program does not wait for it.
+constexpr std::chrono::seconds longestEnd{1};
 /// After a window has gone: longer than it takes to fade out, and than somebody takes who wants it back at once.
 constexpr std::chrono::seconds restBeforeTidying{2};
 
@@ -64,11 +67,12 @@ void AppDelegate::applicationDidFinishLaunching()
     // Before anything else may move a file there.
     RecoveryFolder::removeInterruptedCopies();
 
-    m_settingsStore = std::make_unique<SettingsStore>(m_environment.mainQueue);
+    m_fileWriter = std::make_unique<FileWriter>(m_environment.lanes);
+    m_settingsStore = std::make_unique<SettingsStore>(m_environment.mainQueue, *m_fileWriter);
     m_store = std::make_unique<LapsaStore>(*m_settingsStore,
                                            LapsaStore::Environment{m_environment.clock, m_environment.mainQueue,
-                                                                   m_environment.appearance, m_environment.workspace,
-                                                                   m_environment.pasteboard});
+                                                                   *m_fileWriter, m_environment.appearance,
+                                                                   m_environment.workspace, m_environment.pasteboard});
     m_notificationService = std::make_unique<NotificationService>(m_environment.notificationCentre);
     m_cleanupService = std::make_unique<CleanupService>(
         *m_store, *m_notificationService, CleanupService::Environment{m_environment.clock, m_environment.mainQueue});
@@ -189,6 +193,7 @@ void AppDelegate::saveEverything()
     if (m_settingsStore->savePending()) {
         m_settingsStore->saveNow();
     }
+    m_fileWriter->flush(longestEnd);
 }
 
 void AppDelegate::applicationWillTerminate()

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "ProgramEnvironment.h"
+
 #include <QHash>
 #include <QList>
 #include <QObject>
@@ -16,27 +18,16 @@
 
 namespace lapsa {
 
-class Appearance;
 class CleanupService;
-class Clock;
-class FileManagerSelection;
-class FolderPicker;
+class FileWriter;
 class HotKeyManager;
-class HotKeys;
 class LapsaStore;
-class MainQueue;
-class NotificationCentre;
 class NotificationService;
 class PanelController;
-class Pasteboard;
-class PointerMonitor;
 class ScheduledTask;
 class SettingsStore;
-class StatusBar;
 class StatusButton;
 class StatusItem;
-class WindowSystem;
-class Workspace;
 
 /// The shell of the program: makes every long-lived object, in a fixed order, passes on what comes from outside, and
 /// saves everything at the end. After the launch every part is there; asking for one before is a programming error.
@@ -45,22 +36,7 @@ class AppDelegate final : public QObject
     Q_OBJECT
 
 public:
-    /// What the program stands on. All of it outlives the delegate.
-    struct Environment
-    {
-        const Clock& clock;
-        MainQueue& mainQueue;
-        Appearance& appearance;
-        Workspace& workspace;
-        Pasteboard& pasteboard;
-        NotificationCentre& notificationCentre;
-        StatusBar& statusBar;
-        HotKeys& hotKeys;
-        FileManagerSelection& fileManagerSelection;
-        FolderPicker& folderPicker;
-        WindowSystem& windowSystem;
-        PointerMonitor& pointer;
-    };
+    using Environment = ProgramEnvironment;
 
     explicit AppDelegate(const Environment& environment);
     ~AppDelegate() override;
@@ -86,7 +62,7 @@ public:
     /// Without a status item or a button it does nothing.
     void clearStatusButtonHighlight();
 
-    /// Writes all that waits for its time to be written. The program goes on.
+    /// Writes all that waits to be written, within a second. The program goes on.
     void saveEverything();
 
     /// Stops the passes, gives the hot key back and saves everything; the second time nothing.
@@ -107,6 +83,7 @@ private:
     Environment m_environment;
     bool m_terminated = false;
     bool m_quitting = false;
+    std::unique_ptr<FileWriter> m_fileWriter;
     std::unique_ptr<SettingsStore> m_settingsStore;
     std::unique_ptr<LapsaStore> m_store;
     std::unique_ptr<NotificationService> m_notificationService;

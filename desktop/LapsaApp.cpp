@@ -28,6 +28,7 @@
 #include "SystemLog.h"
 #include "TerminationSignals.h"
 #include "ThemePalette.h"
+#include "ThreadLanes.h"
 #include "ToolkitTexts.h"
 #include "WindowSystem.h"
 
@@ -162,6 +163,7 @@ int runApplication(const QApplication& application, SessionApplication& session,
 {
     SystemClock clock;
     QtMainQueue mainQueue;
+    ThreadLanes lanes(mainQueue);
     // The desktop's accent, asked for before its palette is replaced by ours.
     FreedesktopAppearance appearance(
         [accent = accentOf(QApplication::palette())](ColorScheme scheme) { return themePalette(scheme, accent); });
@@ -178,10 +180,15 @@ int runApplication(const QApplication& application, SessionApplication& session,
     const std::unique_ptr<FolderPicker> folderPicker = makeFolderPicker();
     const std::unique_ptr<WindowSystem> windowSystem = makeWindowSystem();
     const std::unique_ptr<PointerMonitor> pointer = makePointerMonitor();
-    AppDelegate delegate({clock, mainQueue, appearance, workspace, pasteboard, notificationCentre, *statusBar, *hotKeys,
-                          *fileManagerSelection, *folderPicker, *windowSystem, *pointer});
+    AppDelegate delegate({clock, mainQueue, lanes, appearance, workspace, pasteboard, notificationCentre, *statusBar,
+                          *hotKeys, *fileManagerSelection, *folderPicker, *windowSystem, *pointer});
 
-    return runDelegate(application, delegate, session, files);
+    const int status = runDelegate(application, delegate, session, files);
+    if (!lanes.finish(std::chrono::milliseconds::zero())) {
+        // A disk does not answer. What a thread still works with must not be torn down under it.
+        std::_Exit(status);
+    }
+    return status;
 }
 
 /// Why there is no working in the data folder; empty where there is. What others may only look into is shut for them.

@@ -7,6 +7,7 @@
 #include "Appearance.h"
 #include "Clock.h"
 #include "FileSystem.h"
+#include "FileWriter.h"
 #include "JSONDecoder.h"
 #include "JSONEncoder.h"
 #include "KeptFiles.h"
@@ -38,10 +39,9 @@ std::optional<QList<T>> storedList(const QUrl& file)
     return bytes ? JSONDecoder::lapsa().decodeList<T>(bytes.value()) : std::nullopt;
 }
 
-template <typename T>
-Result<void> writeList(const QList<T>& list, const QUrl& file)
+FileWriter::Failure logged(const QString& what)
 {
-    return fileSystem::writeAtomically(file.toLocalFile(), JSONEncoder::lapsa().encode(list));
+    return [what](const FileError& error) { systemLog(what + u": "_s + error.description); };
 }
 
 } // namespace
@@ -85,9 +85,8 @@ void LapsaStore::saveNow()
 {
     m_saveWorkItem.cancel();
     saveKnownPaths(); // first: no item is listed without what there is to know of its path
-    if (const auto written = writeList(m_items, AppPaths::stateURL()); !written) {
-        systemLog(u"Lapsa state save failed: "_s + written.error().description);
-    }
+    m_environment.fileWriter.write(AppPaths::stateURL().toLocalFile(), JSONEncoder::lapsa().encode(m_items),
+                                   logged(u"Lapsa state save failed"_s));
     saveRecoveryNow();
 }
 
@@ -104,9 +103,17 @@ void LapsaStore::saveKnownPaths()
         }
         m_knownPaths.keepOnly(paths, folders);
     }
-    if (const auto written = m_knownPaths.save(); !written) {
-        systemLog(u"Lapsa state save failed: "_s + written.error().description);
+    const std::optional<QByteArray> changed = m_knownPaths.takeChanges();
+    if (!changed) {
+        return;
     }
+    m_environment.fileWriter.write(AppPaths::knownPathsURL().toLocalFile(), *changed,
+                                   [store = QPointer(this)](const FileError& error) {
+                                       logged(u"Lapsa state save failed"_s)(error);
+                                       if (store) {
+                                           store->m_knownPaths.changesWereLost();
+                                       }
+                                   });
 }
 
 void LapsaStore::saveSoon()
@@ -118,9 +125,9 @@ void LapsaStore::saveRecoveryNow()
 {
     m_recoverySaveWorkItem.cancel();
     m_recordUnsavedSince.reset();
-    if (const auto written = writeList(m_recoveryItems, AppPaths::recoveryStateURL()); !written) {
-        systemLog(u"Lapsa recovery save failed: "_s + written.error().description);
-    }
+    m_environment.fileWriter.write(AppPaths::recoveryStateURL().toLocalFile(),
+                                   JSONEncoder::lapsa().encode(m_recoveryItems),
+                                   logged(u"Lapsa recovery save failed"_s));
 }
 
 void LapsaStore::saveRecoverySoon()

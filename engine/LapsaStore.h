@@ -26,6 +26,7 @@ namespace lapsa {
 
 class Appearance;
 class Clock;
+class FileWriter;
 class MainQueue;
 class Pasteboard;
 class SettingsStore;
@@ -50,6 +51,7 @@ public:
     {
         const Clock& clock;
         MainQueue& mainQueue;
+        FileWriter& fileWriter;
         Appearance& appearance;
         Workspace& workspace;
         Pasteboard& pasteboard;
@@ -87,7 +89,7 @@ public:
 
     // ---- Saving
 
-    /// Writes `state.json`, then `recovery.json`. A failure is logged; the lists in memory stay.
+    /// Hands `state.json`, then `recovery.json` to the writer. A failure is logged; the lists in memory stay.
     void saveNow();
     /// saveNow() 0.3 seconds from now, in place of one that is waiting.
     void saveSoon();

@@ -5,6 +5,7 @@
 
 #include "AppPaths.h"
 #include "FileSystem.h"
+#include "FileWriter.h"
 #include "JSONDecoder.h"
 #include "JSONEncoder.h"
 #include "KeptFiles.h"
@@ -29,8 +30,9 @@ std::optional<LapsaSettings> storedSettings()
 
 } // namespace
 
-SettingsStore::SettingsStore(MainQueue& queue)
-    : m_saveWorkItem(queue, saveDelay, [this] { saveNow(); })
+SettingsStore::SettingsStore(MainQueue& queue, FileWriter& fileWriter)
+    : m_fileWriter(fileWriter)
+    , m_saveWorkItem(queue, saveDelay, [this] { saveNow(); })
 {
     load();
 }
@@ -61,10 +63,9 @@ void SettingsStore::scheduleSave()
 void SettingsStore::saveNow()
 {
     m_saveWorkItem.cancel();
-    const QByteArray bytes = JSONEncoder::lapsa().encode(m_settings);
-    if (const auto written = fileSystem::writeAtomically(AppPaths::settingsURL().toLocalFile(), bytes); !written) {
-        systemLog(u"Lapsa settings save failed: "_s + written.error().description);
-    }
+    m_fileWriter.write(
+        AppPaths::settingsURL().toLocalFile(), JSONEncoder::lapsa().encode(m_settings),
+        [](const FileError& error) { systemLog(u"Lapsa settings save failed: "_s + error.description); });
 }
 
 bool SettingsStore::savePending() const

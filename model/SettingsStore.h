@@ -10,14 +10,16 @@
 
 namespace lapsa {
 
+class FileWriter;
+
 /// Owner of the live settings: loads them once, publishes every change and saves them shortly after. Main thread only.
 class SettingsStore final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Starts from the defaults and loads the file at once.
-    explicit SettingsStore(MainQueue& queue);
+    /// Starts from the defaults and loads the file at once. Queue and writer outlive the store.
+    SettingsStore(MainQueue& queue, FileWriter& fileWriter);
 
     [[nodiscard]] const LapsaSettings& settings() const { return m_settings; }
 
@@ -29,7 +31,8 @@ public:
     void load();
     /// Saves 0.35 seconds from now, in place of a save that is already waiting.
     void scheduleSave();
-    /// Saves at once. A failure is logged; the settings in memory stay, and the next change tries again.
+    /// Hands the settings to the writer at once. A failure is logged; the settings in memory stay, and the next change
+    /// tries again.
     void saveNow();
     [[nodiscard]] bool savePending() const;
 
@@ -37,6 +40,7 @@ signals:
     void settingsChanged(const lapsa::LapsaSettings& settings);
 
 private:
+    FileWriter& m_fileWriter;
     LapsaSettings m_settings = LapsaSettings::defaults();
     DebouncedTask m_saveWorkItem;
 };

@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include "Result.h"
-
 #include <QByteArray>
 #include <QHash>
 #include <QList>
@@ -63,8 +61,11 @@ public:
 
     [[nodiscard]] bool isEmpty() const { return m_steps.isEmpty(); }
 
-    /// Writes the file if anything has changed since it was read or written.
-    Result<void> save();
+    /// The file's new content, if anything has changed since it was read or last asked for.
+    [[nodiscard]] std::optional<QByteArray> takeChanges();
+
+    /// The content that was taken last could not be written: it is to be asked for again.
+    void changesWereLost() { m_changed = true; }
 
 private:
     void read();

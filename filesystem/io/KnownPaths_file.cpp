@@ -88,10 +88,10 @@ void KnownPaths::read()
     }
 }
 
-Result<void> KnownPaths::save()
+std::optional<QByteArray> KnownPaths::takeChanges()
 {
-    if (!m_changed) {
-        return {};
+    if (!std::exchange(m_changed, false)) {
+        return std::nullopt;
     }
     QHash<QByteArray, QJsonArray> pathsByWay;
     for (const auto& [path, steps] : m_steps.asKeyValueRange()) {
@@ -102,11 +102,7 @@ Result<void> KnownPaths::save()
         ways.append(QJsonObject{{u"steps"_s, QJsonDocument::fromJson(steps).array()}, {u"paths"_s, paths}});
     }
     const QJsonObject document{{u"boot"_s, currentBoot()}, {u"ways"_s, ways}};
-    const Result<void> made = createDirectory(QFileInfo(m_file).path(), Access::OwnerOnly);
-    const Result<void> written =
-        made ? writeAtomically(m_file, QJsonDocument(document).toJson(QJsonDocument::Compact)) : made;
-    m_changed = !written;
-    return written;
+    return QJsonDocument(document).toJson(QJsonDocument::Compact);
 }
 
 } // namespace lapsa::fileSystem

@@ -381,10 +381,11 @@ private slots:
     void aStoreThatIsGoneIgnoresSettings()
     {
         test::StoreWorld world;
-        SettingsStore settingsStore(world.time);
+        SettingsStore settingsStore(world.time, world.fileWriter());
         {
             const LapsaStore store(settingsStore, {.clock = world.time,
                                                    .mainQueue = world.time,
+                                                   .fileWriter = world.fileWriter(),
                                                    .appearance = world.appearance,
                                                    .workspace = world.workspace,
                                                    .pasteboard = world.pasteboard});

@@ -28,9 +28,10 @@ void FaultProgram::load()
     VersionLog& log = VersionLog::shared();
     log.setStarting(true);
     RecoveryFolder::removeInterruptedCopies();
-    m_settingsStore.emplace(m_time);
+    m_settingsStore.emplace(m_time, m_fileWriter);
     m_store.emplace(*m_settingsStore, LapsaStore::Environment{.clock = m_time,
                                                               .mainQueue = m_time,
+                                                              .fileWriter = m_fileWriter,
                                                               .appearance = m_appearance,
                                                               .workspace = m_workspace,
                                                               .pasteboard = m_pasteboard});

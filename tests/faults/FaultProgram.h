@@ -4,7 +4,9 @@
 #pragma once
 
 #include "CleanupService.h"
+#include "FileWriter.h"
 #include "LapsaStore.h"
+#include "ManualLanes.h"
 #include "ManualTime.h"
 #include "Recorders.h"
 #include "SettingsStore.h"
@@ -50,6 +52,8 @@ private:
     void noteVersions() const;
 
     ManualTime m_time;
+    ManualLanes m_lanes{ManualLanes::Runs::AtOnce};
+    FileWriter m_fileWriter{m_lanes};
     RecordingAppearance m_appearance;
     RecordingWorkspace m_workspace;
     RecordingPasteboard m_pasteboard;

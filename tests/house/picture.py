@@ -30,7 +30,7 @@ SAID = ("Each box is a folder, a library, and the types in it.",
         "rejects any other include.")
 KEY = (("top", "desktop/: makes the objects and connects them"),
        ("interface", "ui/: draws what the user sees"),
-       ("work", "engine/, model/: keep the list and decide what happens to a file"),
+       ("work", "engine/, model/, lanes/: keep the list, decide, and run the work"),
        ("files", "filesystem/: moves, copies and removes files without losing one"),
        ("facility", "platform/freedesktop/, platform/process/: implement the interfaces"),
        ("ground-floor", "platform/, base/: the interfaces to the desktop; values"))
@@ -182,14 +182,20 @@ class Picture:
         base.y = bottom + 12
         self.height = base.bottom + MARGIN
         self.via |= {("model", "platform"): (left + files + GUTTER / 2, 16),
-                     ("engine", "platform"): (left + files + GUTTER / 2, 16)}
+                     ("engine", "platform"): (left + files + GUTTER / 2, 16),
+                     ("lanes", "platform"): (left + files + GUTTER / 2, 16),
+                     ("lanes", "io"): (left + files + GUTTER / 2, 16)}
 
     def place_files(self, x, width, y):
-        half, other = self.shares(width, ["copy", "removal"], ["trash"])
-        for name, look in (("engine", "work"), ("model", "work"), ("filesystem", "files")):
-            room = self.box(name, look, x, width)
+        half, other = self.shares(width, ["copy", "removal"], ["trash", "lanes"])
+        for name in ("engine", "model"):
+            room = self.box(name, "work", x, width)
             room.y = y
             y = room.bottom + GAP
+        filesystem, lanes = self.box("filesystem", "files", x, half), self.box("lanes", "work", x + half + GUTTER, other)
+        filesystem.y = lanes.y = y
+        filesystem.height = lanes.height = max(filesystem.height, lanes.height)
+        y = filesystem.bottom + GAP
         copy, removal = self.box("copy", "files", x, half), self.box("removal", "files", x, half)
         trash = self.box("trash", "files", x + half + GUTTER, other)
         copy.y = trash.y = y

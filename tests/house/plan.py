@@ -29,8 +29,11 @@ MAY_USE = {
     "session": {"portal", "process", "platform", "base"},
     "freedesktop": {"selection", "tray", "hotkeys", "session", "x11", "platform", "base"},
 
-    "model": {"filesystem", "io", "platform", "base"},
-    "engine": {"model", "filesystem", "platform", "base"} | FILES,
+    # Threads, and the text of the mount table.
+    "lanes": {"io", "platform", "base"},
+
+    "model": {"lanes", "filesystem", "io", "platform", "base"},
+    "engine": {"model", "lanes", "filesystem", "platform", "base"} | FILES,
 
     # What the controls look like and say; none of these knows the model or the engine.
     "theme": {"platform", "base"},
@@ -43,7 +46,7 @@ MAY_USE = {
     "preferences": {"engine", "model", "io", "platform", "base"} | INTERFACE,
 
     # It wires everything, but only the program itself makes the real facilities.
-    "desktop": {"panel", "preferences", "engine", "model", "io", "platform", "base"} | INTERFACE,
+    "desktop": {"panel", "preferences", "engine", "model", "lanes", "io", "platform", "base"} | INTERFACE,
 }
 
 # The program: desktop/LapsaApp.cpp.
@@ -51,8 +54,8 @@ PROGRAM = "lapsa"
 PROGRAM_MAY_USE = set(MAY_USE) | {"resources"}
 
 # Rooms that run without a display, a session bus or a window, and the libraries that they may link besides.
-WITHOUT_DESKTOP = {"base", "io", "removal", "copy", "trash", "filesystem", "platform", "process", "model", "engine"}
-CORE = {"Qt6::Core", "simdjson::simdjson"}
+WITHOUT_DESKTOP = {"base", "io", "removal", "copy", "trash", "filesystem", "platform", "process", "lanes", "model", "engine"}
+CORE = {"Qt6::Core", "Threads::Threads", "simdjson::simdjson"}
 # Headers that must not be found there.
 DESKTOP_HEADERS = ("QWidget", "QColor", "QDBusConnection")
 

@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "FileWriter.h"
 #include "JSONEncoder.h"
 #include "LogCapture.h"
+#include "ManualLanes.h"
 #include "ManualTime.h"
 #include "Result.h"
 #include "SettingsStore.h"
@@ -47,8 +49,10 @@ private slots:
     {
         const test::TemporaryHome home;
         test::ManualTime time;
+        test::ManualLanes lanes(test::ManualLanes::Runs::AtOnce);
+        FileWriter writer(lanes);
 
-        const SettingsStore store(time);
+        const SettingsStore store(time, writer);
 
         QCOMPARE(store.settings(), LapsaSettings::defaults());
         QCOMPARE(home.dataFile(fileName), encoded(LapsaSettings::defaults()));
@@ -72,9 +76,11 @@ private slots:
         QFETCH(QByteArray, content);
         const test::TemporaryHome home;
         test::ManualTime time;
+        test::ManualLanes lanes(test::ManualLanes::Runs::AtOnce);
+        FileWriter writer(lanes);
         home.writeDataFile(fileName, content);
 
-        const SettingsStore store(time);
+        const SettingsStore store(time, writer);
 
         QCOMPARE(store.settings(), LapsaSettings::defaults());
         QCOMPARE(home.dataFile(fileName), encoded(LapsaSettings::defaults()));
@@ -87,10 +93,12 @@ private slots:
     {
         const test::TemporaryHome home;
         test::ManualTime time;
+        test::ManualLanes lanes(test::ManualLanes::Runs::AtOnce);
+        FileWriter writer(lanes);
         const QByteArray loose = encoded(withLifespan(7)).simplified();
         home.writeDataFile(fileName, loose);
 
-        const SettingsStore store(time);
+        const SettingsStore store(time, writer);
 
         QCOMPARE(store.settings(), withLifespan(7));
         time.advance(349ms);
@@ -103,7 +111,9 @@ private slots:
     {
         const test::TemporaryHome home;
         test::ManualTime time;
-        SettingsStore store(time);
+        test::ManualLanes lanes(test::ManualLanes::Runs::AtOnce);
+        FileWriter writer(lanes);
+        SettingsStore store(time, writer);
         time.advance(1s);
         // Whatever is written before the time is up shows by the file coming back.
         QVERIFY(QFile::remove(home.dataPath(fileName)));
@@ -127,7 +137,9 @@ private slots:
     {
         const test::TemporaryHome home;
         test::ManualTime time;
-        SettingsStore store(time);
+        test::ManualLanes lanes(test::ManualLanes::Runs::AtOnce);
+        FileWriter writer(lanes);
+        SettingsStore store(time, writer);
         store.setSettings(withLifespan(7));
         QVERIFY(store.savePending());
 
@@ -144,7 +156,9 @@ private slots:
     {
         const test::TemporaryHome home;
         test::ManualTime time;
-        SettingsStore store(time);
+        test::ManualLanes lanes(test::ManualLanes::Runs::AtOnce);
+        FileWriter writer(lanes);
+        SettingsStore store(time, writer);
         QSignalSpy changes(&store, &SettingsStore::settingsChanged);
 
         store.setSettings(withLifespan(7));
@@ -158,8 +172,10 @@ private slots:
     {
         const test::TemporaryHome home;
         test::ManualTime time;
+        test::ManualLanes lanes(test::ManualLanes::Runs::AtOnce);
+        FileWriter writer(lanes);
         {
-            SettingsStore store(time);
+            SettingsStore store(time, writer);
             store.setSettings(withLifespan(7));
         }
 
@@ -172,7 +188,9 @@ private slots:
     {
         const test::TemporaryHome home;
         test::ManualTime time;
-        SettingsStore store(time);
+        test::ManualLanes lanes(test::ManualLanes::Runs::AtOnce);
+        FileWriter writer(lanes);
+        SettingsStore store(time, writer);
         QVERIFY(QFile::remove(home.dataPath(fileName)));
         QVERIFY(QDir().rmdir(home.dataPath()));
 
@@ -185,10 +203,12 @@ private slots:
     {
         const test::TemporaryHome home;
         test::ManualTime time;
+        test::ManualLanes lanes(test::ManualLanes::Runs::AtOnce);
+        FileWriter writer(lanes);
         home.makeFile(u".local/share/Lapsa"_s, "a file in the place of the data folder");
         const test::LogCapture log;
 
-        SettingsStore store(time);
+        SettingsStore store(time, writer);
         store.setSettings(withLifespan(7));
         time.advance(1s);
 

@@ -48,6 +48,7 @@ private slots:
 private:
     [[nodiscard]] QString knownPathsFile() const { return m_home->path(u"home/known"_s); }
 
+    [[nodiscard]] int save(fileSystem::KnownPaths& known) const;
     [[nodiscard]] int remember(const QString& path) const;
     [[nodiscard]] int remove(const QString& path) const;
     void exchange(const QString& how) const;
@@ -100,6 +101,13 @@ void FileSystem_strangers_test::init()
     setMode(m_home->path(u"home/Documents"_s), 0700);
 }
 
+int FileSystem_strangers_test::save(fileSystem::KnownPaths& known) const
+{
+    const QString file = knownPathsFile();
+    const auto made = fileSystem::createDirectory(file.left(file.lastIndexOf(u'/')), fileSystem::Access::OwnerOnly);
+    return codeOf(made ? fileSystem::writeAtomically(file, known.takeChanges().value_or(QByteArray())) : made);
+}
+
 void FileSystem_strangers_test::cleanup()
 {
     m_home.reset();
@@ -112,7 +120,7 @@ int FileSystem_strangers_test::remember(const QString& path) const
         known.remember({path});
         known.rememberFolder(path.left(path.lastIndexOf(u'/')));
         known.keepOnly({path}, {});
-        return codeOf(known.save());
+        return save(known);
     });
 }
 
@@ -266,7 +274,7 @@ void FileSystem_strangers_test::aWatchedFolderThatSomebodyExchangedIsNotListed()
     const int saved = asOrdinaryUser([&] {
         fileSystem::KnownPaths known(knownPathsFile());
         known.rememberFolder(inbox);
-        return codeOf(known.save());
+        return save(known);
     });
     QCOMPARE(saved, 0);
     m_home->makeFile(u"group/private/thesis.tex"_s);

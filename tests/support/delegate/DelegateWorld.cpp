@@ -32,9 +32,9 @@ void DelegateWorld::start()
 
 void DelegateWorld::make()
 {
-    delegate = std::make_unique<AppDelegate>(AppDelegate::Environment{time, time, appearance, workspace, pasteboard,
-                                                                      notificationCentre, statusBar, hotKeys, selection,
-                                                                      folderPicker, windowSystem, pointer});
+    delegate = std::make_unique<AppDelegate>(
+        AppDelegate::Environment{time, time, lanes, appearance, workspace, pasteboard, notificationCentre, statusBar,
+                                 hotKeys, selection, folderPicker, windowSystem, pointer});
 }
 
 void DelegateWorld::choose(const QString& title) const

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "AppDelegate.h"
+#include "ManualLanes.h"
 #include "ManualTime.h"
 #include "Recorders.h"
 #include "RecordingDesktop.h"
@@ -58,6 +59,7 @@ public:
 
     TemporaryHome home;
     ManualTime time;
+    ManualLanes lanes{ManualLanes::Runs::AtOnce};
     RecordingAppearance appearance;
     RecordingWorkspace workspace;
     RecordingPasteboard pasteboard;

@@ -20,9 +20,11 @@ StoreWorld::StoreWorld(bool run)
 void StoreWorld::start()
 {
     stop();
-    m_settingsStore.emplace(time);
+    m_fileWriter.emplace(lanes);
+    m_settingsStore.emplace(time, *m_fileWriter);
     m_store.emplace(*m_settingsStore, LapsaStore::Environment{.clock = time,
                                                               .mainQueue = time,
+                                                              .fileWriter = *m_fileWriter,
                                                               .appearance = appearance,
                                                               .workspace = workspace,
                                                               .pasteboard = pasteboard});
@@ -32,6 +34,7 @@ void StoreWorld::stop()
 {
     m_store.reset();
     m_settingsStore.reset();
+    m_fileWriter.reset();
 }
 
 void StoreWorld::changeSettings(const std::function<void(LapsaSettings&)>& change)

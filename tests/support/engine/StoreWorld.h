@@ -3,7 +3,9 @@
 
 #pragma once
 
+#include "FileWriter.h"
 #include "LapsaStore.h"
+#include "ManualLanes.h"
 #include "ManualTime.h"
 #include "Recorders.h"
 #include "SettingsStore.h"
@@ -25,6 +27,8 @@ public:
     /// The process ends without saving, as by a kill.
     void stop();
 
+    [[nodiscard]] FileWriter& fileWriter() { return *m_fileWriter; }
+
     [[nodiscard]] SettingsStore& settingsStore() { return *m_settingsStore; }
 
     [[nodiscard]] LapsaStore& store() { return *m_store; }
@@ -42,11 +46,14 @@ public:
 
     TemporaryHome home;
     ManualTime time;
+    /// They run at once, until a test says otherwise.
+    ManualLanes lanes{ManualLanes::Runs::AtOnce};
     RecordingAppearance appearance;
     RecordingWorkspace workspace;
     RecordingPasteboard pasteboard;
 
 private:
+    std::optional<FileWriter> m_fileWriter;
     std::optional<SettingsStore> m_settingsStore;
     std::optional<LapsaStore> m_store;
 };
