@@ -123,7 +123,8 @@ void keepUnreadable(const QString& file)
 void keepCopyOf(const QString& file)
 {
     const Result<QByteArray> bytes = fileSystem::read(file);
-    if (!bytes && bytes.error().code != ENOENT) {
+    const bool isThere = bytes || (bytes.error().code != ENOENT && bytes.error().code != ENOTDIR);
+    if (!bytes && isThere) {
         keepUnreadable(file);
         return;
     }
