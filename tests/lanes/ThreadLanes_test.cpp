@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "LaneJob.h"
+#include "PlayedWork.h"
 #include "QtMainQueue.h"
 #include "ThreadLanes.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QStringList>
 #include <QTest>
@@ -13,7 +13,6 @@
 
 #include <atomic>
 #include <optional>
-#include <semaphore>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -24,36 +23,6 @@ namespace {
 
 constexpr int patience = 20'000;
 constexpr Lanes::AtTheEnd drop = Lanes::AtTheEnd::Drop;
-
-/// Work that goes on until it is let go, as a call on a disk that does not answer.
-class Gate
-{
-public:
-    ~Gate() { open(); }
-
-    void open() { m_opened->release(64); }
-
-    [[nodiscard]] Lanes::Work work(std::function<void()> report)
-    {
-        return [opened = m_opened, entered = m_entered, report = std::move(report)](LaneJob&) {
-            entered->release();
-            opened->acquire();
-            return report;
-        };
-    }
-
-    /// Waits until the work has begun.
-    void awaitEntry() { m_entered->acquire(); }
-
-private:
-    std::shared_ptr<std::counting_semaphore<>> m_opened = std::make_shared<std::counting_semaphore<>>(0);
-    std::shared_ptr<std::counting_semaphore<>> m_entered = std::make_shared<std::counting_semaphore<>>(0);
-};
-
-Lanes::Work noting(QStringList& notes, const QString& text)
-{
-    return [&notes, text](LaneJob&) -> Lanes::Report { return [&notes, text] { notes << text; }; };
-}
 
 /// Counts the timers that are under way.
 class CountingQueue final : public MainQueue
@@ -93,11 +62,6 @@ private:
 
     QtMainQueue m_queue;
 };
-
-qsizetype threads()
-{
-    return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
-}
 
 } // namespace
 
@@ -274,73 +238,6 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(reports.size(), 3, patience);
         QTRY_COMPARE_WITH_TIMEOUT(threads(), before, patience);
         QTRY_COMPARE_WITH_TIMEOUT(queue.timers, 0, patience);
-    }
-
-    void theEndDropsWhatWaitsAndRunsWhatHasTo()
-    {
-        ThreadLanes lanes(m_queue);
-        QStringList reports;
-        Gate gate;
-        lanes.runOn(u"a"_s, gate.work([&] { reports << u"running"_s; }), drop);
-        gate.awaitEntry();
-        lanes.runOn(u"a"_s, noting(reports, u"dropped"_s), drop);
-        lanes.runOn(u"a"_s, noting(reports, u"kept"_s), Lanes::AtTheEnd::Run);
-        gate.open();
-
-        QVERIFY(lanes.finish(20s));
-
-        QCOMPARE(reports, (QStringList{u"running"_s, u"kept"_s}));
-    }
-
-    void theEndDoesNotWaitForWhatHangs()
-    {
-        Gate gate;
-        ThreadLanes lanes(m_queue, {.hangsAfter = 40ms});
-        bool hangs = false;
-        lanes.onHanging([&](const QString&) { hangs = true; }, {});
-        lanes.runOn(u"a"_s, gate.work({}), drop);
-        QTRY_VERIFY_WITH_TIMEOUT(hangs, patience);
-
-        QVERIFY(lanes.finish(std::chrono::minutes(5)));
-    }
-
-    void theEndAsksWhatRunsToStop()
-    {
-        ThreadLanes lanes(m_queue);
-        std::atomic<bool> began = false;
-        bool reported = false;
-        lanes.runOn(
-            u"a"_s,
-            [&](LaneJob& running) -> Lanes::Report {
-                began = true;
-                while (!running.stopRequested()) {
-                    running.alive();
-                }
-                return [&] { reported = true; };
-            },
-            drop);
-        QTRY_VERIFY_WITH_TIMEOUT(began, patience);
-
-        QVERIFY(lanes.finish(20s));
-        QVERIFY(reported);
-    }
-
-    void aReportWhoseLanesAreGoneIsLost()
-    {
-        bool reported = false;
-        Gate gate;
-        {
-            ThreadLanes lanes(m_queue);
-            lanes.runOn(u"a"_s, gate.work([&] { reported = true; }), drop);
-            gate.awaitEntry();
-        }
-        const qsizetype before = threads();
-
-        gate.open();
-
-        QTRY_VERIFY_WITH_TIMEOUT(threads() < before, patience);
-        QCoreApplication::processEvents();
-        QVERIFY(!reported);
     }
 
 private:
