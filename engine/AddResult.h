@@ -11,10 +11,10 @@
 
 namespace lapsa {
 
-/// What became of an add, for the one who asked for it. What does not exist is in none of its lists.
+/// The outcome of an add. Files that do not exist appear in none of its lists.
 struct AddResult
 {
-    /// What may never be taken, and therefore was not put on countdown.
+    /// A path that Lapsa never takes, so it was not put on countdown.
     struct Refused
     {
         /// Standardised.
@@ -24,14 +24,14 @@ struct AddResult
         friend bool operator==(const Refused&, const Refused&) = default;
     };
 
-    /// The ids of the items that were added or started anew, in the order of the add; a file that was named twice has
-    /// its item's id in here twice.
+    /// The ids of the items that were added or restarted, in the order of the request. A file that was named twice has
+    /// its item's id here twice.
     QStringList ids;
-    /// The paths of the folders that were not on countdown before, in the same order.
+    /// The paths of the folders that were not yet on countdown, in the same order.
     QStringList newFolders;
     QList<Refused> refused;
 
-    /// Takes what became of a later add of the same gesture in.
+    /// Appends the outcome of a later add of the same gesture.
     void append(const AddResult& later)
     {
         ids += later.ids;

@@ -10,7 +10,7 @@
 
 namespace lapsa {
 
-/// The lifespans that one add gives to what it adds, made ready for many files.
+/// The lifespans of the files in one add, prepared for many look-ups.
 class AddedLifespans final
 {
 public:
@@ -20,8 +20,8 @@ public:
         , m_flat(options.fixedLifespan.value_or(settings.defaultExpirationMinutes))
     {}
 
-    /// Minutes, at least 1. No upper bound here, on purpose: a given lifespan is taken at its word. Only the rules
-    /// bound their own.
+    /// Minutes, at least 1. No upper bound here, on purpose: a given lifespan is used as it is. Only rule look-ups are
+    /// bounded.
     [[nodiscard]] std::int64_t minutesFor(const QString& fileName, bool isDirectory) const
     {
         return std::max<std::int64_t>(m_byRules && !isDirectory ? m_rules.lifespanFor(fileName) : m_flat, 1);

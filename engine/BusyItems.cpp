@@ -11,7 +11,7 @@ namespace lapsa {
 bool BusyItems::rests(const LapsaItem& item, TimePoint now) const
 {
     const auto found = m_items.constFind(item.id);
-    // A clock that was put back holds nothing up.
+    // If the clock was set back, nothing is delayed.
     return found != m_items.cend() && found->expiresAt == item.expiresAt && found->since <= now &&
            now < found->restsUntil;
 }

@@ -11,22 +11,22 @@
 
 namespace lapsa {
 
-/// Items that are due, but whose files somebody wrote to when they were to be copied to another file system.
+/// Items that are due, but whose files were being written to when they were to be copied to another file system.
 class BusyItems final
 {
 public:
-    /// What the attempt came to before it was given up.
+    /// How much work the attempt had cost when it was given up.
     enum class Cost
     {
         Little,
-        /// Much was copied in vain.
+        /// Much was copied for nothing.
         Copy,
     };
 
     [[nodiscard]] bool contains(const QString& id) const { return m_items.contains(id); }
 
-    /// Whether a pass leaves the item alone for now: after a copy in vain for as long again as it has been in use so
-    /// far, at most an hour. Not one whose time was set anew since.
+    /// Whether a pass skips the item for now. After a wasted copy it rests for as long as it has been in use so far, at
+    /// most an hour. False if its expiry was changed since.
     [[nodiscard]] bool rests(const LapsaItem& item, TimePoint now) const;
 
     void add(const LapsaItem& item, Cost cost, TimePoint now);

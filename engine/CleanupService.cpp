@@ -17,7 +17,7 @@ namespace lapsa {
 namespace {
 
 constexpr std::chrono::seconds passInterval{60};
-/// In one pass. The others share one, or hundreds would cover the screen.
+/// Per pass. The remaining items share one warning; otherwise hundreds would cover the screen.
 constexpr qsizetype mostSingleWarnings = 10;
 
 } // namespace
@@ -54,7 +54,7 @@ void CleanupService::tick()
         return;
     }
     LapsaStore& store = *m_store;
-    // Before the pause is asked for, on purpose: the scan asks for it itself.
+    // Before the check for the pause, on purpose: the scan checks it itself.
     store.scanAutoCleanFolders();
     if (store.settings().pauseAllCountdowns) {
         return;
@@ -70,7 +70,7 @@ void CleanupService::sendDueWarnings(LapsaStore& store)
     const std::int64_t leadMinutes = store.settings().notifyBeforeMinutes;
     const TimePoint now = m_environment.clock.now();
     const QList<LapsaItem> snapshot = store.items();
-    std::optional<ItemPlaces> locked; // most passes have nothing to ask it
+    std::optional<ItemPlaces> locked; // most passes do not need it
     QSet<QString> warned;
     QList<LapsaItem> others;
     for (const LapsaItem& item : snapshot) {
@@ -82,11 +82,11 @@ void CleanupService::sendDueWarnings(LapsaStore& store)
         if (!locked) {
             locked.emplace(ItemPlaces::ofLocked(snapshot));
         }
-        // What a lock holds back will not go, and is not said to.
+        // An item that a lock holds back will not be disposed of, so it gets no warning.
         if (locked->areAtOrIn(item.path)) {
             continue;
         }
-        // The setting and not the time left, on purpose, even where less time is left.
+        // States the setting, not the time left, on purpose, even if less time is left.
         if (warned.size() < mostSingleWarnings) {
             m_notificationService.sendWarning(item, leadMinutes);
         } else {

@@ -16,7 +16,7 @@ class LapsaStore;
 class MainQueue;
 class ScheduledTask;
 
-/// The clock of the system: one cleanup pass at start and one every 60 seconds.
+/// Runs the cleanup: one pass at start and one every 60 seconds.
 class CleanupService final : public QObject
 {
     Q_OBJECT
@@ -28,16 +28,16 @@ public:
         MainQueue& mainQueue;
     };
 
-    /// Holds the store weakly: a pass does nothing once it is gone. No timer runs yet.
+    /// Holds the store weakly: once it is gone, a pass does nothing. Does not start the timer.
     CleanupService(LapsaStore& store, ExpiryWarnings& notificationService, const Environment& environment);
     ~CleanupService() override;
 
-    /// Starts the timer anew and runs the first pass at once.
+    /// Restarts the timer and runs the first pass at once.
     void start();
-    /// Does nothing when no timer runs.
+    /// Does nothing if no timer is running.
     void stop();
 
-    /// One pass: scan the watched folders, warn, dispose of what is due.
+    /// One pass: scans the watched folders, warns, and disposes of what is due.
     void tick();
 
 private:

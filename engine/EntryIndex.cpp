@@ -21,8 +21,8 @@ bool EntryIndex::contains(const fileSystem::EntryInfo& entry, const QString& nam
     if (begin == end || !entry.folderOfName) {
         return begin != end;
     }
-    // Of a file with several names each is an entry of its own. Names that differ in spelling alone may be one: there
-    // they count as one, since taking too little can be made up for.
+    // Each name of a hard-linked file is an entry of its own. Names that differ only in spelling may be the same entry;
+    // they count as one, since taking too little can be corrected later.
     const QString wanted = foldedSpelling(name);
     return std::any_of(begin, end, [&](const auto& known) {
         return known.second.folder == entry.folderOfName && known.second.folded == wanted;

@@ -12,7 +12,7 @@
 
 namespace lapsa {
 
-/// Entries of folders that are found again by what they are, under another spelling or by another way too.
+/// Finds folder entries by their identity on disk, even under another spelling or through another path.
 class EntryIndex final
 {
 public:

@@ -11,7 +11,7 @@ namespace lapsa {
 
 struct LapsaItem;
 
-/// Tells the user that items are about to expire. Never fails outwardly.
+/// Tells the user that items are about to expire. Failures are not reported to the caller.
 class ExpiryWarnings
 {
 public:
@@ -22,7 +22,7 @@ public:
 
     /// `minutes` is the number to state, not the exact time left.
     virtual void sendWarning(const LapsaItem& item, std::int64_t minutes) = 0;
-    /// One warning about all of these, at least one, beside those that were sent one by one.
+    /// One warning for all these items (at least one), in addition to those that were sent one by one.
     virtual void sendJointWarning(const QList<LapsaItem>& items, std::int64_t minutes) = 0;
 };
 

@@ -9,7 +9,7 @@
 
 namespace lapsa {
 
-/// Something that was found to exist, about to be put on countdown.
+/// An existing file or folder that is about to be put on countdown.
 struct LapsaStore::FoundFile
 {
     /// Standardised.

@@ -10,8 +10,8 @@ namespace lapsa {
 Result<QString> moveToFreeName(fileSystem::Batch& batch, const fileSystem::BatchEntry& entry, const QString& wanted,
                                FreeNames& freeNames)
 {
-    // The first look at a folder is the move itself, and a name can be taken between a look and the move. That one is
-    // taken over and over again is no accident any more.
+    // The first move is tried without listing the folder, and a name can be taken between the listing and the move. If
+    // that happens this often, it is no accident.
     constexpr int mostTries = 1000;
     Result<void> moved;
     for (int attempt = 0; attempt < mostTries; ++attempt) {

@@ -11,8 +11,8 @@
 
 namespace lapsa {
 
-/// Moves the entry to `wanted`, or where that is taken to its first free variant. Returns where it is now. Errors as
-/// for fileSystem::Batch::move().
+/// Moves the entry to `wanted`, or to its first free variant if that name is taken. Returns the new path. Errors as for
+/// fileSystem::Batch::move().
 [[nodiscard]] Result<QString> moveToFreeName(fileSystem::Batch& batch, const fileSystem::BatchEntry& entry,
                                              const QString& wanted, FreeNames& freeNames);
 

@@ -15,8 +15,8 @@ QString joined(const QString& folder, const QString& name)
     return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
 }
 
-/// How many bytes a text takes in UTF-8. A half of a surrogate pair has none there and counts as one: what the toolkit
-/// makes of it differs from version to version, and no file can have it in its name.
+/// The size of a text in UTF-8 bytes. An unpaired surrogate cannot be encoded and counts as one byte: Qt versions treat
+/// it differently, and no file name can contain it.
 qsizetype utf8Size(QStringView text)
 {
     qsizetype bytes = 0;
@@ -34,10 +34,10 @@ qsizetype utf8Size(QStringView text)
     return bytes;
 }
 
-/// The longest beginning of `text` that takes at most `bytes` bytes of UTF-8, whole characters only.
+/// The longest prefix of `text` that takes at most `bytes` bytes of UTF-8, without splitting a character.
 QString shortened(QString text, qsizetype bytes)
 {
-    // A unit of text takes at least a byte. What is longer, of an edited file without end perhaps, is not looked at.
+    // Each UTF-16 unit takes at least a byte. The rest, perhaps very long in an edited file, is not examined.
     text.truncate(bytes + 1);
     qsizetype length = utf8Size(text);
     while (length > bytes) {
@@ -61,7 +61,7 @@ QString fileNameVariant(const QString& name, std::int64_t number)
     const QString ending = parts.extension.isEmpty() ? mark : mark + u'.' + parts.extension;
     const qsizetype room = maxFileNameBytes - utf8Size(ending);
     if (room <= 0) {
-        // An ending that leaves no room for a base is no extension worth keeping.
+        // An extension that leaves no room for the base is not worth keeping.
         return shortened(name, maxFileNameBytes - mark.size()) + mark;
     }
     return shortened(parts.base, room) + ending;
@@ -73,7 +73,7 @@ QString FreeNames::uniquePath(const QString& path)
     const QString name = lastPathComponent(path);
     const QString first = joined(folder, fileNameVariant(name, 0));
     if (!m_folders.contains(folder)) {
-        return first; // the move sees for itself whether it is free
+        return first; // the move itself will find out whether it is free
     }
 
     Folder& known = listed(folder);

@@ -12,34 +12,34 @@
 
 namespace lapsa {
 
-/// The longest name that a file system takes, in bytes of UTF-8 (NAME_MAX).
+/// The maximum length of a file name in UTF-8 bytes (NAME_MAX).
 inline constexpr qsizetype maxFileNameBytes = 255;
 
-/// The n-th variant of a file name: "report-2.pdf" of "report.pdf", "Notes-2" of "Notes"; the name itself for 0. A base
-/// that would make the name too long is shortened from its end.
+/// The n-th variant of a file name: "report-2.pdf" for "report.pdf", "Notes-2" for "Notes"; the name itself for 0. If
+/// the result would be too long, the end of the base is cut off.
 [[nodiscard]] QString fileNameVariant(const QString& name, std::int64_t number);
 
-/// Finds free names for a run of moves, in time that does not depend on how many equal names there are: a folder is
-/// looked at once, at the first name found taken, and what the moves add is remembered. A look can be out of date, so a
-/// free name is only a proposal until a move that never overwrites has confirmed it.
+/// Finds free names for a series of moves, in time that does not depend on how many equal names exist: a folder is
+/// listed once, when a name in it is first found to be taken, and names that the moves add are remembered. A listing
+/// can be out of date, so a free name is only a proposal until a move that never overwrites confirms it.
 class FreeNames final
 {
 public:
-    /// The path itself, until a name in its folder was found taken; from then on its first free variant there.
+    /// The path itself, until a name in its folder was found to be taken; after that, its first free variant there.
     [[nodiscard]] QString uniquePath(const QString& path);
 
-    /// From now on `path` counts as taken.
+    /// Marks `path` as taken.
     void markTaken(const QString& path);
 
-    /// A move found `proposal`, the answer for `wanted`, taken after all: the next answer is another one.
+    /// Reports that a move found `proposal`, the answer for `wanted`, to be taken. The next answer will be different.
     void reject(const QString& wanted, const QString& proposal);
 
 private:
     struct Folder
     {
-        /// Nothing when the folder cannot be listed: then every candidate is looked at by itself.
+        /// Empty if the folder cannot be listed; then every candidate is checked on its own.
         std::optional<QSet<QString>> names;
-        /// For each name the variant from which on to look.
+        /// For each name, the number of the variant to try next.
         QHash<QString, std::int64_t> nextVariant;
     };
 

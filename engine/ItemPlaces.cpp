@@ -17,7 +17,7 @@ namespace lapsa {
 
 namespace {
 
-/// Looks at entries of one folder after the other; neighbours share the opening of theirs.
+/// Looks up entries; consecutive entries of the same folder share one open folder.
 class Neighbours
 {
 public:
@@ -143,14 +143,14 @@ void ItemPlaces::lookAtDisk()
     }
 }
 
-/// Each folder that the path names, and what lies above it on the disk: a link leads out of the folder that the path
-/// shows, and both hold the item.
+/// Adds each folder that the path names, and the folders above it on disk: a symbolic link can lead out of the named
+/// folder, and both places hold the item.
 void ItemPlaces::addFoldersAbove(QString folder)
 {
     while (!m_visited.contains(folder)) {
         m_visited.insert(folder);
         m_spellingsAbove.insert(foldedSpelling(folder), folder);
-        // What lies above a known folder is known.
+        // The folders above a known folder are known as well.
         fileSystem::forEachFolderUpwards(
             folder, [this](const FileIdentity& identity) { return m_above.insert(identity).second; });
         folder = parentPath(folder);

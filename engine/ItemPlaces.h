@@ -16,9 +16,9 @@
 
 namespace lapsa {
 
-/// Where some items of the list stand on the disk. It is asked whether one of them is an entry, or lies inside it,
-/// by the paths and by what is found on the disk: a link on the way or another spelling makes no difference. Items
-/// whose file is gone stand nowhere. Nothing is looked at before the first question.
+/// Where some items of the list are on disk. Tells whether one of them is a given entry or lies inside it, by path and
+/// by identity on disk, so symbolic links and other spellings make no difference. Items whose files are gone are
+/// nowhere. Nothing is read before the first question.
 class ItemPlaces final
 {
 public:
@@ -27,7 +27,7 @@ public:
 
     [[nodiscard]] bool includes(const QString& path, const fileSystem::EntryInfo& entry);
     [[nodiscard]] bool lieIn(const QString& path, const fileSystem::EntryInfo& entry);
-    /// Both questions about what stands at a path now.
+    /// Asks both questions about the entry that is at `path` now.
     [[nodiscard]] bool areAtOrIn(const QString& path);
 
 private:
@@ -36,17 +36,17 @@ private:
     void addFoldersAbove(QString folder);
     [[nodiscard]] bool existBelow(const QString& path) const;
 
-    /// Once read, standardised.
+    /// Standardised once they have been read.
     QStringList m_files;
     bool m_pathsRead = false;
-    /// Those of the items, and of all folders above them.
+    /// The paths of the items, and those of all folders above them.
     QSet<QString> m_paths;
     QSet<QString> m_pathsAbove;
     bool m_diskSeen = false;
     EntryIndex m_entries;
     QSet<QString> m_visited;
     std::unordered_set<FileIdentity, FileIdentityHash> m_above;
-    /// By their folded spelling, as where the disk does not tell that two spellings are one file.
+    /// By folded spelling, for file systems whose identities do not show that two spellings are one file.
     QMultiHash<QString, QString> m_spellings;
     QMultiHash<QString, QString> m_spellingsAbove;
 };

@@ -84,7 +84,7 @@ void LapsaStore::setSettings(const LapsaSettings& settings)
 void LapsaStore::saveNow()
 {
     m_saveWorkItem.cancel();
-    saveKnownPaths(); // first: no item is listed without what there is to know of its path
+    saveKnownPaths(); // first, so that no saved item lacks what is known about its path
     m_environment.fileWriter.write(AppPaths::stateURL().toLocalFile(), JSONEncoder::lapsa().encode(m_items),
                                    logged(u"Lapsa state save failed"_s));
     saveRecoveryNow();
@@ -159,11 +159,11 @@ void LapsaStore::subscribeToSettings()
 {
     connect(&m_settingsStore, &SettingsStore::settingsChanged, this,
             [this](const LapsaSettings& changed) { reactToSettings(changed.theme); });
-    // A new subscriber is told the current value too.
+    // A new subscriber also receives the current value.
     reactToSettings(settings().theme);
 }
 
-// Later, not at once: whoever writes the settings is done by then. Lifespans already given stay, and nothing is saved.
+// Deferred: whoever changes the settings has finished by then. Existing lifespans stay, and nothing is saved.
 void LapsaStore::reactToSettings(LapsaTheme theme)
 {
     m_environment.mainQueue.async([store = QPointer(this), theme] {
@@ -187,7 +187,7 @@ void LapsaStore::loadItems()
     }
     keepCopyOf(AppPaths::stateURL().toLocalFile());
     keepRecoveryList();
-    // Kept on purpose: this also writes the recovery list, which has not been read yet, so that an unreadable item list
+    // Kept on purpose: this also writes the recovery list, which has not been read yet, so an unreadable item list
     // costs the recovery records as well. Their files stay in the recovery folder.
     saveNow();
 }
@@ -202,7 +202,7 @@ void LapsaStore::loadRecoveryItems()
     saveRecoveryNow();
 }
 
-// A list without records is nothing to keep.
+// A list without records is not worth a copy.
 void LapsaStore::keepRecoveryList()
 {
     const auto stored = storedList<LapsaRecoveryItem>(AppPaths::recoveryStateURL());

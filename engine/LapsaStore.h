@@ -38,15 +38,16 @@ class BatchEntry;
 
 } // namespace fileSystem
 
-/// The one central state: the items on countdown, the files parked for recovery, and every operation on them. Main
-/// thread only. Items are looked up by `id` at each operation; an unknown one changes nothing. Nothing here fails
-/// outwardly: what goes wrong with a file is one line in the system log.
+/// The central state: the items on countdown, the files kept for recovery, and every operation on them. Main thread
+/// only. Operations that change an item look it up by `id`; an unknown id changes nothing. deleteNow() and the recovery
+/// operations act on the value they are given. No errors are reported to the caller: a failure with a file is one line
+/// in the system log.
 class LapsaStore final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What the store stands on. All of it outlives the store.
+    /// What the store depends on. All of it outlives the store.
     struct Environment
     {
         const Clock& clock;
@@ -59,12 +60,12 @@ public:
 
     struct AddOptions
     {
-        /// In minutes; without it the lifespan is found for each file.
+        /// In minutes. If not set, the lifespan is determined for each file.
         std::optional<std::int64_t> fixedLifespan = std::nullopt;
         bool applyFileTypeRules = true;
     };
 
-    /// Comes up as at launch: sanitises the settings, loads both lists, repairs what cannot be read, purges what is
+    /// Does what a launch needs: sanitises the settings, loads both lists, replaces unreadable ones, and purges what is
     /// due.
     LapsaStore(SettingsStore& settingsStore, const Environment& environment);
     ~LapsaStore() override;
@@ -82,19 +83,19 @@ public:
 
     void setLastMessage(const std::optional<QString>& message);
 
-    /// The settings as they stand in the settings store.
+    /// The current settings of the settings store.
     [[nodiscard]] const LapsaSettings& settings() const;
-    /// Sanitises the value before anyone sees it.
+    /// Sanitises the value before it is published.
     void setSettings(const LapsaSettings& settings);
 
     // ---- Saving
 
     /// Hands `state.json`, then `recovery.json` to the writer. A failure is logged; the lists in memory stay.
     void saveNow();
-    /// saveNow() 0.3 seconds from now, in place of one that is waiting.
+    /// Calls saveNow() in 0.3 seconds; replaces a call that is already waiting.
     void saveSoon();
     void saveRecoveryNow();
-    /// saveRecoveryNow() 0.35 seconds from now, in place of one that is waiting.
+    /// Calls saveRecoveryNow() in 0.35 seconds; replaces a call that is already waiting.
     void saveRecoverySoon();
 
     // ---- Theme
@@ -104,8 +105,8 @@ public:
 
     // ---- Adding
 
-    /// Puts files and folders on countdown, in order; one that already is starts anew. What does not exist is skipped,
-    /// and so is what may never be taken: the answer names it.
+    /// Puts files and folders on countdown, in order; adding a listed path again resets its expiry. Paths that do not
+    /// exist are skipped, and so are paths that may never be taken; the result names the latter.
     AddResult addFiles(const QList<QUrl>& urls);
     AddResult addFiles(const QList<QUrl>& urls, const AddOptions& options);
 
@@ -116,14 +117,14 @@ public:
     enum class DeleteOutcome
     {
         OffTheList,
-        /// Nothing was touched: another item, which is locked, lies in the folder.
+        /// Nothing was touched: the folder holds another item that is locked.
         HoldsLockedItem,
-        /// Somebody writes to the file, which would have to be copied: it is due now, and the next pass tries again.
+        /// The file must be copied but is being written to. The item is due now, and the next pass tries again.
         InUse,
     };
 
-    /// Disposes of the file as the settings say, locked or not, and takes the item off the list; with a folder, the
-    /// items in it that are not locked.
+    /// Disposes of the file as the settings say, locked or not, and removes the item from the list. If it is a folder,
+    /// unlocked items inside it are removed from the list too.
     [[nodiscard]] DeleteOutcome deleteNow(const LapsaItem& item);
     void toggleLock(const LapsaItem& item);
     void lockItem(const QString& id);
@@ -139,12 +140,12 @@ public:
 
     // ---- Expiry
 
-    /// Purges the recovery folder, then disposes of every item that is expired and not locked. A lock holds for what
-    /// the locked item lies in as well: such a folder is passed over. What was copied in vain, since somebody wrote to
-    /// it, is not tried in each pass.
+    /// Purges the recovery folder, then disposes of every item that is expired and not locked. A folder that holds a
+    /// locked item is skipped. An item whose copy failed because its file was being written to is not tried in every
+    /// pass.
     void deleteExpiredItems();
 
-    /// Whether the item is due, but somebody wrote to its file when it was to be copied to another file system.
+    /// Whether the item is due, but its file was being written to when it was to be copied to another file system.
     [[nodiscard]] bool isInUse(const QString& id) const { return m_inUse.contains(id); }
 
     void markWarningSent(const QString& id);
@@ -153,15 +154,16 @@ public:
 
     // ---- Recovery
 
-    /// Puts a copy back where it came from, under a free name. It is an ordinary file again, not on countdown.
+    /// Moves a copy back to its original place, under a free name. It is an ordinary file again, not on countdown.
     void restoreRecoveryItem(const LapsaRecoveryItem& item);
     void deleteRecoveryItem(const LapsaRecoveryItem& item);
-    /// Removes every copy whose retention has run out. A record is dropped even where its copy could not be removed.
+    /// Removes the copies whose retention has expired and that nothing else keeps (see RecoveryPurge). A record is
+    /// dropped even if its copy could not be removed.
     void purgeExpiredRecovery();
 
     // ---- Watched folders and rules
 
-    /// Puts what newly appeared in the watched folders on countdown.
+    /// Puts new files in the watched folders on countdown.
     void scanAutoCleanFolders();
     void addFileTypeRule();
     void removeFileTypeRule(const QUuid& id);
@@ -169,7 +171,7 @@ public:
     void removeAutoCleanFolder(const QUuid& id);
 
 signals:
-    /// Something of the state above, or a setting, is about to change.
+    /// Emitted before any of the state above, or a setting, changes.
     void willChange();
 
 private:
@@ -183,7 +185,7 @@ private:
     static void keepRecoveryList();
     AddResult addFound(const QList<FoundFile>& files, const AddOptions& options);
     [[nodiscard]] QList<LapsaItem>::iterator firstItem(const QString& id);
-    /// Changes the first item of each id, announced once and saved soon.
+    /// Changes the first item of each id; announces this once and saves soon.
     void changeItems(QSet<QString> ids, const std::function<void(LapsaItem&)>& change);
     void removeItems(QString id);
     void deleteFileForItem(const LapsaItem& item, DisposalRun& run);
@@ -204,10 +206,10 @@ private:
     QList<LapsaItem> m_items;
     QList<LapsaRecoveryItem> m_recoveryItems;
     BusyItems m_inUse;
-    /// When the oldest record that is not on the disk yet was made.
+    /// When the oldest record that was not yet handed to the writer was made.
     std::optional<TimePoint> m_recordUnsavedSince;
     std::optional<QString> m_lastMessage;
-    /// Of the items and of the watched folders.
+    /// For the items and the watched folders.
     fileSystem::KnownPaths m_knownPaths;
     DebouncedTask m_saveWorkItem;
     DebouncedTask m_recoverySaveWorkItem;

@@ -17,7 +17,7 @@ namespace lapsa {
 
 namespace {
 
-/// Finds the first item of a path. Many look-ups get a table, one alone does not pay for it.
+/// Finds the first item with a path. A table is built only for several look-ups; for one it does not pay.
 class ItemsByPath
 {
 public:
@@ -29,13 +29,13 @@ public:
             return;
         }
         m_positions.reserve(items.size() + expectedLookUps);
-        // From the back, so that of equal paths the first one stays.
+        // From the back, so that the first of several equal paths wins.
         for (qsizetype position = items.size() - 1; position >= 0; --position) {
             m_positions.insert(items[position].path, position);
         }
     }
 
-    /// The position of the first item of that path, or -1.
+    /// The position of the first item with that path, or -1.
     [[nodiscard]] qsizetype find(const QString& path) const
     {
         if (m_indexed) {
@@ -58,7 +58,7 @@ private:
     QHash<QString, qsizetype> m_positions;
 };
 
-/// Reads the clock twice, as the record has two times.
+/// Reads the clock twice, once for each time in the record.
 LapsaItem newItem(const QString& path, std::int64_t minutes, const Clock& clock)
 {
     const TimePoint addedAt = clock.now();
@@ -71,7 +71,7 @@ LapsaItem newItem(const QString& path, std::int64_t minutes, const Clock& clock)
     };
 }
 
-/// Why Lapsa never takes what stands there.
+/// Why Lapsa never takes the entry at `path`, if so.
 std::optional<fileSystem::Refusal> refusalOf(const QString& path)
 {
     return fileSystem::refusalOf(path, {.folder = AppPaths::applicationSupportDirectory().toLocalFile()});
@@ -98,7 +98,7 @@ AddResult LapsaStore::addFiles(const QList<QUrl>& urls, const AddOptions& option
         if (!status.exists) {
             continue;
         }
-        // Only these can be refused: a drop of thousands of files costs one look at each.
+        // Only these can be refused, so a drop of thousands of files costs one look-up each.
         const auto refusal = status.isDirectory || status.isMountPoint ? refusalOf(*path) : std::nullopt;
         if (refusal) {
             refused.push_back({.path = *path, .reason = *refusal});

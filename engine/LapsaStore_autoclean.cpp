@@ -18,7 +18,7 @@ namespace {
 
 bool isNewFor(const LapsaAutoCleanFolderRule& rule, const fileSystem::FolderEntry& entry)
 {
-    // In whole seconds: a rule that was read from its file has lost the fraction.
+    // Compared in whole seconds: a rule that was read from its file has lost the fraction.
     using std::chrono::floor, std::chrono::seconds;
     return rule.includeExistingFiles ||
            floor<seconds>(entry.creationDate().value_or(distantPast)) >= floor<seconds>(rule.createdAt);
@@ -49,12 +49,12 @@ void LapsaStore::scanFolder(const LapsaAutoCleanFolderRule& rule)
     const QSet<QStringView> known = watchedFolder::namesOnCountdown(m_items, *path);
     QList<FoundFile> taken;
     const auto listed = fileSystem::forEachVisibleEntry(*path, m_knownPaths, [&](const fileSystem::FolderEntry& entry) {
-        // What may never be taken is passed over in silence: nobody asked for it.
+        // Entries that may never be taken are skipped silently: nobody asked for them.
         if (!known.contains(entry.name()) && watchedFolder::mayBeTaken(entry.status()) && isNewFor(rule, entry)) {
             taken.push_back({.path = folder + u'/' + entry.name(), .isDirectory = false});
         }
     });
-    // A folder that cannot be listed now, or not to its end, is looked at again by the next pass: silent on purpose.
+    // A folder that cannot be listed completely now is scanned again in the next pass: silent on purpose.
     if (!listed) {
         return;
     }

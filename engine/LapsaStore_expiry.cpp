@@ -23,7 +23,7 @@ namespace lapsa {
 
 using namespace Qt::StringLiterals;
 
-/// What disposing of many files in a row shares.
+/// State that is shared while disposing of many files in a row.
 struct LapsaStore::DisposalRun
 {
     DisposalRun(const QList<LapsaItem>& items, const fileSystem::KnownPaths& knownPaths)
@@ -35,13 +35,13 @@ struct LapsaStore::DisposalRun
     QString recoveryFolder = AppPaths::recoveryDirectory().toLocalFile();
     FreeNames freeNames;
     ItemPlaces locked;
-    /// By hand a lock holds for what lies in the item alone: the user said now.
+    /// When the user deletes an item, only locks on items inside it count, not its own.
     bool byHand = false;
-    /// Whether the item that is dealt with has cost a long copy.
+    /// Whether the current item has cost a long copy.
     bool copied = false;
-    /// Of the items that were dealt with, whatever became of their files: id and path, in the order of the list.
+    /// Id and path of each handled item, whatever happened to its file, in list order.
     QList<std::pair<QString, QString>> handled;
-    /// The folders that are gone from their places, standardised.
+    /// The folders that were disposed of, standardised.
     QSet<QString> goneFolders;
 };
 
@@ -50,7 +50,7 @@ namespace {
 /// In bytes.
 constexpr std::int64_t soonCopied = 1 << 20;
 
-/// A display name as one file name inside the recovery folder: it can come from an edited file and say anything.
+/// The display name as one file name for the recovery folder: it can come from an edited file and contain anything.
 QString recoveryFileName(const LapsaItem& item)
 {
     QString name = item.displayName;
@@ -76,7 +76,7 @@ QStringList expiredPaths(const QList<LapsaItem>& items, TimePoint now)
 
 void LapsaStore::deleteExpiredItems()
 {
-    // First, and even while everything is paused.
+    // First, even while everything is paused.
     purgeExpiredRecovery();
     if (settings().pauseAllCountdowns) {
         return;
@@ -105,7 +105,7 @@ void LapsaStore::deleteExpiredItems()
     }
 }
 
-// Neither the item's own lock nor the time left is asked for, on purpose: the user said now.
+// Checks neither the item's own lock nor the time left, on purpose: the user asked for it now.
 LapsaStore::DeleteOutcome LapsaStore::deleteNow(const LapsaItem& item)
 {
     DisposalRun run(m_items, m_knownPaths);
@@ -131,7 +131,7 @@ LapsaStore::DeleteOutcome LapsaStore::deleteNow(const LapsaItem& item)
     return DeleteOutcome::OffTheList;
 }
 
-// What ran out meanwhile was not dealt with: it stays for the next pass.
+// Items that expired meanwhile were not handled; they stay for the next pass.
 void LapsaStore::takeOffTheList(const DisposalRun& run)
 {
     const auto wentWithItsFolder = [&run](const LapsaItem& item) {
@@ -144,7 +144,7 @@ void LapsaStore::takeOffTheList(const DisposalRun& run)
         return false;
     };
     emit willChange();
-    // The list only grew meanwhile, so that one walk along both finds them all.
+    // Meanwhile the list has only grown, so one parallel walk finds all of them.
     auto next = run.handled.cbegin();
     m_items.removeIf([&](const LapsaItem& item) {
         const bool handled = next != run.handled.cend() && next->first == item.id && next->second == item.path;
@@ -173,8 +173,8 @@ void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
         return;
     }
     run.handled.push_back({item.id, item.path});
-    // Somebody else was faster: nothing to do and nothing to say. A path that leads nowhere by itself, as an edited
-    // file may hold one, is refused below like everything else that must not be touched.
+    // Somebody else removed the file: there is nothing to do or report. A relative path, possible in an edited file, is
+    // refused below like everything else that must not be touched.
     if (!entry.exists() && item.path.startsWith(u'/')) {
         m_inUse.remove(item.id);
         return;
@@ -193,7 +193,7 @@ void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
     }
 }
 
-// Not a failure yet: a later pass will find that nobody writes any more.
+// Not a failure yet: a later pass will try again when nobody is writing any more.
 void LapsaStore::keepUntilUnused(const LapsaItem& item, DisposalRun& run)
 {
     emit willChange();
@@ -214,7 +214,7 @@ Result<void> LapsaStore::moveToRecovery(const LapsaItem& item, const fileSystem:
     const QString name = recoveryFileName(item);
     Result<QString> moved = moveToFreeName(run.batch, entry, run.recoveryFolder + u'/' + name, run.freeNames);
     if (!moved && moved.error().code == ENOENT) {
-        // Somebody removed the folder.
+        // The recovery folder was removed; ask for it again, which creates it.
         run.recoveryFolder = AppPaths::recoveryDirectory().toLocalFile();
         moved = moveToFreeName(run.batch, entry, run.recoveryFolder + u'/' + name, run.freeNames);
     }
@@ -253,11 +253,11 @@ void LapsaStore::saveBeforeLongWork(std::int64_t bytes)
     }
 }
 
-// A pass can be long, and no timer fires meanwhile. The end of the process would cost the records that are not saved:
-// their files would stay in Recovery, unknown.
+// A pass can take long, and no timer fires meanwhile. If the process ended, unsaved records would be lost and their
+// files would stay in Recovery, unknown to Lapsa.
 void LapsaStore::saveAgedRecords()
 {
-    // What comes next takes its time as well: a record is to be on the disk after at most 0.35 seconds.
+    // The next step takes time as well; a record should be saved after at most 0.35 seconds.
     constexpr std::chrono::milliseconds oldest{300};
     if (m_recordUnsavedSince && m_environment.clock.now() - *m_recordUnsavedSince >= oldest) {
         saveRecoveryNow();

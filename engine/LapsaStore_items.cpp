@@ -17,7 +17,7 @@ void LapsaStore::removeFromList(const LapsaItem& item)
     saveSoon();
 }
 
-// The countdown goes on behind a lock, on purpose: locking never adds time.
+// The countdown continues while the item is locked, on purpose: locking never adds time.
 void LapsaStore::toggleLock(const LapsaItem& item)
 {
     const auto found = firstItem(item.id);
@@ -46,7 +46,7 @@ void LapsaStore::updateExpiration(const LapsaItem& item, std::int64_t minutes)
         return;
     }
     emit willChange();
-    // No upper bound here, on purpose: whoever asks the user bounds what the user can say.
+    // No upper bound here, on purpose: the caller limits what the user can enter.
     found->expiresAt = addingMinutes(m_environment.clock.now(), std::max<std::int64_t>(minutes, 1));
     found->fiveMinuteWarningSent = false;
     saveSoon();
@@ -95,7 +95,7 @@ void LapsaStore::changeItems(QSet<QString> ids, const std::function<void(LapsaIt
     }
 }
 
-// The id by value: it may be that of an item in the list itself, which moves while the list closes its gaps.
+// The id is passed by value: it may belong to an item in the list, which moves while removeIf() closes the gaps.
 void LapsaStore::removeItems(QString id) // NOLINT(performance-unnecessary-value-param)
 {
     emit willChange();

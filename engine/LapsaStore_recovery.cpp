@@ -31,7 +31,7 @@ fileSystem::Protection protection()
     return {.folder = AppPaths::applicationSupportDirectory().toLocalFile()};
 }
 
-/// Moves the copy to the place that its record tells.
+/// Moves the copy to the original path of its record.
 Result<void> putBack(const LapsaRecoveryItem& item, const fileSystem::BatchEntry& copy, fileSystem::Batch& batch)
 {
     FreeNames freeNames;
@@ -64,10 +64,10 @@ void LapsaStore::restoreRecoveryItem(const LapsaRecoveryItem& item)
     if (copy && copy->exists()) {
         restored = putBack(item, *copy, batch);
     } else if (!name && fileSystem::exists(item.recoveryPath)) {
-        // Not a copy of ours, whatever the record says.
+        // Not one of our copies, whatever the record says.
         restored = FileError::fromErrno(EPERM);
     } else {
-        // The record of a copy that is gone stays until its time is up.
+        // The copy is gone; its record stays until its retention has expired.
         return;
     }
     if (!restored) {
@@ -81,8 +81,8 @@ void LapsaStore::restoreRecoveryItem(const LapsaRecoveryItem& item)
     saveRecoverySoon();
 }
 
-// What cannot be removed is silent on purpose, a copy that is already gone and a path to elsewhere included: the record
-// goes either way.
+// Failures are silent on purpose, including a copy that is already gone and a path outside Recovery: the record is
+// removed anyway.
 void LapsaStore::deleteRecoveryItem(const LapsaRecoveryItem& item)
 {
     RecoveryFolder recovery;
@@ -114,7 +114,7 @@ void LapsaStore::purgeExpiredRecovery()
     saveRecoverySoon();
 }
 
-// The id by value: it may be that of a record in the list itself, which moves while the list closes its gaps.
+// The id is passed by value: it may belong to a record in the list, which moves while removeIf() closes the gaps.
 void LapsaStore::removeRecoveryRecords(QUuid id)
 {
     emit willChange();

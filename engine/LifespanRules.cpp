@@ -36,7 +36,7 @@ QStringList extensionsOf(const QString& extensionsCSV)
     while (begin != extensionsCSV.cend()) {
         const auto* const end = std::find_if(begin, extensionsCSV.cend(), isSeparator);
         const QString extension = normalized(QString(begin, end - begin));
-        // A lone full stop is what an empty piece has become.
+        // An empty piece has become a single dot.
         if (extension.size() > 1) {
             extensions += extension;
         }

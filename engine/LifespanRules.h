@@ -13,22 +13,22 @@
 
 namespace lapsa {
 
-/// The normalised extensions of a rule's text, each in lower case with its leading full stop. Commas, semicolons and
-/// blanks separate; what is left of a piece without its full stop must not be empty.
+/// The normalised extensions of a rule's text, each in lower case with its leading dot. Commas, semicolons and spaces
+/// separate them; pieces that are empty without their dot are dropped.
 [[nodiscard]] QStringList extensionsOf(const QString& extensionsCSV);
 
-/// The lifespans that the settings give to files, made ready for many files.
+/// The lifespans that the settings give to files, prepared for many look-ups.
 class LifespanRules final
 {
 public:
     explicit LifespanRules(const LapsaSettings& settings);
 
-    /// Minutes, 1 to 525600, for a file of that name: those of the first enabled rule that lists its extension, else
-    /// the default. A file without an extension matches no rule.
+    /// Minutes, 1 to 525600, for a file of that name: the first enabled rule that lists its extension applies, else the
+    /// default. A file without an extension matches no rule.
     [[nodiscard]] std::int64_t lifespanFor(const QString& fileName) const;
 
 private:
-    /// By extension with its full stop; the first rule that lists one has it.
+    /// By extension with its dot; the first rule that lists an extension applies.
     QHash<QString, std::int64_t> m_lifespans;
     std::int64_t m_defaultLifespan;
 };

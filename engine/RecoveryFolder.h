@@ -12,26 +12,26 @@
 
 namespace lapsa {
 
-/// This Lapsa's own Recovery folder, held open. Whatever a record says, a copy is looked at, moved and removed in this
-/// folder and nowhere else: a record can come from an edited list, or from a copy of another data folder.
+/// This Lapsa's own Recovery folder, kept open. Copies are looked up, moved and removed only in this folder, whatever a
+/// record says: a record can come from an edited list or from a copy of another data folder.
 class RecoveryFolder final
 {
 public:
-    /// Opens the folder, which is created where it is missing. One that cannot be opened holds nothing.
+    /// Opens the folder; creates it if it is missing. A folder that cannot be opened appears empty.
     RecoveryFolder();
 
-    /// Removes what moves into the folder from other file systems left behind when the process ended. For the start,
-    /// before anything else may move a file there.
+    /// Removes partial copies that were left in the folder when the process ended during moves from other file systems.
+    /// Call this at start, before anything else may move a file there.
     static void removeInterruptedCopies();
 
     [[nodiscard]] const fileSystem::HeldFolder& held() const { return m_folder; }
 
-    /// The name in this folder of the copy that a record means; nothing for one that means another place. A path into
-    /// the Recovery folder of another data folder means the copy of that name here, so that a data folder can be moved
-    /// or brought back from a backup.
+    /// The name in this folder of the copy that a record refers to; nothing if it refers to another place. A path into
+    /// the Recovery folder of another data folder refers to the copy of that name here, so that a data folder can be
+    /// moved or restored from a backup.
     [[nodiscard]] std::optional<QString> nameOf(const QString& recoveryPath);
 
-    /// The path of a copy, in the words of this Lapsa.
+    /// The path of a copy in this Lapsa's Recovery folder.
     [[nodiscard]] QString pathOf(const QString& name) const { return m_path + u'/' + name; }
 
 private:
@@ -39,7 +39,7 @@ private:
 
     QString m_path;
     fileSystem::HeldFolder m_folder;
-    /// What was found out about other folders, by their paths.
+    /// Whether other folders are this one, by path.
     QHash<QString, bool> m_asked;
 };
 

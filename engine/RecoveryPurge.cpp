@@ -63,8 +63,8 @@ RecoveryPurge::Fate RecoveryPurge::purge(const LapsaRecoveryItem& record, fileSy
     if (m_itemsNotRunOut.includes(path, *info) || m_itemsNotRunOut.lieIn(path, *info)) {
         return Fate::Remains;
     }
-    // A file that was taken back by hand, and expired again, can lie where its first copy lay: its time is the later
-    // one.
+    // A file that was taken back by hand and expired again can have the same path as its first copy; the later record
+    // decides.
     if (!isKept(*name, *info)) {
         std::ignore = batch.remove(copy); // silent on purpose: the record goes either way
     }

@@ -18,17 +18,17 @@
 
 namespace lapsa {
 
-/// One look through the records for copies whose retention has run out. What it removes lies in this Lapsa's own
-/// Recovery folder; a copy stays there while a record that is not yet due keeps it as well.
+/// One pass over the records to purge copies whose retention has expired. Removes files only in this Lapsa's own
+/// Recovery folder; a copy stays there while another record that is not yet due keeps it.
 class RecoveryPurge final
 {
 public:
     /// `records` outlives this object.
     RecoveryPurge(const QList<LapsaRecoveryItem>& records, const QList<LapsaItem>& items, TimePoint now);
 
-    /// Removes what is due, and returns the records that remain: those that are not due, and those whose copies are on
-    /// the list again, locked or with time left, by themselves or with something inside them. The record of a copy that
-    /// cannot be removed, is gone or lies elsewhere does not remain.
+    /// Removes what is due and returns the records that remain: those that are not due, and those whose copies, or
+    /// something inside them, are on the list again, locked or not yet expired. A record whose copy cannot be removed,
+    /// is gone or lies elsewhere is dropped.
     [[nodiscard]] QList<LapsaRecoveryItem> run(fileSystem::Batch& batch);
 
 private:
@@ -47,7 +47,7 @@ private:
     TimePoint m_now;
     RecoveryFolder m_folder;
     ItemPlaces m_itemsNotRunOut;
-    /// What records that are not due keep: the names, and what they were seen to be.
+    /// The copies that records not yet due keep: their names and their identities on disk.
     QSet<QString> m_keptNames;
     bool m_keptSeen = false;
     EntryIndex m_kept;

@@ -34,7 +34,7 @@ QList<LapsaRecoveryItem> noted()
                : QList<LapsaRecoveryItem>();
 }
 
-// A failure is silent on purpose: at worst a start looks for leftovers in vain, or does not find them.
+// A failure is silent on purpose: at worst, a start looks for leftovers for nothing, or does not find them.
 void save(const QList<LapsaRecoveryItem>& records)
 {
     if (records.isEmpty()) {
@@ -81,7 +81,7 @@ void removeLeftovers(TimePoint now)
         }
         return isThere || record.purgeAfter <= now;
     });
-    // A write takes away what a kill in the middle of an earlier one has left.
+    // A write also removes what an earlier, interrupted write has left.
     std::ignore = fileSystem::writeAtomically(path(), JSONEncoder::lapsa().encode(records));
     save(records);
 }

@@ -8,17 +8,17 @@
 
 namespace lapsa {
 
-/// The note on the disk of copies that are being put back to other file systems. The end of the process may leave a
-/// part of one beside the place that it was meant for, and a start looks there and nowhere else: the folders of all
-/// parked files may be far away.
+/// The note on disk of copies that are being moved back to other file systems. If the process ends, part of such a copy
+/// may stay beside its destination. The next start looks only in the noted folders, not in those of all parked files:
+/// they may be on slow or remote disks.
 namespace restoreNote {
 
-/// On the disk when this returns. Without it, on a full disk, the restore goes on: the file counts more.
+/// On disk when this returns. If it cannot be written (full disk), the restore continues: the file matters more.
 void write(const LapsaRecoveryItem& record);
-/// The restore of this record has come to its end.
+/// The restore of this record has ended.
 void drop(const LapsaRecoveryItem& record);
-/// Removes what is left of restores that did not. Where the folder is not there now, it is looked for again until the
-/// record's time is up.
+/// Removes what unfinished restores left behind. If a folder is missing now, every later start tries again until the
+/// record's retention has expired.
 void removeLeftovers(TimePoint now);
 
 } // namespace restoreNote

@@ -33,7 +33,7 @@ QSet<QStringView> namesOnCountdown(const QList<LapsaItem>& items, const QString&
             names.push_back(path.sliced(length + 1));
         }
     }
-    // All at once: a set that grows puts each of them into its place several times.
+    // Built at once: a growing set would rehash its elements several times.
     return {names.begin(), names.end()};
 }
 
