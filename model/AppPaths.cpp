@@ -20,8 +20,7 @@ namespace {
 QString madeFolder(const QString& path)
 {
     if (!fileSystem::exists(path)) {
-        // Silent on purpose: the location is the answer either way, and whoever reads or writes there meets the
-        // failure.
+        // Silent on purpose: the path is the result either way, and reading or writing there will report the failure.
         std::ignore = fileSystem::createDirectory(path, fileSystem::Access::OwnerOnly);
     }
     return path;

@@ -7,14 +7,14 @@
 
 namespace lapsa {
 
-/// A file name taken apart at its last full stop.
+/// A file name split at its last dot.
 struct FileName
 {
     QString base;
-    /// Without the full stop; empty where there is none.
+    /// Without the dot; empty if there is none.
     QString extension;
 
-    /// A leading dot is no extension: ".profile" is all base, and so is a name that ends with a full stop.
+    /// A leading dot starts no extension: ".profile" is all base, and so is a name that ends with a dot.
     [[nodiscard]] static FileName of(const QString& name);
 
     friend bool operator==(const FileName&, const FileName&) = default;
@@ -23,7 +23,7 @@ struct FileName
 /// The last component of a path.
 [[nodiscard]] QString lastPathComponent(const QString& path);
 
-/// A path without its last component; "/" for what lies directly in it.
+/// A path without its last component; "/" for a path directly below the root.
 [[nodiscard]] QString parentPath(const QString& path);
 
 } // namespace lapsa

@@ -23,7 +23,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The copies of one file, by their numbers.
+/// The copies of one file, by number.
 class Copies
 {
 public:
@@ -39,7 +39,7 @@ public:
                 m_numbers.push_back(number);
             }
         });
-        std::ignore = listed; // there is no folder yet
+        std::ignore = listed; // the folder may not exist yet
         std::ranges::sort(m_numbers);
     }
 
@@ -61,7 +61,7 @@ public:
         return written;
     }
 
-    /// The file itself.
+    /// Moves the file itself among the copies.
     Result<void> take(const QString& file)
     {
         const std::int64_t number = m_numbers.isEmpty() ? 1 : m_numbers.last() + 1;
@@ -76,7 +76,7 @@ public:
     {
         fileSystem::Batch batch({.folder = AppPaths::applicationSupportDirectory().toLocalFile()});
         while (m_numbers.size() > mostKeptFiles) {
-            // One too many does no harm: silent on purpose.
+            // One copy too many does no harm: silent on purpose.
             std::ignore = batch.remove(pathOf(m_numbers.takeFirst()));
         }
     }
@@ -91,11 +91,11 @@ private:
 
     QString m_folder;
     FileName m_name;
-    /// Rising.
+    /// Ascending.
     QList<std::int64_t> m_numbers;
 };
 
-/// What is left of it is all there is: whoever knows more of disks, or has the right to read it, may get at it.
+/// The file itself is kept: an expert, or someone with permission to read it, may still recover its content.
 void keepUnreadable(const QString& file)
 {
     const QString name = lastPathComponent(file);
@@ -112,7 +112,7 @@ void keepUnreadable(const QString& file)
             return;
         }
     }
-    // What is no file is not replaced either.
+    // Something that is not a file is not replaced either.
     if (kept.error().code != EISDIR && kept.error().code != EINVAL) {
         systemLog(u"Lapsa replaces "_s + name + u", no copy is kept: "_s + kept.error().description);
     }

@@ -15,7 +15,7 @@ namespace lapsa {
 class JSONEncoder;
 class JSONObject;
 
-/// A watched folder: every file that newly appears at its top level is put on countdown.
+/// A watched folder: every new file at its top level is put on countdown.
 struct LapsaAutoCleanFolderRule
 {
     QUuid id = QUuid::createUuid();
@@ -23,16 +23,15 @@ struct LapsaAutoCleanFolderRule
     QString folderPath;
     /// Used only when `applyFileTypeRules` is false.
     std::int64_t lifespanMinutes = 10080;
-    /// A folder that is not enabled is not scanned.
+    /// A disabled folder is not scanned.
     bool enabled = true;
-    /// Whether files created before `createdAt` are taken too.
+    /// Whether files created before `createdAt` are added too.
     bool includeExistingFiles = false;
-    /// Whether the lifespans are found as for files added by hand, in place of `lifespanMinutes`.
+    /// Whether lifespans are determined as for files added by hand, instead of by `lifespanMinutes`.
     bool applyFileTypeRules = true;
-    /// When the folder was added. Whoever makes a rule sets it to the clock's time.
+    /// When the folder was added. Whoever creates a rule sets it to the current time of the clock.
     TimePoint createdAt = distantPast;
-    /// Kept in the file but neither read nor set by the scan, on purpose: the list of items is the only memory of what
-    /// was seen.
+    /// Kept in the file but neither read nor set by the scan, on purpose: Lapsa remembers only what is on the list.
     TimePoint lastScanAt = distantPast;
 
     friend bool operator==(const LapsaAutoCleanFolderRule&, const LapsaAutoCleanFolderRule&) = default;

@@ -13,14 +13,14 @@ namespace lapsa {
 class JSONEncoder;
 class JSONObject;
 
-/// Gives files of the listed extensions a lifespan of their own.
+/// Gives files with the listed extensions their own lifespan.
 struct LapsaFileTypeRule
 {
     QUuid id = QUuid::createUuid();
     /// Extensions with their leading dots, separated by commas, for example ".zip,.rar,.7z".
     QString extensionsCSV;
     std::int64_t lifespanMinutes = 120;
-    /// A rule that is not enabled is kept but never matches.
+    /// A disabled rule is kept but never matches.
     bool enabled = true;
 
     friend bool operator==(const LapsaFileTypeRule&, const LapsaFileTypeRule&) = default;

@@ -14,7 +14,7 @@ namespace lapsa {
 
 QUrl LapsaItem::url() const
 {
-    // Standardised: in "//home/ada", as an edited list may hold it, "home" would become the name of a machine.
+    // Standardised: otherwise "home" in "//home/ada", which an edited list may contain, would become a host name.
     return QUrl::fromLocalFile(fileSystem::standardizedPath(path).value_or(path));
 }
 

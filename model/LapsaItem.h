@@ -13,10 +13,10 @@ namespace lapsa {
 class JSONEncoder;
 class JSONObject;
 
-/// One file or folder on countdown. Equality is over all fields; `id` identifies it in lists.
+/// A file or folder on countdown. Equality compares all fields; `id` identifies it in lists.
 struct LapsaItem
 {
-    /// The upper-case text of a random UUID for a new item; whatever text was stored for one that is read.
+    /// For a new item, the upper-case text of a random UUID; for an item that was read, the stored text.
     QString id;
     /// Absolute.
     QString path;
@@ -26,8 +26,8 @@ struct LapsaItem
     TimePoint expiresAt;
     /// A locked item is neither warned about nor disposed of.
     bool locked = false;
-    /// Whether the warning was posted, whatever its lead time. The name is older than the setting and is kept, because
-    /// it is the key in the users' files.
+    /// Whether the warning was posted, whatever its lead time. The name is older than that setting and stays, because
+    /// it is the key in users' files.
     bool fiveMinuteWarningSent = false;
 
     [[nodiscard]] QUrl url() const;
@@ -37,13 +37,13 @@ struct LapsaItem
     [[nodiscard]] bool isDirectory() const;
     /// Seconds from `now` until `expiresAt`, never below 0.
     [[nodiscard]] double remainingSeconds(TimePoint now) const;
-    /// True from the very instant of `expiresAt` on.
+    /// True from the exact moment of `expiresAt` on.
     [[nodiscard]] bool isExpired(TimePoint now) const;
 
     friend bool operator==(const LapsaItem&, const LapsaItem&) = default;
 };
 
-/// The identity of a new item: the upper-case canonical text of a fresh random UUID.
+/// The id for a new item: the upper-case canonical text of a new random UUID.
 [[nodiscard]] QString newItemId();
 
 void write(JSONEncoder& encoder, const LapsaItem& item);

@@ -13,17 +13,17 @@ namespace lapsa {
 class JSONEncoder;
 class JSONObject;
 
-/// One expired file that is parked in the recovery folder. Equality is over all fields; `id` identifies it in lists.
+/// An expired file that is kept in the recovery folder. Equality compares all fields; `id` identifies it in lists.
 struct LapsaRecoveryItem
 {
     QUuid id;
-    /// Where the file was before it expired, and where restoring puts it back. Absolute.
+    /// Where the file was before it expired, and where a restore puts it back. Absolute.
     QString originalPath;
     /// Where its copy is now. Absolute.
     QString recoveryPath;
     QString displayName;
     TimePoint deletedAt;
-    /// When the copy becomes due to be removed for good.
+    /// When the copy is due to be deleted permanently.
     TimePoint purgeAfter;
 
     friend bool operator==(const LapsaRecoveryItem&, const LapsaRecoveryItem&) = default;

@@ -31,7 +31,7 @@ const LapsaSettings& LapsaSettings::defaults()
 LapsaSettings sanitize(LapsaSettings settings)
 {
     using std::clamp;
-    constexpr std::int64_t least = 1; // of what is no lifespan
+    constexpr std::int64_t least = 1; // for values that are not lifespans
     settings.defaultExpirationMinutes =
         clamp(settings.defaultExpirationMinutes, minLifespanMinutes, maxLifespanMinutes);
     settings.notifyBeforeMinutes = clamp(settings.notifyBeforeMinutes, least, maxNotifyBeforeMinutes);
@@ -62,7 +62,7 @@ void write(JSONEncoder& encoder, const LapsaSettings& settings)
     encoder.endObject();
 }
 
-// All or nothing, on purpose: a file that lacks one key is not filled up from the defaults but refused.
+// All or nothing, on purpose: a file that lacks a key is rejected, not completed from the defaults.
 void read(const JSONObject& object, LapsaSettings& settings)
 {
     settings.defaultExpirationMinutes = object.integer("defaultExpirationMinutes");

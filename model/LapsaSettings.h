@@ -16,23 +16,23 @@ namespace lapsa {
 class JSONEncoder;
 class JSONObject;
 
-/// The bounds of every lifespan: a minute and 365 days.
+/// The bounds of every lifespan: one minute and 365 days.
 inline constexpr std::int64_t minLifespanMinutes = 1;
 inline constexpr std::int64_t maxLifespanMinutes = 525600;
-/// The longest lead time of a warning.
+/// The maximum lead time of a warning.
 inline constexpr std::int64_t maxNotifyBeforeMinutes = 60;
-/// Seven days: the longest retention of a recovery copy.
+/// The maximum retention of a recovery copy: seven days.
 inline constexpr std::int64_t maxRecoveryRetentionHours = 168;
 
-/// The three rules that a fresh installation starts with, each with a fresh id.
+/// The three rules of a fresh installation, each with a new id.
 [[nodiscard]] QList<LapsaFileTypeRule> defaultFileTypeRules();
 
-/// The user's preferences. The bounds are not kept here but by `sanitize`.
+/// The user's preferences. `sanitize` enforces the bounds, not this type.
 struct LapsaSettings
 {
-    /// The lifespan of an added item where no rule applies.
+    /// The lifespan of an added item if no rule applies.
     std::int64_t defaultExpirationMinutes = 120;
-    /// Where the recovery window is off: to the Trash, or away for good.
+    /// If the recovery window is off: whether expired files go to the Trash or are deleted permanently.
     bool useTrash = true;
     /// Whether the panel stays open until its icon is clicked again.
     bool keepPanelOpen = true;
@@ -48,13 +48,13 @@ struct LapsaSettings
     QList<LapsaFileTypeRule> fileTypeRules = defaultFileTypeRules();
     QList<LapsaAutoCleanFolderRule> autoCleanFolders;
 
-    /// The shared default value: made on first use, so that its rule ids stay the same while the process lives.
+    /// The shared default value, created on first use, so that its rule ids stay the same for the life of the process.
     [[nodiscard]] static const LapsaSettings& defaults();
 
     friend bool operator==(const LapsaSettings&, const LapsaSettings&) = default;
 };
 
-/// A copy in which each bounded field is clamped into its range. Everything else, odd rules too, is left as it was.
+/// A copy with each bounded field clamped to its range. Everything else, even odd rules, stays as it was.
 [[nodiscard]] LapsaSettings sanitize(LapsaSettings settings);
 
 void write(JSONEncoder& encoder, const LapsaSettings& settings);

@@ -18,12 +18,12 @@ enum class LapsaTheme
     Light,
 };
 
-/// Every theme, in the order in which it is offered.
+/// Every theme, in the order in which they are offered.
 inline constexpr std::array allLapsaThemes{LapsaTheme::System, LapsaTheme::Dark, LapsaTheme::Light};
 
 /// The stored text: "system", "dark" or "light".
 [[nodiscard]] QString rawValue(LapsaTheme theme);
-/// The theme of a stored text; nothing for any other text.
+/// The theme for a stored text; nothing for any other text.
 [[nodiscard]] std::optional<LapsaTheme> lapsaThemeFromRawValue(const QString& rawValue);
 
 } // namespace lapsa

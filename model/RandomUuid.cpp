@@ -11,7 +11,7 @@ namespace lapsa {
 
 QUuid randomUuid()
 {
-    // Seeded once with the system's randomness: asked for each record, that would be the most expensive part of it.
+    // Seeded once with system randomness: asking the system for each record would be the slowest part of making it.
     thread_local QRandomGenerator generator = QRandomGenerator::securelySeeded();
     const std::uint64_t high = generator.generate64();
     const std::uint64_t low = generator.generate64();

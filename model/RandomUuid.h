@@ -8,7 +8,7 @@
 
 namespace lapsa {
 
-/// A fresh random (version 4) UUID. It names a record and is no secret.
+/// A new random (version 4) UUID. It identifies a record and is not a secret.
 [[nodiscard]] QUuid randomUuid();
 
 /// The canonical text of a UUID in upper case.

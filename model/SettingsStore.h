@@ -12,24 +12,25 @@ namespace lapsa {
 
 class FileWriter;
 
-/// Owner of the live settings: loads them once, publishes every change and saves them shortly after. Main thread only.
+/// Owns the current settings: loads them once, publishes every change and saves it shortly afterwards. Main thread
+/// only.
 class SettingsStore final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Starts from the defaults and loads the file at once. Queue and writer outlive the store.
+    /// Starts with the defaults and loads the file at once. Queue and writer outlive the store.
     SettingsStore(MainQueue& queue, FileWriter& fileWriter);
 
     [[nodiscard]] const LapsaSettings& settings() const { return m_settings; }
 
-    /// Every assignment counts as a change, the same value too. Not sanitised here: LapsaStore is where that happens.
+    /// Every assignment counts as a change, even of an equal value. Does not sanitise; LapsaStore does.
     void setSettings(const LapsaSettings& settings);
 
-    /// Reads `settings.json`. One that is missing or cannot be read, as a whole, gives the defaults and is replaced by
-    /// them at once; a copy of it is kept.
+    /// Reads `settings.json`. If it is missing or any part is unreadable, the defaults apply and replace it at once; a
+    /// copy of it is kept.
     void load();
-    /// Saves 0.35 seconds from now, in place of a save that is already waiting.
+    /// Saves in 0.35 seconds; replaces a save that is already waiting.
     void scheduleSave();
     /// Hands the settings to the writer at once. A failure is logged; the settings in memory stay, and the next change
     /// tries again.
