@@ -39,12 +39,12 @@ namespace {
 
 constexpr std::chrono::duration<double> splashDuration{1.35};
 constexpr int statusIconSize = 18;
-/// Whatever the disk does: who ends a program does not wait for it.
+/// The longest wait for the disk at the end: a user who quits the program does not wait for it.
 constexpr std::chrono::seconds longestEnd{1};
-/// After a window has gone: longer than it takes to fade out, and than somebody takes who wants it back at once.
+/// After a window has closed: longer than its fade-out, and than a user takes who wants it back at once.
 constexpr std::chrono::seconds restBeforeTidying{2};
 
-/// A part that the launch makes. Asking for one before is a programming error, and ends here, not somewhere inside it.
+/// A part that the launch creates. Asking for it earlier is a programming error; it ends here, not somewhere inside it.
 template <typename Part>
 Part& made(const std::unique_ptr<Part>& part, const char* name)
 {
@@ -116,7 +116,7 @@ void AppDelegate::setUpStatusItem()
     }
     button->setToolTip(u"Lapsa"_s);
     connect(button, &StatusButton::clicked, this, &AppDelegate::togglePanel);
-    // In the language of this moment; another one is spoken after the next start.
+    // In the current language; a change takes effect at the next start.
     m_statusItem->setMenu({
         {.title = Localized::openLapsa(), .shortcut = {}, .action = [this] { openPanel(); }},
         {.title = Localized::preferences(), .shortcut = u"Ctrl+,"_s, .action = [this] { openPreferences(); }},
@@ -209,7 +209,7 @@ void AppDelegate::applicationWillTerminate()
 
 void AppDelegate::quit()
 {
-    // Showing a window already handles events, and an exit from an event loop that does not run yet is forgotten.
+    // Showing a window already handles events, and exit() has no effect on an event loop that is not running yet.
     m_quitting = true;
     // Not QCoreApplication::quit(), which any open window could refuse.
     QCoreApplication::exit();

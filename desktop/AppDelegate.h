@@ -29,8 +29,8 @@ class SettingsStore;
 class StatusButton;
 class StatusItem;
 
-/// The shell of the program: makes every long-lived object, in a fixed order, passes on what comes from outside, and
-/// saves everything at the end. After the launch every part is there; asking for one before is a programming error.
+/// The shell of the program: creates every long-lived object in a fixed order, forwards outside events, and saves
+/// everything at the end. After the launch every part exists; asking for one earlier is a programming error.
 class AppDelegate final : public QObject
 {
     Q_OBJECT
@@ -43,41 +43,41 @@ public:
 
     void applicationDidFinishLaunching();
 
-    /// Files opened with the application, with the file-type rules applied. The panel is not shown.
+    /// Adds files that were opened with the application, with the file type rules applied. Does not show the panel.
     void applicationOpen(const QList<QUrl>& urls);
 
-    /// A left click on the status button at `icon`: opens the panel there, or closes it.
+    /// Handles a left click on the status button at `icon`: opens the panel there, or closes it.
     void togglePanel(const std::optional<QRect>& icon);
-    /// Opens the panel at the status button; it never closes it.
+    /// Opens the panel at the status button; never closes it.
     void openPanel();
     void openPreferences();
-    /// Puts what is selected in the file manager on countdown, with the file-type rules applied, and opens the panel.
+    /// Puts the file manager's selection on countdown, with the file type rules applied, and opens the panel.
     void addFinderSelectionFromShortcut();
     void addFinderSelectionMenu();
     /// Shows the data folder in the file manager.
     void openDataFolder();
-    /// What the entry of the menu does that has this name in the desktop entry; any other name does nothing.
+    /// Does what the menu entry with this name in the desktop entry does; any other name does nothing.
     void performAction(const QString& name);
 
-    /// Without a status item or a button it does nothing.
+    /// Does nothing without a status item or a button.
     void clearStatusButtonHighlight();
 
-    /// Writes all that waits to be written, within a second. The program goes on.
+    /// Writes everything that is not yet saved, waiting at most a second. The program continues.
     void saveEverything();
 
-    /// Stops the passes, gives the hot key back and saves everything; the second time nothing.
+    /// Stops the passes, releases the hot key and saves everything. A second call does nothing.
     void applicationWillTerminate();
 
-    /// Ends the program, also before its event loop runs.
+    /// Ends the program, even before its event loop runs.
     void quit();
 
     [[nodiscard]] bool quitting() const { return m_quitting; }
 
 private:
     void setUpStatusItem();
-    [[nodiscard]] StatusButton* statusButton() const; // null where the desktop has none
+    [[nodiscard]] StatusButton* statusButton() const; // null if the desktop has none
     void notificationClicked(const QHash<QString, QString>& userInfo);
-    /// What a window that closes now has freed; the last wish counts.
+    /// Releases the memory of closed windows after `delay`; a new call replaces a waiting one.
     void giveBackMemoryAfter(std::chrono::milliseconds delay);
 
     Environment m_environment;

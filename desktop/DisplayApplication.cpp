@@ -11,8 +11,8 @@ namespace lapsa {
 
 namespace {
 
-/// A setting of the toolkit that is read from the environment while it comes up, and is not passed on to the programs
-/// that are started later. What the user has set stays.
+/// A toolkit setting that is read from the environment at startup and not passed on to programs that are started later.
+/// A value that the user has set stays.
 class EnvironmentDefault final
 {
 public:
@@ -56,7 +56,7 @@ std::unique_ptr<QApplication> makeDisplayApplication(int& argc, char** argv)
     if (wayland && x11) {
         platform.emplace("QT_QPA_PLATFORM", "xcb;wayland");
     }
-    // Nothing here is drawn by OpenGL, whose drivers would take most of the memory of the process.
+    // Nothing is drawn with OpenGL, and its drivers would take most of the process's memory.
     const EnvironmentDefault drawingOnX11("QT_XCB_GL_INTEGRATION", "none");
     const EnvironmentDefault drawingOnWayland("QT_WAYLAND_DISABLE_HW_INTEGRATION", "1");
     return std::make_unique<QApplication>(argc, argv);

@@ -29,7 +29,7 @@ QString keyOf(const QUrl& url)
     return extension.isEmpty() ? u"_blank"_s : extension;
 }
 
-/// Scaled to fit where the theme has the icon smaller only.
+/// Scaled to fit if the theme has only a smaller icon.
 QPixmap atSize(const QIcon& icon, double devicePixelRatio)
 {
     const QPixmap found = icon.pixmap(iconSize, devicePixelRatio);
@@ -56,7 +56,7 @@ QList<double> wantedRatios()
     return ratios;
 }
 
-/// Painted once: drawing a row never goes back to the theme.
+/// Rendered once: drawing a row never goes back to the theme.
 QIcon sized(const QIcon& icon)
 {
     QIcon result;
@@ -110,7 +110,7 @@ QIcon themedFileIcon(const QUrl& url)
         const QIcon icon = fromTheme({u"folder"_s, u"inode-directory"_s});
         return icon.isNull() ? drawn(u"folder"_s) : icon;
     }
-    // By the name alone: what a file holds is not read for its picture.
+    // By name only: file contents are not read to choose an icon.
     const QMimeType type = QMimeDatabase().mimeTypeForFile(lastPathComponent(path), QMimeDatabase::MatchExtension);
     const QIcon icon = fromTheme({type.iconName(), type.genericIconName(), u"text-x-generic"_s});
     return icon.isNull() ? drawn(u"page"_s) : icon;

@@ -12,21 +12,20 @@
 
 namespace lapsa {
 
-/// The icons of files, one for each extension: a list that is drawn again and again asks the desktop once for each.
-/// Every folder and every file without an extension shows the icon that was found for the first such path. Main thread
-/// only.
+/// The icons of files, one per extension, so that repainting a list asks the desktop once for each extension. Files and
+/// folders without an extension share the icon that was found for the first such path. Main thread only.
 class FileIconProvider final : public FileIconSource
 {
 public:
-    /// Finds the icon of a file for the first time.
+    /// Finds the icon of a file that is not cached yet.
     using Lookup = std::function<QIcon(const QUrl&)>;
 
     explicit FileIconProvider(Lookup lookup);
 
-    /// The one with the desktop's own icons, made on first use.
+    /// The provider with the desktop's own icons, created on first use.
     [[nodiscard]] static FileIconProvider& shared();
 
-    /// The same image for all files of one extension, large or small letters; 24 x 24.
+    /// The same image for all files of one extension, in upper or lower case; 24 x 24.
     [[nodiscard]] QIcon icon(const QUrl& url) override;
 
 private:
@@ -35,8 +34,8 @@ private:
     QHash<QString, QIcon> m_cache;
 };
 
-/// The icon of a file or folder in the desktop's icon theme, by its name alone; drawn for Lapsa where the theme has
-/// none.
+/// The icon of a file or folder in the desktop's icon theme, chosen by name, never by content; Lapsa's own drawing if
+/// the theme has none.
 [[nodiscard]] QIcon themedFileIcon(const QUrl& url);
 
 } // namespace lapsa

@@ -12,15 +12,15 @@ namespace lapsa {
 
 class FileManagerSelection;
 
-/// Reads what is selected in the file manager. Without state.
+/// Reads the file manager's selection. Stateless.
 class FinderSelectionReader final
 {
 public:
     /// The selected files in the file manager's order; empty when nothing is selected, and after a failure, which is
-    /// one log line. What has no path is skipped. Waits until the file manager has answered.
+    /// one log line. Entries without a path are skipped. Blocks until the file manager has answered.
     ///
-    /// An answer that is a list without a single entry ends the process, on purpose: no working file manager gives
-    /// one, so nothing that it says can be relied on. `willStop` is called before, to save what is not saved.
+    /// An answer that is a list without a single entry ends the process, on purpose: no working file manager gives one,
+    /// so none of its answers can be relied on. `willStop` is called first, to save unsaved changes.
     [[nodiscard]] static QList<QUrl> selectedFileURLs(FileManagerSelection& selection,
                                                       const std::function<void()>& willStop);
 };

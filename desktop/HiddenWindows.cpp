@@ -15,7 +15,7 @@ void forgetPicturesOfHiddenWindows()
     for (const QWidget* window : windows) {
         QBackingStore* const picture = window->isVisible() ? nullptr : window->backingStore();
         if (picture != nullptr && !picture->size().isEmpty()) {
-            // Not empty: with no size at all the platform keeps the memory.
+            // Not empty: the platform keeps the memory if the size is empty.
             picture->resize({1, 1});
         }
     }

@@ -5,8 +5,7 @@
 
 namespace lapsa {
 
-/// Lets the program's hidden windows forget the picture of what they last showed; a window that shows again paints
-/// itself whole.
+/// Discards the backing stores of the program's hidden windows; a window that is shown again repaints completely.
 void forgetPicturesOfHiddenWindows();
 
 } // namespace lapsa

@@ -11,19 +11,19 @@ namespace lapsa {
 class HotKeyRegistration;
 class HotKeys;
 
-/// The one hot key, Super+Shift+Y. Where the Command key is on other systems, the Super key is here.
+/// The only hot key, Super+Shift+Y. The Super key stands for the Command key of other systems.
 class HotKeyManager final
 {
 public:
-    /// `handler` is what every press runs. Nothing is registered yet.
+    /// `handler` runs at every press. Registers nothing yet.
     HotKeyManager(HotKeys& hotKeys, std::function<void()> handler);
     HotKeyManager(const HotKeyManager&) = delete;
     HotKeyManager& operator=(const HotKeyManager&) = delete;
     ~HotKeyManager();
 
-    /// Takes the key. Whether that succeeded is not known here: a key that belongs to another program does nothing.
+    /// Registers the key. Does not report whether that succeeded: a key that belongs to another program does nothing.
     void registerHotKey();
-    /// Gives the key back; the second time, and without one, nothing.
+    /// Releases the key. Does nothing the second time, or if none was registered.
     void unregister();
 
 private:

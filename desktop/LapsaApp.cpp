@@ -55,15 +55,15 @@ const ProgramIdentity program{.id = u"org.lapsa.Lapsa"_s,
                               .shortName = u"lapsa"_s,
                               .drawings = u":/lapsa"_s};
 
-/// How long a predecessor may take to end: it writes three files.
+/// How long to wait for a previous process to end: it still has to save its files.
 constexpr std::chrono::milliseconds predecessorPatience{2000};
 
-/// The arguments of the start, and the folder they are seen from.
+/// The arguments of the start, and the folder that relative paths are resolved against.
 struct StartArguments
 {
     QList<QByteArray> given;
     QByteArray workingFolder;
-    /// Those that are files.
+    /// The arguments as file URLs.
     QList<QUrl> files;
 };
 
@@ -81,7 +81,7 @@ StartArguments startArguments(int argc, char** argv)
     return arguments;
 }
 
-/// Somebody who typed the command sees what came of it. The desktop's starts have no terminal, and no reader.
+/// Tells a user who typed the command about the result. Starts by the desktop have no terminal and no reader.
 void tellWhatNamesNothing(const StartArguments& arguments)
 {
     if (::isatty(STDERR_FILENO) == 0) {
@@ -92,7 +92,7 @@ void tellWhatNamesNothing(const StartArguments& arguments)
     }
 }
 
-/// Without a display nothing can be shown, but an application that runs elsewhere in the session can take the files.
+/// Nothing can be shown without a display, but an application elsewhere in the session can take the files.
 int handOverOnly(int argc, char** argv)
 {
     const StartArguments given = startArguments(argc, argv);
@@ -107,8 +107,8 @@ int handOverOnly(int argc, char** argv)
     return EXIT_FAILURE;
 }
 
-/// Terminates the delegate when the process exits while this lives. The toolkit calls exit() when the X server goes
-/// away, and then main() never returns. The pointer is global because std::atexit() takes a function without a context.
+/// Terminates the delegate if the process exits while this lives. The toolkit calls exit() when the X server goes away,
+/// and then main() never returns. The pointer is global because std::atexit() takes a function without a context.
 class TerminationAtExit final
 {
 public:
@@ -164,7 +164,7 @@ int runApplication(const QApplication& application, SessionApplication& session,
     SystemClock clock;
     QtMainQueue mainQueue;
     ThreadLanes lanes(mainQueue);
-    // The desktop's accent, asked for before its palette is replaced by ours.
+    // The desktop's accent is read before our palette replaces the desktop's.
     FreedesktopAppearance appearance(
         [accent = accentOf(QApplication::palette())](ColorScheme scheme) { return themePalette(scheme, accent); });
     const FreedesktopMotionPreference motionPreference;
@@ -185,13 +185,13 @@ int runApplication(const QApplication& application, SessionApplication& session,
 
     const int status = runDelegate(application, delegate, session, files);
     if (!lanes.finish(std::chrono::milliseconds::zero())) {
-        // A disk does not answer. What a thread still works with must not be torn down under it.
+        // A disk does not respond. Do not destroy what a thread still uses.
         std::_Exit(status);
     }
     return status;
 }
 
-/// Why there is no working in the data folder; empty where there is. What others may only look into is shut for them.
+/// Why Lapsa cannot work in the data folder; empty if it can. Removes other users' access if they can only read it.
 QString refusalOfDataFolder(const QString& folder)
 {
     switch (fileSystem::ownershipOf(folder)) {
@@ -207,7 +207,7 @@ QString refusalOfDataFolder(const QString& folder)
     return {};
 }
 
-/// The exit status where another process is the application of this session; nothing where this one is.
+/// The exit status if another process is the application of this session; nothing if this one is.
 std::optional<int> statusOfClaim(SessionApplication::Role role)
 {
     switch (role) {
@@ -249,7 +249,7 @@ int launch(int argc, char** argv)
     }
 
     const StartArguments given = startArguments(argc, argv);
-    // The toolkit has options of its own; here every argument is a file.
+    // The toolkit has command-line options of its own; here every argument is a file.
     int arguments = 1;
     QGuiApplication::setDesktopFileName(program.id);
     QApplication::setStyle(new LapsaStyle);
@@ -257,7 +257,7 @@ int launch(int argc, char** argv)
     QApplication::setQuitOnLastWindowClosed(false);
     ToolkitTexts toolkitTexts;
     QCoreApplication::installTranslator(&toolkitTexts);
-    // The drawing of our own where Lapsa runs without being installed, or the theme has none.
+    // Our own drawing if Lapsa runs without being installed, or the theme has none.
     QGuiApplication::setWindowIcon(
         QIcon::fromTheme(program.id, QIcon(u"%1/%2.svg"_s.arg(program.drawings, program.id))));
 

@@ -13,7 +13,7 @@ namespace lapsa {
 
 namespace {
 
-/// With the slash, so that a file named "file:notes" in the working folder can be said too.
+/// With the slash, so that a file named "file:notes" in the working folder can be named too.
 constexpr QByteArrayView fileUriStart = "file:/";
 
 QByteArray absolute(const QByteArray& path, const QByteArray& workingFolder)
@@ -21,7 +21,7 @@ QByteArray absolute(const QByteArray& path, const QByteArray& workingFolder)
     if (path.startsWith('/')) {
         return withOneLeadingSlash(path);
     }
-    // The working folder may be "/" itself.
+    // The working folder can be "/" itself.
     return workingFolder.isEmpty() ? QByteArray() : withOneLeadingSlash(workingFolder + '/' + path);
 }
 

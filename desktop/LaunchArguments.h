@@ -10,13 +10,13 @@
 
 namespace lapsa {
 
-/// The files that the arguments of a start name, in their order: paths, taken from `workingFolder` where they are
-/// relative, and file URLs. There are no options: whatever an argument looks like, it names a file. One that is no
-/// valid UTF-8 is skipped. Whether there is such a file is not asked here.
+/// The files named by the launch arguments, in order: file URLs, and paths, which are relative to `workingFolder`
+/// unless absolute. There are no options: every argument names a file, whatever it looks like. Arguments that are not
+/// valid UTF-8 are skipped. Does not check whether the files exist.
 [[nodiscard]] QList<QUrl> filesOfArguments(const QList<QByteArray>& arguments, const QByteArray& workingFolder);
 
-/// Those of the arguments that name nothing Lapsa could add, in their order and as they were given: there is no such
-/// file, or it cannot be said here. Bytes that are not UTF-8 read as replacement marks.
+/// The arguments that name nothing Lapsa could add, in order and as given: the file does not exist, or cannot be named
+/// here. Bytes that are not UTF-8 appear as replacement characters.
 [[nodiscard]] QStringList argumentsThatNameNothing(const QList<QByteArray>& arguments, const QByteArray& workingFolder);
 
 } // namespace lapsa

@@ -17,12 +17,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString itemKey = u"itemId"_s;
-/// A JSON array: an id of an edited list may hold any letters.
+/// A JSON array: an id in an edited list may contain any characters.
 const QString itemsKey = u"itemIds"_s;
 constexpr QStringView nameMark = u"%@";
 constexpr QStringView numberMark = u"%d";
 
-/// The format with its marks filled in, in one pass: a mark inside the name is part of the name.
+/// Fills in the placeholders of the format in one pass: a placeholder inside the name stays part of the name.
 QString filled(const QString& format, const QString& name, std::int64_t number)
 {
     QString text;
@@ -42,7 +42,7 @@ QString filled(const QString& format, const QString& name, std::int64_t number)
     return text;
 }
 
-/// Unlike the text for one file this one knows the singular.
+/// Unlike the text for one file, this one has a singular.
 QString jointBody(qsizetype count, std::int64_t minutes)
 {
     const QString files =
@@ -84,7 +84,7 @@ void NotificationService::sendJointWarning(const QList<LapsaItem>& items, std::i
         ids.push_back(item.id);
     }
     m_centre.add({
-        // Of each set its own: the warning of a later pass must not take the place of this one, whose files it lacks.
+        // A separate one for each set: a later pass's warning must not replace this one, whose files it does not list.
         .identifier = "lapsa-warnings-"_L1 + items.first().id,
         .title = Localized::notificationTitle(),
         .body = jointBody(items.size(), minutes),

@@ -13,7 +13,7 @@ namespace lapsa {
 
 class NotificationCentre;
 
-/// Builds and posts the warnings. Keeps nothing: whether a warning was shown is not known here.
+/// Builds and posts the warnings. Stateless: does not know whether a warning was shown.
 class NotificationService final : public ExpiryWarnings
 {
 public:
@@ -22,13 +22,13 @@ public:
     /// Asks once for permission to alert with sound. Warnings are posted whatever the answer.
     void requestAuthorization();
 
-    /// In the language of this moment. A later warning for the same item takes the place of an earlier one. Never in
-    /// the singular, on purpose: one minute reads "1 minutes".
+    /// In the current language. A later warning for the same item replaces an earlier one. Never in the singular, on
+    /// purpose: one minute reads "1 minutes".
     void sendWarning(const LapsaItem& item, std::int64_t minutes) override;
-    /// Says how many more there are, and locks them all when it is answered.
+    /// Says how many more there are; the user's response locks them all.
     void sendJointWarning(const QList<LapsaItem>& items, std::int64_t minutes) override;
 
-    /// The items that a warning was about, as the user's response to it hands them back; none where it names none.
+    /// The ids of the items of a warning, from the data that the user's response returns; empty if it contains none.
     [[nodiscard]] static QStringList itemsOf(const QHash<QString, QString>& userInfo);
 
 private:

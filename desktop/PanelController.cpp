@@ -26,7 +26,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A tray may take the focus before it passes the click on.
+/// A tray may take the focus before it forwards the click.
 constexpr std::chrono::milliseconds clickAfterFocusLoss{250};
 
 const QScreen& screenOf(const std::optional<QRect>& icon)
@@ -35,7 +35,7 @@ const QScreen& screenOf(const std::optional<QRect>& icon)
     return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
 }
 
-/// Where the user is looking.
+/// The screen with the mouse pointer.
 const QScreen& currentScreen()
 {
     const QScreen* const screen = QGuiApplication::screenAt(QCursor::pos());
@@ -161,14 +161,14 @@ void PanelController::ensurePopover()
 void PanelController::makePreferencesWindow()
 {
     m_preferencesWindow = std::make_unique<PreferencesView>(m_environment.panel.store, m_environment.folderPicker);
-    // Titled, closable and to be minimised, but not resizable.
+    // With a title, close and minimise buttons, but not resizable.
     m_preferencesWindow->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                         Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                                         Qt::WindowMinimizeButtonHint);
     m_preferencesWindow->setWindowTitle(Localized::preferences());
 }
 
-/// A panel that closes by itself makes room by that.
+/// Not needed for a panel that closes by itself: it makes room by closing.
 void PanelController::putBesidePanel(QWidget& window)
 {
     if (m_popover && m_popover->isVisible() && m_popover->behavior() == PopoverWindow::Behavior::ApplicationDefined) {

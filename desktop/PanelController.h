@@ -21,8 +21,8 @@ class ScheduledTask;
 class StatusButton;
 class WindowSystem;
 
-/// Owner of the panel under the status button and of the preferences window. Each is made when it is asked for first
-/// and kept from then on.
+/// Owns the panel under the status button and the preferences window. Each is created when first asked for and then
+/// kept.
 class PanelController final : public QObject
 {
     Q_OBJECT
@@ -40,33 +40,33 @@ public:
     explicit PanelController(const Environment& environment);
     ~PanelController() override;
 
-    /// A click on the status button: opens the panel, or closes it. One that has just closed it, by taking the focus
-    /// away, does not open it again. `icon` is the place that was clicked.
+    /// Handles a click on the status button: opens the panel, or closes it. A click that has just closed it by taking
+    /// the focus away does not open it again. `icon` is the place that was clicked.
     void toggle(StatusButton* button, const std::optional<QRect>& icon);
-    /// Opens the panel at the place that the button knows, or brings it to the front. Without a button there is an
-    /// alert in its place. Whether the panel closes by itself is decided here, by the settings of this moment.
+    /// Opens the panel at the button's reported place, or brings it to the front. Without a button it shows an alert
+    /// instead. The current settings decide here whether the panel closes by itself.
     void show(StatusButton* button);
     void close();
-    /// Shows items that the user has just put on the list, where the panel is open.
+    /// Shows items that the user has just added, if the panel is open.
     void reveal(const QStringList& ids);
-    /// Has a screen reader say that a warning has locked these items, where the panel is open.
+    /// Lets a screen reader announce that a warning has locked these items, if the panel is open.
     void announceLocked(const QStringList& ids);
     /// Opens the preferences, or brings them to the front.
     void showPreferences();
-    /// Puts the theme into force for that window, and with it for all: they are never of two minds. Without a window
-    /// nothing happens.
+    /// Applies the current theme to that window, and with it to all windows, so that they never differ. Does nothing if
+    /// `window` is null.
     void applyTheme(const QWidget* window);
 
-    /// Null until they were asked for first.
+    /// Null until first asked for.
     [[nodiscard]] PopoverWindow* popover() const { return m_popover.get(); }
 
     [[nodiscard]] PreferencesView* preferencesWindow() const { return m_preferencesWindow.get(); }
 
-    /// The alert while it is open.
+    /// The alert while it is open, else null.
     [[nodiscard]] AlertDialog* alert() const;
 
 signals:
-    /// The panel is closed, however that came about. The highlight of the status button ends with it.
+    /// The panel has closed, for whatever reason. The highlight of the status button ends with it.
     void popoverDidClose();
 
 private:
@@ -82,7 +82,7 @@ private:
     std::unique_ptr<PopoverWindow> m_popover;
     std::unique_ptr<PreferencesView> m_preferencesWindow;
     QPointer<AlertDialog> m_alert;
-    /// There while a click may still be the one that took the focus away.
+    /// Set while a click may still be the one that took the focus away.
     std::unique_ptr<ScheduledTask> m_justClosed;
 };
 

@@ -14,14 +14,13 @@ namespace {
 /// Between the popover and a window beside it.
 constexpr int gap = 16;
 
-/// The start of a piece of `length` that begins as near to `wanted` as `from` and `end` allow; at `from` when it does
-/// not fit.
+/// The start of a span of `length` as close to `wanted` as `from` and `end` allow; `from` if it does not fit.
 int startInside(int wanted, int length, int from, int end)
 {
     return std::max(from, std::min(wanted, end - length));
 }
 
-/// The work area tells on which edge the taskbar lies.
+/// The work area shows on which edge the taskbar is.
 PopoverPlacement::Side sideOf(const QPoint& icon, const QRect& workArea)
 {
     using enum PopoverPlacement::Side;
@@ -35,7 +34,7 @@ PopoverPlacement::Side sideOf(const QPoint& icon, const QRect& workArea)
     return icon.y() < workArea.y() + workArea.height() / 2 ? BelowIcon : AboveIcon;
 }
 
-/// Beside the icon on that side, centred on it. A tray may lie inside the work area: the popover must not cover its own
+/// Beside the icon on that side, centred on it. A tray can be inside the work area: the popover must not cover its own
 /// icon.
 QPoint cornerBeside(const QRect& icon, PopoverPlacement::Side side, const QSize& size)
 {

@@ -9,7 +9,7 @@
 
 namespace lapsa {
 
-/// Where a popover comes up.
+/// Where a popover appears.
 struct PopoverPlacement
 {
     enum class Side
@@ -26,14 +26,13 @@ struct PopoverPlacement
     friend bool operator==(const PopoverPlacement&, const PopoverPlacement&) = default;
 };
 
-/// Centred under an icon in the upper half of the screen, over one in the lower half, beside one in a taskbar
-/// along the left or right edge, and wholly inside `workArea`. Without an icon: in the top right corner.
+/// Centred below an icon in the upper half of the screen, above one in the lower half, beside one in a taskbar along
+/// the left or right edge, and entirely inside `workArea`. Without an icon: in the top right corner.
 [[nodiscard]] PopoverPlacement popoverPlacement(const std::optional<QRect>& icon, const QRect& workArea,
                                                 const QSize& size);
 
-/// Where another window goes that wants to be at `wanted`, its frame included: there, or, where it would lie under the
-/// popover, beside that and as near as possible. Where `workArea` has too little room for both, they overlap as little
-/// as possible.
+/// Where to place a window whose preferred frame is `wanted`: there, unless the popover would cover it; then beside the
+/// popover and as near as possible. If `workArea` has too little room for both, they overlap as little as possible.
 [[nodiscard]] QRect besidePopover(const QRect& wanted, const QRect& popover, const QRect& workArea);
 
 } // namespace lapsa

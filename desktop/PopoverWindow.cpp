@@ -28,10 +28,10 @@ namespace {
 
 constexpr DropShadow shadow;
 constexpr int travel = 6;
-/// How long a window manager may take to notice that a window has gone, in milliseconds.
+/// How long a window manager may take to notice that a window has closed, in milliseconds.
 constexpr qint64 windowManagerPatience = 500;
 
-/// None towards the icon: it would take the icon's clicks.
+/// No shadow towards the icon: it would take the icon's clicks.
 QMargins shadowFor(PopoverPlacement::Side side)
 {
     using enum PopoverPlacement::Side;
@@ -53,7 +53,7 @@ QMargins shadowFor(PopoverPlacement::Side side)
     return margins;
 }
 
-/// Where it comes from, seen from its place.
+/// Where the animation starts, relative to the popover's final place.
 QPoint travelFrom(PopoverPlacement::Side side)
 {
     switch (side) {
@@ -79,7 +79,7 @@ QMargins boundedBy(const QMargins& wanted, const QRect& rect, const QRect& area)
 } // namespace
 
 PopoverWindow::PopoverWindow(const Environment& environment, QWidget* content)
-    // Not Qt::Tool: that is "transient for the group", above all windows of the program whichever is used.
+    // Not Qt::Tool: that is "transient for the group" and stays above all windows of the program.
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
     , m_environment(environment)
     , m_content(content)
@@ -134,7 +134,7 @@ void PopoverWindow::childEvent(QChildEvent* event)
 void PopoverWindow::paintEvent(QPaintEvent*)
 {
     if (!testAttribute(Qt::WA_TranslucentBackground)) {
-        return; // the content covers all of it
+        return; // the content covers the whole window
     }
     QPainter painter(this);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
@@ -152,7 +152,7 @@ void PopoverWindow::keyPressEvent(QKeyEvent* event)
     QWidget::keyPressEvent(event);
 }
 
-/// Closed for good, the native window would be thrown away, and the next opening would wait for a new one.
+/// A real close would destroy the native window, and the next opening would have to wait for a new one.
 void PopoverWindow::closeEvent(QCloseEvent* event)
 {
     event->ignore();
@@ -166,7 +166,7 @@ void PopoverWindow::hideEvent(QHideEvent* event)
     m_appearance.stop();
     m_hidden.start();
     if (m_clicks) {
-        m_clicks.release()->deleteLater(); // it may be what has closed the window
+        m_clicks.release()->deleteLater(); // it may have closed the window
     }
     if (!event->spontaneous()) {
         emit didClose(std::exchange(m_closeReason, CloseReason::Asked));
@@ -175,9 +175,9 @@ void PopoverWindow::hideEvent(QHideEvent* event)
 
 void PopoverWindow::adaptToDesktop()
 {
-    // A compositing manager may have come or gone since the last time: it has to be made for the one or the other.
+    // A compositing manager may have started or stopped since; the native window must be created anew for that.
     const bool translucent = material::translucencyAvailable();
-    // A window manager that has not yet noticed that it went would take it for one that never lost the focus.
+    // A window manager that has not noticed the hiding yet would assume that the window still has the focus.
     const bool tooEarly = m_hidden.isValid() && !m_hidden.hasExpired(windowManagerPatience);
     if (testAttribute(Qt::WA_TranslucentBackground) != translucent || tooEarly) {
         destroy();
@@ -215,7 +215,7 @@ void PopoverWindow::startAnimation(PopoverPlacement::Side side)
         const double progress = value.toDouble();
         setWindowOpacity(progress);
         move(place + from * (1 - progress));
-        update(); // on X11 a new opacity is seen with the next painting
+        update(); // on X11 a new opacity shows only with the next paint
     });
     setWindowOpacity(0);
     m_appearance.start();

@@ -20,8 +20,8 @@ class PointerMonitor;
 class PointerWatch;
 class WindowSystem;
 
-/// A frameless window that stays on top, with rounded corners and a soft shadow where the desktop can show them, square
-/// with a hairline where it cannot. It is hidden when it is closed, and kept.
+/// A frameless window that stays on top, with rounded corners and a soft shadow if the desktop can show them, else
+/// square with a hairline. Closing it only hides it.
 class PopoverWindow final : public QWidget
 {
     Q_OBJECT
@@ -29,9 +29,9 @@ class PopoverWindow final : public QWidget
 public:
     enum class Behavior
     {
-        /// Closes only when it is told to.
+        /// Closes only when told to.
         ApplicationDefined,
-        /// Closes as well when the user turns to something else, and by Escape.
+        /// Also closes when the user turns to something else, or presses Escape.
         Transient,
     };
 
@@ -41,14 +41,14 @@ public:
         FocusLost,
     };
 
-    /// What the window needs of the desktop. Both outlive it.
+    /// What the window needs from the desktop. Both outlive it.
     struct Environment
     {
         WindowSystem& windowSystem;
         PointerMonitor& pointer;
     };
 
-    /// Takes ownership of `content`, whose size is the popover's and whose ground is its ground.
+    /// Takes ownership of `content`, which determines the popover's size and background.
     PopoverWindow(const Environment& environment, QWidget* content);
     ~PopoverWindow() override;
 
@@ -58,10 +58,10 @@ public:
 
     void setBehavior(Behavior behavior) { m_behavior = behavior; }
 
-    /// Comes up with its content at that place inside the work area, or goes there when it is up already.
+    /// Appears with its content at that place inside the work area, or moves there if it is already shown.
     void present(const PopoverPlacement& placement, const QRect& workArea);
 
-    /// Where another window goes that wants to be at `frame`: beside the popover, where it would lie under it.
+    /// Where to place a window whose preferred frame is `frame`: beside the popover if that would cover it.
     [[nodiscard]] QRect beside(const QRect& frame) const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -91,20 +91,20 @@ private:
 
     Environment m_environment;
     QWidget* m_content;
-    /// Where it is, without its shadow, and the room that there is.
+    /// Its frame without the shadow, and the available area.
     QRect m_place;
     QRect m_workArea;
     Behavior m_behavior = Behavior::ApplicationDefined;
     CloseReason m_closeReason = CloseReason::Asked;
     bool m_hadFocus = false;
     QTimer m_leaving;
-    /// Runs while the focus of a closed dialog is still on its way back.
+    /// Runs while the focus of a closed dialog may still be returning.
     QTimer m_returning;
     QVariantAnimation m_appearance;
-    /// Since when it has not been there.
+    /// Since when it has been hidden.
     QElapsedTimer m_hidden;
-    /// There while a click elsewhere has to close it. Not every one takes the focus away: one on the bare desktop need
-    /// not.
+    /// Set while a click elsewhere must close it. Not every such click takes the focus away, for example on the bare
+    /// desktop.
     std::unique_ptr<PointerWatch> m_clicks;
     bool m_pressedElsewhere = false;
 };

@@ -20,16 +20,16 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How long the focus may take to come back from a closed dialog.
+/// How long the focus may take to return from a closed dialog.
 constexpr auto returnPatience = 300ms;
 
-/// Not over a window of this program: a click on one shows in the focus.
+/// Not over a window of this program: a click on one shows as a focus change.
 bool pointerIsElsewhere()
 {
     return QApplication::topLevelAt(QCursor::pos()) == nullptr;
 }
 
-/// Neither a menu nor a splash.
+/// Neither a menu nor a splash screen.
 bool isOrdinary(const QWindow& window)
 {
     return window.type() == Qt::Window || window.type() == Qt::Dialog;
@@ -43,7 +43,7 @@ bool PopoverWindow::eventFilter(QObject* watched, QEvent* event)
     if (dialog != nullptr && event->type() == QEvent::Show && !event->spontaneous()) {
         dialog->move(beside(centredFrame(*dialog, m_workArea)).topLeft());
     }
-    // The focus that a closed dialog had is nobody's then, and nobody is told.
+    // When a dialog that had the focus closes, no window has it, and no signal reports that.
     if (dialog != nullptr && event->type() == QEvent::Hide && m_hadFocus) {
         m_returning.start(returnPatience);
         m_leaving.start(0ms);
@@ -65,7 +65,7 @@ void PopoverWindow::focusMovedTo(QWindow* window)
     }
 }
 
-/// It is above other programs, but hides nothing of a window of this one while the user is at that.
+/// The popover stays above other programs, but must not cover a window of this program while the user works in that.
 void PopoverWindow::standBelow(QWindow* active)
 {
     const bool below = active != nullptr && !owns(active) && isOrdinary(*active);
@@ -83,7 +83,7 @@ void PopoverWindow::closeIfLeft()
         return;
     }
     if (m_returning.isActive()) {
-        // A dialog was closed: the window manager need not know where its focus came from, and may give it away.
+        // A dialog was closed. The window manager may not know where its focus came from, and may give it away.
         activateWindow();
         m_leaving.start(returnPatience);
     } else if (m_behavior == Behavior::Transient) {
@@ -105,12 +105,12 @@ void PopoverWindow::watchClicks()
 
 void PopoverWindow::buttonPressed()
 {
-    // The release of the click that opens the panel may be reported after the taskbar has passed the click on.
+    // The taskbar may forward the click that opens the panel before its release is reported.
     m_pressedElsewhere = isVisible() && pointerIsElsewhere();
 }
 
 /// Taskbars react to the release of a click. If the panel closed at the press, a slow click on the icon would find it
-/// closed and open it again. A drag out of the panel or onto it is no click elsewhere.
+/// closed and open it again. Dragging out of the panel or onto it is not a click elsewhere.
 void PopoverWindow::buttonReleased()
 {
     if (isVisible() && m_behavior == Behavior::Transient && !showsOwnDialog() && m_pressedElsewhere &&

@@ -19,7 +19,7 @@ class StatusBar;
 class WindowSystem;
 class Workspace;
 
-/// What the program stands on. All of it outlives the program's objects.
+/// What the program depends on. All of it outlives the program's objects.
 struct ProgramEnvironment
 {
     const Clock& clock;

@@ -78,7 +78,7 @@ void SplashView::render()
 void SplashView::paintPicture(QPainter& painter) const
 {
     QPainterPath shape;
-    // Where nothing can shine through, the corners are dark like the rest.
+    // Without translucency the corners are as dark as the rest.
     const double radius = testAttribute(Qt::WA_TranslucentBackground) ? cornerRadius : 0;
     shape.addRoundedRect(QRectF(QPointF(), extent), radius, radius);
     painter.fillPath(shape, groundColor());

@@ -11,7 +11,7 @@ class QPainter;
 
 namespace lapsa {
 
-/// The picture of the splash on its dark rounded ground; without the picture the logo and the name.
+/// The splash picture on its dark rounded background; without the picture, the logo and the name.
 class SplashView final : public QWidget
 {
     Q_OBJECT
@@ -20,11 +20,11 @@ public:
     /// `pictures` is the folder with "LapsaSplash" and "LapsaLogo".
     explicit SplashView(const QString& pictures = defaultPictures(), QWidget* parent = nullptr);
 
-    /// Of the picture.
+    /// The size of the picture.
     static constexpr QSize extent{500, 500};
 
-    /// With round corners and a shadow around the picture, where something can shine through; otherwise square, and as
-    /// large as the picture.
+    /// If translucent, with round corners and a shadow around the picture; otherwise square and exactly as large as the
+    /// picture.
     void setTranslucent(bool translucent);
 
     [[nodiscard]] static QString defaultPictures();
@@ -39,7 +39,7 @@ private:
     void render();
 
     QString m_pictures;
-    /// All of it, painted once: fading repaints it often.
+    /// The whole view, rendered once, because fading repaints it often.
     QPixmap m_rendered;
 };
 

@@ -30,7 +30,7 @@ QVariantAnimation* makeFade(QWidget& window)
     fade->setEndValue(0.0);
     QObject::connect(fade, &QVariantAnimation::valueChanged, &window, [&window](const QVariant& opacity) {
         window.setWindowOpacity(opacity.toDouble());
-        window.update(); // on X11 a new opacity is seen with the next painting
+        window.update(); // on X11 a new opacity shows only with the next paint
     });
     return fade;
 }
@@ -57,7 +57,7 @@ void SplashWindowController::showSplash(std::chrono::duration<double> duration, 
     window->setWindowOpacity(0);
     window->show();
     window->raise();
-    // Whether it gets the focus is for the window manager to decide: not from somebody who is typing.
+    // The window manager decides whether it gets the focus: it does not take it from a user who is typing.
     window->activateWindow();
     QObject::connect(qGuiApp, &QCoreApplication::aboutToQuit, window, &QObject::deleteLater);
     motion::moveTo(*fade, 1, fadeIn);

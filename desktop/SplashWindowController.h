@@ -9,14 +9,13 @@ namespace lapsa {
 
 class WindowSystem;
 
-/// The picture that greets at launch: it fades in, stays, and fades out.
+/// The splash picture at launch: it fades in, stays, and fades out.
 class SplashWindowController final
 {
 public:
     SplashWindowController() = delete;
 
-    /// Returns at once; the rest happens by itself. The window is gone 0.28 seconds after `duration`, and nothing of it
-    /// remains.
+    /// Returns at once. The window is hidden and destroyed 0.28 seconds after `duration`.
     static void showSplash(std::chrono::duration<double> duration, const WindowSystem& windowSystem);
 };
 

@@ -9,7 +9,7 @@ namespace lapsa {
 
 namespace {
 
-/// A title bar, and the edges by which a window is resized.
+/// A title bar, and the edges for resizing the window.
 constexpr QMargins usualFrame(6, 32, 6, 6);
 
 } // namespace

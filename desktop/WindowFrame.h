@@ -9,11 +9,11 @@ class QWidget;
 
 namespace lapsa {
 
-/// Where a window is, or where it will come up, with all that the window manager puts around it. Before it was shown,
-/// nobody knows how much that is: then it is as much as usual.
+/// Where a window is, or where it will appear, including its frame. Before it was first shown the frame's size is
+/// unknown; a usual size is assumed.
 [[nodiscard]] QRect frameOf(const QWidget& window);
 
-/// The same, in the middle of `workArea`.
+/// The same, centred in `workArea`.
 [[nodiscard]] QRect centredFrame(const QWidget& window, const QRect& workArea);
 
 } // namespace lapsa
