@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: The Lapsa authors
 # SPDX-License-Identifier: MIT
 
-# How every target of Lapsa is compiled: one interface target, linked by lapsa_add_room() and lapsa_add_test().
+# How every target of Lapsa is compiled: one interface target that lapsa_add_room() and lapsa_add_test() link.
 
 add_library(lapsa_compiler INTERFACE)
 add_library(Lapsa::compiler ALIAS lapsa_compiler)
@@ -12,7 +12,7 @@ target_compile_definitions(lapsa_compiler INTERFACE
     QT_NO_CAST_TO_ASCII
     QT_NO_URL_CAST_FROM_STRING
     QT_NO_FOREACH
-    # No call that Qt has given up, up to 6.10; the second is its name before Qt 6.5.
+    # Disables the calls that Qt has deprecated up to 6.10; the second name is the one before Qt 6.5.
     QT_DISABLE_DEPRECATED_UP_TO=0x060A00
     QT_DISABLE_DEPRECATED_BEFORE=0x060400
     $<$<CONFIG:Release>:QT_NO_DEBUG_OUTPUT>)
@@ -25,7 +25,7 @@ if(LAPSA_SANITIZE)
     target_compile_options(lapsa_compiler INTERFACE -fsanitize=${LAPSA_SANITIZE})
     target_link_options(lapsa_compiler INTERFACE -fsanitize=${LAPSA_SANITIZE})
     if(LAPSA_SANITIZE MATCHES "undefined")
-        # A finding ends the test instead of scrolling by.
+        # A finding ends the test instead of only being printed.
         target_compile_options(lapsa_compiler INTERFACE -fno-sanitize-recover=all)
     endif()
 endif()
@@ -36,6 +36,6 @@ if(LAPSA_COVERAGE)
 endif()
 
 if(LAPSA_FUZZ)
-    # Tells the search which lines an input reaches.
+    # Tells the fuzzer which lines an input reaches.
     target_compile_options(lapsa_compiler INTERFACE -fsanitize=fuzzer-no-link)
 endif()

@@ -4,8 +4,8 @@
 # lapsa_write_house(FILE)
 #
 # Writes every library and program of the project to FILE when the build system is generated, for tests/house and
-# tools/house. One line each, its fields separated by tabs: name, type (ROOM if lapsa_add_room() made it), folder, output
-# file, sources, what it links, and the part of that which it passes on to those that link it.
+# tools/house. One line each, with tab-separated fields: name, type (ROOM if lapsa_add_room() made it), folder, output
+# file, sources, the libraries it links, and those that it passes on to targets that link it.
 function(lapsa_write_house FILE)
     lapsa_targets_below("${PROJECT_SOURCE_DIR}" targets)
     set(lines "")
@@ -24,7 +24,7 @@ function(lapsa_write_house FILE)
                 set(${property} "")
             endif()
         endforeach()
-        # A static library passes on its private libraries too, but to the linker alone.
+        # A static library also passes on its private libraries, but only to the linker.
         list(FILTER INTERFACE_LINK_LIBRARIES EXCLUDE REGEX "LINK_ONLY")
         set(output "")
         if(NOT type STREQUAL "OBJECT_LIBRARY")

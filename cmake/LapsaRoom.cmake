@@ -3,8 +3,8 @@
 
 # lapsa_add_room(NAME SOURCES file... [USES target...] [PRIVATELY_USES target...])
 #
-# Makes the static library Lapsa::NAME of the current folder. Its include root is that folder and nothing else, and its
-# link line is the complete list of what it may use: an arrow that is not drawn here does not compile.
+# Creates the static library Lapsa::NAME of the current folder. Its only include root is that folder, and its link line
+# lists everything it may use: a dependency that is not listed here does not compile.
 function(lapsa_add_room NAME)
     cmake_parse_arguments(PARSE_ARGV 1 ROOM "" "" "SOURCES;USES;PRIVATELY_USES")
     add_library(lapsa_${NAME} STATIC ${ROOM_SOURCES})
@@ -18,8 +18,8 @@ endfunction()
 
 # lapsa_add_test(NAME USES target... [LABELS label...] [TIMEOUT seconds] [ENVIRONMENT name=value...])
 #
-# One Qt Test executable from NAME.cpp of the current folder. The timeout only ends a test that hangs; Qt Test
-# has another for each function, of five minutes where it is told nothing else.
+# Creates a Qt Test executable from NAME.cpp of the current folder. The timeout only ends a test that hangs; Qt Test has
+# its own for each function, five minutes by default.
 function(lapsa_add_test NAME)
     cmake_parse_arguments(PARSE_ARGV 1 TEST "" "TIMEOUT" "USES;LABELS;ENVIRONMENT")
     if(NOT TEST_TIMEOUT)
@@ -38,7 +38,7 @@ endfunction()
 
 # lapsa_label_tests(LABEL test...)
 #
-# Gives tests of the current folder a label, by which they can be run (ctest -L) and built (the target LABEL_tests).
+# Gives tests of the current folder a label, for running (ctest -L) and building them (the target LABEL_tests).
 function(lapsa_label_tests LABEL)
     if(NOT TARGET ${LABEL}_tests)
         add_custom_target(${LABEL}_tests)
