@@ -36,7 +36,7 @@ void addKnownFiles(benchmark::State& state)
     }
 }
 
-/// The least that adding a file can cost: one look whether it is there.
+/// The minimum cost of adding a file: one check whether it exists.
 void statxEach(benchmark::State& state)
 {
     for ([[maybe_unused]] auto iteration : state) {

@@ -15,7 +15,7 @@
 
 namespace lapsa::bench {
 
-/// How many files lie in each source folder.
+/// How many files are in each source folder.
 enum class Spread
 {
     OneFolder,
@@ -26,7 +26,7 @@ enum class Spread
 enum class Names
 {
     Different,
-    /// The same in every folder, so each file has a folder of its own.
+    /// The same in every folder, so each file is in a folder of its own.
     Equal,
 };
 
@@ -39,23 +39,23 @@ struct Layout
 
 /// Absolute paths of the files of a layout below `folder`.
 [[nodiscard]] QStringList pathsOf(const Layout& layout, const QString& folder);
-/// Creates empty files there, and the folders above them.
+/// Creates empty files with these paths, and the folders above them.
 void createFiles(const QStringList& paths);
 
 [[nodiscard]] QList<QUrl> urlsOf(const QStringList& paths);
-/// The paths as system calls take them.
+/// The paths in the form that system calls take.
 [[nodiscard]] std::vector<std::string> nativePaths(const QStringList& paths);
 
-/// Fills a file with so many bytes.
+/// Creates a file of `bytes` bytes, rounded up to whole MiB.
 void createLargeFile(const QString& path, std::int64_t bytes);
 
-/// A folder on another file system than the temporary one, with all it holds for as long as this lives.
+/// An existing folder on another file system than the temporary folder. Ends the benchmarks if there is none.
 [[nodiscard]] QString otherFileSystem();
 
-/// Everything below a folder is gone, the fast way.
+/// Removes a folder with everything in it, the fast way.
 void removeTree(const QString& folder);
 
-/// A home with a store; the files go with it, also where there are very many.
+/// A home with a store; removes its files at the end, even if there are very many.
 class BenchWorld final
 {
 public:
@@ -73,7 +73,7 @@ public:
     test::StoreWorld world;
 };
 
-/// Ends the benchmarks when something did not work: what failed is no figure.
+/// Ends the benchmarks if `condition` is false: a failed operation must not give a figure.
 void require(bool condition, const char* what);
 
 } // namespace lapsa::bench

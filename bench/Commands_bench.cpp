@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-// What users and administrators do the same work with.
+// The commands that users and administrators use for the same work.
 
 #include "BenchFiles.h"
 #include "CleanupService.h"
@@ -32,7 +32,7 @@ double childrenSeconds()
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-/// Runs one over files in a home of its own; they must be gone from their folder afterwards.
+/// Runs a command on files in a home of its own; afterwards they must be gone from their folder.
 void commandTakesAll(benchmark::State& state,
                      const std::function<std::vector<std::string>(const std::string&)>& command)
 {
@@ -77,7 +77,7 @@ void removeByFind(benchmark::State& state)
 void removeByTmpfiles(benchmark::State& state)
 {
     commandTakesAll(state, [](const std::string& home) -> std::vector<std::string> {
-        // An age of 0: whatever lies there.
+        // An age of 0: everything in the folder.
         const std::string rule = "d " + home + "/files/folder - - - 0";
         return {"sh", "-c", "printf '%s\\n' \"$0\" | systemd-tmpfiles --clean -", rule};
     });
@@ -126,7 +126,7 @@ void listByFind(benchmark::State& state)
     }
 }
 
-/// What is to cross from one file system to another: a folder of so many files, or one file of so many megabytes.
+/// What to move from one file system to another: a folder with that many files, or one file of that many megabytes.
 class Luggage final
 {
 public:
@@ -142,7 +142,7 @@ public:
         } else {
             createFiles(pathsOf(treeOf(state.range(0)), path));
         }
-        ::sync(); // what is still to be written of it is nobody's work below
+        ::sync(); // so that writing it back is not measured below
     }
 
     Luggage(const Luggage&) = delete;
@@ -176,7 +176,7 @@ void crossByMv(benchmark::State& state, bool oneFile)
         BenchWorld world;
         const Luggage luggage(state, oneFile);
         const std::string target = world.world.home.makeFolder(u"target"_s).toStdString();
-        // Lapsa says that a file has arrived when it is on the disk.
+        // With sync, because Lapsa reports a file as moved only when it is on disk.
         measureCommand(state, {"sh", "-c", "mv \"$0\" \"$1\" && sync -f \"$1\"", luggage.path.toStdString(), target});
         require(::access(luggage.path.toUtf8().constData(), F_OK) != 0, "taking it away");
     }

@@ -33,14 +33,14 @@ void choose(Disposal disposal, LapsaStore& store)
     store.setSettings(settings);
 }
 
-/// A whole cleanup pass over items that all became due.
+/// A complete cleanup pass over items that have all become due.
 void passWithAllDue(benchmark::State& state, Disposal disposal, Names names, Spread spread)
 {
     for ([[maybe_unused]] auto iteration : state) {
         BenchWorld world;
         choose(disposal, world.store());
         const QStringList paths = world.addFiles({.count = state.range(0), .names = names, .spread = spread});
-        // The clock alone: no save is to become due meanwhile.
+        // Only the clock: no save may become due meanwhile.
         world.world.time.setClock(world.world.time.now() + 11min);
         test::RecordingWarnings warnings;
         CleanupService service(world.store(), warnings, {.clock = world.world.time, .mainQueue = world.world.time});
@@ -64,7 +64,7 @@ void passWithNothingDue(benchmark::State& state)
     }
 }
 
-/// Looks at as many bytes as the records have: a pass that does anything has to read them.
+/// Copies as many bytes as the records have: any pass has to read them.
 void copyOfTheRecords(benchmark::State& state)
 {
     const std::vector<char> records(static_cast<std::size_t>(state.range(0)) * sizeof(LapsaItem), 'x');
@@ -75,7 +75,7 @@ void copyOfTheRecords(benchmark::State& state)
     }
 }
 
-/// Names in a folder, known to be free there.
+/// Paths in a folder that are known to be free.
 std::vector<std::string> freePaths(const BenchWorld& world, std::size_t count, const QString& folder,
                                    const std::string& ending)
 {
@@ -88,7 +88,7 @@ std::vector<std::string> freePaths(const BenchWorld& world, std::size_t count, c
     return paths;
 }
 
-/// One `renameat2` each, to names that are known to be free.
+/// One `renameat2` per file, to names that are known to be free.
 void bareRenames(benchmark::State& state, Names names, Spread spread)
 {
     for ([[maybe_unused]] auto iteration : state) {
@@ -110,7 +110,7 @@ void bareRenames(benchmark::State& state, Names names, Spread spread)
     }
 }
 
-/// The least that the rules of the Trash ask for: a record of each, made anew and written, and then one `renameat2`.
+/// The minimum for the Trash: a new record is created and written for each file, then one `renameat2`.
 void recordsAndRenames(benchmark::State& state)
 {
     for ([[maybe_unused]] auto iteration : state) {

@@ -17,7 +17,7 @@ namespace lapsa::bench {
 namespace {
 
 constexpr int patience = 10'000;
-/// Far enough apart to be asked for quickly, and close enough that no window fits between two of them.
+/// Far enough apart to be read quickly, and close enough that no window fits between two of them.
 constexpr std::int16_t rowDistance = 96;
 
 } // namespace

@@ -11,24 +11,24 @@ struct xcb_connection_t;
 
 namespace lapsa::bench {
 
-/// Sees when something new stands on the screen: looks at some rows of it, from edge to edge, as fast as the X server
-/// answers. The screen is that of DISPLAY, with nothing on it that moves by itself.
+/// Detects when something new appears on the screen: compares some full-width rows of it as fast as the X server
+/// answers. Uses the screen of DISPLAY, on which nothing may move by itself.
 class FirstFrame final
 {
 public:
-    /// Ends the program where there is no X server.
+    /// Ends the program if there is no X server.
     FirstFrame();
     FirstFrame(const FirstFrame&) = delete;
     FirstFrame& operator=(const FirstFrame&) = delete;
     ~FirstFrame();
 
-    /// What stands there now is from here on the old.
+    /// Remembers the current content as the old one.
     void remember();
 
-    /// Milliseconds from this call until something is new; nothing after ten seconds.
+    /// Milliseconds from this call until something new appears; nothing after ten seconds.
     [[nodiscard]] std::optional<double> waitForChange();
 
-    /// Waits until it looks as it was remembered, for at most ten seconds, and says whether it does.
+    /// Waits at most ten seconds until the screen looks as remembered, and returns whether it does.
     [[nodiscard]] bool waitForReturn();
 
 private:

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-// The least that a program of the same toolkit can be that shows an icon in the tray.
+// The smallest program with the same toolkit that shows an icon in the tray.
 
 #include <QApplication>
 #include <QPixmap>

@@ -19,9 +19,9 @@ inline double threadSeconds()
     return double(time.tv_sec) + 1e-9 * double(time.tv_nsec);
 }
 
-/// Counts the time of `work` alone, of one iteration: what is made before and removed after costs more than what is
-/// measured. Beside the time that passes, the processor's time is kept as the counter "cpu" (milliseconds of one
-/// iteration): it hardly minds what else the machine has to do.
+/// Measures only the time of `work`, for one iteration: setup and cleanup cost more than the work itself. In addition
+/// to the elapsed time it records the processor time as the counter "cpu" (milliseconds per iteration), which depends
+/// little on the load of the machine.
 template <typename Work>
 void measure(benchmark::State& state, Work&& work)
 {
@@ -36,7 +36,7 @@ void measure(benchmark::State& state, Work&& work)
     cpu.value += 1e3 * (cpuEnd - cpuBegin);
 }
 
-/// Runs a program, which must succeed, and counts its time: of the processor, that of the program and its children.
+/// Runs a program, which must succeed, and measures its time; the processor time includes its children.
 void measureCommand(benchmark::State& state, const std::vector<std::string>& command);
 
 inline void inMilliseconds(benchmark::internal::Benchmark* added)
@@ -46,25 +46,25 @@ inline void inMilliseconds(benchmark::internal::Benchmark* added)
 
 } // namespace lapsa::bench
 
-/// The largest size, which shows how the cost of one item grows: a single run, since it takes so long.
+/// The largest size, which shows how the cost per item grows: a single run, because it takes so long.
 #define LAPSA_GROWTH_BENCHMARK(FUNCTION, NAME)                                                                         \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000000)->Iterations(1)->Repetitions(1)->Apply(lapsa::bench::inMilliseconds)
 
-/// NAME is "operation/lapsa" or "operation/peer"; the runs of one size stand side by side in the table of ratios.
+/// NAME is "operation/lapsa" or "operation/peer"; runs of the same size are side by side in the table of ratios.
 #define LAPSA_BENCHMARK(FUNCTION, NAME)                                                                                \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000)->Iterations(5)->Apply(lapsa::bench::inMilliseconds);                    \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(10000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds);                   \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(100000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds);                  \
     LAPSA_GROWTH_BENCHMARK(FUNCTION, NAME)
 
-/// For what takes little time in memory: whether the memory was used before counts for as much as the work.
+/// For short operations in memory: whether the memory was used before matters as much as the work.
 #define LAPSA_QUICK_BENCHMARK(FUNCTION, NAME)                                                                          \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000)->Iterations(50)->Apply(lapsa::bench::inMilliseconds);                   \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(10000)->Iterations(20)->Apply(lapsa::bench::inMilliseconds);                  \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(100000)->Iterations(3)->Apply(lapsa::bench::inMilliseconds);                  \
     LAPSA_GROWTH_BENCHMARK(FUNCTION, NAME)
 
-/// Other programs: those that take long are run once at the largest size, whatever is asked of the others.
+/// Other programs: they are slow, so the largest size runs once, however many repetitions are requested.
 #define LAPSA_COMMAND_BENCHMARK(FUNCTION, NAME)                                                                        \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(1000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds);                    \
     BENCHMARK(FUNCTION)->Name(NAME)->Arg(10000)->Iterations(1)->Apply(lapsa::bench::inMilliseconds);                   \

@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Only a limit for a machine under load; reached when something is broken.
+/// Only a limit for a machine under load; reached only if something is broken.
 constexpr auto patience = 30s;
 
 } // namespace

@@ -10,7 +10,7 @@
 
 namespace lapsa::bench {
 
-/// Notes which widgets were painted.
+/// Records which widgets were painted.
 class PaintNotes final : public QObject
 {
 public:
@@ -21,15 +21,15 @@ public:
     QSet<QObject*> painted;
 };
 
-/// Handles events, asleep in between, until something holds. Ends the program after half a minute.
+/// Handles events, sleeping in between, until the condition holds. Ends the program after 30 seconds.
 void waitUntil(const std::function<bool()>& condition);
 
-/// Until something of the noted was painted and the X server has drawn it.
+/// Waits until a watched widget was painted and the X server has drawn it.
 void waitForFrame(const PaintNotes& notes);
 
 void waitUntilActive(const QWidget& window);
 
-/// What the user works in before and after. Once it has the focus, the window manager is done with what was closed.
+/// The window in use before and after. Once it has the focus, the window manager has finished with closed windows.
 class OtherWindow final : public QWidget
 {
 public:

@@ -37,7 +37,7 @@ void noteRows(benchmark::State& state, const RowNotes& repainted, const FileList
     state.counters["rows_repainted"] = std::max(rows, state.counters["rows_repainted"].value);
 }
 
-/// A bare window of the panel's size and kind, with labels in a list.
+/// A plain window of the panel's size and kind, with labels in a list.
 class PeerWindow final : public QWidget
 {
 public:
@@ -118,7 +118,7 @@ void openPeerAgain(benchmark::State& state)
     }
 }
 
-/// One second that takes a minute from every item.
+/// One second in which the minutes shown change for every item.
 void tickWithAllChanging(benchmark::State& state)
 {
     ShownPanel panel(state.range(0));
@@ -135,7 +135,7 @@ void tickWithAllChanging(benchmark::State& state)
     }
 }
 
-/// One second in which every item keeps its minute.
+/// One second in which no item's minutes change.
 void tickWithNoneChanging(benchmark::State& state)
 {
     ShownPanel panel(state.range(0));
@@ -154,7 +154,7 @@ void tickWithNoneChanging(benchmark::State& state)
     }
 }
 
-/// A bare window with one label for each row that the panel shows.
+/// A plain window with one label for each row that the panel shows.
 class PeerLabels final : public QWidget
 {
 public:
@@ -230,7 +230,7 @@ void scrollPanel(benchmark::State& state)
     }
 }
 
-/// The toolkit's own list: plain items, as high as the panel's rows, in a window as large as the panel's list.
+/// The toolkit's own list: plain items as high as the panel's rows, in a window as large as the panel's list.
 void scrollPeer(benchmark::State& state)
 {
     QSize size;

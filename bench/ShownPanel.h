@@ -22,10 +22,10 @@ class WindowSystem;
 
 namespace lapsa::bench {
 
-/// The name of a file, with one of several endings.
+/// A file name, with one of several extensions.
 [[nodiscard]] QString nameOf(std::int64_t index);
 
-/// The real panel over a store with that many items. Their files need not exist: the panel never looks at them.
+/// The real panel on a store with that many items. Their files need not exist: the panel never accesses them.
 class ShownPanel final
 {
 public:
@@ -34,11 +34,11 @@ public:
     ShownPanel& operator=(const ShownPanel&) = delete;
     ~ShownPanel();
 
-    /// As after a start of the program.
+    /// Puts the panel in the state after a program start.
     void makeAnew();
     /// Opens the panel and waits for its first frame.
     void open();
-    /// Open and left alone by the window manager.
+    /// Waits until the open panel is no longer changed by the window manager.
     void settle();
     void close();
 
@@ -55,7 +55,7 @@ private:
     std::optional<PanelController> m_controller;
 };
 
-/// Counts the rows of a list that are painted.
+/// Counts the painted rows of a list.
 class RowNotes final
 {
 public:

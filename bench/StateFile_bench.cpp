@@ -34,7 +34,7 @@ QList<LapsaItem> someItems(std::int64_t count)
     return items;
 }
 
-/// The program's start on a list of that length, from reading the settings to the last purge.
+/// The program's start with a list of that length, from reading the settings to the last purge.
 void loadItems(benchmark::State& state)
 {
     const QByteArray json = JSONEncoder::lapsa().encode(someItems(state.range(0)));
@@ -47,7 +47,7 @@ void loadItems(benchmark::State& state)
     }
 }
 
-/// Read and parsed into the library's own tree, no record made of it.
+/// Only reads and parses the file into the library's own tree, without making records.
 void parseAlone(benchmark::State& state)
 {
     const QByteArray json = JSONEncoder::lapsa().encode(someItems(state.range(0)));
@@ -94,7 +94,7 @@ void writeDurably(const std::string& folder, const char* name, QByteArrayView by
     require(directory >= 0 && ::fsync(directory) == 0 && ::close(directory) == 0, "syncing the folder");
 }
 
-/// The same bytes, and the empty recovery list that every save writes as well, without making them first.
+/// Only writes the same bytes, made beforehand, and the empty recovery list that every save writes too.
 void writeAlone(benchmark::State& state)
 {
     const QByteArray json = JSONEncoder::lapsa().encode(someItems(state.range(0)));
@@ -108,7 +108,7 @@ void writeAlone(benchmark::State& state)
     }
 }
 
-/// The making of the bytes alone.
+/// Only encodes the items.
 void encodeItems(benchmark::State& state)
 {
     const QList<LapsaItem> items = someItems(state.range(0));
@@ -119,7 +119,7 @@ void encodeItems(benchmark::State& state)
     }
 }
 
-/// The library's own writer, from its tree.
+/// The library's own writer, from its own tree.
 void minifyAlone(benchmark::State& state)
 {
     const QByteArray json = JSONEncoder::lapsa().encode(someItems(state.range(0)));
@@ -133,7 +133,7 @@ void minifyAlone(benchmark::State& state)
     }
 }
 
-/// The bytes as they are, from one place of the memory to another.
+/// Only copies the bytes in memory.
 void copyAlone(benchmark::State& state)
 {
     const QByteArray json = JSONEncoder::lapsa().encode(someItems(state.range(0)));

@@ -51,7 +51,7 @@ void Announcements::activateLast()
 
 void Announcements::note(const QString& item)
 {
-    // The name on the bus, with the path of the object behind it.
+    // The name on the bus, followed by the path of the object.
     const qsizetype slash = item.indexOf(u'/');
     m_service = slash < 0 ? item : item.first(slash);
     m_path = slash < 0 ? u"/StatusNotifierItem"_s : item.sliced(slash);
@@ -70,7 +70,7 @@ Running::Running(const Candidate& candidate)
 
 Running::~Running()
 {
-    // Not every one of them ends when it is asked to.
+    // Not every program ends when asked to.
     constexpr int politePatience = 500;
     m_process.terminate();
     if (!m_process.waitForFinished(politePatience)) {
@@ -96,7 +96,7 @@ double Running::processorSeconds() const
     if (!file.open(QIODevice::ReadOnly)) {
         return 0;
     }
-    // Behind the name, which may hold anything: utime and stime are fields 14 and 15 of proc(5).
+    // After the name, which can contain anything: utime and stime are fields 14 and 15 of proc(5).
     const QByteArray line = file.readAll();
     const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
     constexpr int utime = 11;

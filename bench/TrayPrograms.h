@@ -21,19 +21,19 @@ struct Candidate
     QStringList arguments;
 };
 
-/// Hears of every icon that is announced to the taskbar, and clicks on the last one as the taskbar does.
+/// Listens for every icon that is announced to the taskbar, and clicks the last one as the taskbar does.
 class Announcements final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The address is that of the session bus.
+    /// `address` is that of the session bus.
     explicit Announcements(const QString& address);
 
-    /// Waits for the next one, for at most twenty seconds.
+    /// Waits for the next one, at most twenty seconds.
     [[nodiscard]] bool waitForOne();
 
-    /// Passes a left click on to the program whose icon was announced last, without waiting for its answer.
+    /// Sends a left click to the program whose icon was announced last, without waiting for its answer.
     void activateLast();
 
 signals:
@@ -49,7 +49,7 @@ private:
     QString m_path;
 };
 
-/// Such a program while it runs; it ends with this object.
+/// A running candidate; the program ends with this object.
 class Running final
 {
 public:
@@ -58,22 +58,22 @@ public:
     Running& operator=(const Running&) = delete;
     ~Running();
 
-    /// A file of the process below /proc.
+    /// The path of one of the process's files below /proc.
     [[nodiscard]] QString proc(const QString& file) const;
 
-    /// Megabytes of its share of memory.
+    /// Its proportional set size, in megabytes.
     [[nodiscard]] double pss() const;
-    /// Seconds of the processor that it has used so far.
+    /// The processor time it has used so far, in seconds.
     [[nodiscard]] double processorSeconds() const;
 
 private:
     QProcess m_process;
 };
 
-/// The number in a line "NAME: NUMBER ..." of a file of /proc; 0 where there is none.
+/// The number in a line "NAME: NUMBER ..." of a file of /proc; 0 if there is none.
 [[nodiscard]] double numberIn(const QString& path, QByteArrayView name);
 
-/// The one in the middle.
+/// The median of the values.
 [[nodiscard]] double median(std::vector<double> values);
 
 } // namespace lapsa::bench

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-// Lapsa in the tray of a real taskbar beside other programs there: the start, and what it costs to be there.
+// Measures Lapsa in the tray of a real taskbar beside other programs: how long the start takes, and what idling costs.
 // Writes tables to standard output.
 
 #include "DesktopSession.h"
@@ -40,7 +40,7 @@ constexpr int patience = 20'000;
 constexpr int repetitions = 9;
 constexpr unsigned long settling = 6000;
 
-/// How often each thread of a process has gone to sleep so far: each wake-up ends in one.
+/// How often each thread of a process has gone to sleep so far: every wake-up ends in a sleep.
 QHash<QString, double> sleepsOf(const Running& running)
 {
     QHash<QString, double> sleeps;
@@ -50,7 +50,7 @@ QHash<QString, double> sleepsOf(const Running& running)
     return sleeps;
 }
 
-/// Of the threads that are there at the end; one that has ended meanwhile does not come again.
+/// Counts only the threads that exist at the end; ended threads are not counted.
 double wakeUpsBetween(const QHash<QString, double>& before, const QHash<QString, double>& after)
 {
     double wakeUps = 0;
@@ -92,7 +92,7 @@ double startToIcon(const Candidate& candidate, Announcements& announcements)
     return median(times);
 }
 
-/// A list of items whose files need not exist: nothing of what is measured looks at them.
+/// Writes a list of items whose files need not exist: nothing that is measured accesses them.
 void writeItems(const test::DesktopSession& desktop, std::int64_t count)
 {
     using namespace std::chrono_literals;
@@ -125,7 +125,7 @@ struct Frames
     double again;
 };
 
-/// Milliseconds from a click on the icon, as the taskbar passes it on, to something new on the screen.
+/// Milliseconds from a click on the icon, as the taskbar forwards it, to something new on the screen.
 std::optional<Frames> framesOf(const Candidate& candidate, Announcements& announcements)
 {
     FirstFrame screen;
@@ -183,14 +183,14 @@ void printWithItems(const test::DesktopSession& desktop, const Candidate& lapsa,
         std::ignore = announcements.waitForOne();
         QThread::msleep(settling);
         const double never = running.pss();
-        QProcess::execute(lapsa.program, {}); // started again, it opens the panel of the one that runs
+        QProcess::execute(lapsa.program, {}); // a second start opens the panel of the running one
         const bool opened = waitFor([] { return test::DesktopSession::lapsaPanel().has_value(); });
         QThread::msleep(settling);
         const double before = running.processorSeconds();
         QThread::sleep(static_cast<unsigned long>(seconds));
         const double used = running.processorSeconds() - before;
         const bool closed = waitFor([] {
-            test::VirtualDisplay::press(u"Escape"_s); // it need not have the keyboard at once
+            test::VirtualDisplay::press(u"Escape"_s); // it may not have the keyboard yet
             return !test::DesktopSession::lapsaPanel().has_value();
         });
         QThread::msleep(settling);
@@ -239,7 +239,7 @@ int run(const QStringList& arguments)
         printPrograms(programs, announcements, seconds);
         printWithItems(desktop, programs.front(), announcements, seconds);
     }
-    // The others have no window that a click on their icon opens.
+    // The other programs have no window that a click on their icon opens.
     std::vector<Candidate> withWindow;
     std::ranges::copy_if(programs, std::back_inserter(withWindow), [](const Candidate& candidate) {
         return candidate.name == u"Lapsa"_s || candidate.name == u"CopyQ"_s;

@@ -45,7 +45,7 @@ void scanOfNewFiles(benchmark::State& state)
     }
 }
 
-/// Lists the folder, and asks `statx` of every entry where `look` says so.
+/// Lists the folder, and calls `statx` for every entry if `look` is set.
 void listing(benchmark::State& state, bool look)
 {
     for ([[maybe_unused]] auto iteration : state) {
