@@ -25,8 +25,8 @@ public:
 
     [[nodiscard]] bool contains(const QString& id) const { return m_items.contains(id); }
 
-    /// Whether a pass skips the item for now. After a wasted copy it rests for as long as it has been in use so far, at
-    /// most an hour. False if its expiry was changed since.
+    /// Whether a pass skips the item for now: after a wasted copy, for as long as it has been in use so far, at most an
+    /// hour. False if its expiry was changed since.
     [[nodiscard]] bool rests(const LapsaItem& item, TimePoint now) const;
 
     void add(const LapsaItem& item, Cost cost, TimePoint now);

@@ -11,7 +11,7 @@ Result<QString> moveToFreeName(fileSystem::Batch& batch, const fileSystem::Batch
                                FreeNames& freeNames)
 {
     // The first move is tried without listing the folder, and a name can be taken between the listing and the move. If
-    // that happens this often, it is no accident.
+    // every try finds its name taken, that is no coincidence.
     constexpr int mostTries = 1000;
     Result<void> moved;
     for (int attempt = 0; attempt < mostTries; ++attempt) {

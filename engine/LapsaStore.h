@@ -171,7 +171,8 @@ public:
     void removeAutoCleanFolder(const QUuid& id);
 
 signals:
-    /// Emitted before any of the state above, or a setting, changes.
+    /// Emitted before any of the state above changes, but after a setting has changed, on a later turn of the main
+    /// queue.
     void willChange();
 
 private:

@@ -39,7 +39,7 @@ private:
 
     QString m_path;
     fileSystem::HeldFolder m_folder;
-    /// Whether other folders are this one, by path.
+    /// Answers already found, by path: whether a folder is this one.
     QHash<QString, bool> m_asked;
 };
 
