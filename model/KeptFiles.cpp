@@ -61,7 +61,7 @@ public:
         return written;
     }
 
-    /// Moves the file itself among the copies.
+    /// Moves the file itself to become the newest copy.
     Result<void> take(const QString& file)
     {
         const std::int64_t number = m_numbers.isEmpty() ? 1 : m_numbers.last() + 1;
