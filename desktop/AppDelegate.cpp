@@ -39,9 +39,9 @@ namespace {
 
 constexpr std::chrono::duration<double> splashDuration{1.35};
 constexpr int statusIconSize = 18;
-/// The longest wait for the disk at the end: a user who quits the program does not wait for it.
+/// The longest wait for the disk when the program ends: quitting must not hang on a slow disk.
 constexpr std::chrono::seconds longestEnd{1};
-/// After a window has closed: longer than its fade-out, and than a user takes who wants it back at once.
+/// After a window has closed: longer than its fade-out, and long enough for a user who wants it back at once.
 constexpr std::chrono::seconds restBeforeTidying{2};
 
 /// A part that the launch creates. Asking for it earlier is a programming error; it ends here, not somewhere inside it.

@@ -168,7 +168,7 @@ void PanelController::makePreferencesWindow()
     m_preferencesWindow->setWindowTitle(Localized::preferences());
 }
 
-/// Not needed for a panel that closes by itself: it makes room by closing.
+/// A panel that closes by itself needs no room beside it: it closes.
 void PanelController::putBesidePanel(QWidget& window)
 {
     if (m_popover && m_popover->isVisible() && m_popover->behavior() == PopoverWindow::Behavior::ApplicationDefined) {

@@ -57,7 +57,7 @@ void SplashWindowController::showSplash(std::chrono::duration<double> duration, 
     window->setWindowOpacity(0);
     window->show();
     window->raise();
-    // The window manager decides whether it gets the focus: it does not take it from a user who is typing.
+    // The window manager decides about the focus, so that a user who is typing does not lose it.
     window->activateWindow();
     QObject::connect(qGuiApp, &QCoreApplication::aboutToQuit, window, &QObject::deleteLater);
     motion::moveTo(*fade, 1, fadeIn);
