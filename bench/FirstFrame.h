@@ -22,7 +22,7 @@ public:
     FirstFrame& operator=(const FirstFrame&) = delete;
     ~FirstFrame();
 
-    /// Remembers the current content as the old one.
+    /// Remembers the current content for the comparison.
     void remember();
 
     /// Milliseconds from this call until something new appears; nothing after ten seconds.

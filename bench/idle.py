@@ -20,7 +20,7 @@ PATIENCE = 60
 MEMORY_WANTED = 30  # MB, with the panel open
 TICKS_WANTED = 1
 BUS_NAME = "org.lapsa.Lapsa"
-# The program's own defaults, but for the panel, which is to close by Escape.
+# The program's own defaults, except for the panel, which must close on Escape.
 SETTINGS = {"autoCleanFolders": [], "defaultExpirationMinutes": 120, "enableExpiryNotifications": True,
             "fileTypeRules": [], "keepPanelOpen": False, "notifyBeforeMinutes": 5, "pauseAllCountdowns": False,
             "recoveryRetentionHours": 24, "theme": "system", "useRecoveryWindow": True, "useTrash": True}
