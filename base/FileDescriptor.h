@@ -11,7 +11,7 @@
 
 namespace lapsa {
 
-/// Makes a system call again as long as a signal cuts it short.
+/// Repeats a system call while signals interrupt it (EINTR).
 template <typename Call>
 [[nodiscard]] auto retrying(Call call)
 {
@@ -22,7 +22,7 @@ template <typename Call>
     return result;
 }
 
-/// The `errno` value of a system call that answers with -1 on failure, 0 where it worked.
+/// Returns 0, or the `errno` value of a system call that returned -1.
 template <typename Call>
 [[nodiscard]] int errorOf(Call call)
 {
@@ -60,11 +60,11 @@ public:
 
     explicit operator bool() const { return m_descriptor >= 0; }
 
-    /// Hands the descriptor to one who closes it himself.
+    /// Hands the descriptor over to the caller, who must close it.
     [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
 
-    /// Closes now; the `errno` value of a failure, which can be the only report of a failed write. Not repeated after
-    /// EINTR: on Linux the descriptor is gone all the same.
+    /// Closes the file now. Returns 0 or an `errno` value, which may be the only report of a failed write. Not repeated
+    /// after EINTR: on Linux the descriptor is closed anyway.
     [[nodiscard]] int close()
     {
         const int failed = ::close(std::exchange(m_descriptor, -1));
@@ -75,7 +75,7 @@ private:
     int m_descriptor = -1;
 };
 
-/// An open file with several owners, closed with the last of them.
+/// An open file with several owners, closed when the last one goes.
 class SharedDescriptor final
 {
 public:
@@ -85,7 +85,7 @@ public:
         : m_file(std::make_shared<const FileDescriptor>(std::move(file)))
     {}
 
-    /// -1 where there is no open file.
+    /// -1 if no file is open.
     [[nodiscard]] int get() const { return m_file ? m_file->get() : -1; }
 
     explicit operator bool() const { return get() >= 0; }

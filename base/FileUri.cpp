@@ -15,7 +15,7 @@ namespace {
 constexpr QByteArrayView scheme = "file:";
 constexpr QByteArrayView authority = "//";
 
-/// What follows the scheme and an authority that names this machine.
+/// The part after the scheme and the authority; nothing if the authority is not this machine.
 std::optional<QByteArrayView> encodedPath(QByteArrayView uri)
 {
     if (uri.size() < scheme.size() || uri.first(scheme.size()).compare(scheme, Qt::CaseInsensitive) != 0) {
@@ -82,7 +82,7 @@ std::optional<QString> pathOfFileUri(QByteArrayView uri)
 
 std::optional<QString> textOfUtf8(QByteArrayView bytes)
 {
-    // In a name a byte order mark is a character like others.
+    // In a name, a byte order mark is an ordinary character.
     QStringDecoder decoder(QStringDecoder::Utf8,
                            QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     QString text = decoder(bytes);

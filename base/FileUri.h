@@ -10,21 +10,21 @@
 
 namespace lapsa {
 
-/// An absolute path that begins with one slash: a URL would take what follows two for the name of a machine.
+/// Reduces the leading slashes of an absolute path to one: in a URL, the part after two would be a host name.
 [[nodiscard]] QByteArray withOneLeadingSlash(const QByteArray& path);
 
-/// The file URI of an absolute path, its bytes percent-encoded one by one: nothing in a name has a meaning.
+/// The file URI of an absolute path. Percent-encodes bytes, so that no character of a name has a special meaning.
 [[nodiscard]] QByteArray fileUri(const QString& path);
 
-/// Whether the host of a file URI means this machine: none, "localhost", or the machine's own name, with or without its
-/// domain, as `ls --hyperlink` and some drags write it.
+/// Whether the host of a file URI means this machine: empty, "localhost" or the machine's own name, with or without its
+/// domain, as written by `ls --hyperlink` and some drags.
 [[nodiscard]] bool isThisMachine(const QString& host);
 
-/// The absolute path of a file URI of this machine, with one leading slash; nothing for any other text, and for a path
-/// that is not UTF-8.
+/// The absolute path, with one leading slash, of a file URI that means this machine. Nothing for any other text or if
+/// the path is not UTF-8.
 [[nodiscard]] std::optional<QString> pathOfFileUri(QByteArrayView uri);
 
-/// The text of bytes that are valid UTF-8; nothing for others.
+/// The text of valid UTF-8 bytes; nothing if they are invalid.
 [[nodiscard]] std::optional<QString> textOfUtf8(QByteArrayView bytes);
 
 } // namespace lapsa

@@ -43,7 +43,7 @@ bool isHexDigit(char character)
            (character >= 'A' && character <= 'F');
 }
 
-/// The parser of QUuid takes more forms than the canonical one.
+/// QUuid's parser also accepts other forms than the canonical one.
 bool isCanonicalUuid(std::string_view text)
 {
     constexpr std::string_view form = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
@@ -59,8 +59,8 @@ QByteArrayView viewOf(std::string_view text)
 
 } // namespace
 
-/// The value of a key with its exact type; an empty one, and the whole document fails, where it is not so. Of fields of
-/// the same name it is the first.
+/// The value of a key, which must have exactly this type; otherwise returns an empty value and the whole document
+/// fails. If several fields have the name, the first applies.
 template <typename T>
 T JSONObject::value(std::string_view key) const
 {
@@ -69,7 +69,7 @@ T JSONObject::value(std::string_view key) const
     T value{};
     simdjson::error_code error = simdjson::NO_SUCH_FIELD;
     if (next != object.end() && next.key_equals(key)) {
-        // As they were written. What stands before was asked for under other names, so that this is the first.
+        // Requested in document order: the fields before this one have other names, so this is the first of its name.
         error = next.value().get(value);
         m_next = placeOf<Place>(++next);
     } else {
@@ -90,7 +90,7 @@ JSONDecoder::~JSONDecoder() = default;
 bool JSONDecoder::parse(const QByteArray& bytes)
 {
     m_parser = std::make_unique<Parser>();
-    // The parser reads ahead. Bytes with room behind them need not be copied for that.
+    // The parser reads ahead. Bytes with enough spare capacity need no copy for that.
     const bool copied = bytes.capacity() - bytes.size() < qsizetype{simdjson::SIMDJSON_PADDING};
     m_failed =
         m_parser->parser.parse(bytes.constData(), static_cast<std::size_t>(bytes.size()), copied).get(m_parser->root) !=
@@ -160,7 +160,7 @@ QString JSONObject::text(std::string_view key) const
     const auto bytes = viewOf(value<std::string_view>(key));
     QString text = QString::fromUtf8(bytes);
     if (bytes.startsWith(byteOrderMark)) {
-        // It is dropped as if it said something about the bytes; in a name it is a character like others.
+        // fromUtf8() drops it as an encoding mark; in a name it is an ordinary character.
         text.prepend(QChar(QChar::ByteOrderMark));
     }
     return text;

@@ -20,30 +20,30 @@ namespace lapsa {
 
 class JSONDecoder;
 
-/// One object of a document that is being decoded. Every field that is asked for must be there with its exact type; one
-/// that is not makes the whole document fail (and reads as an empty value until then). Other keys are ignored.
+/// One object of a document being decoded. Every requested field must exist and have exactly the requested type;
+/// otherwise the whole document fails and the field reads as an empty value. Other keys are ignored.
 class JSONObject final
 {
 public:
     [[nodiscard]] QString text(std::string_view key) const;
     [[nodiscard]] bool boolean(std::string_view key) const;
-    /// A JSON integer that fits into 64 bits; 1.0 and 1e3 are none.
+    /// A JSON integer that fits into 64 bits; 1.0 and 1e3 are not integers.
     [[nodiscard]] std::int64_t integer(std::string_view key) const;
     /// ISO 8601 with whole seconds and a zone designator.
     [[nodiscard]] TimePoint timestamp(std::string_view key) const;
-    /// The canonical text of 36 characters, in either case.
+    /// The canonical text of 36 characters, in upper or lower case.
     [[nodiscard]] QUuid uuid(std::string_view key) const;
     /// A JSON array of records.
     template <typename T>
     [[nodiscard]] QList<T> list(std::string_view key) const;
 
-    /// For a value that reads well but means nothing: the whole document fails.
+    /// Makes the whole document fail, for a value of the right type that makes no sense.
     void fail() const;
 
 private:
     friend class JSONDecoder;
 
-    /// A place in the parsed document, opaque here so that the parser stays out of everyone's headers.
+    /// A place in the parsed document. Opaque, to keep the parser's headers out of this one.
     struct Place
     {
         const void* document = nullptr;
@@ -61,25 +61,25 @@ private:
 
     JSONDecoder* m_decoder;
     Place m_place;
-    /// The field behind the one that was asked for last, while they are asked for in the order in which they stand.
+    /// The field after the last requested one, as long as fields are requested in document order.
     mutable Place m_next;
 };
 
 /// Reads JSON strictly: valid UTF-8, one document and nothing after it, every field of the records present with its
-/// exact type. It salvages nothing: one bad field and the whole document is refused.
+/// exact type. Salvages nothing: one bad field makes it refuse the whole document.
 ///
-/// A record takes part by a function `void read(const JSONObject&, Record&)` beside it.
+/// To be decoded, a record needs a function `void read(const JSONObject&, Record&)` beside it.
 class JSONDecoder final
 {
 public:
-    /// A fresh decoder with the one configuration there is.
+    /// A new decoder in the only configuration.
     [[nodiscard]] static JSONDecoder lapsa() { return JSONDecoder{}; }
 
     JSONDecoder(const JSONDecoder&) = delete;
     JSONDecoder& operator=(const JSONDecoder&) = delete;
     ~JSONDecoder();
 
-    /// The one record that the document holds.
+    /// Decodes a document that is one record.
     template <typename T>
     [[nodiscard]] std::optional<T> decode(const QByteArray& bytes)
     {
@@ -93,7 +93,7 @@ public:
         return m_failed ? std::nullopt : std::optional<T>(std::move(value));
     }
 
-    /// The records of a document that is one array.
+    /// Decodes a document that is one array of records.
     template <typename T>
     [[nodiscard]] std::optional<QList<T>> decodeList(const QByteArray& bytes)
     {
@@ -108,11 +108,11 @@ private:
     friend class JSONObject;
     struct Parser;
 
-    /// Walks over the objects of an array.
+    /// Iterates over the objects of an array.
     class Objects
     {
     public:
-        /// The next object; nothing at the end, or when the document failed.
+        /// The next object; nothing at the end or after the document failed.
         [[nodiscard]] std::optional<JSONObject> next();
 
         [[nodiscard]] qsizetype count() const { return m_count; }

@@ -15,8 +15,8 @@ namespace {
 
 constexpr qsizetype indentWidth = 2;
 
-/// What stands behind the backslash for a byte that must be escaped in a string; 'u' for a numeric escape; 0 for a byte
-/// that stands for itself. Forward slashes are escaped on purpose: the users' files have always looked so.
+/// The character after the backslash for a byte that must be escaped in a string; 'u' for a numeric escape; 0 for a
+/// byte that needs none. Forward slashes are escaped on purpose: users' files have always looked like this.
 constexpr std::array<char, 256> escapes = [] {
     std::array<char, 256> table{};
     for (std::size_t control = 0; control < 0x20; ++control) {
@@ -38,10 +38,10 @@ char escapeOf(char byte)
     return escapes[static_cast<unsigned char>(byte)];
 }
 
-/// The longest that one byte can become.
+/// The longest escape of one byte.
 constexpr qsizetype longestEscape = 6;
 
-/// Writes a byte as it stands in a string; returns the end of what was written.
+/// Writes one byte of a string, escaped if needed; returns the end of the written text.
 inline char* writeEscaped(char* out, char byte)
 {
     const char escape = escapeOf(byte);
@@ -157,7 +157,7 @@ void JSONEncoder::close(char bracket)
     put(bracket);
 }
 
-/// With a comma in front.
+/// Including a comma in front.
 qsizetype JSONEncoder::longestNewLine() const
 {
     return 2 + indentWidth * static_cast<qsizetype>(m_levels.size());

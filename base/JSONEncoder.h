@@ -18,16 +18,16 @@
 
 namespace lapsa {
 
-/// Writes JSON as every file of Lapsa holds it: indented by two blanks, the keys of each object in ascending byte
+/// Writes JSON in the format of all of Lapsa's files: indented by two spaces, the keys of each object in ascending byte
 /// order, forward slashes escaped, dates as ISO 8601 in UTC with whole seconds, UUIDs in upper case.
 ///
-/// A record takes part by a function `void write(JSONEncoder&, const Record&)` beside it, which opens an object, writes
-/// its fields in ascending order of their keys (anything else ends the process: it is a programming error) and closes
-/// it.
+/// To be encoded, a record needs a function `void write(JSONEncoder&, const Record&)` beside it, which opens an object,
+/// writes its fields in ascending order of their keys (any other order is a programming error and ends the process) and
+/// closes it.
 class JSONEncoder final
 {
 public:
-    /// A fresh encoder with the one configuration there is.
+    /// A new encoder in the only configuration.
     [[nodiscard]] static JSONEncoder lapsa() { return JSONEncoder{}; }
 
     JSONEncoder(const JSONEncoder&) = delete;
@@ -65,7 +65,7 @@ private:
 
     struct Level
     {
-        /// The last key written; decides the order of the next. Empty in arrays.
+        /// The last key written, to check the order of the next one. Empty in arrays.
         std::string_view lastKey;
         bool empty = true;
     };
@@ -96,7 +96,7 @@ private:
     void put(char byte);
     void put(std::string_view bytes);
 
-    /// Where the next `length` bytes may be written.
+    /// Where to write the next `length` bytes; makes room for them.
     [[nodiscard]] char* room(qsizetype length)
     {
         if (m_limit - m_end < length) {
@@ -111,8 +111,8 @@ private:
     [[nodiscard]] QByteArray takeDocument();
 
     QByteArray m_bytes;
-    char* m_end = nullptr;   ///< of the document so far
-    char* m_limit = nullptr; ///< of the room behind it
+    char* m_end = nullptr;   ///< end of the document so far
+    char* m_limit = nullptr; ///< end of the allocated room
     std::vector<Level> m_levels;
 };
 

@@ -18,10 +18,10 @@ QString currentLanguageCode()
             break;
         }
     }
-    // language[_TERRITORY][.codeset][@modifier], as in setlocale(3); a hyphen stands for the underscore at times.
+    // language[_TERRITORY][.codeset][@modifier], as in setlocale(3); some systems write a hyphen for the underscore.
     const auto end = std::ranges::find_if(locale, [](char c) { return QByteArrayView("_-.@").contains(c); });
     const QByteArray language = locale.first(end - locale.begin());
-    // Language codes are in lower case; what is not, such as "C" and "POSIX", names no language.
+    // Language codes are lower case; anything else, such as "C" or "POSIX", names no language.
     if (!std::ranges::all_of(language, [](char c) { return c >= 'a' && c <= 'z'; })) {
         return {};
     }

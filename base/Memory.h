@@ -5,8 +5,8 @@
 
 namespace lapsa {
 
-/// Gives memory that was freed back to the system where the allocator still keeps it: a program that rests all day
-/// should not hold what its windows took. It goes through the whole heap: to be called when nobody waits.
+/// Returns freed memory that the allocator still keeps to the system: a program that is idle all day should not keep
+/// what its windows used. It walks the whole heap: call it when nobody is waiting.
 void giveBackFreedMemory();
 
 } // namespace lapsa

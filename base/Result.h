@@ -15,14 +15,14 @@ struct FileError
 {
     /// An `errno` value, never 0.
     int code = 0;
-    /// The system's description of it, in the user's language where the system has one.
+    /// The system's description of it, in the user's language if the system supports it.
     QString description;
 
     /// The error of one `errno` value.
     [[nodiscard]] static FileError fromErrno(int code);
 };
 
-/// A value or the error in its place. The member names are those of `std::expected`, which may take its place one day.
+/// A value, or the error that replaces it. Has the member names of `std::expected`, which may replace it one day.
 template <typename T>
 class [[nodiscard]] Result final
 {
@@ -39,14 +39,14 @@ public:
 
     explicit operator bool() const { return has_value(); }
 
-    /// Only where has_value() is true.
+    /// Only if has_value() is true.
     [[nodiscard]] const T& value() const& { return std::get<0>(m_state); }
 
     [[nodiscard]] T& value() & { return std::get<0>(m_state); }
 
     [[nodiscard]] T&& value() && { return std::get<0>(std::move(m_state)); }
 
-    /// Only where has_value() is false.
+    /// Only if has_value() is false.
     [[nodiscard]] const FileError& error() const { return std::get<1>(m_state); }
 
 private:
@@ -68,7 +68,7 @@ public:
 
     explicit operator bool() const { return has_value(); }
 
-    /// Only where has_value() is false.
+    /// Only if has_value() is false.
     [[nodiscard]] const FileError& error() const { return std::get<FileError>(m_state); }
 
 private:

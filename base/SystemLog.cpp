@@ -23,8 +23,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Marks that turn the direction of the text round, or join what they stand between: they can make a line read as
-/// something else.
+/// Characters that change the text direction or join their neighbours: they can make a line read as something else.
 bool disguises(char32_t c)
 {
     return c == 0x200E || c == 0x200F || c == 0x061C || (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
@@ -48,8 +47,8 @@ QString escaped(char32_t c)
     }
 }
 
-/// Whether a half of a surrogate pair stands there without the other: it has no bytes, and what the toolkit makes of it
-/// differs from version to version.
+/// Whether this is half of a surrogate pair without the other half: it has no UTF-8 form, and Qt's replacement for it
+/// differs between versions.
 bool isHalfAlone(QStringView text, qsizetype index)
 {
     const QChar c = text[index];
@@ -59,8 +58,8 @@ bool isHalfAlone(QStringView text, qsizetype index)
     return c.isLowSurrogate() && (index == 0 || !text[index - 1].isHighSurrogate());
 }
 
-/// Standard error without waiting. A pipe or a terminal is opened anew for that: the flag would hold for all who share
-/// the descriptor otherwise.
+/// Standard error without waiting. Opens a pipe or a terminal again for that: otherwise the flag would affect every
+/// process that shares the descriptor.
 class ErrorStream final
 {
 public:
@@ -74,7 +73,7 @@ public:
         }
     }
 
-    /// As of write(2).
+    /// Returns what write(2) returns.
     [[nodiscard]] ssize_t write(QByteArrayView bytes) const
     {
         const auto size = std::size_t(bytes.size());
@@ -84,7 +83,7 @@ public:
         if (m_own) {
             return ::write(m_own.get(), bytes.data(), size);
         }
-        // No more than a pipe takes at once where it has room at all.
+        // At most as much as a pipe accepts at once whenever it is writable.
         pollfd writable{.fd = STDERR_FILENO, .events = POLLOUT, .revents = 0};
         return ::poll(&writable, 1, 0) == 1
                    ? ::write(STDERR_FILENO, bytes.data(), std::min<std::size_t>(size, PIPE_BUF))
@@ -104,7 +103,7 @@ void systemLog(const QString& text)
     line.reserve(text.size() + 1);
     for (qsizetype index = 0; index < text.size(); ++index) {
         const QChar c = text[index];
-        // All of them stand in the basic plane, so that halves of surrogate pairs pass through together.
+        // All of these are in the basic plane, so the two halves of a surrogate pair stay together.
         if (breaksTheLine(c.unicode()) || disguises(c.unicode())) {
             line += escaped(c.unicode());
         } else {
@@ -113,8 +112,8 @@ void systemLog(const QString& text)
     }
     line += u'\n';
 
-    // In one call, so that lines of several processes do not run into each other. What cannot be written at once is
-    // lost: there is no other place to complain, and files are not to wait for whoever reads this.
+    // In one call if possible, so that lines of several processes do not mix. The part that cannot be written now is
+    // lost: there is nowhere else to report it, and work on files must not wait for the reader of the log.
     const QByteArray bytes = line.toUtf8();
     const ErrorStream stream;
     QByteArrayView rest = bytes;

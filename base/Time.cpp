@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono;
 
-// The one place where an amount of time may overflow: 64-bit seconds are required to fit, microseconds are not.
+// The only place where an amount of time may overflow: 64-bit seconds must fit, microseconds need not.
 TimePoint adding(TimePoint start, std::int64_t amount, std::int64_t secondsEach)
 {
     std::int64_t wholeSeconds = 0;
@@ -42,7 +42,7 @@ void appendDigits(char*& end, unsigned value, int width)
     end += width;
 }
 
-/// Takes fields off the front of a text; failed() tells whether any was not as asked.
+/// Takes fields off the front of a text; failed() tells whether one was not as expected.
 class Scanner
 {
 public:
@@ -91,7 +91,7 @@ private:
     bool m_failed = false;
 };
 
-/// The offset from UTC: "Z", or hours and minutes with a sign.
+/// The offset from UTC: "Z", or a sign with hours and minutes.
 std::optional<minutes> zoneOffset(Scanner& scanner)
 {
     if (scanner.take('Z')) {
@@ -125,7 +125,7 @@ TimePoint addingHours(TimePoint start, std::int64_t hours)
 
 double secondsBetween(TimePoint from, TimePoint to)
 {
-    // Subtracted as floating point: the difference of two far times need not fit into 64 bits.
+    // Subtracted as floating point: the difference of two distant times may not fit into 64 bits.
     constexpr double microsecondsEach = 1e6;
     return (static_cast<double>(to.time_since_epoch().count()) - static_cast<double>(from.time_since_epoch().count())) /
            microsecondsEach;

@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The path in cleaned form; empty where it is not absolute or cannot be said as text.
+/// The cleaned path; empty if it is not absolute or not valid UTF-8.
 QString usablePath(const QByteArray& path)
 {
     const bool usable = path.startsWith('/') && QUtf8StringView(path.constData(), path.size()).isValidUtf8();
@@ -40,7 +40,7 @@ QByteArray homeOfUser(uid_t user)
     return found != nullptr && found->pw_dir != nullptr ? QByteArray(found->pw_dir) : QByteArray();
 }
 
-/// The user database may be far away (a directory service): it is asked once for each user.
+/// The user database may be remote (a directory service): it is asked only once per user.
 const QString& homeInDatabase()
 {
     thread_local uid_t user = 0;

@@ -8,19 +8,18 @@
 
 namespace lapsa::userFolders {
 
-/// The folders that hold the data of the user's applications, the preferred one first: `$XDG_DATA_HOME` where it is set
-/// to an absolute path, else `~/.local/share`. Empty where the user has no home folder at all. Nothing is created.
+/// The folders that hold the data of the user's applications, the preferred one first: `$XDG_DATA_HOME` if it is set to
+/// an absolute path, else `~/.local/share`. Empty if the user has no home folder. Creates nothing.
 [[nodiscard]] QStringList applicationSupport();
 
-/// The folder for what applications note for themselves: `$XDG_STATE_HOME` where it is set to an absolute path, else
-/// `~/.local/state`. Empty where the user has no home folder at all. Nothing is created.
+/// The folder for the state data of applications: `$XDG_STATE_HOME` if it is set to an absolute path, else
+/// `~/.local/state`. Empty if the user has no home folder. Creates nothing.
 [[nodiscard]] QString applicationState();
 
-/// The folder that downloads go to, as the desktop has it. Empty where it does not exist, and where it is the home
-/// folder itself.
+/// The desktop's download folder. Empty if it does not exist or is the home folder itself.
 [[nodiscard]] QString downloads();
 
-/// Every path that counts as the user's home: `$HOME` and the one in the user database.
+/// All paths of the user's home folder: `$HOME` and the one in the user database.
 [[nodiscard]] QStringList home();
 
 } // namespace lapsa::userFolders
