@@ -27,12 +27,12 @@ FileWriter::FileWriter(Lanes& lanes)
 void FileWriter::write(const QString& path, QByteArray bytes, Failure failure)
 {
     if (const auto last = m_last.value(path)) {
-        last->stop(); // one that has begun takes no notice: half a file is none
+        last->stop(); // a write that has begun ignores this: half a file is useless
     }
     m_last[path] = m_lanes.runOn(
         laneName,
         [path, bytes = std::move(bytes), failure = std::move(failure)](LaneJob&) -> Lanes::Report {
-            // Where that fails, the write says why.
+            // If this fails, the write reports why.
             std::ignore = fileSystem::createDirectory(QFileInfo(path).path(), fileSystem::Access::OwnerOnly);
             const Result<void> written = fileSystem::writeAtomically(path, bytes);
             if (written) {

@@ -18,23 +18,22 @@ namespace lapsa {
 class LaneJob;
 class Lanes;
 
-/// Writes Lapsa's own files on a lane of their own, one after the other, as fileSystem::writeAtomically() does. A
-/// folder that is missing is made, for the user alone. Main thread only.
+/// Writes Lapsa's own files with fileSystem::writeAtomically(), one after the other, on a lane of their own. Creates a
+/// missing folder, readable by the user only. Main thread only.
 class FileWriter final
 {
 public:
     using Failure = std::function<void(const FileError& error)>;
 
-    /// The lanes outlive the writer.
+    /// `lanes` must outlive the writer.
     explicit FileWriter(Lanes& lanes);
 
-    /// In place of what still waits to be written to the same file. `failure` is called later, on the main thread, and
-    /// only if it failed; it has to look whether what it needs is still there. What was handed over is written even if
-    /// the lanes end before it was.
+    /// Replaces content that is still waiting to be written to the same file. On failure only, `failure` is called
+    /// later on the main thread; it must check that what it needs still exists. The content is written even if the
+    /// lanes end before its turn.
     void write(const QString& path, QByteArray bytes, Failure failure);
 
-    /// Waits until all that was handed over is written, or has failed, no longer than `patience`. False where it is
-    /// not.
+    /// Waits at most `patience` until every write has succeeded or failed. False if some have not.
     bool flush(std::chrono::milliseconds patience);
 
 private:

@@ -9,7 +9,7 @@
 
 namespace lapsa {
 
-/// One piece of work on a lane, shared by the main thread and the lane. Every member may be called from any thread.
+/// One piece of work on a lane, shared by the main thread and the lane. All members are thread-safe.
 class LaneJob final
 {
 public:
@@ -17,31 +17,31 @@ public:
     {
         Waiting,
         Running,
-        /// It has given no sign of life for too long. It may still come back.
+        /// It has given no sign of life for too long. It may still recover.
         Hanging,
-        /// Also what was stopped before it began.
+        /// Includes work stopped before it began.
         Finished,
     };
 
     [[nodiscard]] State state() const { return m_state; }
 
-    /// What waits never begins, and nobody hears of it. What runs is asked to end at the next place where everything is
-    /// whole; its outcome is reported as ever.
+    /// Waiting work never begins and reports nothing. Running work is asked to end at the next point where everything
+    /// is consistent; it reports its outcome as usual.
     void stop() { m_stopRequested = true; }
 
     [[nodiscard]] bool stopRequested() const { return m_stopRequested; }
 
-    /// How far the work is, in a unit of its own, for instance bytes or entries. A sign of life.
+    /// Reports progress in the work's own unit, such as bytes or entries. Also a sign of life.
     void report(std::int64_t done, std::int64_t total);
-    /// A sign of life, for work that has nothing to report: without one for two seconds it counts as hanging.
+    /// A sign of life for work that has no progress to report: after two seconds without one, work counts as hanging.
     void alive();
 
-    /// Whether it has given no sign of life for so long.
+    /// Whether it has given no sign of life for this long.
     [[nodiscard]] bool silentFor(std::chrono::nanoseconds span) const;
 
     [[nodiscard]] std::int64_t done() const { return m_done; }
 
-    /// 0 where nothing was reported.
+    /// 0 if nothing was reported.
     [[nodiscard]] std::int64_t total() const { return m_total; }
 
 private:

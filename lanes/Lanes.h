@@ -13,20 +13,19 @@ namespace lapsa {
 
 class LaneJob;
 
-/// Work on files, off the main thread. Each mount has a lane of its own, so that a slow or dead disk holds up its own
-/// files and nothing else. What is handed to one lane runs in order, one piece at a time. All calls come from the main
-/// thread.
+/// Work on files, off the main thread. Each mount has its own lane, so that a slow or dead disk delays only its own
+/// files. A lane runs its work in order, one piece at a time. Call all members from the main thread.
 class Lanes
 {
 public:
-    /// Runs on the main thread with what became of the work.
+    /// Runs on the main thread and delivers the outcome of the work.
     using Report = std::function<void()>;
-    /// Runs on the lane. What it captures is its own: values, nothing that the main thread goes on using.
+    /// Runs on the lane. It must capture values, nothing that the main thread continues to use.
     using Work = std::function<Report(LaneJob&)>;
 
     enum class AtTheEnd
     {
-        /// What has not begun is dropped.
+        /// Dropped if it has not begun.
         Drop,
         /// It still runs.
         Run,
@@ -37,14 +36,14 @@ public:
     Lanes& operator=(const Lanes&) = delete;
     virtual ~Lanes() = default;
 
-    /// On the lane of the mount that holds `path`, an absolute path. The path itself is not touched.
+    /// Runs work on the lane of the mount that holds the absolute path `path`. Does not access the path itself.
     virtual std::shared_ptr<LaneJob> run(const QString& path, Work work) = 0;
 
-    /// On a lane of the given name, which no mount has.
+    /// Runs work on the named lane, which belongs to no mount.
     virtual std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) = 0;
 
-    /// Waits until all that was handed to the lane of this name has run, no longer than `patience`, and reports it.
-    /// False where it has not, also where it hangs.
+    /// Waits at most `patience` until all work on the named lane has run, and runs its reports. False if some has not,
+    /// or hangs.
     virtual bool await(const QString& lane, std::chrono::milliseconds patience) = 0;
 };
 

@@ -10,21 +10,21 @@
 
 namespace lapsa {
 
-/// The table of mounts, read as text: no mount is touched, so that a dead one cannot hold up the answer.
+/// The mount table, read as text: it accesses no mount, so that a dead one cannot block the answer.
 class MountPoints final
 {
 public:
     MountPoints();
 
-    /// The mount point that holds an absolute path by its text, the longest one; "/" where the table says nothing. A
-    /// link on the way is not seen.
+    /// The longest mount point that is a prefix of the text of an absolute path; "/" if the table lists none. Ignores
+    /// links on the way.
     [[nodiscard]] const QString& holding(const QString& path);
 
 private:
     [[nodiscard]] bool changed() const;
     void read();
 
-    /// Kept open: the kernel says on it when the table changes.
+    /// Kept open: the kernel signals changes of the table on it.
     FileDescriptor m_table;
     QSet<QString> m_points;
 };

@@ -22,7 +22,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds longestWatchInterval = 500ms;
-/// Reports run on the main thread, which draws as well: after so many milliseconds the others wait for its next turn.
+/// In milliseconds. Reports run on the main thread, which also draws: after this time, the rest wait for its next turn.
 constexpr qint64 longestTurn = 4;
 
 } // namespace
@@ -42,7 +42,7 @@ ThreadLanes::~ThreadLanes()
     askToEnd();
 }
 
-/// With the mutex held.
+/// Call with the mutex held.
 void ThreadLanes::askToEnd()
 {
     for (const std::shared_ptr<Lane>& lane : m_shared->active) {
@@ -58,7 +58,7 @@ std::shared_ptr<LaneJob> ThreadLanes::run(const QString& path, Work work)
     return enqueue(m_mountPoints.holding(path), std::move(work), AtTheEnd::Drop);
 }
 
-// No mount point begins like this.
+// No mount point begins with a colon.
 std::shared_ptr<LaneJob> ThreadLanes::runOn(const QString& lane, Work work, AtTheEnd atTheEnd)
 {
     return enqueue(u':' + lane, std::move(work), atTheEnd);
@@ -83,7 +83,7 @@ std::shared_ptr<LaneJob> ThreadLanes::enqueue(const QString& name, Work work, At
     return job;
 }
 
-/// With the mutex held.
+/// Call with the mutex held.
 void ThreadLanes::startThread(const std::shared_ptr<Shared>& shared, const std::shared_ptr<Lane>& lane)
 {
     const bool held = shared->threadsSetAside >= shared->bounds.mostSetAside &&
@@ -98,7 +98,7 @@ void ThreadLanes::startThread(const std::shared_ptr<Shared>& shared, const std::
         lane->hasThread = true;
         ++shared->threads;
     } catch (const std::system_error&) {
-        // No more threads for now: watch() tries again.
+        // The system has no more threads for now: watch() tries again.
     }
 }
 
@@ -115,7 +115,7 @@ void ThreadLanes::work(const std::shared_ptr<Shared>& shared, const std::shared_
             lane->current = piece.job;
             lock.unlock();
             report = piece.work(*piece.job);
-            piece.work = nullptr; // what it holds goes here as well, and not on the main thread
+            piece.work = nullptr; // destroys its captures here, not on the main thread
             lock.lock();
             lane->current.reset();
         }
@@ -143,7 +143,7 @@ void ThreadLanes::work(const std::shared_ptr<Shared>& shared, const std::shared_
     shared->threadEnded.notify_all();
 }
 
-/// With the mutex held.
+/// Call with the mutex held.
 void ThreadLanes::callMainThread(const std::shared_ptr<Shared>& shared)
 {
     if (shared->lanes == nullptr || std::exchange(shared->mainThreadCalled, true)) {
@@ -156,7 +156,7 @@ void ThreadLanes::callMainThread(const std::shared_ptr<Shared>& shared)
     });
 }
 
-/// The oldest report, of one lane where one is named; empty where there is none.
+/// The oldest report, of the named lane only if one is given; empty if there is none.
 ThreadLanes::Report ThreadLanes::nextReport(const QString* lane)
 {
     const std::lock_guard lock(m_shared->mutex);
@@ -222,7 +222,7 @@ void ThreadLanes::watch()
     restIfIdle();
 }
 
-/// With the mutex held.
+/// Call with the mutex held.
 void ThreadLanes::setAside(const std::shared_ptr<Lane>& lane)
 {
     lane->setAside = true;

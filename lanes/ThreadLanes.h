@@ -17,38 +17,38 @@ namespace lapsa {
 class MainQueue;
 class ScheduledTask;
 
-/// Lanes that are threads. A lane has one while it has work, and none at rest. Work that gives no sign of life for two
-/// seconds is set aside with its thread, and another thread goes on with the rest of its lane. No more than 32 are set
-/// aside at once: then their lanes wait until one comes back.
+/// Lanes that run on threads. A lane has a thread only while it has work. Work that gives no sign of life for two
+/// seconds is set aside with its thread, and another thread continues with the rest of its lane. At most 32 threads are
+/// set aside at once; then their lanes wait until one returns.
 class ThreadLanes final : public Lanes
 {
 public:
     struct Bounds
     {
-        /// Without a sign of life.
+        /// The longest time without a sign of life.
         std::chrono::milliseconds hangsAfter{2000};
         std::size_t mostSetAside = 32;
     };
 
-    /// The queue outlives the lanes.
+    /// `mainQueue` must outlive the lanes.
     explicit ThreadLanes(MainQueue& mainQueue)
         : ThreadLanes(mainQueue, {})
     {}
 
     ThreadLanes(MainQueue& mainQueue, const Bounds& bounds);
-    /// Waits for nothing: what runs and what has to run is left to itself, and its report is lost.
+    /// Waits for nothing: work that is running or must still run continues on its own, and its report is lost.
     ~ThreadLanes() override;
 
     std::shared_ptr<LaneJob> run(const QString& path, Work work) override;
     std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) override;
     bool await(const QString& lane, std::chrono::milliseconds patience) override;
 
-    /// The end: what has not begun is dropped, but for what has to run, what runs is asked to end, and what has ended
-    /// is reported before this returns. Says whether everything did within `patience`. Nothing may be handed over
-    /// after.
+    /// Ends the work: drops work that has not begun, except AtTheEnd::Run; asks running work to end; runs the reports
+    /// of finished work. Returns whether all work but what hangs ended within `patience`. Hand over no more work after
+    /// this.
     bool finish(std::chrono::milliseconds patience);
 
-    /// Names the lane whenever work on it begins to hang, and whenever what hung has come back.
+    /// Calls `hangs` when work on a lane begins to hang, and `isBack` when it has returned.
     void onHanging(std::function<void(const QString& lane)> hangs, std::function<void(const QString& lane)> isBack)
     {
         m_hangs = std::move(hangs);
@@ -75,7 +75,7 @@ private:
     MainQueue& m_mainQueue;
     MountPoints m_mountPoints;
     std::shared_ptr<Shared> m_shared;
-    /// While there is work.
+    /// Exists while there is work.
     std::unique_ptr<ScheduledTask> m_watch;
     std::function<void(const QString& lane)> m_hangs;
     std::function<void(const QString& lane)> m_isBack;

@@ -26,11 +26,11 @@ struct ThreadLanes::Piece
 struct ThreadLanes::Finished
 {
     QString lane;
-    /// Empty for what has nothing to say.
+    /// Empty if there is nothing to report.
     Report report;
 };
 
-/// What one thread works through. Everything is guarded by the mutex of Shared.
+/// The work of one thread. Guarded by the mutex of Shared.
 struct ThreadLanes::Lane
 {
     QString name;
@@ -40,7 +40,7 @@ struct ThreadLanes::Lane
     bool setAside = false;
 };
 
-/// What the threads and the main thread have in common. A thread that hangs keeps it beyond the end of the lanes.
+/// State shared by the threads and the main thread. A hanging thread keeps it alive after the lanes are gone.
 struct ThreadLanes::Shared
 {
     std::mutex mutex;
