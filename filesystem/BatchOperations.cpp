@@ -38,7 +38,7 @@ LocatedEntry BatchOperations::find(const QString& path)
 {
     LocatedEntry found = locate(path);
     if (found.error == ENOENT && m_source.isShared()) {
-        // The folder may have got another name since it was opened.
+        // The folder may have been renamed since it was opened.
         m_source.letGo();
         found = locate(path);
     }
@@ -107,7 +107,7 @@ int BatchOperations::move(const LocatedEntry& entry, const QString& to)
     }
     if (error == EXDEV) {
         error = moveAcross(entry.place, entry.status, m_destination.place(), [&] { announce(entry); });
-        // That takes its time.
+        // A long time may have passed.
         m_destination.letGo();
         m_source.letGo();
     }
@@ -129,12 +129,12 @@ int BatchOperations::moveToTrash(const LocatedEntry& entry)
     }
     int error = moveToHomeTrash(entry);
     if (error == ENOENT && m_homeTrashSharing > 1) {
-        // Somebody removed it.
+        // Somebody removed the trash folder.
         m_homeTrash.reset();
         error = moveToHomeTrash(entry);
     }
     if (error == EXDEV) {
-        // Another volume, or another mount of the same one: it has a trash of its own.
+        // Another volume, or another mount of the same one: it has its own trash.
         Result<TrashFolder> trash = TrashFolder::ofVolume(entry.place);
         error = trash ? take(entry, trash.value()) : trash.error().code;
     }
@@ -144,7 +144,7 @@ int BatchOperations::moveToTrash(const LocatedEntry& entry)
 void BatchOperations::skipExpectedBefore(const QString& path)
 {
     if (path.isEmpty()) {
-        return; // one in a folder that is held open: none of those that were named by their paths
+        return; // an entry of a HeldFolder, and so none of the expected paths
     }
     while (m_expectedPosition < m_expected.size() && m_expected.at(m_expectedPosition) != path) {
         ++m_expectedPosition;
@@ -197,7 +197,7 @@ int BatchOperations::remove(const LocatedEntry& entry)
     }
     announce(entry);
     const int error = FolderRemoval().run(entry.place, identityOf(entry.status));
-    m_source.letGo(); // it may have taken its time
+    m_source.letGo(); // a long time may have passed
     return error;
 }
 

@@ -23,17 +23,17 @@ class TrashFolder;
 /// An entry as a batch found it.
 struct LocatedEntry
 {
-    /// As it was asked for; empty for an entry of a folder that is held open.
+    /// As requested; empty for an entry of a HeldFolder.
     QString path;
     AtPath place;
-    /// Why it cannot be acted on (an `errno` value); how it looked where that is 0.
+    /// Why it cannot be used, an `errno` value; 0 if `status` is valid.
     int error = 0;
     struct statx status = {};
-    /// Whether there was something at the path, be it the target of a link.
+    /// What BatchEntry::exists() returns.
     bool exists = false;
 };
 
-/// What fileSystem::Batch does, in terms of opened folders. The operations return `errno` values.
+/// Implements fileSystem::Batch on open folders. The operations return `errno` values.
 class BatchOperations final
 {
 public:
@@ -69,7 +69,7 @@ private:
     std::unique_ptr<Result<TrashFolder>> m_homeTrash;
     int m_homeTrashSharing = 0;
     QStringList m_expected;
-    /// The one among them that comes next.
+    /// The position of the next expected path.
     qsizetype m_expectedPosition = 0;
     std::function<void(std::int64_t)> m_announce;
 };

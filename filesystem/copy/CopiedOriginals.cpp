@@ -17,7 +17,7 @@ bool CopiedOriginals::mayGo(int folder, const char* name)
     if (copied == m_files.end() || copied->second.names <= 0) {
         return false;
     }
-    // Of links, pipes and devices the content is their identity.
+    // For links, pipes and devices, the identity stands for the content.
     if (S_ISREG(now.value().stx_mode)) {
         if (!(copied->second == ContentStamp::of(now.value()))) {
             return false;
@@ -41,7 +41,7 @@ void CopiedOriginals::settleLast()
     const Result<struct statx> now = statAt(m_last->get(), "", STATX_BASIC_STATS);
     ContentStamp& known = m_files.at(m_lastIdentity);
     if (now && !m_last->wanted()) {
-        // Under the lease nothing but its names can have changed.
+        // Under the lease, only its names can have changed.
         known.statusChanged = now.value().stx_ctime;
     }
     m_last.reset();

@@ -10,8 +10,8 @@
 
 namespace lapsa {
 
-/// The files of a folder that was copied, while they are removed. Of a file as many names go as were copied: a listing
-/// can end early without a failure, since the C library takes ENOENT for its end.
+/// The original files of a copied folder, while they are being removed. Removes only as many names of a file as were
+/// copied: a listing can end early without an error, because the C library takes ENOENT for its end.
 class CopiedOriginals final
 {
 public:
@@ -19,15 +19,16 @@ public:
         : m_files(std::move(files))
     {}
 
-    /// Whether an entry is a copied file, still is as it was then, and nobody is writing to it. It has to be removed
-    /// before the next one is asked for.
+    /// Whether an entry is a copied file, unchanged since, that nobody is writing to. Remove it before asking about the
+    /// next one.
     [[nodiscard]] bool mayGo(int folder, const char* name);
 
 private:
     void settleLast();
 
     CopiedFiles m_files;
-    /// A file with more names: the removal of one changes its status, which is not to be taken for a change by others.
+    /// The last file, which may have more names: removing one changes its status, which must not count as a change by
+    /// others.
     std::optional<SourceFile> m_last;
     FileIdentity m_lastIdentity;
 };

@@ -24,12 +24,12 @@ FoundEntry foundAt(const AtPath& place, const struct statx& status)
     return {.folder = place.folder.get(), .name = place.name.constData(), .status = status};
 }
 
-/// Makes the names in the folder last.
+/// Makes the names in the folder durable.
 int syncNames(const AtPath& place)
 {
     const int error = syncFolder(place.folder.get());
     if (error == EACCES) {
-        ::sync(); // a drop box: it takes files, but cannot be opened
+        ::sync(); // a drop box: it accepts files but cannot be opened
         return 0;
     }
     return error;
@@ -41,7 +41,7 @@ int checkRemovable(const FoundEntry& entry)
     return folder ? removalForbidden(entry, folder.value()) : folder.error().code;
 }
 
-/// Gives a whole copy, which is also open, its own name.
+/// Renames a complete copy, which is also open, to its final name.
 int putInPlace(const AtPath& copy, int open, const AtPath& to)
 {
     const int error = renameWithoutReplacing(copy, to);
@@ -52,7 +52,7 @@ int putInPlace(const AtPath& copy, int open, const AtPath& to)
     return status && hasArrived(copy, identityOf(status.value()), to) ? 0 : error;
 }
 
-/// Gives a whole copy, which is open and has no name yet, its own name.
+/// Gives a complete copy, which is open and has no name yet, its final name.
 int linkInPlace(int open, const AtPath& to)
 {
     const int error = errorOf([&] {
@@ -65,8 +65,8 @@ int linkInPlace(int open, const AtPath& to)
     return status && stands(to, identityOf(status.value())) ? 0 : error;
 }
 
-/// A file that gets its name only when it is whole: nothing is left of it if the process ends before. Returns an
-/// `errno` value: EOPNOTSUPP where the file system has no such files.
+/// Copies to a file that gets its name only when it is complete: if the process ends earlier, nothing is left of it.
+/// Returns an `errno` value: EOPNOTSUPP if the file system has no such files.
 int copyNamelessly(const FoundEntry& entry, const SourceFile& from, const AtPath& to)
 {
     const Result<FileDescriptor> made = openAt(to.folder.get(), ".", O_TMPFILE | O_WRONLY, 0600);
@@ -86,11 +86,11 @@ int copyNamelessly(const FoundEntry& entry, const SourceFile& from, const AtPath
     return linkInPlace(file.get(), to);
 }
 
-/// A file that stands beside its place until it is whole.
+/// Copies to a file beside its destination, until it is complete.
 int copyUnderOtherName(const FoundEntry& entry, const SourceFile& from, const AtPath& to)
 {
     const AtPath copy{.folder = to.folder, .name = interruptedName()};
-    // Marked from its first moment on.
+    // Marked as unfinished from the start.
     const Result<FileDescriptor> made =
         openAt(copy.folder.get(), copy.name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, interruptedMode);
     if (!made) {
@@ -119,8 +119,8 @@ int copyUnderOtherName(const FoundEntry& entry, const SourceFile& from, const At
     return error;
 }
 
-/// Removes a copy after a failure, in sight of what stands at the source: where nothing is seen there, the copy may be
-/// all there is, and is kept.
+/// Removes a copy after a failure, but only if the source can be seen: otherwise the copy may be all that is left, and
+/// is kept.
 int takeBack(const AtPath& from, const AtPath& to, int error)
 {
     if (!statAt(from.folder.get(), from.name.constData(), STATX_TYPE)) {
@@ -130,7 +130,7 @@ int takeBack(const AtPath& from, const AtPath& to, int error)
     return error;
 }
 
-/// Removes the source of a whole copy if it `isStill` what was copied.
+/// Removes the source of a complete copy if `isStill` says that it is what was copied.
 template <typename IsStill>
 int removeSource(const AtPath& from, const struct statx& status, const AtPath& to, IsStill isStill)
 {
@@ -148,7 +148,7 @@ int moveRegularFile(const AtPath& from, const struct statx& status, const AtPath
                     const std::function<void()>& begins)
 {
     const FoundEntry entry = foundAt(from, status);
-    // Open until the end, and its lease with it.
+    // Stays open, and leased, until the end.
     const Result<SourceFile> source = SourceFile::open(entry);
     if (!source) {
         return source.error().code;
@@ -170,7 +170,8 @@ int moveSpecialFile(const AtPath& from, const struct statx& status, const AtPath
     });
 }
 
-/// Puts the whole copy of a folder into its place. Its own mode comes last: until then it is known as unfinished.
+/// Moves the complete copy of a folder to its destination. Sets its mode last: until then the mode marks it as
+/// unfinished.
 int finishFolder(const AtPath& copy, const struct statx& status, const AtPath& to)
 {
     const Result<FileDescriptor> opened =
@@ -179,7 +180,7 @@ int finishFolder(const AtPath& copy, const struct statx& status, const AtPath& t
         return opened.error().code;
     }
     const FileDescriptor& folder = opened.value();
-    // One call for the whole file system in place of one for each file: far cheaper for folders of many.
+    // One call for the whole file system instead of one per file: much cheaper for folders with many files.
     if (const int error = errorOf([&] { return ::syncfs(folder.get()); })) {
         return error;
     }
@@ -211,7 +212,7 @@ int moveFolder(const AtPath& from, const struct statx& status, const AtPath& to)
         removeCopy(copy);
         return error;
     }
-    // What is new at the source, or changed since it was copied, stays there.
+    // Entries of the source that are new, or changed since they were copied, stay there.
     CopiedOriginals originals(tree.copiedFiles());
     FolderRemoval removal([&](int folder, const char* name) { return originals.mayGo(folder, name); });
     error = removal.run(from, identityOf(status));
@@ -219,7 +220,7 @@ int moveFolder(const AtPath& from, const struct statx& status, const AtPath& to)
         removeCopy(to);
         return error == EBUSY ? ETXTBSY : error;
     }
-    return 0; // the copy is whole: what is left of the source is only a second one
+    return 0; // the copy is complete: the rest of the source is only a duplicate
 }
 
 } // namespace

@@ -57,7 +57,7 @@ int makeSpecialFile(const FoundEntry& entry, int toFolder, const char* toName)
     return errorOf([&] { return ::mknodat(toFolder, toName, kind | 0600U, device); });
 }
 
-/// Of what is not opened itself. EBUSY where another entry has taken the place of the one that was found.
+/// For entries that are not opened themselves. EBUSY if another entry has replaced the one that was found.
 int copyAttributesOf(const FoundEntry& entry, int toFolder, const char* toName)
 {
     const Result<FileDescriptor> from = openAt(entry.folder, entry.name, O_PATH | O_NOFOLLOW);
@@ -75,7 +75,7 @@ int copyAttributesOf(const FoundEntry& entry, int toFolder, const char* toName)
     return now && identityOf(now.value()) == identityOf(entry.status) ? 0 : EBUSY;
 }
 
-/// Links, pipes, sockets and devices: made anew, nothing is read from them.
+/// Links, pipes, sockets and devices: created anew, without reading from them.
 int remakeEntry(const FoundEntry& entry, int toFolder, const char* toName)
 {
     const int made =

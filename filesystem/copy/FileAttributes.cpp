@@ -20,7 +20,7 @@ namespace {
 constexpr const char* accessList = "system.posix_acl_access";
 constexpr const char* defaultAccessList = "system.posix_acl_default";
 
-/// What `read(buffer, size)` gives, however long it is: the length is asked for first and may grow in between.
+/// Reads all that `read(buffer, size)` returns: asks for the length first, which may grow before the reading.
 template <typename Read>
 int readWhole(Read read, QByteArray& bytes)
 {
@@ -41,8 +41,8 @@ int readWhole(Read read, QByteArray& bytes)
     }
 }
 
-/// Labels and capabilities belong to the administrator: without the right to set them they are left behind. What the
-/// user himself attached must not get lost.
+/// Labels and capabilities belong to the administrator: they are left behind if this user may not set them. Attributes
+/// that the user set must not get lost.
 bool mayBeLeftBehind(const QByteArray& name, int error)
 {
     const bool ofTheUser = name.startsWith("user.") || name.startsWith("system.posix_acl_");
@@ -82,20 +82,20 @@ int copyExtendedAttributes(int from, int to)
     return 0;
 }
 
-/// Whether the owner was kept.
+/// Returns whether the owner was kept.
 bool copyOwner(int to, const struct statx& status)
 {
     if (::fchownat(to, "", status.stx_uid, status.stx_gid, AT_EMPTY_PATH) == 0) {
         return true;
     }
-    // Only the administrator gives files away; the group may still be one of ours.
+    // Only the administrator may give files away, but the user may be in the group.
     constexpr auto unchanged = static_cast<uid_t>(-1);
     const bool groupKept = ::fchownat(to, "", unchanged, status.stx_gid, AT_EMPTY_PATH) == 0;
     return groupKept && status.stx_uid == ::geteuid();
 }
 
-/// The number by which quotas count a folder's files together. What the destination gives to all its files by itself
-/// stays: its quota is not to be got round. Not every file system has such numbers, and not every user may set them.
+/// Copies the project number, by which quotas group files. A number that the destination gives to its files stays: its
+/// quota must not be evaded. Not every file system has project numbers, and not every user may set them.
 void copyProject(int from, int to)
 {
     fsxattr source = {};
@@ -126,7 +126,7 @@ int copyAttributes(int from, int to, const struct statx& status)
         copyProject(from, to);
     }
     if (!S_ISLNK(status.stx_mode)) {
-        // A program must not run with the rights of somebody it never belonged to.
+        // A program must not run with the rights of somebody who never owned it.
         const mode_t mode = status.stx_mode & (ownerKept ? 07777U : 01777U);
         const int refused = errorOf([&] { return ::chmod(procPath(to).constData(), mode); });
         if (const int error = unlessNoModesAreKept(refused)) {

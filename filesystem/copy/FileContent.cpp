@@ -55,7 +55,7 @@ int copyThroughMemory(int from, int to, Range range)
     return 0;
 }
 
-/// Lets the kernel copy; what it cannot, goes through memory.
+/// Lets the kernel copy; goes through memory if it cannot.
 int copyStretch(int from, int to, Range range)
 {
     while (range.start < range.end) {
@@ -75,7 +75,7 @@ int copyStretch(int from, int to, Range range)
     return 0;
 }
 
-/// A stretch after the other: whoever wants to write waits for the end of one, not of the whole file.
+/// Copies in stretches: a writer has to wait for the end of a stretch only, not of the whole file.
 int copyRange(const SourceFile& from, int to, Range range)
 {
     constexpr off_t stretch = off_t{16} << 20;
@@ -92,8 +92,8 @@ int copyRange(const SourceFile& from, int to, Range range)
     return 0;
 }
 
-/// The next stretch of data at or behind `place`; an empty one at the end. The whole rest is data where the file system
-/// does not tell holes.
+/// The next stretch of data at or after `place`; empty at the end. If the file system does not report holes, the whole
+/// rest is data.
 Range nextData(int from, off_t place, off_t size)
 {
     const off_t start = ::lseek(from, place, SEEK_DATA);
@@ -120,7 +120,7 @@ int copyContent(const SourceFile& from, int to, off_t size)
             return error;
         }
     }
-    // A hole at the end has been left out.
+    // A hole at the end was not copied.
     return errorOf([&] { return ::ftruncate(to, size); });
 }
 

@@ -9,8 +9,8 @@ namespace lapsa {
 
 class SourceFile;
 
-/// Copies `size` bytes from a file into another, empty one, by sharing them where the file system can. Holes stay
-/// holes. Returns an `errno` value: ETXTBSY where the source has become shorter meanwhile, or somebody wants to write.
+/// Copies `size` bytes from a file to an empty one, as shared blocks if the file system supports it. Holes stay holes.
+/// Returns an `errno` value: ETXTBSY if the source became shorter meanwhile, or somebody wants to write to it.
 [[nodiscard]] int copyContent(const SourceFile& from, int to, off_t size);
 
 } // namespace lapsa

@@ -70,7 +70,7 @@ void fileSystem::removeInterruptedCopies(const QString& folder)
                      retrying([&] { return ::open(path.value().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }))),
                  .name = {}};
     std::vector<QByteArray> copies;
-    // What cannot be listed or removed now is tried again at the next start.
+    // The next start retries what cannot be listed or removed now.
     std::ignore = forEachRawEntry(place.folder.get(), [&](const dirent& entry) {
         if (isInterruptedCopy(place.folder.get(), entry.d_name)) {
             copies.emplace_back(entry.d_name);

@@ -11,22 +11,22 @@
 
 namespace lapsa {
 
-/// The mode of a copy that is not yet whole: nothing else has it, together with the name of one.
+/// The mode of an incomplete copy: nothing else has both this mode and such a name.
 inline constexpr mode_t interruptedMode = S_ISVTX | S_IRWXU;
 
-/// A fresh name for a copy that is not yet whole.
+/// A new name for an incomplete copy.
 [[nodiscard]] QByteArray interruptedName();
 
-/// Whether the entry is a copy of this user's that never became whole: by its name, its mode and its owner.
+/// Whether the entry is an incomplete copy of this user, judged by its name, mode and owner.
 [[nodiscard]] bool isInterruptedCopy(int folder, const char* name);
 
-/// Removes a copy that is not needed after all. A failure leaves it: it is found again at the next start.
+/// Removes a copy that is not needed after all. After a failure it stays, and the next start finds it again.
 void removeCopy(const AtPath& copy);
 
 namespace fileSystem {
 
-/// Removes what moves into `folder` from other file systems left behind when they were cut short by the end of the
-/// process. The copies are known by a name and mode that nothing else has; their sources are still whole.
+/// Removes incomplete copies from `folder`, left by moves from other file systems that the end of the process cut
+/// short. They have a name and mode that nothing else has; their sources are intact.
 void removeInterruptedCopies(const QString& folder);
 
 } // namespace fileSystem

@@ -18,8 +18,8 @@ namespace {
 /// Returns an `errno` value.
 int lease(int file)
 {
-    // The news of somebody who wants to write is asked for, not waited for. Its usual signal would end the process;
-    // this one is nothing to whoever does not care for it.
+    // wanted() asks the kernel, so no signal is needed. The default signal would end the process; this one is ignored
+    // by default.
     ::fcntl(file, F_SETSIG, SIGURG);
     return errorOf([&] { return ::fcntl(file, F_SETLEASE, F_RDLCK); });
 }
@@ -33,7 +33,7 @@ SourceFile::SourceFile(FileDescriptor file, bool leased)
 
 Result<SourceFile> SourceFile::open(const FoundEntry& entry)
 {
-    // Without waiting: it may have become a pipe.
+    // Must not block: the file may have become a pipe.
     Result<FileDescriptor> found = openAt(entry.folder, entry.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
     if (!found) {
         return found.error().code == ELOOP ? FileError::fromErrno(EBUSY) : found.error();

@@ -9,14 +9,14 @@
 
 namespace lapsa {
 
-/// A regular file that is opened to be copied, or to be removed once it was. As long as it is open a read lease tells
-/// when somebody opens it for writing: sizes and times do not tell of one who has it mapped already, or puts its times
-/// back. Who comes to write waits meanwhile, so that it must not stay open for long after wanted() tells of him.
+/// A regular file, open to be copied or to be removed after that. While it is open, a read lease tells when somebody
+/// opens it for writing: sizes and times do not show a writer who has it mapped already or resets its times. The writer
+/// waits meanwhile, so close it soon after wanted() returns true.
 class SourceFile final
 {
 public:
-    /// An `errno` value where it is no longer the entry that was found. ETXTBSY where somebody has it open for writing.
-    /// Where leases are not to be had (somebody else's file, some network file systems) there is none, and no failure.
+    /// EBUSY or ENOENT if it is no longer the entry that was found, ETXTBSY if somebody has it open for writing. If
+    /// leases are unavailable (somebody else's file, some network file systems), it opens without one.
     [[nodiscard]] static Result<SourceFile> open(const FoundEntry& entry);
 
     [[nodiscard]] int get() const { return m_file.get(); }
@@ -24,7 +24,7 @@ public:
     /// Whether somebody wants to write.
     [[nodiscard]] bool wanted() const;
 
-    /// Whether the file cannot have been written to since it was opened, and how it looks now, is `status`.
+    /// Whether the file still looks like `status` and nobody can have written to it since it was opened.
     [[nodiscard]] bool isStill(const struct statx& status) const;
 
 private:

@@ -67,11 +67,11 @@ int TreeCopy::enter(const QByteArray& name, const QByteArray& toName)
     if (const int error = m_from->descend(name.constData())) {
         return error;
     }
-    // Seen through another mount, the folder that takes the copy may stand inside the one that is copied.
+    // Through another mount, the destination folder may be inside the folder being copied.
     if (identityOf(m_from->status()) == m_toFolder) {
         return EINVAL;
     }
-    // The top is marked from its first moment on.
+    // The top folder is marked as incomplete from the start.
     const mode_t mode = m_levels.size() == 1 ? interruptedMode : S_IRWXU;
     if (const int error = errorOf([&] { return ::mkdirat(m_to->folder(), toName.constData(), mode); })) {
         return error;
@@ -155,7 +155,7 @@ int TreeCopy::copyHardLink(const FoundEntry& entry, const FirstName& earlier)
     })
                        : folder.error().code;
     if (error != 0) {
-        // Where there are no hard links, or not as many, the name gets a file of its own: better than no move at all.
+        // Without hard links, or beyond their limit, the name gets its own file: better than no move at all.
         error = copyEntry(entry, m_to->folder(), entry.name);
     }
     if (error == 0) {
@@ -179,7 +179,7 @@ std::size_t TreeCopy::currentFolder()
 
 Result<SharedDescriptor> TreeCopy::openFolder(std::size_t folder) const
 {
-    // From the bottom up; then down again, in paths that are not too long for the system.
+    // Collects the names upwards, then opens them downwards, in paths that are not too long for the system.
     std::vector<const QByteArray*> names;
     for (std::optional<std::size_t> next = folder; next; next = m_folders[*next].above) {
         names.push_back(&m_folders[*next].name);

@@ -14,19 +14,19 @@
 
 namespace lapsa {
 
-/// The copy of a whole folder into another file system. Links stay links, hard links inside the folder stay hard links,
-/// nothing is followed and no mount is entered.
+/// Copies a whole folder to another file system. Links stay links and hard links within the folder stay hard links.
+/// Follows no links and enters no mounts.
 class TreeCopy final
 {
 public:
-    /// Of the folder that was found at `source` with this status.
+    /// For the folder that was found at `source` with this status.
     TreeCopy(AtPath source, const struct statx& status);
 
-    /// Makes the copy under a name that must be free; the mode of its top marks it as not yet whole. Returns an `errno`
-    /// value; after a failure a part of the copy may stand there.
+    /// Makes the copy under a name that must be free; the mode of its top folder marks it as incomplete. Returns an
+    /// `errno` value; after a failure a part of the copy may be there.
     [[nodiscard]] int run(const AtPath& to);
 
-    /// The files of the copy as they were at the source.
+    /// The copied files, as they were at the source.
     [[nodiscard]] const CopiedFiles& copiedFiles() const { return m_copiedFiles; }
 
 private:
@@ -35,12 +35,12 @@ private:
     {
         QByteArray toName;
         std::vector<QByteArray> subfolders;
-        /// Its place in m_folders, if it is there.
+        /// Its index in m_folders, if it is listed there.
         std::optional<std::size_t> folder;
     };
 
-    /// A folder of the copy, by its name and the folder above it: whole paths would take the more memory, the deeper
-    /// they lead.
+    /// A folder of the copy, stored as its name and the folder above it: whole paths would take more memory the deeper
+    /// they are.
     struct Folder
     {
         QByteArray name;
@@ -71,7 +71,7 @@ private:
     SharedDescriptor m_toStart;
     std::vector<Level> m_levels;
     CopiedFiles m_copiedFiles;
-    /// Those that hold a first name, and the ones above them.
+    /// The folders that hold a first name, and those above them.
     std::vector<Folder> m_folders;
     std::unordered_map<FileIdentity, FirstName, FileIdentityHash> m_hardLinks;
 };
