@@ -178,11 +178,12 @@ void LapsaStore::loadItems()
 {
     if (auto stored = storedList<LapsaItem>(AppPaths::stateURL())) {
         m_items = *std::move(stored);
-        QStringList paths;
-        paths.reserve(m_items.size());
-        std::ranges::transform(std::as_const(m_items), std::back_inserter(paths), &LapsaItem::path);
-        m_knownPaths.rememberOthers(paths);
-        saveKnownPaths();
+        // Later, not at once: looking at each path would hold up the start.
+        m_environment.mainQueue.async([store = QPointer(this)] {
+            if (store) {
+                store->rememberEarlierItems();
+            }
+        });
         return;
     }
     keepCopyOf(AppPaths::stateURL().toLocalFile());
@@ -190,6 +191,15 @@ void LapsaStore::loadItems()
     // Kept on purpose: this also writes the recovery list, which has not been read yet, so an unreadable item list
     // costs the recovery records as well. Their files stay in the recovery folder.
     saveNow();
+}
+
+void LapsaStore::rememberEarlierItems()
+{
+    QStringList paths;
+    paths.reserve(m_items.size());
+    std::ranges::transform(std::as_const(m_items), std::back_inserter(paths), &LapsaItem::path);
+    m_knownPaths.rememberOthers(paths);
+    saveKnownPaths();
 }
 
 void LapsaStore::loadRecoveryItems()

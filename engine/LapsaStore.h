@@ -182,6 +182,7 @@ private:
     void subscribeToSettings();
     void reactToSettings(LapsaTheme theme);
     void loadItems();
+    void rememberEarlierItems();
     void loadRecoveryItems();
     static void keepRecoveryList();
     AddResult addFound(const QList<FoundFile>& files, const AddOptions& options);

@@ -99,6 +99,7 @@ private slots:
         world.changeSettings([](LapsaSettings& settings) { settings.useRecoveryWindow = false; });
         share(world);
         world.start();
+        world.time.settle(); // the first turn of the event loop
         exchangeForOneOfTheUsers(world);
 
         const QStringList log = expire(world, false);
