@@ -23,13 +23,13 @@ QByteArray withoutTrailingSlashes(QByteArray path)
     return path;
 }
 
-/// For file systems that cannot rename without replacing: a second name, then the first one gone.
+/// For file systems that cannot rename without replacing: adds the new name, then removes the old one.
 int relinked(const AtPath& from, const FileIdentity& identity, const AtPath& to)
 {
     const char* const fromName = from.name.constData();
     const char* const toName = to.name.constData();
     const int linking = errorOf([&] { return ::linkat(from.folder.get(), fromName, to.folder.get(), toName, 0); });
-    // EEXIST says nothing here: the name may have been a second one of this file before.
+    // EEXIST does not show that the call worked: the name may already have been a hard link to this file.
     if (linking == EEXIST || (linking != 0 && !stands(to, identity))) {
         return linking;
     }
@@ -41,8 +41,8 @@ int relinked(const AtPath& from, const FileIdentity& identity, const AtPath& to)
     return error;
 }
 
-/// Sees nothing at the place, by two calls: where nothing else keeps a file from being replaced, one wrong answer of a
-/// failing disk or network is not enough. Returns an `errno` value.
+/// Checks with two calls that the place is free: if nothing else protects a file from being replaced, one wrong answer
+/// of a failing disk or network must not be enough. Returns an `errno` value.
 int lookedFree(const AtPath& place)
 {
     const Result<struct statx> found = statAt(place.folder.get(), place.name.constData(), STATX_TYPE);
@@ -78,7 +78,7 @@ int renamedByOtherMeans(const AtPath& from, const AtPath& to)
     }
     if (!isFolder(status.value())) {
         const int error = relinked(from, identityOf(status.value()), to);
-        // Without hard links either, as on some network and camera file systems, looking first is all that is left.
+        // Without hard links, as on some network and camera file systems, the only way left is to look first.
         if (error != EPERM && error != EOPNOTSUPP && error != ENOSYS && error != EMLINK) {
             return error;
         }
@@ -90,7 +90,7 @@ int renamedByOtherMeans(const AtPath& from, const AtPath& to)
 
 Result<QByteArray> pathBytes(const QString& path)
 {
-    // A half of a surrogate pair would become a question mark, and so another file's name.
+    // Half a surrogate pair would become a question mark, and so the name of another file.
     if (!path.startsWith(u'/') || path.contains(QChar::Null) || !path.isValidUtf16()) {
         return FileError::fromErrno(EINVAL);
     }
@@ -103,8 +103,7 @@ QString nameText(QByteArrayView bytes)
     if (!QUtf8StringView(bytes.data(), bytes.size()).isValidUtf8()) {
         return {};
     }
-    // Decoded behind another character: at the very start a byte order mark would be dropped, though it is part of the
-    // name.
+    // Decoded after another character: fromUtf8() would drop a byte order mark at the start, which is part of the name.
     const QByteArray guarded = '/' + bytes.toByteArray();
     return QString::fromUtf8(guarded).sliced(1);
 }

@@ -11,24 +11,23 @@
 
 namespace lapsa {
 
-/// The folders from where a walk started down to the one it is in. Only the lowest few are kept open, so that a walk
-/// may go down thousands of folders; the way back up leads over "..", and is checked. No step follows a link or enters
-/// a mount.
+/// The folders from the start of a walk down to its current one. Only the lowest few stay open, so that a walk can be
+/// thousands of folders deep; the way back up uses "..", and is checked. No step follows a link or enters a mount.
 class DirectoryStack final
 {
 public:
-    /// Starts in a folder, which stays open.
+    /// Starts in the folder `start`, which stays open.
     explicit DirectoryStack(SharedDescriptor start);
 
-    /// Enters a folder of the one the walk is in. Returns an `errno` value: EBUSY for a mount point.
+    /// Enters a subfolder of the current folder. Returns an `errno` value: EBUSY for a mount point.
     [[nodiscard]] int descend(const char* name);
-    /// Goes back to the folder above. Returns an `errno` value: ESTALE when the folder was moved away meanwhile.
+    /// Returns to the folder above. Returns an `errno` value: ESTALE if the current folder was moved away meanwhile.
     [[nodiscard]] int ascend();
 
-    /// The folder the walk is in.
+    /// The current folder.
     [[nodiscard]] int folder() const { return m_steps.back().folder.get(); }
 
-    /// How that folder looked when it was entered. Not known of the start.
+    /// How that folder looked when it was entered. Unknown for the start.
     [[nodiscard]] const struct statx& status() const { return m_steps.back().status; }
 
 private:

@@ -17,7 +17,7 @@ namespace {
 using fileSystem::CountLimits;
 using fileSystem::FileCount;
 
-/// A walk down a folder that counts what is no folder.
+/// Walks a folder tree and counts everything but folders.
 class FileCounting final
 {
 public:
@@ -26,7 +26,7 @@ public:
         , m_limits(limits)
     {}
 
-    /// Nothing where the walk's folder has no folder of that name.
+    /// Nothing if the walk cannot enter a subfolder of that name.
     [[nodiscard]] std::optional<FileCount> run(const QByteArray& name)
     {
         if (m_stack.descend(name.constData()) != 0) {
@@ -40,14 +40,14 @@ public:
     }
 
 private:
-    /// Into the next folder, or back up.
+    /// Enters the next folder, or goes back up.
     void step()
     {
         std::vector<QByteArray>& names = m_subfolders.back();
         if (names.empty()) {
             m_subfolders.pop_back();
             if (m_stack.ascend() != 0) {
-                stop(); // the way back is lost, and with it every folder above
+                stop(); // the way back is lost, and with it all folders above
             }
             return;
         }
@@ -102,7 +102,7 @@ private:
     FileCount m_count;
     std::int64_t m_folders = 0;
     bool m_stopped = false;
-    /// Of each folder on the way down, the names of those that are still to be entered.
+    /// For each folder on the way down, the names of the subfolders still to enter.
     std::vector<std::vector<QByteArray>> m_subfolders;
 };
 

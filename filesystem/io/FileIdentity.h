@@ -9,7 +9,7 @@
 
 namespace lapsa {
 
-/// What makes two looks the same file, whatever the paths said.
+/// Identifies a file independently of its path.
 struct FileIdentity
 {
     std::uint64_t device = 0;

@@ -20,14 +20,14 @@ namespace lapsa::fileSystem {
 
 namespace {
 
-/// Whether there is nothing for lexicallyClean() to do.
+/// Whether lexicallyClean() has nothing to do.
 bool isLexicallyClean(QStringView path)
 {
     return (path.size() == 1 || !path.endsWith(u'/')) && !path.endsWith(u"/.") && !path.endsWith(u"/..") &&
            !path.contains(u"//") && !path.contains(u"/./") && !path.contains(u"/../");
 }
 
-/// Without "." and "..", doubled and trailing slashes. Links are not looked at.
+/// Removes "." and "..", doubled and trailing slashes. Does not look at links.
 QByteArray lexicallyClean(const QByteArray& path)
 {
     QList<QByteArray> steps;
@@ -60,17 +60,17 @@ int makeFolder(const QByteArray& path, mode_t mode)
 {
     const int error = errorOf([&] { return ::mkdir(path.constData(), mode); });
     if (error == 0 && mode == S_IRWXU) {
-        ::chmod(path.constData(), mode); // whatever the umask took away
+        ::chmod(path.constData(), mode); // restores what the umask removed
     }
     if (error == 0 || error == ENOENT) {
         return error;
     }
-    // There already, or in a place where nothing may be made: what counts is whether it is a folder.
+    // It already exists, or nothing may be created there: what counts is whether it is a folder.
     struct stat status = {};
     return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode) ? 0 : error;
 }
 
-/// The rest of an open file that says it has `expected` bytes: it may be growing, or not tell.
+/// Reads the rest of an open file that reports `expected` bytes: it may be growing, or not report its size.
 Result<QByteArray> readToEnd(int file, off_t expected)
 {
     constexpr qsizetype largest = INT_MAX;
@@ -78,8 +78,8 @@ Result<QByteArray> readToEnd(int file, off_t expected)
     if (expected >= largest) {
         return FileError::fromErrno(EFBIG);
     }
-    // More than expected, so that the end is seen without making room once more; and as much more as a parser wants to
-    // find behind a text, which it would copy otherwise.
+    // More than expected, to see the end without growing the buffer, and enough for the padding that a parser wants
+    // after a text: without it, the parser would copy the text.
     constexpr qsizetype spare = 64;
     QByteArray content(qsizetype(expected) + spare, Qt::Uninitialized);
     qsizetype length = 0;
@@ -113,7 +113,7 @@ std::optional<QString> standardizedPath(const QUrl& url)
         isLexicallyClean(decoded)) {
         return decoded;
     }
-    // Decoded as bytes: Qt's own decoding puts a replacement mark, and so another name, where they are not UTF-8.
+    // Decoded as bytes: Qt's own decoding puts a replacement character, and so another name, for invalid UTF-8.
     const QByteArray bytes = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
     if (!bytes.startsWith('/') || bytes.contains('\0') || !QUtf8StringView(bytes.data(), bytes.size()).isValidUtf8()) {
         return std::nullopt;
@@ -133,7 +133,7 @@ Status status(const QString& path)
 {
     const Result<QByteArray> bytes = pathBytes(path);
     struct statx status = {};
-    // As stat(2) would look, which tells no mount points: it mounts nothing on its way either.
+    // Looks as stat(2) does, which does not report mount points: like stat(2), it triggers no automount.
     const auto look = [&] {
         return ::statx(AT_FDCWD, bytes.value().constData(), AT_NO_AUTOMOUNT, STATX_TYPE, &status);
     };
@@ -190,7 +190,7 @@ Result<QByteArray> read(const QString& path)
     if (!bytes) {
         return bytes.error();
     }
-    // Without waiting: a pipe planted under the name would hold up the program for good.
+    // Must not block: a pipe planted under this name would stop the program for good.
     const FileDescriptor file(
         retrying([&] { return ::open(bytes.value().constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
     struct stat status = {};

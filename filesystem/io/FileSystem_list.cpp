@@ -17,7 +17,7 @@ namespace lapsa::fileSystem {
 
 namespace {
 
-/// An entry that asks the disk at most once for itself, and once more only for where a link leads.
+/// An entry that asks the disk at most once about itself, and once per status() about a link's target.
 class OpenFolderEntry final : public FolderEntry
 {
 public:

@@ -24,7 +24,7 @@ namespace lapsa::fileSystem {
 
 namespace {
 
-/// The place that a path means once the links at its end are followed; what it names need not exist.
+/// The place of a path after following the links at its end; the entry need not exist.
 Result<AtPath> openParentOfTarget(const QString& path)
 {
     constexpr int mostLinks = 40; // as many as the kernel follows
@@ -45,7 +45,7 @@ Result<AtPath> openParentOfTarget(const QString& path)
     return place ? FileError::fromErrno(ELOOP) : std::move(place);
 }
 
-/// Makes a new file of exactly these bytes, on the disk when this returns. Returns an `errno` value.
+/// Creates a new file with exactly these bytes, which are on the disk when this returns. Returns an `errno` value.
 int writeNewFile(int folder, const QByteArray& name, QByteArrayView bytes)
 {
     Result<FileDescriptor> made = openAt(folder, name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
@@ -53,7 +53,7 @@ int writeNewFile(int folder, const QByteArray& name, QByteArrayView bytes)
         return made.error().code;
     }
     FileDescriptor file = std::move(made).value();
-    // Whatever the umask took away.
+    // Restores what the umask removed.
     int error = errorOf([&] { return ::fchmod(file.get(), 0600); });
     if (error == 0) {
         error = writeAll(file.get(), bytes);
@@ -65,7 +65,8 @@ int writeNewFile(int folder, const QByteArray& name, QByteArrayView bytes)
     return error != 0 ? error : closing;
 }
 
-/// The names of files that are being written in place of `name`: the number tells them apart, and from all others.
+/// Names for the files that will replace `name` once written: the number keeps them distinct from each other and from
+/// all other files.
 class TemporaryNames final
 {
 public:
@@ -93,12 +94,12 @@ private:
     QByteArray m_start;
 };
 
-/// Removes what an earlier process left behind when it was killed.
+/// Removes what an earlier, killed process left behind.
 void removeLeftovers(int folder, const TemporaryNames& names)
 {
     const FileDescriptor listed(retrying([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     std::vector<QByteArray> left;
-    // What cannot be listed or removed now is tried again by the next write.
+    // The next write retries what cannot be listed or removed now.
     std::ignore = forEachRawEntry(listed.get(), [&](const dirent& entry) {
         const Result<struct statx> status = names.has(entry.d_name)
                                                 ? statAt(folder, entry.d_name, STATX_TYPE | STATX_UID)
@@ -113,7 +114,7 @@ void removeLeftovers(int folder, const TemporaryNames& names)
     }
 }
 
-/// Whether what stands there may be replaced: a device or a pipe is somebody's, and no file afterwards. Returns an
+/// Whether the entry there may be replaced: a device or a pipe has a purpose and must not become a file. Returns an
 /// `errno` value.
 int replaceable(const AtPath& place)
 {
@@ -142,7 +143,7 @@ Result<void> writeAtomically(const QString& path, QByteArrayView bytes)
     const QByteArray temporary = names.fresh();
     int error = writeNewFile(folder, temporary, bytes);
     if (error == EEXIST) {
-        return FileError::fromErrno(error); // somebody else's, whatever it is
+        return FileError::fromErrno(error); // not ours, whatever it is
     }
     if (error == 0) {
         error = errorOf([&] { return ::renameat(folder, temporary.constData(), folder, name.constData()); });

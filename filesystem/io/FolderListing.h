@@ -19,8 +19,8 @@ struct CloseFolder
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
-/// Calls `visit(const dirent&)` for every entry of a folder, open for reading, but "." and "..", in the file system's
-/// order and with the names' raw bytes, until it answers false. Returns an `errno` value.
+/// Calls `visit(const dirent&)` for every entry of a folder but "." and "..", in the file system's order and with raw
+/// names, until it returns false. The folder must be open for reading. Returns an `errno` value.
 template <typename Visit>
 [[nodiscard]] int forEachRawEntry(FileDescriptor folder, Visit visit)
 {
@@ -40,7 +40,7 @@ template <typename Visit>
     return errno;
 }
 
-/// The same of a folder that stays open, from its first entry on.
+/// The same for a folder that stays open; starts at its first entry.
 template <typename Visit>
 [[nodiscard]] int forEachRawEntry(int folder, Visit visit)
 {

@@ -9,17 +9,17 @@ namespace lapsa::fileSystem {
 
 enum class Ownership
 {
-    /// This user's, and nobody else may write it; or there is no such folder.
+    /// The folder is this user's and nobody else may write to it; or it does not exist.
     Own,
     OthersMayWrite,
     SomebodyElses,
 };
 
-/// Whose a folder is, links followed.
+/// Who owns a folder, following links.
 [[nodiscard]] Ownership ownershipOf(const QString& folder);
 
-/// Mode 0700 for a folder of this user's that others may look into. Nothing happens to what is no folder or somebody
-/// else's; a file system without modes is no failure.
+/// Sets mode 0700 on a folder of this user. Does nothing if it is not a folder or somebody else's; ignores file systems
+/// without modes.
 void makePrivate(const QString& folder);
 
 } // namespace lapsa::fileSystem

@@ -14,18 +14,18 @@
 
 namespace lapsa::fileSystem {
 
-/// How an entry of a folder looked: the entry itself, links not followed.
+/// How an entry of a folder looked: the entry itself, without following links.
 struct EntryInfo
 {
     FileIdentity identity;
     bool isDirectory = false;
-    /// The folder that it stands in, where the file may have other names (hard links) that are not this entry. Without
-    /// it, whatever has the same identity is this entry, however it is spelled.
+    /// Its folder, if the file may have other names (hard links) that are not this entry. Without it, anything with the
+    /// same identity is this entry, however it is spelled.
     std::optional<FileIdentity> folderOfName = std::nullopt;
 };
 
-/// A folder that was opened once, links followed: what is asked of it and done in it means this very folder, whatever
-/// becomes of its path.
+/// A folder that was opened once, following links: all questions and actions concern this very folder, whatever happens
+/// to its path.
 class HeldFolder final
 {
 public:
@@ -34,9 +34,9 @@ public:
     HeldFolder& operator=(const HeldFolder&) = delete;
     ~HeldFolder();
 
-    /// The error of its opening where it could not be opened.
+    /// The folder's identity, or the error if it could not be opened.
     [[nodiscard]] Result<FileIdentity> identity() const;
-    /// EINVAL for what is not the name of one entry: empty, "." or "..", with a slash or a NUL.
+    /// EINVAL if `name` is not the name of a single entry: empty, "." or "..", with a slash or a NUL.
     [[nodiscard]] Result<EntryInfo> info(const QString& name) const;
 
 private:
@@ -46,8 +46,8 @@ private:
     std::unique_ptr<Opened> m_opened;
 };
 
-/// Calls `visit` with the identity of a folder (links followed) and of each folder above it, as they lie on the disk,
-/// until it returns false or "/" was visited. A folder that cannot be opened ends it.
+/// Calls `visit` with the identity of a folder (following links) and of each folder really above it, until it returns
+/// false or "/" was visited. Ends at a folder that cannot be opened.
 void forEachFolderUpwards(const QString& folder, const std::function<bool(const FileIdentity&)>& visit);
 
 } // namespace lapsa::fileSystem

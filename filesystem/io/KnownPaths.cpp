@@ -15,7 +15,7 @@ namespace lapsa::fileSystem {
 
 namespace {
 
-/// What others may exchange on the way.
+/// The steps of the way that others may replace.
 PathSteps exchangeableSteps(const std::vector<WalkedStep>& walked)
 {
     PathSteps steps;
@@ -27,13 +27,13 @@ PathSteps exchangeableSteps(const std::vector<WalkedStep>& walked)
     return steps;
 }
 
-/// What no walk ever meets: the path led through somebody else's link when it was named.
+/// Steps that no walk ever meets, for a path that led through somebody else's link when it was named.
 PathSteps neverMet()
 {
     return {PathStep{}};
 }
 
-/// What there is to remember of the place that was gone to; nothing where others can change nothing there.
+/// The steps to remember for the place of `held`; nothing if others cannot change anything there.
 std::optional<PathSteps> stepsAt(const ParentCache& held, std::optional<PathSteps> way)
 {
     const WalkedFolder& folder = held.walked();
@@ -54,7 +54,7 @@ std::optional<PathSteps> stepsAt(const ParentCache& held, std::optional<PathStep
 void KnownPaths::remember(const QStringList& paths)
 {
     ParentCache held;
-    // Most paths lie beside the one before, in a folder of the user's own.
+    // Most paths are in the same folder as the one before, which belongs to the user.
     QStringView privateFolder;
     for (const QString& path : paths) {
         const QStringView folder = QStringView(path).left(path.lastIndexOf(u'/'));

@@ -15,15 +15,15 @@
 
 namespace lapsa::fileSystem {
 
-/// A folder or link on a path that other users may exchange for another one, and what tells whether they did.
+/// A folder or link on a path that other users may replace, with the data that shows whether they did.
 struct PathStep
 {
-    /// Without links, as bytes.
+    /// Free of links, as bytes.
     QByteArray path;
     std::uint64_t device = 0;
-    /// 0 where the file system gives out new numbers as it likes.
+    /// 0 if the file system does not keep inode numbers stable.
     std::uint64_t inode = 0;
-    /// The birth time in nanoseconds since 1970; 0 where the file system keeps none.
+    /// The birth time in nanoseconds since 1970; 0 if the file system does not record it.
     std::int64_t born = 0;
 
     friend bool operator==(const PathStep&, const PathStep&) = default;
@@ -31,40 +31,40 @@ struct PathStep
 
 using PathSteps = QList<PathStep>;
 
-/// Remembers where the paths that the user named led at that time, as far as other users can make them lead elsewhere:
-/// by exchanging a folder in one that they may write. What lies in folders of the user's and the administrator's own
-/// takes no room and no time here. Kept in a file, since the paths are.
+/// Remembers where the paths that the user named led at that time, if other users can make them lead elsewhere by
+/// replacing a folder in one that they may write to. Paths in folders of the user and the administrator take no space
+/// and no time here. Kept in a file, because the paths are.
 class KnownPaths final
 {
 public:
-    /// Reads what `file` holds. What cannot be read is empty, and so is what an edited file makes no sense in.
+    /// Reads `file`. Anything unreadable or, in an edited file, meaningless counts as empty.
     explicit KnownPaths(QString file);
 
-    /// Remembers where these entries are now, in place of what was remembered of them before. An entry directly in a
-    /// folder of rememberFolder() is where that one was then.
+    /// Remembers where these entries are now, replacing what was remembered about them. For an entry directly in a
+    /// folder of rememberFolder(), the place remembered for that folder applies.
     void remember(const QStringList& paths);
     void rememberFolder(const QString& folder);
 
-    /// Remembers where entries are of which nothing is remembered, since they were named before this was, or in a
-    /// folder that was nobody else's to change then. Only of what is there, by a path without links on the way, and
-    /// where neither another machine nor a program is asked, which may not answer.
+    /// Remembers where entries are that have no record yet, because they were named before this class existed or in a
+    /// folder that nobody else could change then. Only for existing entries with no links on their path, and not on
+    /// file systems served by another machine or a program, which may not answer.
     void rememberOthers(const QStringList& paths);
 
-    /// Forgets all entries and folders but these.
+    /// Forgets all other entries and folders.
     void keepOnly(const QSet<QString>& paths, const QSet<QString>& folders);
 
-    /// What was remembered of an entry; nothing where nobody else could change where its path led. An empty list: the
-    /// folder that holds it is one that others may write, and it was no folder itself.
+    /// What was remembered about an entry; nothing if nobody else could change where its path led. An empty list means
+    /// that others may write to its folder and that it was not a folder itself.
     [[nodiscard]] std::optional<PathSteps> stepsTo(const QString& path) const;
-    /// The same of a folder of rememberFolder().
+    /// The same for a folder of rememberFolder().
     [[nodiscard]] std::optional<PathSteps> stepsInto(const QString& folder) const;
 
     [[nodiscard]] bool isEmpty() const { return m_steps.isEmpty(); }
 
-    /// The file's new content, if anything has changed since it was read or last asked for.
+    /// The file's new content, if anything has changed since it was read or last taken.
     [[nodiscard]] std::optional<QByteArray> takeChanges();
 
-    /// The content that was taken last could not be written: it is to be asked for again.
+    /// Call this if the content taken last could not be written, so that it can be taken again.
     void changesWereLost() { m_changed = true; }
 
 private:
@@ -72,7 +72,7 @@ private:
     void set(const QString& key, const std::optional<PathSteps>& steps);
 
     QString m_file;
-    /// By path; folders of rememberFolder() with a trailing slash.
+    /// By path; folders of rememberFolder() have a trailing slash.
     QHash<QString, PathSteps> m_steps;
     bool m_changed = false;
 };

@@ -10,13 +10,13 @@
 
 namespace lapsa {
 
-/// The entry that was gone to (with WalkDetail::Steps), if it is a folder.
+/// The entry of the last goTo() (with WalkDetail::Steps), if it is a folder.
 [[nodiscard]] std::optional<WalkedStep> folderAt(const ParentCache& held);
 
-/// Whether a walk with WalkDetail::Steps met all that was remembered, in the place where it was.
+/// Whether a walk with WalkDetail::Steps met all remembered steps where they were.
 [[nodiscard]] bool isKnownWay(const fileSystem::PathSteps& known, const WalkedFolder& walked);
 
-/// The same of the entry that was gone to: no other folder may stand in its place either.
+/// The same for the entry of the last goTo(), which no other folder may have replaced either.
 [[nodiscard]] bool isKnownPlace(const fileSystem::PathSteps& known, const ParentCache& held);
 
 } // namespace lapsa

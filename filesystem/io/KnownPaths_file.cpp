@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Device numbers are given out anew at each boot.
+/// Device numbers are assigned anew at each boot.
 QString currentBoot()
 {
     const Result<QByteArray> boot = fileSystem::read(u"/proc/sys/kernel/random/boot_id"_s);
@@ -48,7 +48,7 @@ PathStep decoded(const QJsonObject& step)
             .born = step[u"born"_s].toString().toLongLong()};
 }
 
-/// One for all that are the same: most paths of a list lie in few folders.
+/// Equal steps have equal keys, to be stored once: most paths of a list are in few folders.
 QByteArray keyOf(const PathSteps& steps)
 {
     QJsonArray list;
@@ -69,7 +69,8 @@ KnownPaths::KnownPaths(QString file)
 void KnownPaths::read()
 {
     const QFileInfo file(m_file);
-    // What a kill in the middle of a write has left goes with the next one. A folder that is not there holds nothing.
+    // A write also removes what a kill during an earlier one left behind, so ask for one. A missing folder holds
+    // nothing.
     std::ignore = forEachName(file.path(), [&](const QString& name) {
         m_changed = m_changed || (name != file.fileName() && name.contains(file.fileName()));
     });

@@ -32,7 +32,7 @@ bool hasLinkOnTheWay(const QByteArray& path)
     return false;
 }
 
-/// Whether others may change where the entries of a folder are, as far as looking cannot take long.
+/// Whether others may change where the entries of a folder are. False if finding out could take long.
 bool isWorthALook(const QByteArray& folder, const QList<QByteArray>& served)
 {
     const bool remote =
@@ -53,7 +53,7 @@ void KnownPaths::rememberOthers(const QStringList& paths)
         return;
     }
     QStringList others;
-    // Most paths lie beside the one before.
+    // Most paths are in the same folder as the one before.
     QStringView lastFolder;
     bool worth = false;
     for (const QString& path : paths) {

@@ -15,7 +15,8 @@ namespace lapsa {
 
 namespace {
 
-/// Blank, tab, newline and backslash stand as three octal digits behind a backslash, as in proc_pid_mountinfo(5).
+/// Decodes space, tab, newline and backslash, which are written as a backslash and three octal digits: see
+/// proc_pid_mountinfo(5).
 QByteArray withoutEscapes(QByteArrayView escaped)
 {
     const auto digit = [&](qsizetype place) -> std::optional<int> {
@@ -51,7 +52,7 @@ QList<Mount> mountsIn(const QByteArray& table)
     for (const QByteArray& line : table.split('\n')) {
         constexpr qsizetype point = 4;
         const QList<QByteArray> fields = line.split(' ');
-        // Before it stand as many optional fields as there are.
+        // It follows any number of optional fields.
         const qsizetype separator = fields.indexOf("-");
         if (separator > point && separator + 2 < fields.size()) {
             found.push_back({.point = withoutEscapes(fields[point]),
@@ -104,7 +105,7 @@ Result<QList<QByteArray>> servedMounts()
     }
     QList<QByteArray> served;
     for (const Mount& mount : found.value()) {
-        // The root of all is there, whatever serves it.
+        // The root is available, whatever serves it.
         if (mount.point != "/" && isServed(mount)) {
             served.push_back(mount.point);
         }

@@ -10,14 +10,14 @@
 
 namespace lapsa {
 
-/// The mount points in a table of the form of proc_pid_mountinfo(5), in its order.
+/// The mount points in a table in the format of proc_pid_mountinfo(5), in its order.
 [[nodiscard]] QList<QByteArray> mountPointsOf(const QByteArray& mountInfo);
 
-/// Whether anything is mounted somewhere below a folder, which is named by its real path.
+/// Whether anything is mounted below a folder, given by its real path.
 [[nodiscard]] Result<bool> hasMountBelow(const QByteArray& folder);
 
-/// Where a file system is mounted that another machine or a program serves, or none yet: whoever looks at one may have
-/// to wait, for good at worst. What is not known counts as one.
+/// The mount points of file systems that another machine or a program serves, or that are not mounted yet (automount):
+/// a look at one may block, possibly forever. Unknown kinds are included.
 [[nodiscard]] Result<QList<QByteArray>> servedMounts();
 
 } // namespace lapsa

@@ -16,16 +16,16 @@ namespace lapsa {
 
 struct fileSystem::HeldFolder::Opened
 {
-    /// Opened with O_PATH.
+    /// Open with O_PATH.
     SharedDescriptor folder;
     /// Why it could not be opened, an `errno` value.
     int error = EINVAL;
 };
 
-/// The bytes of a name that means one entry of a folder; EINVAL for all others.
+/// The bytes of a name of a single entry of a folder; EINVAL for other names.
 [[nodiscard]] Result<QByteArray> entryName(const QString& name);
 
-/// What a look at an entry of an open folder (at least STATX_TYPE, STATX_INO and STATX_NLINK) has found.
+/// Describes an entry of an open folder by its status (at least STATX_TYPE, STATX_INO and STATX_NLINK).
 [[nodiscard]] fileSystem::EntryInfo entryInfo(int folder, const struct statx& status);
 
 } // namespace lapsa

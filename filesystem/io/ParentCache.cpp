@@ -60,7 +60,7 @@ Result<WalkedFolder> ParentCache::walkedTo(const QByteArray& folder, WalkDetail 
     return walkTo(folder, detail);
 }
 
-// Opened for the second entry: one alone does not pay for it.
+// Opens the folder at the second entry: not worth it for one alone.
 bool ParentCache::knowsAbove(const QByteArray& above)
 {
     if (m_above.asked != above || m_above.sharing == mostSharing) {

@@ -10,9 +10,9 @@
 
 namespace lapsa {
 
-/// The place of one entry after the other. The folder of neighbours stays open for a few of them: to open it for each
-/// costs as much as what is done there. For a few only: somebody may give the folder another name meanwhile, and put
-/// another one into its place.
+/// Finds the place of one entry after another. The folder of neighbours stays open for a few of them, because opening
+/// it for each costs as much as the work there. Only for a few: somebody may rename the folder meanwhile and put
+/// another in its place.
 class ParentCache final
 {
 public:
@@ -20,22 +20,22 @@ public:
     static constexpr int mostSharing = 32;
 
     /// Goes to the entry at `path`, as walkTo() does; it need not exist. Returns an `errno` value: EINVAL as for
-    /// pathBytes() and for a path that ends in "." or "..", EPERM for "/". After a failure there is no place.
+    /// pathBytes() and for a path that ends in "." or "..", EPERM for "/". After a failure there is no valid place.
     [[nodiscard]] int goTo(const QString& path, WalkDetail detail = WalkDetail::Folder);
 
-    /// Where the entry stands, after a success.
+    /// The place of the entry, after success.
     [[nodiscard]] const AtPath& place() const { return m_place; }
 
-    /// How the way there was walked; its folder is that of the place.
+    /// How the walk there went; its folder is that of the place.
     [[nodiscard]] const WalkedFolder& walked() const { return m_walked; }
 
-    /// The real path of an open folder, remembered for the one that was gone to last.
+    /// The real path of an open folder, cached for the folder of the current place.
     [[nodiscard]] Result<QByteArray> realPathOf(const SharedDescriptor& folder);
 
-    /// Whether the folder, or the one above it, was opened for an entry before.
+    /// Whether the folder, or the one above it, was opened for an earlier entry.
     [[nodiscard]] bool isShared() const { return m_sharing > 1 || m_above.sharing > 1; }
 
-    /// The folder will be opened anew for the next entry.
+    /// Makes the next entry open its folder again.
     void letGo()
     {
         m_sharing = mostSharing;
@@ -44,10 +44,10 @@ public:
     }
 
 private:
-    /// The folder above the one of the entry: entries may lie in one folder each.
+    /// The folder above that of the entry, because each entry may have a folder of its own.
     struct Above
     {
-        /// With its trailing slash.
+        /// With a trailing slash.
         QByteArray asked;
         WalkedFolder walked;
         int sharing = 0;
@@ -56,7 +56,7 @@ private:
     [[nodiscard]] Result<WalkedFolder> walkedTo(const QByteArray& folder, WalkDetail detail);
     [[nodiscard]] bool knowsAbove(const QByteArray& above);
 
-    /// As it was asked for, with its trailing slash.
+    /// As requested, with a trailing slash.
     QByteArray m_asked;
     WalkDetail m_detail = WalkDetail::Folder;
     AtPath m_place;

@@ -28,20 +28,20 @@ bool isTrusted(uid_t owner)
     return owner == 0 || owner == ::geteuid();
 }
 
-/// Somebody other than the owner may, as far as the mode tells.
+/// Whether the mode lets somebody other than the user and the administrator change the folder.
 bool isShared(const struct statx& folder)
 {
     return !isTrusted(folder.stx_uid) || (folder.stx_mode & (S_IWGRP | S_IWOTH)) != 0;
 }
 
-/// In a folder with the sticky bit everybody keeps his own.
+/// In a folder with the sticky bit, nobody can replace the entries of others.
 bool isKept(const struct statx& folder, const struct statx& entry)
 {
     return isTrusted(folder.stx_uid) && (folder.stx_mode & S_ISVTX) != 0 && isTrusted(entry.stx_uid);
 }
 
-/// Whether the inode numbers of a file system stay with their files. Those of FAT and of many that run outside the
-/// kernel are made up anew when a file has been forgotten for a while.
+/// Whether a file system keeps its inode numbers stable. FAT and many file systems outside the kernel invent new ones
+/// when they have forgotten a file for a while.
 bool keepsInodeNumbers(int file)
 {
     constexpr std::array<unsigned long, 6> without = {0x4d44, 0x2011bab0, 0x65735546, 0x517b, 0xfe534d42, 0x01021997};
@@ -64,8 +64,8 @@ Result<FileDescriptor> openedWithoutLinks(const QByteArray& path)
     return folder;
 }
 
-/// The usual case at the lowest price: no link on the way, and nothing that others may exchange, so that what was seen
-/// of each folder still holds when the last one is opened.
+/// The usual case, done cheaply: no links on the way and nothing that others may replace, so that the check of each
+/// folder still holds when the last one is opened.
 std::optional<WalkedFolder> plainlyOpened(const QByteArray& path)
 {
     Result<struct statx> above = statAt(AT_FDCWD, "/", STATX_BASIC_STATS);
@@ -88,7 +88,7 @@ std::optional<WalkedFolder> plainlyOpened(const QByteArray& path)
         .folder = std::move(folder).value(), .status = above.value(), .plain = true, .path = {}, .steps = {}};
 }
 
-/// Goes from folder to folder, each opened in the one before it.
+/// Goes from folder to folder, opening each one in the one before it.
 class CarefulWalk final
 {
 public:
@@ -116,7 +116,7 @@ private:
 
     WalkDetail m_detail;
     WalkedFolder m_walked;
-    /// The names that are still to go, the next one last.
+    /// The names still to go, the next one last.
     std::vector<QByteArray> m_ahead;
     int m_links = 0;
 };
@@ -190,7 +190,7 @@ int CarefulWalk::goUp()
         return status.error().code;
     }
     m_walked.path.truncate(std::max<qsizetype>(0, m_walked.path.lastIndexOf('/')));
-    // What others can move elsewhere has another folder above it then.
+    // If others can move the folder elsewhere, it may have another folder above it.
     const bool exchangeable = std::ranges::any_of(m_walked.steps, &WalkedStep::exchangeable);
     note(m_walked.path, above.value().get(), status.value(), exchangeable);
     return enter(std::move(above).value(), status.value());
@@ -262,7 +262,7 @@ bool othersMayWrite(int folder, const struct statx& status)
     if ((status.stx_mode & S_IWGRP) == 0) {
         return false;
     }
-    // With an access list the bit of the group stands for all that are named there.
+    // With an access list, the group bits are the mask for everyone in the list.
     return !isPrivateGroup(status.stx_gid) ||
            ::getxattr(procPath(folder).constData(), "system.posix_acl_access", nullptr, 0) > 0;
 }

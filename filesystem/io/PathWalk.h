@@ -16,22 +16,22 @@
 
 namespace lapsa {
 
-/// A folder that was entered, or a link that was followed.
+/// A folder that a walk entered or a link that it followed.
 struct WalkedStep
 {
     fileSystem::PathStep step;
-    /// Whether somebody else than the user and the administrator may put another entry into its place.
+    /// Whether somebody other than the user and the administrator may replace it with another entry.
     bool exchangeable = false;
 };
 
 struct WalkedFolder
 {
-    /// Opened with O_PATH.
+    /// Open with O_PATH.
     FileDescriptor folder;
     struct statx status = {};
     /// No link was followed, and nothing on the way is exchangeable.
     bool plain = false;
-    /// Only where they were asked for: its path without links, and each step of the way.
+    /// Only with WalkDetail::Steps: its path without links, and each step of the way.
     QByteArray path;
     std::vector<WalkedStep> steps;
 };
@@ -43,27 +43,26 @@ enum class WalkDetail
     Steps,
 };
 
-/// Opens the folder of an absolute path. On the way a link is followed only if it belongs to this user or to the
-/// administrator: others could lead us into what is not theirs to touch. EACCES for one of somebody else's.
+/// Opens the folder at an absolute path. Follows a link only if it belongs to this user or the administrator, because
+/// others could lead us to files that they may not touch themselves. EACCES for somebody else's link.
 [[nodiscard]] Result<WalkedFolder> walkTo(const QByteArray& path, WalkDetail detail);
 
-/// The folder of this name in one that a walk found plain, if it is plain too. An error where it is not: walkTo() then
-/// tells.
+/// The subfolder of this name in a folder that a walk found plain, if it is plain too. If it fails, ask walkTo().
 [[nodiscard]] Result<WalkedFolder> plainFolderIn(const WalkedFolder& above, const QByteArray& name);
 
 /// Whether a link of this owner is followed.
 [[nodiscard]] bool mayFollowLinkOf(uid_t owner);
 
-/// Whether others may write an open folder, by its status (STATX_BASIC_STATS).
+/// Whether others may write to an open folder, given its status (STATX_BASIC_STATS).
 [[nodiscard]] bool othersMayWrite(int folder, const struct statx& status);
 
-/// Whether others may put something else into the place of an entry of this open folder.
+/// Whether others may replace an entry of this open folder.
 [[nodiscard]] bool othersMayExchange(int folder, const struct statx& folderStatus, const struct statx& entry);
 
-/// What tells later whether this still is the same entry. `file` is open, with O_PATH or otherwise.
+/// The data to recognise this entry later. `file` is open, with O_PATH or otherwise.
 [[nodiscard]] fileSystem::PathStep pathStep(const QByteArray& path, int file, const struct statx& status);
 
-/// Whether a step that was remembered is the one that is seen now.
+/// Whether a remembered step is the same as the one seen now.
 [[nodiscard]] bool isSameStep(const fileSystem::PathStep& before, const fileSystem::PathStep& now);
 
 } // namespace lapsa

@@ -24,7 +24,7 @@ struct User
     friend bool operator==(const User&, const User&) = default;
 };
 
-/// Calls one of the look-ups of the user database with as much room as it wants.
+/// Calls a look-up of the user database with as large a buffer as it needs.
 template <typename Entry, typename LookUp>
 const Entry* lookedUp(Entry& entry, std::vector<char>& buffer, LookUp lookUp)
 {
@@ -64,7 +64,7 @@ bool isOnlyOf(const User& user)
 
 bool isPrivateGroup(gid_t group)
 {
-    // The user database may be far away (a directory service): it is asked once for each.
+    // The user database may be remote (a directory service): it is asked only once for each user and group.
     thread_local User known;
     thread_local std::optional<bool> answer;
     const User asked{.user = ::geteuid(), .group = group};

@@ -7,8 +7,8 @@
 
 namespace lapsa {
 
-/// Whether a group has nobody in it but this user: many systems give each user a group of his own name, and let it
-/// write whatever he makes.
+/// Whether this user is the only member of a group: many systems give each user a group of the same name that may write
+/// to all of the user's files.
 [[nodiscard]] bool isPrivateGroup(gid_t group);
 
 } // namespace lapsa

@@ -9,8 +9,8 @@
 
 namespace lapsa::fileSystem {
 
-/// Gives a file another path on the same file system, which must be free; a link at the end of `path` is followed. The
-/// file need not be readable. EISDIR or EINVAL for what is no file, EXDEV where `to` is on another file system.
+/// Renames a file to `to`, which must be free and on the same file system; follows a link at the end of `path`. The
+/// file need not be readable. EISDIR or EINVAL if it is not a file, EXDEV if `to` is on another file system.
 Result<void> putAside(const QString& path, const QString& to);
 
 } // namespace lapsa::fileSystem
