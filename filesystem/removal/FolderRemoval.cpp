@@ -40,17 +40,17 @@ void FolderRemoval::enter(const QByteArray& name)
     switch (const int error = m_stack->descend(name.constData())) {
     case 0:
         break;
-    case ENOENT: // somebody else was faster
+    case ENOENT: // somebody else removed it
         return;
     case ENOTDIR:
-    case ELOOP: // no folder any more
+    case ELOOP: // no longer a folder
         if (m_levels.size() > 1) {
             removeFile(name.constData());
         } else {
             fail(EBUSY);
         }
         return;
-    case EACCES: // an empty folder goes even if it cannot be listed
+    case EACCES: // an empty folder can be removed even if it cannot be listed
         if (::unlinkat(m_stack->folder(), name.constData(), AT_REMOVEDIR) == 0) {
             m_removedAnything = true;
         } else {
@@ -74,7 +74,7 @@ void FolderRemoval::leave()
     const Level left = std::move(m_levels.back());
     m_levels.pop_back();
     if (const int error = m_stack->ascend()) {
-        // The way back is lost, and with it every folder above: they keep what they hold.
+        // The way back is lost, and with it all folders above: they keep their contents.
         m_levels.resize(1);
         m_levels.back().subfolders.clear();
         fail(error);
@@ -114,7 +114,7 @@ void FolderRemoval::removeFile(const char* name)
         return;
     }
     const int error = errorOf([&] { return ::unlinkat(m_stack->folder(), name, 0); });
-    // What was reported as failed may have been carried out all the same.
+    // A call that reported failure may still have worked.
     if (error == 0 || !statAt(m_stack->folder(), name, STATX_TYPE)) {
         m_removedAnything = true;
     }
@@ -131,7 +131,7 @@ void FolderRemoval::removeEmptyFolder(const QByteArray& name)
     if (error == 0) {
         m_removedAnything = true;
     } else if (error == ENOTEMPTY && level.repetitions < mostRepetitions) {
-        // Some file systems pass over entries while others of the folder are removed, and others may be adding to it.
+        // Some file systems skip entries while other entries are removed, and others may be adding to the folder.
         ++level.repetitions;
         level.subfolders.push_back(name);
     } else if (error != ENOENT) {

@@ -15,22 +15,21 @@ struct dirent;
 
 namespace lapsa {
 
-/// The removal of a folder with all it holds. Follows no link, crosses no mount, and goes on with the rest where an
-/// entry cannot be removed.
+/// Removes a folder with all its contents. Follows no links, crosses no mounts, and continues with the rest if an entry
+/// cannot be removed.
 class FolderRemoval final
 {
 public:
-    /// Whether the entry `name`, no folder, of the open folder may go.
+    /// Whether the entry `name` of the open folder may be removed. Not asked about folders.
     using Permission = std::function<bool(int folder, const char* name)>;
 
-    /// Without a permission to ask for, everything goes.
+    /// Without `permission`, removes everything.
     explicit FolderRemoval(Permission permission = {});
 
-    /// Removes the folder at `place` if it still is the one of this identity. Returns the `errno` value of the first
-    /// failure.
+    /// Removes the folder at `place` if it still has this identity. Returns the `errno` value of the first failure.
     [[nodiscard]] int run(const AtPath& place, const FileIdentity& identity);
 
-    /// Whether anything at all was removed, or is not seen any more.
+    /// Whether anything was removed or can no longer be seen.
     [[nodiscard]] bool removedAnything() const { return m_removedAnything; }
 
 private:

@@ -9,14 +9,14 @@ namespace lapsa::fileSystem {
 
 class KnownPaths;
 
-/// What may be neither moved nor removed, whatever a record says: "/", the home folder, mount points and everything
-/// above one of these always; the folder named here and the folders directly in it, wherever they really are where a
-/// link stands for one, and everything above them, too. Folders are known by what they are, not by their paths.
+/// What must never be moved or removed, whatever a record says: "/", the home folder, mount points and everything above
+/// them; also `folder`, the folders directly in it (behind a link, the folder that it leads to) and everything above
+/// them. Folders are recognised by identity, not by path.
 struct Protection
 {
     QString folder;
-    /// Where the paths led when the user named them, if that is known. What other users have led elsewhere meanwhile is
-    /// EACCES. Outlives whoever is given it.
+    /// Where the paths led when the user named them, if known. A path that other users have made lead elsewhere gives
+    /// EACCES. Must outlive every user of this record.
     const KnownPaths* knownPaths = nullptr;
 };
 

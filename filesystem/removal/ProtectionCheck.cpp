@@ -23,7 +23,7 @@ using fileSystem::Refusal;
 
 namespace {
 
-/// A folder that stays where it is, with what to say of itself and of what holds it.
+/// A protected folder, with the refusals for itself and for the folders above it.
 struct ProtectedFolder
 {
     QString path;
@@ -44,7 +44,7 @@ QList<ProtectedFolder> protectedFolders(const fileSystem::Protection& protection
         folders.push_back({.path = path, .itself = Refusal::ProtectedFolder, .above = Refusal::HoldsProtectedFolder});
     };
     add(protection.folder);
-    // One that cannot be listed has nothing in it that could be told.
+    // If it cannot be listed, there is nothing to add.
     std::ignore = fileSystem::forEachName(protection.folder, [&](const QString& name) {
         const QString path = protection.folder + u'/' + name;
         if (fileSystem::isDirectory(path)) {
@@ -54,14 +54,14 @@ QList<ProtectedFolder> protectedFolders(const fileSystem::Protection& protection
     return folders;
 }
 
-/// None where it cannot be opened, for whatever reason.
+/// None if it cannot be opened, for whatever reason.
 FileDescriptor openedFolder(int folder, const char* path)
 {
     Result<FileDescriptor> opened = openAt(folder, path, O_PATH | O_DIRECTORY);
     return opened ? std::move(opened).value() : FileDescriptor();
 }
 
-/// The folder itself; where there is none, the lowest one above it that there is.
+/// The folder itself or, if it does not exist, the nearest existing folder above it.
 FileDescriptor openedOrAbove(QByteArray path)
 {
     FileDescriptor folder = openedFolder(AT_FDCWD, path.constData());
@@ -72,7 +72,7 @@ FileDescriptor openedOrAbove(QByteArray path)
     return folder;
 }
 
-/// Whether a folder is `suspect` or lies below it. A folder that cannot be looked at counts as if it were.
+/// Whether a folder is `suspect` or is below it. True if a folder cannot be checked.
 bool isOrLiesBelow(FileDescriptor folder, const FileIdentity& suspect)
 {
     std::optional<FileIdentity> below;
@@ -119,7 +119,7 @@ std::optional<Refusal> refusalOfFolder(const struct statx& status, const fileSys
     return above;
 }
 
-/// Goes along a path, from link to link as the kernel would.
+/// Follows a path from link to link, as the kernel would.
 class LinksOnTheWay final
 {
 public:
@@ -169,7 +169,7 @@ private:
     int m_links = 0;
 };
 
-/// Without the link a protected folder may be out of reach.
+/// Without the link, a protected folder may be unreachable.
 std::optional<Refusal> refusalOfLink(const struct statx& status, const fileSystem::Protection& protection)
 {
     using Found = LinksOnTheWay::Found;
@@ -183,7 +183,7 @@ std::optional<Refusal> refusalOfLink(const struct statx& status, const fileSyste
     return std::nullopt;
 }
 
-/// Whether something is mounted below a folder. The folder's real path is looked up on the folder opened for it.
+/// Whether something is mounted below a folder. Takes the folder's real path from the open folder.
 Result<bool> holdsMount(const AtPath& place, const struct statx& status)
 {
     const Result<FileDescriptor> folder =

@@ -13,12 +13,12 @@
 
 namespace lapsa {
 
-/// Why the entry, by how it just looked (at least STATX_BASIC_STATS), may be neither moved nor removed; nothing where
-/// it may. Costs nothing for what is no folder and no link. An error where it cannot be found out.
+/// Why the entry must not be moved or removed, given its current status (at least STATX_BASIC_STATS); nothing if it may
+/// be. Costs nothing unless it is a folder or a link. An error if this cannot be determined.
 [[nodiscard]] Result<std::optional<fileSystem::Refusal>> refusalAt(const AtPath& place, const struct statx& status,
                                                                    const fileSystem::Protection& protection);
 
-/// The same as an `errno` value: EPERM where it is protected.
+/// The same as an `errno` value: EPERM if it is protected.
 [[nodiscard]] int checkUnprotected(const AtPath& place, const struct statx& status,
                                    const fileSystem::Protection& protection);
 

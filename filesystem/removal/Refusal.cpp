@@ -23,7 +23,7 @@ std::optional<fileSystem::Refusal> fileSystem::refusalOf(const QString& path, co
         return std::nullopt;
     }
     const Result<std::optional<Refusal>> refusal = refusalAt(place.value(), status.value(), protection);
-    // Where it cannot be found out now: the one who moves or removes asks again.
+    // If this cannot be determined now, the move or removal checks again.
     return refusal ? refusal.value() : std::nullopt;
 }
 

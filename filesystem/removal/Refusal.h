@@ -11,7 +11,7 @@
 
 namespace lapsa::fileSystem {
 
-/// Why something may be neither moved nor removed.
+/// Why an entry must not be moved or removed.
 enum class Refusal
 {
     Root,
@@ -24,9 +24,9 @@ enum class Refusal
     HoldsMountPoint,
 };
 
-/// Why a Batch would refuse to move or remove what stands at `path`; nothing where they would not, or where there is
-/// nothing. A link is asked about itself, not about its target. What fileSystem::status() says is neither a folder nor
-/// a mount point is never refused and need not be asked about.
+/// Why a Batch would refuse to move or remove the entry at `path`; nothing if it would not or there is no entry.
+/// Concerns a link itself, not its target. An entry that fileSystem::status() reports as neither a folder nor a mount
+/// point is never refused and needs no check.
 [[nodiscard]] std::optional<Refusal> refusalOf(const QString& path, const Protection& protection);
 
 } // namespace lapsa::fileSystem

@@ -21,7 +21,7 @@ Result<FileDescriptor> openFolder(int folder, const char* name)
     return openAt(folder, name, O_PATH | O_DIRECTORY | O_NOFOLLOW);
 }
 
-/// A folder of the user's own, no link, made where it is missing: anything else could be a trap laid by somebody else.
+/// A folder, not a link, that the user owns; created if missing. Anything else could be somebody else's trap.
 Result<FileDescriptor> ownFolder(int folder, const char* name)
 {
     const int error = errorOf([&] { return ::mkdirat(folder, name, 0700); });
@@ -52,7 +52,7 @@ bool isRoot(int folder)
     return !here || !root || identityOf(here.value()) == identityOf(root.value());
 }
 
-/// The top folder of the mount that holds a folder.
+/// The top folder of the mount that a folder is on.
 Result<FileDescriptor> volumeTop(int folder)
 {
     Result<FileDescriptor> top = openFolder(folder, ".");
@@ -62,8 +62,8 @@ Result<FileDescriptor> volumeTop(int folder)
     return top;
 }
 
-/// The trash that the administrator set up for all users of a volume, if there is a usable one. Anybody else who made
-/// it could shut it again, with what was thrown away.
+/// The trash that the administrator set up for all users of a volume, if there is a usable one. If anybody else created
+/// it, they could lock the user out of the trashed entries.
 Result<FileDescriptor> sharedTrash(int top, const QByteArray& user)
 {
     const Result<FileDescriptor> shared = openFolder(top, ".Trash");
@@ -99,7 +99,7 @@ Result<TrashFolder> TrashFolder::home()
     if (!bytes) {
         return bytes.error();
     }
-    // A link is followed here: the user may keep the whole trash elsewhere.
+    // Follows a link: the user may keep the whole trash elsewhere.
     const Result<FileDescriptor> folder = openAt(AT_FDCWD, bytes.value().constData(), O_PATH | O_DIRECTORY);
     return folder ? opened(folder.value()) : folder.error();
 }

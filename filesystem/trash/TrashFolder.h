@@ -15,32 +15,31 @@
 
 namespace lapsa {
 
-/// One trash folder as the freedesktop Trash rules 1.0 describe it: `files` holds what was thrown away, `info` says of
-/// each where it came from.
+/// One trash folder as the freedesktop Trash rules 1.0 describe it: `files` holds the trashed entries, `info` records
+/// where each came from.
 class TrashFolder final
 {
 public:
-    /// The trash in the user's data home, made where it is missing.
+    /// The trash in the user's data home; created if missing.
     [[nodiscard]] static Result<TrashFolder> home();
 
-    /// The user's trash on the volume that holds `place`, made where it is missing.
+    /// The user's trash on the volume that holds `place`; created if missing.
     [[nodiscard]] static Result<TrashFolder> ofVolume(const AtPath& place);
 
-    /// Whether an entry that looked so (with STATX_MNT_ID) is on the mount that `files` is on. The device number tells
-    /// that of ordinary file systems only: on an overlay it is the one of the layer below.
+    /// Whether an entry with this status (with STATX_MNT_ID) is on the same mount as `files`. The device number shows
+    /// this on ordinary file systems only: on an overlay it is that of the lower layer.
     [[nodiscard]] bool isOnMountOf(const struct statx& status) const;
 
-    /// Whether the entry is this trash folder itself, lies above it, or is one of its records. `folder` is the real
-    /// path of the folder that holds it, here and below.
+    /// Whether the entry is this trash folder itself, is above it, or is one of its records. Here and below, `folder`
+    /// is the real path of the entry's folder.
     [[nodiscard]] bool contains(const QByteArray& folder, const AtPath& place, const struct statx& status) const;
 
-    /// Makes the records of entries that take() will be asked for in this order, as far as they stand on this file
-    /// system: the disk is then waited for once and not once for each. What is not taken loses its record with this
-    /// object.
+    /// Creates the records of entries that take() will take in this order, as far as they are on this mount, so that
+    /// they wait for the disk once instead of once each. Unused records are removed with this object.
     void prepare(std::span<const QString> paths);
 
     /// Puts the entry of this identity into the trash under a free name. Returns an `errno` value; after a failure the
-    /// entry is where it was and nothing is in the trash.
+    /// entry is where it was and the trash is unchanged.
     [[nodiscard]] int take(const QByteArray& folder, const AtPath& place, const FileIdentity& identity);
 
 private:
@@ -55,7 +54,7 @@ private:
                              const QByteArray& text);
     [[nodiscard]] int takeAs(const AtPath& place, const FileIdentity& identity, TrashRecord& record);
 
-    /// `files`, with the name that an entry gets there.
+    /// `files`, with the name of an entry in it.
     AtPath m_inFiles;
     struct statx m_filesStatus = {};
     FileDescriptor m_info;
@@ -65,7 +64,7 @@ private:
     QByteArray m_infoPath;
     /// The real path of the volume's top folder, which recorded paths start from; empty for the home trash.
     QByteArray m_top;
-    /// The date of a record made now, and the second since 1970 that it was made for.
+    /// The date for a record made now, and the second since 1970 that it is for.
     QByteArray m_date;
     qint64 m_dateSecond = -1;
 
@@ -75,7 +74,7 @@ private:
         TrashRecord record;
     };
 
-    /// In the order in which they are expected. Their records are in `info`, and go before it is closed.
+    /// In the expected order. Declared last: the records use `m_info` and must be destroyed before it is closed.
     std::deque<Prepared> m_prepared;
 };
 

@@ -43,7 +43,7 @@ void TrashFolder::prepare(std::span<const QString> paths)
         }
         Result<TrashRecord> record = freeRecord(folder.value(), place);
         if (!record) {
-            return; // take() will meet the same, and says so
+            return; // take() will fail too, and reports it
         }
         m_prepared.push_back({.path = pathOf(folder.value(), place), .record = std::move(record).value()});
         m_prepared.back().record.startWriting();
@@ -68,8 +68,8 @@ Result<TrashRecord> TrashFolder::freeRecord(const QByteArray& folder, const AtPa
 std::optional<TrashRecord> TrashFolder::preparedRecord(const QByteArray& path)
 {
     const auto found = std::ranges::find(m_prepared, path, &Prepared::path);
-    // What stands before it was not taken. If it is not there at all, something else comes than was expected, and the
-    // names that are held for that are given back.
+    // The entries before it were not taken. If it is not in the list, an unexpected entry has come: then all prepared
+    // names are released.
     m_prepared.erase(m_prepared.begin(), found);
     if (m_prepared.empty()) {
         return {};
@@ -111,12 +111,12 @@ QByteArray TrashFolder::textOf(const QByteArray& folder, const AtPath& place)
 
 const QByteArray& TrashFolder::deletionDate()
 {
-    // Put into words as often as it changes, and not for each of many files.
+    // Formatted only when it changes, not for each of many files.
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const qint64 second = now.toSecsSinceEpoch();
     if (m_dateSecond != second) {
         m_dateSecond = second;
-        // Local time without a zone: so the rules want it.
+        // Local time without a zone, as the Trash rules require.
         m_date = now.toLocalTime().toString(u"yyyy-MM-ddTHH:mm:ss"_s).toLatin1();
     }
     return m_date;

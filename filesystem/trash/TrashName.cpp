@@ -12,7 +12,7 @@ namespace lapsa {
 
 namespace {
 
-/// Only a hint: whatever it says, a name is taken only if it is free.
+/// Only a hint: a name is used only if it is free.
 QHash<QByteArray, std::uint64_t>& nextNumbers()
 {
     thread_local QHash<QByteArray, std::uint64_t> numbers;
@@ -22,7 +22,7 @@ QHash<QByteArray, std::uint64_t>& nextNumbers()
 constexpr qsizetype mostRemembered = 4096;
 constexpr qsizetype longestStem = NAME_MAX - qsizetype(sizeof(".trashinfo") - 1);
 
-/// Shortened to so many bytes, between two characters.
+/// Shortened to at most `length` bytes, without splitting a character.
 QByteArray shortened(QByteArray text, qsizetype length)
 {
     if (text.size() <= length) {

@@ -11,7 +11,7 @@
 
 namespace lapsa {
 
-/// The names that an entry may get in a trash folder, one after the other: its own first, then with a growing number.
+/// The possible names of an entry in a trash folder, in order: first its own name, then with increasing numbers.
 class TrashName final
 {
 public:
@@ -21,8 +21,8 @@ public:
 
     void advance();
 
-    /// The current name was taken: the next entry of the same name in the same trash starts behind it. Without that,
-    /// many entries of one name would each try all names before theirs.
+    /// Call this when the current name was used: the next entry of the same name in the same trash starts after it.
+    /// Otherwise many entries of one name would each try all earlier names.
     void remember() const;
 
 private:

@@ -20,7 +20,7 @@ int writeOut(int file, unsigned how)
     return errorOf([&] { return ::sync_file_range(file, 0, 0, how); });
 }
 
-/// Whether it is the file system, or the system, that does not know sync_file_range(2).
+/// Whether the kernel or the file system does not support sync_file_range(2).
 bool isUnknown(int error)
 {
     return error == ENOSYS || error == ESPIPE || error == EINVAL || error == EOPNOTSUPP;

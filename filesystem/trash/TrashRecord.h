@@ -10,30 +10,30 @@
 
 namespace lapsa {
 
-/// What the trash writes about one entry before the entry follows. Removed again with this object, unless it is kept.
+/// The record of one entry, written before the entry moves to the trash. Removed with this object unless it is kept.
 class TrashRecord final
 {
 public:
-    /// Makes the record of `name`, which must be free, in the open folder `info`. That one is borrowed and stays open
-    /// for as long as the record lives.
+    /// Creates the record of `name`, which must be free, in the open folder `info`, which is borrowed and must stay
+    /// open while the record exists.
     [[nodiscard]] static Result<TrashRecord> make(int info, QByteArray name, QByteArrayView text);
 
     TrashRecord(TrashRecord&& other) noexcept;
     TrashRecord& operator=(TrashRecord&& other) noexcept;
     ~TrashRecord();
 
-    /// The name that the entry has to get.
+    /// The name that the entry must get.
     [[nodiscard]] const QByteArray& name() const { return m_name; }
 
-    /// Has its bytes set out for the disk, without waiting for them.
+    /// Starts writing its bytes to the disk, without waiting.
     void startWriting();
 
-    /// Waits until its bytes are on the disk, so that a power cut never leaves the entry in the trash with an empty
-    /// record: what a journal commits is in order, and the bytes are then there first. Far cheaper than waiting for the
-    /// journal too. Returns an `errno` value.
+    /// Waits until its bytes are on the disk, so that a power cut never leaves an entry in the trash with an empty
+    /// record: journals commit in order, so the bytes arrive first. Much cheaper than also waiting for the journal.
+    /// Returns an `errno` value.
     [[nodiscard]] int finishWriting();
 
-    /// The entry has followed.
+    /// Call this when the entry is in the trash.
     void keep() { m_kept = true; }
 
 private:
@@ -44,7 +44,7 @@ private:
     int m_info;
     QByteArray m_name;
     FileDescriptor m_file;
-    /// What went wrong when the writing was started.
+    /// The `errno` value of a failed startWriting().
     int m_error = 0;
     bool m_kept = false;
 };
