@@ -19,7 +19,7 @@ class LaneJob;
 class Lanes;
 
 /// Writes Lapsa's own files with fileSystem::writeAtomically(), one after the other, on a lane of their own. Creates a
-/// missing folder, readable by the user only. Main thread only.
+/// missing folder, with mode 0700. Main thread only.
 class FileWriter final
 {
 public:
