@@ -15,16 +15,16 @@ enum class ColorScheme
     Dark,
 };
 
-/// Whether the application is dark or light: all its windows at once, open ones included.
+/// The application's light or dark scheme. A change reaches all windows at once, including open ones.
 class Appearance : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Forces a scheme, or with nothing follows the desktop's setting, live. Setting the same again is harmless.
+    /// Forces a scheme; without a value, follows the desktop's setting live. Setting the same value again is harmless.
     virtual void setForcedScheme(std::optional<ColorScheme> scheme) = 0;
 
-    /// The scheme in force now.
+    /// The scheme in use now.
     [[nodiscard]] virtual ColorScheme scheme() const = 0;
 
 signals:

@@ -7,7 +7,7 @@
 
 namespace lapsa {
 
-/// Where the engine reads the time. Only its implementation asks the system.
+/// The engine's source of time. Only the implementation reads the system clock.
 class Clock
 {
 public:

@@ -12,8 +12,8 @@ namespace lapsa {
 class MainQueue;
 class ScheduledTask;
 
-/// A task that runs a fixed delay after the last of a burst of requests (trailing edge, no longest wait). It dies with
-/// its owner: a request that is still waiting then does nothing.
+/// A task that runs a fixed delay after the last request of a burst (trailing edge, no maximum wait). Destroying this
+/// object cancels a pending request.
 class DebouncedTask final
 {
 public:
@@ -22,9 +22,9 @@ public:
     DebouncedTask& operator=(const DebouncedTask&) = delete;
     ~DebouncedTask();
 
-    /// Runs the task one delay from now, in place of the request that may be waiting.
+    /// Runs the task one delay from now, replacing any pending request.
     void schedule();
-    /// Drops the waiting request, if any.
+    /// Drops the pending request, if any.
     void cancel();
     [[nodiscard]] bool pending() const;
 

@@ -11,7 +11,7 @@
 
 namespace lapsa {
 
-/// What is selected in the file manager that the user works with.
+/// The selection in the file manager that the user is working in.
 class FileManagerSelection
 {
 public:
@@ -21,8 +21,8 @@ public:
         friend bool operator==(const Nothing&, const Nothing&) = default;
     };
 
-    /// Absolute paths in the file manager's order. A selected thing without a path, as one in a remote place, is an
-    /// entry without a value.
+    /// Absolute paths in the file manager's order. A selected item without a path, such as one in a remote location, is
+    /// an entry without a value.
     using Paths = QList<std::optional<QString>>;
 
     struct Failure
@@ -32,7 +32,7 @@ public:
         friend bool operator==(const Failure&, const Failure&) = default;
     };
 
-    /// A single text is the path of the one thing that is selected.
+    /// A single string is the path of the only selected item.
     using Answer = std::variant<Nothing, QString, Paths, Failure>;
 
     FileManagerSelection() = default;
@@ -40,7 +40,7 @@ public:
     FileManagerSelection& operator=(const FileManagerSelection&) = delete;
     virtual ~FileManagerSelection() = default;
 
-    /// Asks and waits, 300 ms at most. What the user has on the clipboard is the same afterwards.
+    /// Asks and waits, at most 300 ms. Preserves the user's clipboard.
     [[nodiscard]] virtual Answer ask() = 0;
 };
 

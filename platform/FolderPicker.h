@@ -13,7 +13,7 @@
 
 namespace lapsa {
 
-/// A dialog of the desktop that is open. Destroying it closes the dialog, and nothing is answered any more.
+/// An open dialog of the desktop. Destroying it closes the dialog; no answer follows.
 class FolderQuestion
 {
 public:
@@ -23,7 +23,7 @@ public:
     virtual ~FolderQuestion() = default;
 };
 
-/// The desktop's own dialog for one folder, with the places that the user keeps there.
+/// The desktop's own dialog for choosing one folder, with the user's bookmarks.
 class FolderPicker
 {
 public:
@@ -31,11 +31,11 @@ public:
     {
         /// The title of the dialog.
         QString title;
-        /// The button that chooses.
+        /// The label of the accept button.
         QString acceptLabel;
-        /// The absolute path of the folder that is shown first; a desktop may prefer its own.
+        /// The absolute path of the folder shown first; the desktop may show another one.
         QString startFolder;
-        /// The native identifier of the window that the dialog belongs to; 0 without one.
+        /// The native identifier of the dialog's parent window; 0 for none.
         std::uintptr_t window = 0;
     };
 
@@ -45,7 +45,7 @@ public:
         friend bool operator==(const Unavailable&, const Unavailable&) = default;
     };
 
-    /// The user chose nothing, or something that is no folder of this machine.
+    /// The user chose nothing, or something that is not a folder on this machine.
     struct Cancelled
     {
         friend bool operator==(const Cancelled&, const Cancelled&) = default;
@@ -58,8 +58,8 @@ public:
     FolderPicker& operator=(const FolderPicker&) = delete;
     virtual ~FolderPicker() = default;
 
-    /// Asks without waiting. `answered` is called once, on the main thread, after this has returned, and may destroy
-    /// the question.
+    /// Asks without waiting. `answered` is called once, on the main thread, after this function has returned. It may
+    /// destroy the question.
     [[nodiscard]] virtual std::unique_ptr<FolderQuestion> ask(const Question& question,
                                                               std::function<void(const Answer&)> answered) = 0;
 };

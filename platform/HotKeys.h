@@ -10,14 +10,14 @@
 
 namespace lapsa {
 
-/// A key that works wherever the focus is, with its modifiers held and no others.
+/// A key that works wherever the focus is, when exactly its modifiers are held.
 struct HotKey
 {
-    /// Names the key towards the desktop, the same at every start.
+    /// Identifies the key to the desktop; the same at every start.
     QString identifier;
-    /// What it does, for desktops that show such keys to the user.
+    /// What the key does, for desktops that list such keys.
     QString description;
-    /// A Latin small letter: the key that types it.
+    /// A lower-case Latin letter; stands for the key that types it.
     char letter = '\0';
     bool super = false;
     bool shift = false;
@@ -25,7 +25,7 @@ struct HotKey
     friend bool operator==(const HotKey&, const HotKey&) = default;
 };
 
-/// A hot key that is registered. Destroying it gives the key back to the desktop.
+/// A registered hot key. Destroying it releases the key.
 class HotKeyRegistration
 {
 public:
@@ -44,8 +44,8 @@ public:
     HotKeys& operator=(const HotKeys&) = delete;
     virtual ~HotKeys() = default;
 
-    /// From now on every press of the key calls `pressed` on the main thread, once however long it is held. Where the
-    /// key belongs to another program, or the desktop has no such keys, nothing ever happens and nobody is told.
+    /// Calls `pressed` on the main thread for every press of the key, once however long it is held. If another program
+    /// owns the key, or the desktop has no global keys, `pressed` is never called and no error is reported.
     [[nodiscard]] virtual std::unique_ptr<HotKeyRegistration> registerHotKey(const HotKey& key,
                                                                              std::function<void()> pressed) = 0;
 };

@@ -9,7 +9,7 @@
 
 namespace lapsa {
 
-/// A task that waits on the main queue. Destroying it cancels it: a cancelled task never runs.
+/// A task waiting on the main queue. Destroying this object cancels the task: a cancelled task never runs.
 class ScheduledTask
 {
 public:
@@ -19,7 +19,7 @@ public:
     virtual ~ScheduledTask() = default;
 };
 
-/// The main thread's event loop. Every task runs on the main thread, one after the other.
+/// The main thread's event loop. Tasks run on the main thread, one after another.
 class MainQueue
 {
 public:
@@ -28,11 +28,11 @@ public:
     MainQueue& operator=(const MainQueue&) = delete;
     virtual ~MainQueue() = default;
 
-    /// Runs `task` on a later turn of the event loop. It cannot be cancelled: it has to look whether what it needs is
-    /// still there. May be called from any thread.
+    /// Runs `task` on a later turn of the event loop. The task cannot be cancelled: it must check that the objects it
+    /// uses still exist. May be called from any thread.
     virtual void async(std::function<void()> task) = 0;
 
-    /// Runs `task` once, `delay` from now, unless the returned handle is destroyed before.
+    /// Runs `task` once, `delay` from now, unless the returned handle is destroyed first.
     [[nodiscard]] virtual std::unique_ptr<ScheduledTask> asyncAfter(std::chrono::milliseconds delay,
                                                                     std::function<void()> task) = 0;
 

@@ -7,13 +7,13 @@
 
 namespace lapsa {
 
-/// Whether the user of the desktop wants things to move.
+/// Whether the user's desktop settings allow animations.
 class MotionPreference : public QObject
 {
     Q_OBJECT
 
 public:
-    /// True while nobody has said otherwise.
+    /// True unless a setting says otherwise.
     [[nodiscard]] virtual bool animationsEnabled() const = 0;
 
 signals:

@@ -16,7 +16,7 @@ public:
     Pasteboard& operator=(const Pasteboard&) = delete;
     virtual ~Pasteboard() = default;
 
-    /// Empties the clipboard and puts plain text on it. The text stays available while the process runs.
+    /// Replaces the clipboard's content with plain text. The text stays available while the process runs.
     virtual void setText(const QString& text) = 0;
 };
 

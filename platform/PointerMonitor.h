@@ -9,7 +9,7 @@
 
 namespace lapsa {
 
-/// Reports the mouse buttons while it lives.
+/// Reports mouse buttons as long as it exists.
 class PointerWatch : public QObject
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ signals:
     void released();
 };
 
-/// The mouse buttons anywhere on the desktop, over windows of other programs too. Nothing is taken from those programs.
+/// Observes mouse buttons anywhere on the desktop, including over other programs' windows, which still get the events.
 class PointerMonitor
 {
 public:
@@ -30,7 +30,7 @@ public:
     PointerMonitor& operator=(const PointerMonitor&) = delete;
     virtual ~PointerMonitor() = default;
 
-    /// Never null. Where programs cannot see each other's clicks, the watch reports nothing.
+    /// Never null. On desktops where a program cannot see other programs' clicks, the watch reports nothing.
     [[nodiscard]] virtual std::unique_ptr<PointerWatch> watch() = 0;
 };
 

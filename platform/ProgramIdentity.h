@@ -7,19 +7,20 @@
 
 namespace lapsa {
 
-/// Who the program is to the desktop.
+/// How the program identifies itself to the desktop.
 struct ProgramIdentity
 {
-    /// A reverse domain name such as "org.example.Viewer": the name on the session bus and of the desktop entry.
+    /// A reverse domain name such as "org.example.Viewer": its name on the session bus and the name of its desktop
+    /// entry.
     QString id;
-    /// The name that users read.
+    /// The name shown to users.
     QString name;
-    /// Lower-case Latin letters: the identifier of the tray icon.
+    /// The identifier of the tray icon, in lower-case Latin letters.
     QString shortName;
-    /// The folder that holds the program's drawings, such as ":/viewer".
+    /// The folder of the program's drawings, such as ":/viewer".
     QString drawings;
 
-    /// The object on the session bus: "/org/example/Viewer" (Desktop Entry Specification, "D-Bus Activation").
+    /// The object path on the session bus: "/org/example/Viewer" (Desktop Entry Specification, "D-Bus Activation").
     [[nodiscard]] QString objectPath() const { return u'/' + QString(id).replace(u'.', u'/').replace(u'-', u'_'); }
 };
 

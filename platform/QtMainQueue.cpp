@@ -12,7 +12,7 @@ namespace lapsa {
 
 namespace {
 
-/// Up to here a late or early tick of half a second would be seen.
+/// Below this interval, a tick half a second early or late would be noticeable.
 constexpr std::chrono::seconds coarseFrom{10};
 
 class TimerTask final : public ScheduledTask

@@ -17,21 +17,21 @@ class StatusButton : public QObject
     Q_OBJECT
 
 public:
-    /// Its place on the desktop, in logical pixels; the point of the last click where only that is known; nothing where
-    /// neither is.
+    /// Its position on the desktop, in logical pixels; the point of the last click if only that is known; otherwise
+    /// nothing.
     [[nodiscard]] virtual std::optional<QRect> frame() const = 0;
 
-    /// Shows the template image of that name, drawn `size` logical pixels wide and high in a colour that shows on the
-    /// taskbar. False when there is no such image.
+    /// Shows the named template image, `size` logical pixels wide and high, in a colour visible on the taskbar. False
+    /// if there is no such image.
     virtual bool setTemplateImage(const QString& name, int size) = 0;
-    /// Shows a short text in place of an image.
+    /// Shows a short text instead of an image.
     virtual void setTitle(const QString& title) = 0;
     virtual void setToolTip(const QString& toolTip) = 0;
-    /// Marks the button while what it opens is open, where the desktop can show that.
+    /// Marks the button while the window that it opens is open, if the desktop can show that.
     virtual void setHighlighted(bool highlighted) = 0;
 
 signals:
-    /// A left click, or the desktop's equivalent, with the place of the button as by frame().
+    /// A left click, or the desktop's equivalent, with the button's position as returned by frame().
     void clicked(const std::optional<QRect>& frame);
 };
 

@@ -16,15 +16,15 @@ class StatusButton;
 /// One entry of a status item's menu.
 struct StatusMenuEntry
 {
-    /// Empty: a separator.
+    /// Empty for a separator.
     QString title;
     /// Works while the menu is open: the portable text of a key sequence such as "Ctrl+Q", or nothing.
     QString shortcut;
     std::function<void()> action;
 };
 
-/// The program's place in the desktop's tray. It appears in every tray that is there or comes, and goes with this
-/// object.
+/// The program's place in the desktop's tray. It appears in whatever tray is there or starts later, until this object
+/// is destroyed.
 class StatusItem
 {
 public:
@@ -33,10 +33,10 @@ public:
     StatusItem& operator=(const StatusItem&) = delete;
     virtual ~StatusItem() = default;
 
-    /// Null on a desktop that has no place for one.
+    /// Null if the desktop has no place for one.
     [[nodiscard]] virtual StatusButton* button() = 0;
 
-    /// The menu that a right click opens.
+    /// Sets the menu that a right click opens.
     virtual void setMenu(QList<StatusMenuEntry> entries) = 0;
 };
 

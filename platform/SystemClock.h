@@ -7,7 +7,7 @@
 
 namespace lapsa {
 
-/// The system's own time.
+/// The system's real-time clock.
 class SystemClock final : public Clock
 {
 public:

@@ -7,7 +7,7 @@ class QWindow;
 
 namespace lapsa {
 
-/// What the desktop's window system does for windows and the toolkit does not know.
+/// Window system features that the toolkit does not offer.
 class WindowSystem
 {
 public:
@@ -16,11 +16,11 @@ public:
     WindowSystem& operator=(const WindowSystem&) = delete;
     virtual ~WindowSystem() = default;
 
-    /// Whether windows can be translucent now. It may change at any time: ask again before a window is shown.
+    /// Whether windows can be translucent now. This may change at any time: ask again before showing a window.
     [[nodiscard]] virtual bool compositingAvailable() const = 0;
 
-    /// Keeps a window that is not shown yet out of taskbars and pagers, until it is hidden: call it again before each
-    /// show. Does nothing where windows have no such state.
+    /// Keeps a window out of taskbars and pagers until it is hidden: call it before each show. Does nothing on window
+    /// systems without such a state.
     virtual void keepOutOfTaskbars(const QWindow& window) = 0;
 };
 

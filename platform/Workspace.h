@@ -7,7 +7,7 @@ class QUrl;
 
 namespace lapsa {
 
-/// The desktop around the files. Both requests are answered later or never; a failure is silent.
+/// The desktop's handling of files. Both requests complete later or never; failures are silent.
 class Workspace
 {
 public:
@@ -16,7 +16,7 @@ public:
     Workspace& operator=(const Workspace&) = delete;
     virtual ~Workspace() = default;
 
-    /// Opens a file with its default application, a folder in the file manager.
+    /// Opens a file with its default application, or a folder in the file manager.
     virtual void open(const QUrl& url) = 0;
     /// Shows the file manager with the file or folder selected.
     virtual void reveal(const QUrl& url) = 0;

@@ -83,7 +83,7 @@ public:
     [[nodiscard]] std::unique_ptr<PointerWatch> watch() override { return std::make_unique<X11PointerWatch>(); }
 };
 
-/// Through XWayland they reach as far as its windows have the focus.
+/// Through XWayland, grabs work only while an XWayland window has the focus.
 std::unique_ptr<HotKeys> makeGrabs()
 {
     if (xcb_connection_t* const connection = x11Connection()) {

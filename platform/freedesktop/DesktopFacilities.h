@@ -15,8 +15,9 @@ class StatusBar;
 class WindowSystem;
 struct ProgramIdentity;
 
-// What differs from desktop to desktop. These functions, and nobody else, ask which one this is; where it lacks a
-// facility they give one that does nothing. Call them once, with a running application. None of them is ever null.
+// The facilities that differ from desktop to desktop. Only these functions ask which desktop this is; if it lacks a
+// facility, they return one that does nothing. Call each once, after creating the application object. They never return
+// null.
 
 [[nodiscard]] std::unique_ptr<StatusBar> makeStatusBar(const ProgramIdentity& identity);
 [[nodiscard]] std::unique_ptr<HotKeys> makeHotKeys();

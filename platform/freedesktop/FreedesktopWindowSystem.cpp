@@ -30,7 +30,7 @@ void FreedesktopWindowSystem::keepOutOfTaskbars(const QWindow& window)
     if (connection == nullptr) {
         return;
     }
-    // The toolkit keeps the states that it finds and adds its own ("_NET_WM_STATE", Extended Window Manager Hints).
+    // The toolkit keeps existing states and adds its own ("_NET_WM_STATE", Extended Window Manager Hints).
     const std::array states{x11ExistingAtom(connection, "_NET_WM_STATE_SKIP_TASKBAR"),
                             x11ExistingAtom(connection, "_NET_WM_STATE_SKIP_PAGER")};
     const xcb_atom_t property = x11ExistingAtom(connection, "_NET_WM_STATE");

@@ -7,8 +7,8 @@
 
 namespace lapsa {
 
-/// The X server and its compositing manager, which may come and go. On Wayland windows can always be translucent, and
-/// have no taskbar state.
+/// The X server and its compositing manager, which may start and stop at any time. On Wayland, windows can always be
+/// translucent and have no taskbar state.
 class FreedesktopWindowSystem final : public WindowSystem
 {
 public:

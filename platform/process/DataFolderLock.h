@@ -11,16 +11,16 @@
 
 namespace lapsa {
 
-/// Keeps other processes from working on the same data folder, also where no session bus brings them together. The lock
-/// lies on the folder itself: it leaves no file behind, and the end of the process, however it comes, releases it.
+/// Keeps other processes from using the same data folder, even without a session bus. The lock is on the folder itself:
+/// it leaves no file behind, and it is released however the process ends.
 class DataFolderLock final
 {
 public:
-    /// Tries for as long as `patience`: a predecessor may be just ending.
+    /// Retries for up to `patience`, because a previous process may be about to exit.
     DataFolderLock(const QString& folder, std::chrono::milliseconds patience);
 
-    /// Whether another process works on the folder. False also where the file system knows no locks, or the folder
-    /// cannot be opened: then nothing can be read or spoilt there either.
+    /// Whether another process uses the folder. Also false if the file system has no locks, or if the folder cannot be
+    /// opened: then its files cannot be read or damaged either.
     [[nodiscard]] bool takenByAnother() const { return m_takenByAnother; }
 
 private:

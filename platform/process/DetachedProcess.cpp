@@ -21,7 +21,7 @@ namespace lapsa {
 
 namespace {
 
-/// Waits for the end of a child without a thread or a signal handler, so that none stays behind as a zombie.
+/// Reaps a child process without a thread or a signal handler, so that it does not stay behind as a zombie.
 class ChildWatch final : public QObject
 {
 public:
@@ -75,7 +75,7 @@ bool startDetached(const QList<QByteArray>& command)
     }
     const auto descriptor = int(::syscall(SYS_pidfd_open, child, 0));
     if (descriptor >= 0) {
-        new ChildWatch(child, descriptor); // owned by the application object, goes with the child
+        new ChildWatch(child, descriptor); // owned by the application object; destroyed when the child ends
     }
     return true;
 }

@@ -5,11 +5,11 @@
 
 namespace lapsa {
 
-/// Drops the toolkit's messages: standard error belongs to systemLog(). A fatal message, such as about a display that
-/// cannot be reached, becomes one line there and ends the process: with status 1 until `startupDone`, later with an
-/// abort that leaves a core dump.
+/// Drops the toolkit's messages: standard error belongs to systemLog(). A fatal message, such as an unreachable
+/// display, becomes one line there and ends the process: with status 1 before `startupDone`, afterwards with an abort
+/// that leaves a core dump.
 ///
-/// Global, because a message handler of the toolkit is one plain function for the process and is passed no context.
+/// Static, because the toolkit has one message handler per process, a plain function without context.
 class QuietMessages final
 {
 public:

@@ -29,7 +29,7 @@ void passOver(int /*signal*/) {}
 
 void TerminationSignals::hold()
 {
-    // Not SIG_IGN, which the programs that are started from here would inherit.
+    // Not SIG_IGN: programs started from here would inherit it.
     struct sigaction passing = {};
     passing.sa_handler = passOver;
     passing.sa_flags = SA_RESTART;

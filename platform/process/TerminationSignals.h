@@ -19,9 +19,9 @@ class TerminationSignals final : public QObject
     Q_OBJECT
 
 public:
-    /// Keeps the signals waiting from now on. Has those come to nothing that would end the process in the middle of its
-    /// work: a reader of standard error that is gone, a file that may not get larger, a lease that somebody breaks. The
-    /// calls fail instead. To be called before there is a second thread, which would take them.
+    /// Blocks these signals from now on. Also makes harmless those that would end the process in the middle of its
+    /// work: a closed reader of standard error, the file size limit, a broken lease. The calls fail instead. Call it
+    /// before starting a second thread, which would otherwise receive the signals.
     static void hold();
 
     TerminationSignals();

@@ -25,13 +25,13 @@ constexpr qsizetype targetsLimit = 200;
 constexpr QByteArrayView utf8Text = "UTF8_STRING";
 constexpr QByteArrayView latin1Text = "STRING";
 
-/// Targets that are about the transfer, or make the owner do something, or name resources of the owner. The toolkit
-/// makes other kinds of text from "text/plain" by itself.
+/// Targets that describe the transfer, have side effects, or name the owner's resources. The other text targets are
+/// left out because the toolkit derives them from "text/plain".
 constexpr std::array<QByteArrayView, 12> leftOut{
     "TARGETS",         "MULTIPLE", "TIMESTAMP", "SAVE_TARGETS", "DELETE", "INSERT_SELECTION",
     "INSERT_PROPERTY", "LENGTH",   "PIXMAP",    "BITMAP",       "TEXT",   "COMPOUND_TEXT"};
 
-/// Forms as they are, also those that QMimeData would take apart and write anew.
+/// Returns the forms unchanged, including those that QMimeData would parse and rewrite.
 class KeptMimeData final : public QMimeData
 {
 public:
@@ -81,7 +81,7 @@ QList<Target> targetsToKeep(X11Connection& connection, const QList<xcb_atom_t>& 
     return kept;
 }
 
-/// Text goes first, in its best form, under the one name that the toolkit derives the others from.
+/// Text goes first, in its best form, under the name from which the toolkit derives the others.
 void addForm(QList<ClipboardContent::Form>& forms, const QByteArray& name, const QByteArray& bytes)
 {
     const QString plain = u"text/plain"_s;
@@ -110,7 +110,7 @@ std::variant<ClipboardContent, QString> contentOf(const QList<Target>& targets, 
     qsizetype room = sizeLimit;
     for (const Target& target : targets) {
         const SelectionAnswer answer = selection.read(target.atom, deadline, room);
-        // An owner refuses what it cannot make now. It would do so again.
+        // The owner cannot convert this now, and would refuse again.
         if (answer.outcome == SelectionAnswer::Outcome::Refused) {
             continue;
         }
@@ -121,7 +121,7 @@ std::variant<ClipboardContent, QString> contentOf(const QList<Target>& targets, 
             addForm(content.forms, target.name, answer.bytes);
             room -= answer.bytes.size();
         } else if (target.name.contains('/')) {
-            // The toolkit hands out bytes only. Without a slash it is about the owner, and not content.
+            // The toolkit can offer bytes only. A target without a slash describes the owner; it is not content.
             return u"the clipboard holds "_s + QString::fromLatin1(target.name) + u", which cannot be kept"_s;
         }
     }

@@ -19,12 +19,12 @@ namespace lapsa {
 class X11Connection;
 class X11Selection;
 
-/// All that is on the clipboard, in every form that its owner offers.
+/// The whole content of the clipboard, in every form that its owner offers.
 struct ClipboardContent
 {
     struct Form
     {
-        /// The name of the form as the toolkit knows it; plain text is "text/plain", as UTF-8.
+        /// The toolkit's name for the form; plain text is "text/plain", in UTF-8.
         QString name;
         QByteArray bytes;
 
@@ -32,22 +32,22 @@ struct ClipboardContent
     };
 
     QList<Form> forms;
-    /// Nothing, not even an empty text, is on a clipboard that nobody owns.
+    /// A clipboard without an owner holds nothing, not even empty text.
     bool owned = false;
 
     friend bool operator==(const ClipboardContent&, const ClipboardContent&) = default;
 };
 
-/// Copies the clipboard's content, or tells why it cannot be had whole. When the client with the resource `ours`, which
-/// is this program's toolkit, owns it, it is taken from there.
+/// Copies the clipboard's content, or says why it cannot be copied completely. If the client with the resource `ours`
+/// (this program's toolkit) owns the clipboard, the content comes from the toolkit.
 [[nodiscard]] std::variant<ClipboardContent, QString> clipboardContent(X11Connection& connection,
                                                                        X11Selection& selection, std::uint32_t ours,
                                                                        const QDeadlineTimer& deadline);
 
-/// The content where this program's toolkit owns the clipboard, or why it cannot be had.
+/// The content while this program's toolkit owns the clipboard, or why it cannot be copied.
 [[nodiscard]] std::variant<ClipboardContent, QString> ownClipboardContent();
 
-/// The content for the toolkit's clipboard, each form as the bytes that it was.
+/// The content for the toolkit's clipboard, with the bytes of each form unchanged.
 [[nodiscard]] std::unique_ptr<QMimeData> mimeDataOf(const ClipboardContent& content);
 
 } // namespace lapsa

@@ -17,7 +17,7 @@ namespace lapsa {
 
 namespace {
 
-/// For a file manager that takes the clipboard once more for the same copy.
+/// Some file managers take the clipboard again for the same copy.
 constexpr int tries = 10;
 constexpr std::chrono::milliseconds nextTry{20};
 constexpr std::chrono::milliseconds serverPatience{200};
@@ -36,8 +36,8 @@ void ClipboardRestore::begin(const ClipboardContent& content, xcb_window_t windo
 void ClipboardRestore::attemptSoon()
 {
     whenServerTimestampIsFresh(this, [this, beginning = m_beginning] {
-        // A late copy may begin anew before the first attempt was made. Of two attempts the second would find nothing
-        // left to put back, and would empty the clipboard.
+        // A late copy may call begin() again before the first attempt was made. A second attempt would find nothing
+        // left to restore and would clear the clipboard.
         if (beginning == m_beginning) {
             attempt();
         }
@@ -49,7 +49,7 @@ void ClipboardRestore::attempt()
     --m_triesLeft;
     QClipboard* const clipboard = QGuiApplication::clipboard();
     if (m_content.owned) {
-        clipboard->setMimeData(mimeDataOf(m_content).release()); // the clipboard's from now on
+        clipboard->setMimeData(mimeDataOf(m_content).release()); // owned by the clipboard from now on
     } else {
         clipboard->clear();
     }
@@ -67,13 +67,13 @@ void ClipboardRestore::attempt()
 
 bool ClipboardRestore::arrived() const
 {
-    // The toolkit believes that it owns what it wanted to own.
+    // The toolkit assumes that it owns the clipboard once it has asked for it, so ask the server.
     const QDeadlineTimer deadline(serverPatience);
     X11Connection connection;
     const auto owner = connection.reply<xcb_get_selection_owner_reply_t>(
         xcb_get_selection_owner(connection.get(), connection.atom("CLIPBOARD", deadline)), deadline);
     if (!owner) {
-        return true; // a server that does not answer is not asked again
+        return true; // do not ask a server that does not answer again
     }
     const bool nobodys = owner->owner == XCB_WINDOW_NONE;
     return nobodys ? !m_content.owned : !connection.sameClient(owner->owner, m_window);

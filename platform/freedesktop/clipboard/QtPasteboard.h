@@ -7,7 +7,7 @@
 
 namespace lapsa {
 
-/// The clipboard of the desktop.
+/// The desktop's clipboard.
 class QtPasteboard final : public Pasteboard
 {
 public:

@@ -18,7 +18,7 @@ namespace lapsa {
 
 namespace {
 
-/// Changes a property of a window of its own on the toolkit's connection, and waits for the server to tell so.
+/// Changes a property of its own window on the toolkit's connection, and waits for the server's event about it.
 class Refresh final : public QObject, public QAbstractNativeEventFilter
 {
 public:
@@ -43,7 +43,7 @@ public:
 
     ~Refresh() override
     {
-        // The toolkit may be gone already, and the connection with it.
+        // The toolkit and its connection may be gone already.
         if (x11Connection() == m_connection) {
             xcb_destroy_window(m_connection, m_window);
             xcb_flush(m_connection);
@@ -58,7 +58,7 @@ public:
             return false;
         }
         m_seen = true;
-        // The toolkit looks at the event after us.
+        // The toolkit sees the event after this filter.
         QMetaObject::invokeMethod(this, &Refresh::finish, Qt::QueuedConnection);
         return false;
     }
@@ -81,7 +81,7 @@ private:
 void whenServerTimestampIsFresh(QObject* context, std::function<void()> then)
 {
     if (xcb_connection_t* const connection = x11Connection()) {
-        new Refresh(context, connection, std::move(then)); // deletes itself, or goes with its context
+        new Refresh(context, connection, std::move(then)); // deletes itself, or is deleted with its context
     } else {
         then();
     }

@@ -26,7 +26,7 @@ UnfinishedTransfer::UnfinishedTransfer(std::unique_ptr<X11Connection> connection
     m_end.setSingleShot(true);
     connect(&m_end, &QTimer::timeout, this, &UnfinishedTransfer::stop);
     connect(&m_input, &QSocketNotifier::activated, this, &UnfinishedTransfer::takeRest);
-    // What has been read already makes no noise.
+    // Events already read do not wake the notifier.
     QMetaObject::invokeMethod(this, &UnfinishedTransfer::takeRest, Qt::QueuedConnection);
     m_end.start(patience);
 }

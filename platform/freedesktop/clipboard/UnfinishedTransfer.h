@@ -14,15 +14,15 @@ namespace lapsa {
 class X11Connection;
 class X11Selection;
 
-/// Takes the rest of an answer that came too late or was too large, until nothing has come for a while: an owner of the
-/// clipboard may end when the window that it sends to is gone, and the user's content would be lost with it.
+/// Reads the rest of an answer that was too late or too large, until nothing more arrives for a while: some clipboard
+/// owners exit when the window that they send to disappears, and the user's content would be lost.
 class UnfinishedTransfer final : public QObject
 {
 public:
     UnfinishedTransfer(std::unique_ptr<X11Connection> connection, std::unique_ptr<X11Selection> selection);
     ~UnfinishedTransfer() override;
 
-    /// Whether nothing more will be taken.
+    /// Whether reading has stopped.
     [[nodiscard]] bool ended() const { return !m_selection; }
 
 private:

@@ -12,7 +12,7 @@ namespace lapsa {
 
 namespace {
 
-/// Of four bytes each: a megabyte at a time, so that the deadline is looked at in between.
+/// In units of four bytes: one megabyte at a time, so that the deadline is checked in between.
 constexpr std::uint32_t pieceLength = 256 * 1024;
 constexpr qsizetype targetsLimit = 4096;
 
@@ -53,7 +53,7 @@ void X11Selection::clear()
 QList<xcb_atom_t> X11Selection::targets(const QDeadlineTimer& deadline)
 {
     const SelectionAnswer answer = read(m_targets, deadline, targetsLimit);
-    // Some owners give plain text for everything, and some name the target as the type.
+    // Some owners return plain text for everything, and some give the target as the type.
     const bool atoms = answer.type == XCB_ATOM_ATOM || answer.type == m_targets;
     if (answer.outcome != SelectionAnswer::Outcome::Answered || answer.format != 32 || !atoms) {
         return {};
@@ -75,7 +75,7 @@ void X11Selection::takeRest()
 {
     while (m_connection.nextEvent(QDeadlineTimer(0))) {
     }
-    // The owner sends the next piece when this one is gone, which may have been read in part.
+    // The owner sends the next piece once this one is deleted, even if it was read only in part.
     xcb_delete_property(m_connection.get(), m_window, m_property);
     xcb_flush(m_connection.get());
 }
@@ -96,7 +96,7 @@ SelectionAnswer X11Selection::readWhole(xcb_atom_t target, const QDeadlineTimer&
     if (reinterpret_cast<const xcb_selection_notify_event_t&>(*event).property == XCB_ATOM_NONE) {
         return {.outcome = SelectionAnswer::Outcome::Refused, .bytes = {}};
     }
-    // The change of the property that came with this answer would look like the first piece.
+    // The property change that came with this answer would look like the first piece.
     m_connection.forgetEvents([this](const xcb_generic_event_t& candidate) {
         return kindOf(candidate) == XCB_PROPERTY_NOTIFY &&
                reinterpret_cast<const xcb_property_notify_event_t&>(candidate).window == m_window;

@@ -13,7 +13,7 @@ namespace lapsa {
 
 class X11Connection;
 
-/// What the owner of a selection answered to the question for one target.
+/// The answer of a selection's owner to a request for one target.
 struct SelectionAnswer
 {
     enum class Outcome
@@ -21,51 +21,52 @@ struct SelectionAnswer
         Answered,
         /// The owner does not have it.
         Refused,
-        /// Not in time, or not the way that owners have to answer.
+        /// Too late, or not in the way that the protocol requires.
         NoAnswer,
         TooLarge,
     };
 
     Outcome outcome = Outcome::NoAnswer;
     xcb_atom_t type = XCB_ATOM_NONE;
-    /// Bits of one element: 8, 16 or 32.
+    /// Bits per element: 8, 16 or 32.
     int format = 0;
     QByteArray bytes;
 };
 
-/// Reads the clipboard as another program would. Asking for what one's own program owns would wait for itself.
+/// Reads the clipboard as another program would. Do not use it for content that this program owns: it would wait for
+/// itself.
 class X11Selection final
 {
 public:
-    /// The connection outlives this object.
+    /// The connection must outlive this object.
     X11Selection(X11Connection& connection, const QDeadlineTimer& deadline);
     X11Selection(const X11Selection&) = delete;
     X11Selection& operator=(const X11Selection&) = delete;
     ~X11Selection();
 
-    /// The window that owns it; none when nobody does.
+    /// The window that owns it; XCB_WINDOW_NONE without an owner.
     [[nodiscard]] xcb_window_t owner(const QDeadlineTimer& deadline);
 
-    /// From now on nobody owns it.
+    /// Leaves the clipboard without an owner.
     void clear();
 
-    /// What the owner says it can give; empty when it does not say.
+    /// The targets that the owner offers; empty if it does not say.
     [[nodiscard]] QList<xcb_atom_t> targets(const QDeadlineTimer& deadline);
 
     [[nodiscard]] SelectionAnswer read(xcb_atom_t target, const QDeadlineTimer& deadline, qsizetype limit);
 
-    /// Whether an answer has not come whole. Some owners end when the one who asked has gone meanwhile, and the content
-    /// with them: then stay, and take the rest.
+    /// Whether an answer is still incomplete. Some owners exit if the requestor disappears meanwhile, and the content
+    /// is lost: keep this object and read the rest.
     [[nodiscard]] bool unfinished() const { return m_unfinished; }
 
-    /// Takes what has come of the rest, and drops it.
+    /// Reads and drops what has arrived of the rest.
     void takeRest();
 
 private:
     [[nodiscard]] SelectionAnswer readWhole(xcb_atom_t target, const QDeadlineTimer& deadline, qsizetype limit);
-    /// Takes what stands in our property, all of it.
+    /// Reads the whole content of our property.
     [[nodiscard]] SelectionAnswer takeProperty(const QDeadlineTimer& deadline, qsizetype limit);
-    /// The rest of an answer that comes in pieces.
+    /// Reads the rest of an answer that comes in pieces.
     [[nodiscard]] SelectionAnswer takePieces(const QDeadlineTimer& deadline, qsizetype limit);
 
     X11Connection& m_connection;

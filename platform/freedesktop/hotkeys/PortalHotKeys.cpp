@@ -33,14 +33,14 @@ QDBusMessage callOf(const QString& method)
     return QDBusMessage::createMethodCall(service, path, interface, method);
 }
 
-/// Names a session among those of this process.
+/// Unique among the sessions of this process.
 QString newSessionToken()
 {
     static int count = 0;
     return QCoreApplication::applicationName().toLower() + QString::number(++count);
 }
 
-/// As the free desktop writes a shortcut.
+/// The key in the syntax of the freedesktop.org shortcuts specification.
 QString triggerOf(const HotKey& key)
 {
     return (key.super ? u"LOGO+"_s : QString()) + (key.shift ? u"SHIFT+"_s : QString()) + QLatin1Char(key.letter);
@@ -48,7 +48,7 @@ QString triggerOf(const HotKey& key)
 
 } // namespace
 
-/// A shortcut as the portal takes it: (sa{sv}).
+/// A shortcut as the portal expects it: (sa{sv}).
 struct PortalShortcut
 {
     QString identifier;
@@ -111,7 +111,7 @@ private slots:
                    const QVariantMap& /*options*/)
     {
         if (m_bound && session.path() == m_session && identifier == m_key.identifier) {
-            // A copy, because the one who hears it may give the key back.
+            // A copy, because the callback may release the key.
             const std::function<void()> pressed = m_pressed;
             pressed();
         }
@@ -134,7 +134,7 @@ private:
     void sessionCreated(const PortalRequest::Answer& answer)
     {
         const QVariant handle = answer ? answer->value(u"session_handle"_s) : QVariant();
-        // A text, though it is documented to become a path.
+        // A string, though the documentation says that it will become a path.
         m_session = handle.metaType() == QMetaType::fromType<QDBusObjectPath>() ? handle.value<QDBusObjectPath>().path()
                                                                                 : handle.toString();
         if (m_session.isEmpty()) {
@@ -171,7 +171,7 @@ private:
     void ownerChanged(const QString& oldOwner, const QString& newOwner)
     {
         if (oldOwner.isEmpty() && m_request && m_request->pending()) {
-            // The portal was started by our own question, and is going to answer it.
+            // Our own request started the portal, which will answer it.
             return;
         }
         endSession();
@@ -182,7 +182,7 @@ private:
         }
     }
 
-    /// Forgets a session that is no more.
+    /// Forgets a session that has ended.
     void endSession()
     {
         if (!m_session.isEmpty()) {
@@ -207,7 +207,7 @@ private:
     HotKeys& m_fallback;
     QDBusServiceWatcher m_watcher;
     std::unique_ptr<PortalRequest> m_request;
-    /// The object of the session; empty without one.
+    /// The session's object path; empty without a session.
     QString m_session;
     bool m_bound = false;
     std::unique_ptr<HotKeyRegistration> m_fallbackRegistration;
@@ -218,8 +218,8 @@ private:
 PortalHotKeys::PortalHotKeys(std::unique_ptr<HotKeys> fallback)
     : m_fallback(std::move(fallback))
 {
-    // A signal cannot be connected to a slot whose types are unknown, and the toolkit makes its own known with the
-    // first message only.
+    // A signal cannot be connected to a slot with unregistered types, and the toolkit registers its own only with the
+    // first message.
     qRegisterMetaType<QDBusObjectPath>();
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<QList<PortalShortcut>>();

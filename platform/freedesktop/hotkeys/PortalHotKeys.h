@@ -7,12 +7,12 @@
 
 namespace lapsa {
 
-/// Global keys of the desktop portal (`org.freedesktop.portal.GlobalShortcuts`), which Wayland has instead of grabs.
-/// The desktop may let the user choose another key. Everything is asked for without waiting.
+/// Global keys of the desktop portal (`org.freedesktop.portal.GlobalShortcuts`), used on Wayland instead of grabs. The
+/// desktop may let the user choose another key. No call waits.
 class PortalHotKeys final : public HotKeys
 {
 public:
-    /// `fallback` gives the keys while the portal does not. A key comes from one of them at a time.
+    /// `fallback` provides the keys while the portal does not. Only one of them provides a key at a time.
     explicit PortalHotKeys(std::unique_ptr<HotKeys> fallback);
 
     [[nodiscard]] std::unique_ptr<HotKeyRegistration> registerHotKey(const HotKey& key,

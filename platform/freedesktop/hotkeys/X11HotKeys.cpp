@@ -24,14 +24,14 @@ namespace lapsa {
 
 namespace {
 
-// Events of the keyboard extension ("X Keyboard Extension: Protocol Specification"): all have one number, their kind
-// stands in the second byte, and the group of a change of state in the fourteenth.
+// Events of the keyboard extension ("X Keyboard Extension: Protocol Specification"): all share one number, the second
+// byte holds their kind, and the fourteenth the group in a state notification.
 constexpr std::uint8_t newKeyboard = 0;
 constexpr std::uint8_t mapChanged = 1;
 constexpr std::uint8_t stateChanged = 2;
 constexpr std::size_t groupOffset = 13;
 
-/// The state of a key event also has the mouse buttons and the group.
+/// The state of a key event also contains the mouse buttons and the group.
 constexpr std::uint16_t allModifiers = 0xff;
 
 /// One passive grab.
@@ -53,7 +53,7 @@ QList<xcb_window_t> rootsOf(xcb_connection_t* connection)
     return roots;
 }
 
-/// All that can be made of some modifiers, none of them included.
+/// All combinations of some modifiers, including none of them.
 QList<std::uint16_t> combinationsOf(std::uint16_t modifiers)
 {
     QList<std::uint16_t> combinations;
@@ -66,7 +66,7 @@ QList<std::uint16_t> combinationsOf(std::uint16_t modifiers)
     return combinations;
 }
 
-/// Holds the grabs of one key, one for each state of the locks, and listens to what comes of them.
+/// Holds the grabs of one key, one for each state of the lock keys, and handles their events.
 class X11Registration final : public HotKeyRegistration, public QAbstractNativeEventFilter
 {
 public:
@@ -87,7 +87,7 @@ public:
 
     bool nativeEventFilter(const QByteArray& /*type*/, void* message, qintptr* /*result*/) override
     {
-        // Events that another client sent have the highest bit set, and are no key presses.
+        // Events sent by another client have the highest bit set, and are not key presses.
         const auto* const event = static_cast<const xcb_generic_event_t*>(message);
         if (event->response_type == XCB_KEY_PRESS) {
             keyPressed(*static_cast<const xcb_key_press_event_t*>(message));
@@ -97,19 +97,19 @@ public:
                    (m_extensionEvent && event->response_type == *m_extensionEvent && changesKeys(*event))) {
             updateSoon();
         }
-        // The toolkit goes on with it: the time of the key press is what lets it activate a window afterwards.
+        // The toolkit must see the event too: it needs the time of the key press to activate a window afterwards.
         return false;
     }
 
 private:
     void keyPressed(const xcb_key_press_event_t& event)
     {
-        // A key that is held repeats as a release and a press in the same moment.
+        // A held key repeats as a release and a press with the same timestamp.
         const bool repeated = m_released == event.time;
         const Grab grab{
             .root = event.event, .key = event.detail, .modifiers = std::uint16_t(event.state & allModifiers)};
         if (!repeated && m_grabs.contains(grab)) {
-            // Later, because it may take its time, and events must not be handled inside of another one.
+            // Queued, because it may take long, and events must not be handled inside another event.
             QMetaObject::invokeMethod(&m_context, m_pressed, Qt::QueuedConnection);
         }
     }
@@ -124,7 +124,7 @@ private:
         return kind == newKeyboard || kind == mapChanged;
     }
 
-    /// Once after a burst of changes.
+    /// Runs once after a burst of changes.
     void updateSoon()
     {
         if (!std::exchange(m_updateDue, true)) {
@@ -146,7 +146,7 @@ private:
         release(superfluous);
         m_grabs = wanted;
         if (!take(missing)) {
-            // A key that works with Caps Lock only would help nobody.
+            // A key that works only with Caps Lock is useless.
             release(std::exchange(m_grabs, {}));
         }
     }
@@ -172,7 +172,7 @@ private:
         return grabs;
     }
 
-    /// False when another program has one of them; the others are held then.
+    /// False if another program holds one of them; the others are grabbed anyway.
     [[nodiscard]] bool take(const QList<Grab>& grabs) const
     {
         constexpr std::uint8_t toUsOnly = 0;
@@ -189,7 +189,7 @@ private:
         return taken;
     }
 
-    /// Those that we do not hold stay as they are.
+    /// Grabs that we do not hold are not affected.
     void release(const QList<Grab>& grabs) const
     {
         for (const Grab& grab : grabs) {
@@ -202,12 +202,12 @@ private:
     HotKey m_key;
     std::function<void()> m_pressed;
     std::optional<std::uint8_t> m_extensionEvent;
-    /// Held completely, or empty.
+    /// Either all the grabs of the key, or empty.
     QList<Grab> m_grabs;
     std::optional<xcb_timestamp_t> m_released;
     std::optional<std::uint8_t> m_group;
     bool m_updateDue = false;
-    /// What is still queued for later goes with it.
+    /// Queued calls are dropped with it.
     QObject m_context;
 };
 

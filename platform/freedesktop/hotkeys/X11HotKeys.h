@@ -14,7 +14,7 @@ namespace lapsa {
 class X11HotKeys final : public HotKeys
 {
 public:
-    /// The toolkit's connection, which has to outlive this and all registrations.
+    /// `connection` is the toolkit's and must outlive this object and all registrations.
     explicit X11HotKeys(xcb_connection_t* connection);
 
     [[nodiscard]] std::unique_ptr<HotKeyRegistration> registerHotKey(const HotKey& key,

@@ -29,7 +29,7 @@ QString newToken()
     return QCoreApplication::applicationName().toLower() + QString::number(++count);
 }
 
-/// Where the portal puts the request that is made with a token, so that its answer cannot come too early to be heard.
+/// The path of a request made with `token`. Listening there before the call makes sure that its answer is not missed.
 QString predictedPath(const QString& token)
 {
     const QString sender = QDBusConnection::sessionBus().baseService().remove(u':').replace(u'.', u'_');
@@ -100,7 +100,7 @@ void PortalRequest::finish(const Answer& answer)
     if (!std::exchange(m_pending, false)) {
         return;
     }
-    // Later, so that whoever hears it may destroy this.
+    // Queued, so that the callback may destroy this object.
     QMetaObject::invokeMethod(
         this,
         [this, answer] {

@@ -14,28 +14,28 @@
 
 namespace lapsa {
 
-/// A method of the desktop portal that answers later, by a signal of a request object
-/// (`org.freedesktop.portal.Request`). One object for one call; destroying it before the answer withdraws the request.
+/// A method of the desktop portal that answers later, through a signal of a request object
+/// (`org.freedesktop.portal.Request`). One object per call; destroying it before the answer withdraws the request.
 class PortalRequest final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The results; nothing when the portal or the user refused, or nobody was there to ask.
+    /// The results; nothing if the portal or the user refused, or if there is no portal.
     using Answer = std::optional<QVariantMap>;
 
-    /// How long the bus waits for a service, where nothing else is said.
+    /// How long the bus waits for a service by default.
     static constexpr std::chrono::milliseconds usualPatience{25'000};
 
-    /// Sends `call`, to which the options are added as the last argument. `patience` is for the portal to take the
-    /// request, not for its answer. `answered` may destroy this object.
+    /// Sends `call` with the options as its last argument. `patience` is the time for the portal to accept the request,
+    /// not to answer it. `answered` may destroy this object.
     PortalRequest(QDBusMessage call, QVariantMap options, std::function<void(const Answer&)> answered,
                   std::chrono::milliseconds patience = usualPatience);
     ~PortalRequest() override;
 
     [[nodiscard]] bool pending() const { return m_pending; }
 
-    /// Whether there are no results because the user wanted none. False until the answer is there.
+    /// Whether there are no results because the user cancelled. False until the answer arrives.
     [[nodiscard]] bool refusedByUser() const { return m_refusedByUser; }
 
 private slots:

@@ -40,7 +40,7 @@ PortalSetting::PortalSetting(QString group, QString key)
 void PortalSetting::settingChanged(const QString& group, const QString& key, const QDBusVariant& value)
 {
     if (group == m_group && key == m_key) {
-        // What is still being asked for is older than this.
+        // Answers still outstanding are older than this.
         ++m_question;
         setValue(value.variant());
     }
@@ -75,7 +75,7 @@ void PortalSetting::answer(const QDBusMessage& reply, const QString& method)
     if (reply.type() == QDBusMessage::ReplyMessage) {
         setValue(reply.arguments().value(0));
     } else if (method == u"ReadOne"_s && reply.errorName() == u"org.freedesktop.DBus.Error.UnknownMethod"_s) {
-        // Portals before 1.17 know the older call only.
+        // Portals before 1.17 have only the older call.
         ask(u"Read"_s);
     } else {
         setValue(QVariant());

@@ -13,7 +13,7 @@ class QDBusVariant;
 
 namespace lapsa {
 
-/// A setting of the desktop as its settings portal (`org.freedesktop.portal.Settings`) tells it, live.
+/// A desktop setting as its settings portal (`org.freedesktop.portal.Settings`) reports it, live.
 class PortalSetting final : public QObject
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ class PortalSetting final : public QObject
 public:
     PortalSetting(QString group, QString key);
 
-    /// Invalid until the portal has answered, where there is none, and where it does not know the setting.
+    /// Invalid until the portal has answered, without a portal, and if the portal does not know the setting.
     [[nodiscard]] const QVariant& value() const { return m_value; }
 
 signals:
@@ -39,7 +39,7 @@ private:
     QString m_group;
     QString m_key;
     QDBusServiceWatcher m_watcher;
-    /// Counts what is asked, so that an answer older than what is known is left out.
+    /// Counts the questions, so that outdated answers are ignored.
     int m_question = 0;
     QVariant m_value;
 };

@@ -33,7 +33,7 @@ constexpr std::array<KnownClass, 10> knownClasses{{
     {"xfdesktop", Way::Keys},
 }};
 
-/// The second part of WM_CLASS; the first is the name of one window or of the command.
+/// The second part of WM_CLASS; the first names a single window or the command.
 QByteArray classOf(const QByteArray& property)
 {
     const QList<QByteArray> parts = property.split('\0');

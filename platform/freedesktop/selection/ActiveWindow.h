@@ -15,10 +15,10 @@ namespace lapsa {
 
 class X11Connection;
 
-/// A window of a file manager that the user works with.
+/// The file manager window that the user is working in.
 struct FileManagerWindow
 {
-    /// How it is asked to copy what is selected.
+    /// How to make it copy its selection.
     enum class Way
     {
         Keys,
@@ -27,15 +27,15 @@ struct FileManagerWindow
 
     xcb_window_t window = XCB_WINDOW_NONE;
     Way way = Way::Keys;
-    /// Zero when it does not say.
+    /// 0 if unknown.
     std::uint32_t processId = 0;
 };
 
-/// The way to ask the file manager whose windows are of that class; nothing for every other program. In any case.
+/// How to ask the file manager with this window class (not case-sensitive); nothing for other programs.
 [[nodiscard]] std::optional<FileManagerWindow::Way> wayOfClass(QByteArrayView windowClass);
 
-/// The active window, if it is a file manager's. Waits while no window is active, or only a taskbar or a window of the
-/// client with the resource `ours`, as right after a menu has closed.
+/// The active window, if it belongs to a file manager. Waits while no window is active, or only a taskbar or a window
+/// of the client with the resource `ours`, for example right after a menu has closed.
 [[nodiscard]] std::optional<FileManagerWindow> activeFileManager(X11Connection& connection, std::uint32_t ours,
                                                                  const QDeadlineTimer& deadline);
 

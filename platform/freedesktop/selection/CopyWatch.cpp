@@ -12,7 +12,7 @@ namespace lapsa {
 namespace {
 
 constexpr std::uint32_t pingsToSettle = 2;
-/// Where others have a time, so that a window manager does not take the answer for one of its own.
+/// Sent in place of a timestamp, so that a window manager does not mistake the answer for one to its own ping.
 constexpr std::uint32_t pingMark = 0x4c617073;
 
 } // namespace

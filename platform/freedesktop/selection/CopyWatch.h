@@ -13,21 +13,21 @@ namespace lapsa {
 
 class X11Connection;
 
-/// Follows what a file manager does after it was asked to copy: whether it takes the clipboard, or has nothing to copy.
+/// Watches whether a file manager that was asked to copy takes the clipboard or has nothing to copy.
 ///
-/// That nothing is copied is known from two pings (_NET_WM_PING of the Extended Window Manager Hints): a program that
-/// has answered both has read its events since, and the keys came before them.
+/// Two pings show that there is nothing to copy (_NET_WM_PING of the Extended Window Manager Hints): a program that has
+/// answered both has also read the key events sent before them.
 class CopyWatch final
 {
 public:
-    /// From now on every change of the clipboard's owner counts but those by the client with the resource `ours`. The
-    /// connection outlives this object.
+    /// From now on, every change of the clipboard's owner counts, except those by the client with the resource `ours`.
+    /// The connection must outlive this object.
     CopyWatch(X11Connection& connection, xcb_window_t fileManager, std::uint32_t ours, const QDeadlineTimer& deadline);
 
     /// The file manager has been asked.
     void asked(const QDeadlineTimer& deadline);
 
-    /// It has told that it is done.
+    /// The file manager has reported that it is done.
     void done() { m_settled = true; }
 
     void handle(const xcb_generic_event_t& event);
@@ -35,13 +35,13 @@ public:
     /// Whether the file manager took the clipboard.
     [[nodiscard]] bool copied() const { return m_copied; }
 
-    /// Whether another program has it since.
+    /// Whether another program has taken the clipboard since.
     [[nodiscard]] bool takenByAnother() const { return m_takenByAnother; }
 
-    /// Whether the file manager has done what it was asked for: what is not copied now will hardly come.
+    /// Whether the file manager has handled the request: a copy is unlikely to follow.
     [[nodiscard]] bool settled() const { return m_settled; }
 
-    /// Whether it will be known that nothing is copied: after done(), and from a program that answers pings.
+    /// Whether settled() can become true: after done(), or if the program answers pings.
     [[nodiscard]] bool canSettle() const { return m_pings > 0 || m_settled; }
 
 private:

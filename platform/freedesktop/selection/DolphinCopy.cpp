@@ -19,7 +19,7 @@ namespace {
 const QString windowInterface = u"org.kde.KMainWindow"_s;
 const QString windowsPath = u"/dolphin"_s;
 
-/// One call, its answer waited for without the event loop. The first value of the answer; invalid when none comes.
+/// Calls and waits for the answer without running the event loop. An error message if no answer comes in time.
 QDBusMessage answerOf(const QDBusMessage& call, const QDeadlineTimer& deadline)
 {
     const int patience = std::max(1, static_cast<int>(deadline.remainingTime()));

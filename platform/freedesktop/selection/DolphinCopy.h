@@ -12,14 +12,14 @@ namespace lapsa {
 enum class DolphinOutcome
 {
     Copied,
-    /// It does not know the window, or does not answer: nothing has been asked.
+    /// Dolphin does not know the window, or does not answer: the request was not made.
     NotAsked,
-    /// It has been asked, but did not say in time that it is done.
+    /// Dolphin was asked, but did not confirm in time.
     Unanswered,
 };
 
-/// Makes one window of Dolphin copy what is selected in it, over the session bus: Control+C would be an interrupt for
-/// the program in its terminal panel.
+/// Makes one window of Dolphin copy its selection, over the session bus: Control+C would interrupt the program in
+/// Dolphin's built-in terminal.
 [[nodiscard]] DolphinOutcome copyInDolphin(std::uint32_t processId, std::uint32_t window,
                                            const QDeadlineTimer& deadline);
 

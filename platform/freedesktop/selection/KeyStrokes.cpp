@@ -17,17 +17,17 @@ namespace lapsa {
 namespace {
 
 constexpr xcb_keysym_t letterC = 0x63;
-constexpr xcb_keysym_t letterY = 0x79; // of the shortcut that may have brought us here
+constexpr xcb_keysym_t letterY = 0x79; // of the shortcut that may have triggered this
 constexpr xcb_keysym_t leftControl = 0xffe3;
 constexpr int lockModifier = 1; // the second row of the modifier mapping
 constexpr int modifierRows = 8;
 
-/// Two columns of the core mapping are one group of the layout: plain and with Shift.
+/// Two columns of the core mapping form one layout group: without and with Shift.
 constexpr int columnsOfAGroup = 2;
 constexpr unsigned int groupShift = 13;
 constexpr unsigned int groupMask = 3;
 
-/// Which keys there are, and which of them are down.
+/// The keys of the keyboard, and which of them are down.
 class Keyboard final
 {
 public:
@@ -36,7 +36,7 @@ public:
         const xcb_setup_t* const setup = xcb_get_setup(connection.get());
         m_first = setup->min_keycode;
         m_count = setup->max_keycode - setup->min_keycode + 1;
-        // All questions first, so that they cost one journey to the server.
+        // Send all requests first, so that they take one round trip to the server.
         const auto mapping = xcb_get_keyboard_mapping(connection.get(), m_first, static_cast<std::uint8_t>(m_count));
         const auto modifiers = xcb_get_modifier_mapping(connection.get());
         const auto keymap = xcb_query_keymap(connection.get());
@@ -49,8 +49,8 @@ public:
 
     [[nodiscard]] bool known() const { return m_mapping && m_modifiers && m_keymap && m_pointer; }
 
-    /// The key that gives a letter in the group of the layout that is in use; else in another, as a layout without
-    /// Latin letters has it, whose users' programs then look there as well.
+    /// The key for a letter in the current layout group, else in another one: with a layout without Latin letters,
+    /// programs look for shortcuts there too.
     [[nodiscard]] std::optional<xcb_keycode_t> keyOf(xcb_keysym_t symbol) const
     {
         const int columns = m_mapping->keysyms_per_keycode;
@@ -61,7 +61,7 @@ public:
         return keyInColumns(symbol, 0, columns);
     }
 
-    /// What the user holds of the modifiers, and of a letter.
+    /// The modifier keys that the user holds, and the letter's key if it is held.
     [[nodiscard]] QList<xcb_keycode_t> held(xcb_keysym_t letter) const
     {
         QList<xcb_keycode_t> keys;
@@ -106,7 +106,7 @@ private:
     XcbPointer<xcb_query_pointer_reply_t> m_pointer;
 };
 
-/// The server works for this connection only, until it goes.
+/// The server serves only this connection as long as this object exists.
 class ServerGrab final
 {
 public:
@@ -134,7 +134,7 @@ void play(xcb_connection_t* connection, std::uint8_t event, xcb_keycode_t key)
     xcb_test_fake_input(connection, event, key, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
 }
 
-/// While the keys of the global shortcut are down, the keyboard is the toolkit's alone.
+/// While the keys of the global shortcut are down, the toolkit's connection has grabbed the keyboard.
 void releaseKeyboardGrab()
 {
     if (xcb_connection_t* const toolkit = x11Connection()) {

@@ -14,14 +14,14 @@ class X11Connection;
 enum class KeysOutcome
 {
     Sent,
-    /// Another window has the keyboard: nothing was sent.
+    /// Another window has the focus, or the server did not answer in time: nothing was sent.
     FocusElsewhere,
-    /// The server cannot play keys, or the keyboard has no such key.
+    /// The server cannot simulate keys, or the keyboard has no such key.
     Impossible,
 };
 
-/// Presses Control+C, once and for the client of `window` only: while it is done, the server is held, so that the focus
-/// cannot go elsewhere in between. Keys that the user still holds from a shortcut are let go before.
+/// Presses Control+C once, and only for the client of `window`: the server is grabbed meanwhile, so that the focus
+/// cannot move. Keys that the user still holds from a shortcut are released first.
 [[nodiscard]] KeysOutcome pressCopy(X11Connection& connection, xcb_window_t window, const QDeadlineTimer& deadline);
 
 } // namespace lapsa

@@ -18,9 +18,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// For a file manager that hangs. What comes later than this is taken for the user's own doing.
+/// For a file manager that hangs. A copy after this time is assumed to be the user's own.
 constexpr std::chrono::milliseconds patience = 10s;
-/// For one that has read its events, or does not tell: in less time than a user takes to copy something.
+/// For one that has read its events, or cannot report it: less time than a user needs to copy something.
 constexpr auto settledPatience = 200ms;
 constexpr auto untoldPatience = 1s;
 
@@ -44,7 +44,7 @@ LateCopy::LateCopy(Parts parts, std::function<void(const ClipboardContent&)> res
     connect(&m_input, &QSocketNotifier::activated, this, &LateCopy::readEvents);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &LateCopy::noteOwnContent);
     m_end.start(patienceFor(*m_parts.watch));
-    // What has been read already makes no noise.
+    // Events already read do not wake the notifier.
     QMetaObject::invokeMethod(this, &LateCopy::readEvents, Qt::QueuedConnection);
 }
 
@@ -80,7 +80,7 @@ void LateCopy::readEvents()
     }
 }
 
-/// What is put back later is what the clipboard holds by then, such as a path copied in this program.
+/// Restores what this program has put on the clipboard meanwhile, such as a copied path, instead of the older content.
 void LateCopy::noteOwnContent()
 {
     auto content = ownClipboardContent();
@@ -93,7 +93,7 @@ void LateCopy::stop()
 {
     m_end.stop();
     m_input.setEnabled(false);
-    // Nobody reads the connection any more, and the content may be large.
+    // The connection is no longer read, and the content may be large.
     m_parts.watch.reset();
     m_parts.connection.reset();
     m_parts.content = {};

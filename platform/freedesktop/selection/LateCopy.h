@@ -17,15 +17,15 @@ namespace lapsa {
 
 class X11Connection;
 
-/// Waits for a file manager that was asked to copy and has not done so in time: should it take the clipboard now, the
-/// user's content is put back. Lets go when another program takes the clipboard, and after a while.
+/// Watches a file manager that was asked to copy and has not done so in time: if it still takes the clipboard, the
+/// user's content is restored. Stops when another program takes the clipboard, and after a time limit.
 class LateCopy final : public QObject
 {
 public:
     struct Parts
     {
         std::unique_ptr<X11Connection> connection;
-        /// Stands on the connection.
+        /// Uses the connection.
         std::unique_ptr<CopyWatch> watch;
         ClipboardContent content;
     };
@@ -33,10 +33,10 @@ public:
     LateCopy(Parts parts, std::function<void(const ClipboardContent&)> restore);
     ~LateCopy() override;
 
-    /// Whether the file manager may still be busy with the question.
+    /// Whether the file manager may still be handling the request.
     [[nodiscard]] bool unanswered() const;
 
-    /// Takes notice of what has happened, without the event loop.
+    /// Handles the events received so far, without the event loop.
     void readEvents();
 
 private:

@@ -23,11 +23,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype answerLimit = 64LL * 1024 * 1024;
-/// How long a program may take from reading its events to taking the clipboard.
+/// The time a program gets from reading its events to taking the clipboard.
 constexpr std::chrono::milliseconds settleTime{50};
 constexpr std::chrono::milliseconds focusStep{5};
 constexpr std::chrono::milliseconds pingTime{10};
-/// What file managers call the list, the plainest form first.
+/// The targets under which file managers offer the list, the simplest first.
 constexpr std::array<const char*, 2> listTargets{"text/uri-list", "x-special/gnome-copied-files"};
 
 std::uint32_t toolkitClient()
@@ -43,7 +43,7 @@ QDeadlineTimer earlier(const QDeadlineTimer& one, const QDeadlineTimer& other)
 
 } // namespace
 
-/// One question and what it stands on.
+/// One question and the objects it uses.
 struct X11FileManagerSelection::Question
 {
     std::unique_ptr<X11Connection> connection;
@@ -54,8 +54,8 @@ struct X11FileManagerSelection::Question
     std::unique_ptr<CopyWatch> watch;
     ClipboardContent content;
     std::unique_ptr<X11Selection> selection;
-    /// Nobody could ask us for it while we wait, and some file managers look at the clipboard before they copy: what is
-    /// ours is taken off the clipboard meanwhile.
+    /// Whether our own content was taken off the clipboard meanwhile: some file managers read the clipboard before they
+    /// copy, and we cannot answer while we wait.
     bool takenOff = false;
 };
 
@@ -81,7 +81,7 @@ FileManagerSelection::Answer X11FileManagerSelection::ask()
                       .selection = nullptr,
                       .takenOff = false};
     if (m_late) {
-        m_late->readEvents(); // or what has just been copied late would be kept as the user's
+        m_late->readEvents(); // otherwise a late copy would be kept as the user's content
     }
     if (m_restore.pending() || (m_late && m_late->unanswered())) {
         return Failure{u"the last question is not done with"_s};
@@ -115,7 +115,7 @@ FileManagerSelection::Answer X11FileManagerSelection::askThere(Question& questio
         }
         return *failure;
     }
-    // Not before: until now it watches over what an earlier question has brought about.
+    // Not earlier: until now it watches for the late copy of an earlier question.
     m_late.reset();
     waitForCopy(question);
     if (!question.watch->copied()) {
@@ -179,7 +179,7 @@ std::optional<FileManagerSelection::Answer> X11FileManagerSelection::requestCopy
         question.watch->done();
         break;
     case DolphinOutcome::Unanswered:
-        // The time is over, but the ping that tells when Dolphin has come round has still to go out.
+        // The time is up, but a ping is still needed to learn when Dolphin responds again.
         question.watch->asked(QDeadlineTimer(pingTime, Qt::PreciseTimer));
         break;
     case DolphinOutcome::NotAsked:
@@ -193,7 +193,7 @@ std::optional<FileManagerSelection::Answer> X11FileManagerSelection::pressKeys(Q
     KeysOutcome outcome = KeysOutcome::FocusElsewhere;
     do {
         outcome = pressCopy(*question.connection, question.fileManager.window, question.keepingEnd);
-        // The keyboard may follow the active window a moment later.
+        // The keyboard focus may follow the active window a moment later.
         std::ignore = question.connection->nextEvent([](const xcb_generic_event_t&) { return false; },
                                                      earlier(QDeadlineTimer(focusStep), question.keepingEnd));
     } while (outcome == KeysOutcome::FocusElsewhere && !question.keepingEnd.hasExpired());
@@ -229,7 +229,7 @@ FileManagerSelection::Answer X11FileManagerSelection::readAnswer(Question& quest
     X11Connection& connection = *question.connection;
     const QDeadlineTimer& end = question.answerEnd;
     X11Selection& selection = *question.selection;
-    // Owners of plain text give it for whatever they are asked for, so what counts is what they announce.
+    // Some owners return plain text for every target, so only the targets they announce count.
     const QList<xcb_atom_t> announced = selection.targets(end);
     for (const char* const name : listTargets) {
         const xcb_atom_t target = connection.atom(name, end);

@@ -19,14 +19,14 @@ class UnfinishedTransfer;
 class X11Connection;
 class X11Selection;
 
-/// No file manager tells what is selected in it, but all of them copy it: the one in front is made to copy, what it
-/// puts on the clipboard is read, and what was there before is put back. That last step needs the event loop.
+/// File managers do not report their selection, but all of them can copy it: this makes the active one copy, reads the
+/// clipboard, and restores the previous content. The last step needs the event loop.
 ///
-/// Nothing is pressed unless the clipboard is safe, and unless a file manager has the keyboard.
+/// No key is pressed unless the clipboard's content is saved and a file manager has the focus.
 class X11FileManagerSelection final : public FileManagerSelection
 {
 public:
-    /// Until when after the question each step may take, the earlier ones included.
+    /// When each step must end, counted from the start of the question.
     struct Limits
     {
         std::chrono::milliseconds focus{120};
@@ -44,12 +44,12 @@ private:
     struct Question;
 
     [[nodiscard]] Answer askThere(Question& question);
-    /// Puts the clipboard's content into the question; if that fails, why.
+    /// Saves the clipboard's content in the question; returns the reason if that fails.
     [[nodiscard]] static std::optional<Answer> keepClipboard(Question& question);
-    /// Asks the file manager; if that fails, why.
+    /// Asks the file manager to copy; returns the reason if that fails.
     [[nodiscard]] static std::optional<Answer> requestCopy(Question& question);
     [[nodiscard]] static std::optional<Answer> pressKeys(Question& question);
-    /// Follows the file manager until it has copied, or will not any more.
+    /// Waits until the file manager has copied, or will not copy any more.
     static void waitForCopy(Question& question);
     [[nodiscard]] static Answer readAnswer(Question& question);
     [[nodiscard]] Answer withoutCopy(Question& question);
@@ -57,7 +57,7 @@ private:
     Limits m_limits;
     ClipboardRestore m_restore;
     std::unique_ptr<LateCopy> m_late;
-    /// An owner that is still handing out for one question does not hear the next.
+    /// Kept, because an owner that is still sending for one question does not notice the next.
     std::vector<std::unique_ptr<UnfinishedTransfer>> m_unfinished;
 };
 

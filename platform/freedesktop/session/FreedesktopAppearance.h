@@ -14,8 +14,8 @@ namespace lapsa {
 
 class PortalSetting;
 
-/// Applies the palette of the scheme in force to the whole application. With nothing forced the scheme is the one of
-/// the desktop's settings portal, live; light until the portal has answered, and where there is none.
+/// Applies the palette of the current scheme to the whole application. Without a forced scheme, it follows the
+/// desktop's settings portal live; light until the portal has answered, and without a portal.
 class FreedesktopAppearance final : public Appearance
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ private:
     std::optional<ColorScheme> m_forced;
     std::optional<ColorScheme> m_applied;
     ColorScheme m_scheme = ColorScheme::Light;
-    /// Made when the desktop's setting is asked for first.
+    /// Created when the desktop's setting is first needed.
     std::unique_ptr<PortalSetting> m_setting;
 };
 

@@ -19,7 +19,7 @@ bool switchedOff(const QVariant& enabled)
     return enabled.isValid() && !enabled.toBool();
 }
 
-/// A factor for all durations, which is told as a text.
+/// The factor for all durations, which the portal gives as text.
 bool shortenedToNothing(const QVariant& factor)
 {
     bool isNumber = false;
@@ -30,7 +30,7 @@ bool shortenedToNothing(const QVariant& factor)
 } // namespace
 
 FreedesktopMotionPreference::FreedesktopMotionPreference()
-    // Most desktops' portals have this one, whichever desktop it is.
+    // The portals of most desktops have this one, not only GNOME's.
     : m_gnome(std::make_unique<PortalSetting>(u"org.gnome.desktop.interface"_s, u"enable-animations"_s))
     , m_plasma(std::make_unique<PortalSetting>(u"org.kde.kdeglobals.KDE"_s, u"AnimationDurationFactor"_s))
 {

@@ -11,7 +11,7 @@ namespace lapsa {
 
 class PortalSetting;
 
-/// What the desktop's settings say about animations, live.
+/// The desktop's settings for animations, live.
 class FreedesktopMotionPreference final : public MotionPreference
 {
     Q_OBJECT

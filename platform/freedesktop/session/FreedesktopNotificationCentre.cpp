@@ -18,8 +18,8 @@ FreedesktopNotificationCentre::~FreedesktopNotificationCentre() = default;
 
 void FreedesktopNotificationCentre::requestAuthorization()
 {
-    // There is no permission to ask for here; the question wakes a server that is started on demand, so that the first
-    // warning does not have to.
+    // No permission is needed here; the call starts an on-demand server early, so that the first warning does not have
+    // to wait for it.
     m_server->askCapabilities();
 }
 

@@ -12,7 +12,7 @@ namespace lapsa {
 class NotificationServer;
 struct ProgramIdentity;
 
-/// The session's notification server (`org.freedesktop.Notifications`). Everything is asked for without waiting.
+/// The session's notification server (`org.freedesktop.Notifications`). No call waits.
 class FreedesktopNotificationCentre final : public NotificationCentre
 {
     Q_OBJECT

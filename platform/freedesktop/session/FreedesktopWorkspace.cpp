@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A file manager that is being started takes up to about a second.
+/// A file manager takes up to about a second to start.
 constexpr std::chrono::milliseconds revealPatience{5000};
 
 bool hasDisplay()
@@ -32,11 +32,11 @@ bool hasDisplay()
 
 void openWithDefaultApplication(const QString& path)
 {
-    // Without a display the openers would look for a program of the terminal.
+    // Without a display, the openers would look for a terminal program.
     if (!hasDisplay()) {
         return;
     }
-    // The opener of the session knows its desktop and its settings; the second needs no desktop at all.
+    // The first opener knows the desktop and its settings; the second needs no desktop.
     const QByteArray uri = fileUri(path);
     if (!startDetached({"xdg-open", uri})) {
         startDetached({"gio", "open", uri});

@@ -7,7 +7,7 @@
 
 namespace lapsa {
 
-/// Opens with the default application of the session, reveals through `org.freedesktop.FileManager1`. Neither waits.
+/// Opens with the session's default application; reveals through `org.freedesktop.FileManager1`. Neither waits.
 class FreedesktopWorkspace final : public Workspace
 {
 public:

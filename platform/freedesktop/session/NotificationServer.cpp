@@ -29,20 +29,20 @@ const QString defaultSound = u"message-new-instant"_s;
 const QString defaultAction = u"default"_s;
 const QString buttonAction = u"lock"_s;
 constexpr uchar normalUrgency = 1;
-/// The server's own choice.
+/// The server decides.
 constexpr int defaultTimeout = -1;
-/// More than anybody reads. A call costs some kilobytes until it is answered, or for the 25 seconds after which the bus
-/// gives up.
+/// More than anyone reads. A call costs a few kilobytes until it is answered, or until the bus gives up after 25
+/// seconds.
 constexpr int mostUnderWay = 100;
 constexpr qsizetype mostWaiting = 100;
 
-/// How long a server may think about what it can do, or take to start, in milliseconds. A warning waits for it.
+/// How long a server may take to start and to report its capabilities, in milliseconds. Warnings wait for it.
 constexpr int capabilitiesTimeout = 5000;
-/// The bus's own, of 25 seconds.
+/// The bus's default of 25 seconds.
 constexpr int usualTimeout = -1;
 
-/// The default action is the click on the notification and has no label, which would make a second button of it on
-/// servers that draw every labelled action.
+/// The default action is a click on the notification. It has no label, because some servers draw a button for every
+/// labelled action.
 QStringList actionsOf(const NotificationRequest& request)
 {
     return {defaultAction, QString(), buttonAction, request.actionLabel};
@@ -65,14 +65,14 @@ QDBusMessage callOf(const QString& method)
     return QDBusMessage::createMethodCall(service, path, interface, method);
 }
 
-/// The number that the server gave; 0 where it gave none. A text or a negative number is not taken for one.
+/// The number from the server's reply; 0 if there is none. Text and negative numbers do not count.
 uint numberOf(const QDBusMessage& reply)
 {
     const bool isNumber = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "u"_L1;
     return isNumber ? reply.arguments().value(0).toUInt() : 0;
 }
 
-/// There is no server and none that could be started, or no bus.
+/// Whether there is no server and none can be started, or no bus.
 bool saysThatNobodyIsThere(const QDBusMessage& error)
 {
     const QString name = error.errorName();
@@ -119,11 +119,11 @@ void NotificationServer::askCapabilities()
 
 void NotificationServer::askOwner()
 {
-    // Answered before anything that is sent later, and before any change: the bus keeps the order.
+    // Answered before anything sent later, and before any change of owner: the bus keeps the order.
     auto question = QDBusMessage::createMethodCall(busService, busPath, busInterface, u"GetNameOwner"_s);
     question.setArguments({service});
     call(question, usualTimeout, [this](const QDBusMessage& reply) {
-        // An error says that there is none yet.
+        // An error means that there is no owner yet.
         if (m_ownerChanged || reply.type() != QDBusMessage::ReplyMessage) {
             return;
         }
@@ -147,7 +147,7 @@ void NotificationServer::call(const QDBusMessage& message, int timeout,
 void NotificationServer::capabilitiesAnswered(int number, const QDBusMessage& reply)
 {
     if (!m_question || m_question->number != number) {
-        return; // of a server that has gone
+        return; // from a server that has gone
     }
     const Question question = *std::exchange(m_question, std::nullopt);
     if (reply.type() == QDBusMessage::ReplyMessage) {
@@ -156,11 +156,11 @@ void NotificationServer::capabilitiesAnswered(int number, const QDBusMessage& re
         dropInVain(question);
         return;
     }
-    // One that does not tell in time may still show what it is sent. It is asked again for the next request.
+    // A server that does not answer in time may still show notifications. It is asked again for the next request.
     postWaiting();
 }
 
-/// The later requests may find the server that has come meanwhile.
+/// Drops only the requests of this question: the later ones may reach a server that has started meanwhile.
 void NotificationServer::dropInVain(const Question& question)
 {
     m_waiting.remove(0, std::min(question.waiting, m_waiting.size()));
@@ -176,7 +176,7 @@ void NotificationServer::postWaiting()
     }
 }
 
-/// Posts a request where its turn has come.
+/// Posts a request, or keeps it while an earlier one or too many are under way.
 void NotificationServer::hand(const NotificationRequest& request)
 {
     if (const auto posted = m_posted.find(request.identifier); posted != m_posted.end() && posted->underWay) {
@@ -212,7 +212,7 @@ void NotificationServer::post(const NotificationRequest& request)
     posted.sentTo = m_owner;
     posted.userInfo = request.userInfo;
     auto message = callOf(u"Notify"_s);
-    // The summary is plain text for every server.
+    // Every server treats the summary as plain text.
     const QString body = m_bodyMarkup.value_or(false) ? escapedMarkup(request.body) : request.body;
     message.setArguments({m_identity.name, posted.id, m_identity.id, request.title, body, actionsOf(request),
                           hintsOf(m_identity.id), defaultTimeout});
@@ -225,8 +225,8 @@ void NotificationServer::notifyAnswered(const QString& identifier, const QDBusMe
     Posted& posted = m_posted[identifier];
     posted.underWay = false;
     --m_underWay;
-    // Newer versions of the toolkit do not say who replies: it is the one who was there when it was sent, or who was
-    // started for it. A number of one who has gone means nothing.
+    // Newer versions of the toolkit do not say who replied: it is the server that ran when the call was sent, or that
+    // was started for it. A number from a server that has gone is meaningless.
     const bool current = posted.sentTo.isEmpty() || posted.sentTo == m_owner;
     posted.id = current ? numberOf(reply) : 0;
     posted.server = m_owner;
@@ -244,7 +244,7 @@ void NotificationServer::notifyAnswered(const QString& identifier, const QDBusMe
 
 void NotificationServer::ownerChanged(const QString& newOwner)
 {
-    // A question that was sent while there was no server is answered by the one that came, or was started for it.
+    // A question sent while no server ran is answered by the one that has now started.
     if (!m_question || !m_question->sentTo.isEmpty() || newOwner.isEmpty()) {
         m_question.reset();
     }
@@ -276,7 +276,7 @@ void NotificationServer::actionInvoked(uint id, const QString& action, const QDB
 {
     const auto posted = shown(id, signal.service());
     if (posted != m_posted.end() && (action == defaultAction || action == buttonAction)) {
-        // A copy, because the one who hears it may post again.
+        // A copy, because a slot may post again.
         const QHash<QString, QString> userInfo = posted->userInfo;
         emit responseReceived(userInfo);
     }

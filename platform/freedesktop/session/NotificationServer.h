@@ -19,9 +19,9 @@ class QDBusMessage;
 
 namespace lapsa {
 
-/// The session's notification server as it comes and goes: what it can do, what was posted to it, and under which
-/// number it knows that. Numbers are the server's, for as long as it runs. Where none can be had, and where one does
-/// not answer, little is kept, however much is asked for: what is too much is dropped, the oldest first.
+/// The session's notification server, which may start and stop: its capabilities, the requests posted to it, and their
+/// numbers. The server assigns the numbers; they are valid as long as it runs. While there is no server, or it does not
+/// answer, only a limited number of requests is kept: the oldest are dropped first.
 class NotificationServer final : public QObject
 {
     Q_OBJECT
@@ -29,9 +29,10 @@ class NotificationServer final : public QObject
 public:
     explicit NotificationServer(const ProgramIdentity& identity);
 
-    /// Shows a request, or lets it take the place of the one with its identifier.
+    /// Shows a request; replaces the notification with the same identifier, if any.
     void add(const NotificationRequest& request);
-    /// Asks what the server can do, unless that is known or being asked. It wakes one that is started on demand.
+    /// Asks for the server's capabilities, unless they are known or already being asked for. Starts an on-demand
+    /// server.
     void askCapabilities();
 
 signals:
@@ -49,20 +50,20 @@ private:
         /// The unique bus name of the server that gave the number.
         QString server;
         bool underWay = false;
-        /// The server at the time when it was sent; empty where none ran, and the bus had to start one.
+        /// The server's unique name when the call was sent; empty if none ran and the bus had to start one.
         QString sentTo;
-        /// What to post in its place as soon as its number is known.
+        /// The request that replaces it as soon as its number is known.
         std::optional<NotificationRequest> next;
         QHash<QString, QString> userInfo;
     };
 
-    /// A question about what the server can do, while it is under way.
+    /// An unanswered question for the server's capabilities.
     struct Question
     {
         int number = 0;
-        /// As of Posted.
+        /// See Posted.
         QString sentTo;
-        /// How many of the waiting requests, from the front, it was asked for. The later ones may find another server.
+        /// The number of waiting requests, from the front, that depend on it. Later ones may reach another server.
         qsizetype waiting = 0;
     };
 
@@ -83,13 +84,13 @@ private:
     /// The server's unique bus name; empty while there is none.
     QString m_owner;
     bool m_ownerChanged = false;
-    /// Whether the server takes the body for markup; nothing while that is not known.
+    /// Whether the server interprets markup in the body; nothing while unknown.
     std::optional<bool> m_bodyMarkup;
     std::optional<Question> m_question;
     int m_questions = 0;
-    /// Requests that cannot be posted yet, the oldest first; one for each identifier.
+    /// Requests that cannot be posted yet, oldest first; one per identifier.
     QList<NotificationRequest> m_waiting;
-    /// By the identifiers of the requests.
+    /// Keyed by request identifier.
     QHash<QString, Posted> m_posted;
     int m_underWay = 0;
 };

@@ -28,12 +28,12 @@ const QString service = u"org.freedesktop.portal.Desktop"_s;
 const QString path = u"/org/freedesktop/portal/desktop"_s;
 const QString interface = u"org.freedesktop.portal.FileChooser"_s;
 
-/// The first version with `directory`. Older ones would offer files.
+/// The first portal version with `directory`. Older ones would offer files.
 constexpr uint versionWithFolders = 3;
-/// How long a portal may take to come up and to take the question; the user may then take any time to answer it.
+/// How long a portal may take to start and to accept the question; the user's answer has no time limit.
 constexpr std::chrono::milliseconds patience{5000};
 
-/// The first of the answered places that is a folder of this machine.
+/// The first of the returned URIs that is a folder on this machine.
 FolderPicker::Answer folderOf(const QVariantMap& results)
 {
     for (const QString& uri : results[u"uris"_s].toStringList()) {
@@ -45,7 +45,7 @@ FolderPicker::Answer folderOf(const QVariantMap& results)
     return FolderPicker::Cancelled();
 }
 
-/// One dialog: asks which version the portal has, then for the dialog, then hears what was chosen in it.
+/// One dialog: asks for the portal's version, then for the dialog, then waits for the choice.
 class PortalFolderQuestion final : public QObject, public FolderQuestion
 {
     Q_OBJECT
@@ -94,7 +94,7 @@ private:
     {
         auto call = QDBusMessage::createMethodCall(service, path, interface, u"OpenFile"_s);
         call << m_window << m_question.title;
-        // A path of the portal ends in a zero byte.
+        // The portal expects a path to end in a zero byte.
         const QByteArray startFolder = QFile::encodeName(m_question.startFolder) + '\0';
         m_request = std::make_unique<PortalRequest>(
             call,
@@ -123,7 +123,7 @@ private:
             return;
         }
         m_request.reset();
-        // Later, so that whoever hears it may destroy this.
+        // Queued, so that the callback may destroy this object.
         QMetaObject::invokeMethod(
             this,
             [this, answer] {

@@ -7,16 +7,16 @@
 
 namespace lapsa {
 
-/// The folder dialog of the desktop portal (`org.freedesktop.portal.FileChooser`). A portal that is too old to choose
-/// folders, refuses, goes away or takes its time is Unavailable.
+/// The folder dialog of the desktop portal (`org.freedesktop.portal.FileChooser`). The answer is Unavailable if the
+/// portal is too old to choose folders, refuses, disappears or takes too long.
 class PortalFolderPicker final : public FolderPicker
 {
 public:
-    /// How a window is named towards the portal.
+    /// How the parent window is identified to the portal.
     enum class Windows
     {
         X11,
-        /// Not at all: the dialog stands for itself.
+        /// Not at all: the dialog has no parent.
         Unnamed,
     };
 

@@ -25,12 +25,12 @@ namespace {
 
 const QString interfaceName = u"org.freedesktop.Application"_s;
 
-/// The application that runs may be busy with its start-up or on a slow disk.
+/// The running application may be busy starting up or waiting for a slow disk.
 constexpr std::chrono::seconds patience{30};
-/// Between two tries, while a predecessor is on its way out.
+/// Between two attempts, while the previous process is exiting.
 constexpr std::chrono::milliseconds pause{20};
 
-/// Whether a call failed because the application it went to is gone, or going.
+/// Whether a call failed because the called application has exited or is exiting.
 bool vanished(const QDBusMessage& reply)
 {
     static const QStringList names{
@@ -43,7 +43,7 @@ bool vanished(const QDBusMessage& reply)
 
 } // namespace
 
-/// `org.freedesktop.Application` of the Desktop Entry rules.
+/// `org.freedesktop.Application` of the Desktop Entry Specification.
 class SessionApplication::Interface final : public QObject
 {
     Q_OBJECT
@@ -78,7 +78,7 @@ public slots: // NOLINT(readability-redundant-access-specifiers): these are the 
         m_application.receive([files](const Handlers& handlers) { handlers.open(files); });
     }
 
-    /// None of the actions takes a parameter: one that comes along is passed over.
+    /// None of the actions takes a parameter: any that is given is ignored.
     Q_SCRIPTABLE void ActivateAction(const QString& name, const QVariantList& /*parameter*/,
                                      const QVariantMap& /*platformData*/)
     {
@@ -103,7 +103,7 @@ SessionApplication::SessionApplication(const ProgramIdentity& identity)
 SessionApplication::~SessionApplication()
 {
     auto bus = QDBusConnection::sessionBus();
-    // The name first, so that a successor need not wait for the end of the process.
+    // Release the name first, so that a new process need not wait for this one to end.
     if (m_isFirst) {
         bus.unregisterService(m_identity.id);
     }
@@ -116,7 +116,7 @@ SessionApplication::Role SessionApplication::claim(const QList<QUrl>& files)
     if (!bus.isConnected()) {
         return Role::NoBus;
     }
-    // The object first: whoever finds the name finds what is behind it.
+    // Register the object first: a caller that finds the name must also find the object.
     bus.registerObject(m_identity.objectPath(), m_interface.get(), QDBusConnection::ExportScriptableSlots);
     const QDeadlineTimer deadline(patience);
     while (!deadline.hasExpired()) {

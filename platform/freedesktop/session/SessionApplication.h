@@ -32,7 +32,7 @@ public:
         std::function<void(const QList<QUrl>&)> open;
         /// The application was started again without files.
         std::function<void()> activate = {};
-        /// One of the actions of the desktop entry, by the name it has there; it may also be no such name.
+        /// An action of the desktop entry, by its name there; the name may be unknown.
         std::function<void(const QString&)> activateAction = {};
     };
 
@@ -40,9 +40,9 @@ public:
     {
         /// This process is the application now.
         First,
-        /// The one that runs has taken the files over.
+        /// The running application has accepted the files.
         HandedOver,
-        /// Another one runs, but did not answer in time.
+        /// Another process runs, but did not answer in time.
         Unanswered,
         /// There is no session bus.
         NoBus,
@@ -51,14 +51,14 @@ public:
     explicit SessionApplication(const ProgramIdentity& identity);
     ~SessionApplication() override;
 
-    /// Becomes the application of this session, or hands `files` to the one that runs and waits for its answer. Calls
-    /// that arrive from now on are kept until there are handlers.
+    /// Becomes the session's application, or hands `files` to the running one and waits for its answer. Calls that
+    /// arrive from now on are kept until setHandlers().
     [[nodiscard]] Role claim(const QList<QUrl>& files);
 
     /// Hands `files` to the application if one runs, without becoming it.
     [[nodiscard]] Role handOver(const QList<QUrl>& files);
 
-    /// From now on calls go to the handlers, those that were kept first.
+    /// Passes calls to the handlers from now on, starting with those kept.
     void setHandlers(Handlers handlers);
 
 private:
@@ -71,7 +71,7 @@ private:
 
     ProgramIdentity m_identity;
     std::optional<Handlers> m_handlers;
-    /// Calls that came before the handlers.
+    /// Calls received before setHandlers().
     QList<Call> m_waiting;
     std::unique_ptr<Interface> m_interface;
     bool m_isFirst = false;

@@ -18,7 +18,7 @@ namespace {
 
 constexpr int rootId = 0;
 
-/// The interface has names of its own for the modifiers; the key itself goes by its X11 name.
+/// The interface has its own names for the modifiers; the key itself has its X11 name.
 DBusMenuShortcut shortcutOf(const QString& portableText)
 {
     QStringList keys = portableText.split(u'+');
@@ -86,7 +86,7 @@ QList<DBusMenuProperties> DBusMenu::GetGroupProperties(const QList<int>& ids, co
 {
     QList<DBusMenuProperties> group;
     const auto add = [&](int id) { group.push_back({.id = id, .properties = propertiesOf(id, names)}); };
-    if (ids.isEmpty()) { // which asks for all
+    if (ids.isEmpty()) { // asks for all entries
         for (int id = rootId; id <= m_entries.size(); ++id) {
             add(id);
         }
@@ -150,7 +150,7 @@ bool DBusMenu::knows(int id) const
     return id >= rootId && id <= m_entries.size();
 }
 
-/// Those of `names`, or all where no name is given.
+/// The properties in `names`, or all if no name is given.
 QVariantMap DBusMenu::propertiesOf(int id, const QStringList& names) const
 {
     if (!knows(id)) {

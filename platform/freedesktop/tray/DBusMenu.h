@@ -13,8 +13,7 @@
 
 namespace lapsa {
 
-/// A flat menu that the taskbar shows: `com.canonical.dbusmenu`, version 3. The entries have the ids 1 and up, 0 is the
-/// menu itself.
+/// A flat menu shown by the taskbar: `com.canonical.dbusmenu`, version 3. Entry ids start at 1; 0 is the menu itself.
 class DBusMenu final : public QObject
 {
     Q_OBJECT
@@ -52,7 +51,7 @@ signals:
     Q_SCRIPTABLE void LayoutUpdated(uint revision, int parentId);
     // NOLINTEND(readability-identifier-naming)
 
-    /// A taskbar shows it, or is about to.
+    /// A taskbar shows the menu, or is about to.
     void opened();
     /// Not every taskbar reports this.
     void closed();

@@ -46,7 +46,7 @@ QDBusArgument& operator<<(QDBusArgument& argument, const DBusMenuLayout& value)
     return argument;
 }
 
-/// Menus are only sent, never received: this is here because a type of the bus has both directions.
+/// Menus are only sent, never received: this exists because a bus type needs both directions.
 const QDBusArgument& operator>>(const QDBusArgument& argument, DBusMenuLayout& value)
 {
     argument.beginStructure();

@@ -12,14 +12,14 @@
 
 namespace lapsa {
 
-/// An entry with what is asked of it: `(ia{sv})`.
+/// An entry with the requested properties: `(ia{sv})`.
 struct DBusMenuProperties
 {
     int id = 0;
     QVariantMap properties;
 };
 
-/// An entry with those below it: `(ia{sv}av)`.
+/// An entry with its children: `(ia{sv}av)`.
 struct DBusMenuLayout
 {
     int id = 0;
@@ -27,7 +27,7 @@ struct DBusMenuLayout
     QList<DBusMenuLayout> children;
 };
 
-/// What happened to an entry: `(isvu)`.
+/// An event of an entry: `(isvu)`.
 struct DBusMenuEvent
 {
     int id = 0;
@@ -36,10 +36,10 @@ struct DBusMenuEvent
     uint timestamp = 0;
 };
 
-/// A key with its modifiers, each sequence as one list: `aas`.
+/// A key sequence; each list is a key with its modifiers: `aas`.
 using DBusMenuShortcut = QList<QStringList>;
 
-/// Makes them known to the bus. It may be called again.
+/// Registers these types with the toolkit's bus module. May be called again.
 void registerDBusMenuTypes();
 
 QDBusArgument& operator<<(QDBusArgument& argument, const DBusMenuProperties& value);

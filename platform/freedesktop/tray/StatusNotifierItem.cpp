@@ -41,12 +41,12 @@ StatusNotifierItem::StatusNotifierItem(const ProgramIdentity& identity)
     bus.registerObject(menuPathText, &m_menu, scriptable);
     bus.registerObject(itemPath, this, scriptable);
     bus.registerService(m_service);
-    // One watcher may also hand the name to another.
+    // The name may also pass directly from one watcher to another.
     connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &StatusNotifierItem::watcherChanged);
     for (const QString& signal : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s}) {
         bus.connect(watcherName, watcherPath, watcherInterface, signal, this, SLOT(askForHost()));
     }
-    // Known before anything is shown elsewhere: asked of the bus itself, which answers at once.
+    // This must be known before an icon is shown elsewhere. The bus itself answers, at once.
     if (bus.interface()->isServiceRegistered(watcherName)) {
         m_shown = true;
         announce();
@@ -106,18 +106,18 @@ void StatusNotifierItem::ContextMenu(int x, int y)
     emit menuRequested(QPoint(x, y));
 }
 
-/// The window that comes up next may take the focus by it, where a compositor asks for that.
+/// Lets the next window take the focus on compositors that require a token.
 void StatusNotifierItem::ProvideXdgActivationToken(const QString& token)
 {
     if (QGuiApplication::platformName().startsWith("wayland"_L1)) {
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // which the toolkit takes away again
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // the toolkit removes it again
     }
 }
 
 void StatusNotifierItem::watcherChanged(const QString& /*name*/, const QString& /*before*/, const QString& now)
 {
     if (now.isEmpty()) {
-        ++m_question; // what it was asked and did not answer comes back as an error later
+        ++m_question; // unanswered calls to it return an error later
         setShown(false);
     } else {
         announce();
@@ -134,7 +134,7 @@ void StatusNotifierItem::announce()
     askForHost();
 }
 
-/// A watcher may run without a tray host that shows what it collects.
+/// A watcher may run without a tray host that shows its items.
 void StatusNotifierItem::askForHost()
 {
     auto message =
@@ -148,7 +148,7 @@ void StatusNotifierItem::askForHost()
             return;
         }
         const QDBusPendingReply<QDBusVariant> reply = *asked;
-        // A watcher that does not know the property is a tray host itself.
+        // A watcher without this property is itself a tray host.
         setShown(reply.isError() ? reply.error().type() != QDBusError::ServiceUnknown
                                  : reply.value().variant().toBool());
     });

@@ -17,7 +17,7 @@
 
 namespace lapsa {
 
-/// `org.kde.StatusNotifierItem`, announced to every `org.kde.StatusNotifierWatcher` that comes.
+/// `org.kde.StatusNotifierItem`, registered with every `org.kde.StatusNotifierWatcher` that starts.
 class StatusNotifierItem final : public QObject
 {
     Q_OBJECT
@@ -45,7 +45,7 @@ public:
 
     [[nodiscard]] DBusMenu& menu() { return m_menu; }
 
-    /// Whether a tray host shows it, as far as is known.
+    /// Whether a tray host shows it, as far as known.
     [[nodiscard]] bool shown() const { return m_shown; }
 
     [[nodiscard]] QString category() const;
@@ -58,7 +58,7 @@ public:
 
     [[nodiscard]] int windowId() const { return 0; }
 
-    /// There is no icon by name: a tray host would prefer it to the drawn one.
+    /// Empty: a tray host would prefer a named icon to the drawn one.
     [[nodiscard]] QString iconName() const { return {}; }
 
     [[nodiscard]] StatusNotifierPixmaps iconPixmap() const { return m_pixmaps; }
@@ -73,10 +73,10 @@ public slots: // NOLINT(readability-redundant-access-specifiers): these are the 
 
     // NOLINTBEGIN(readability-identifier-naming): their names are given by the interface
     Q_SCRIPTABLE void Activate(int x, int y);
-    /// From a tray host that cannot show the menu itself.
+    /// Called by a tray host that cannot show the menu itself.
     Q_SCRIPTABLE void ContextMenu(int x, int y);
 
-    /// A middle click. It does nothing, but the tray host gets an answer.
+    /// A middle click. Does nothing, but the tray host gets an answer.
     Q_SCRIPTABLE void SecondaryActivate(int /*x*/, int /*y*/) {}
 
     Q_SCRIPTABLE void Scroll(int /*delta*/, const QString& /*orientation*/) {}
@@ -107,7 +107,7 @@ private:
     StatusNotifierPixmaps m_pixmaps;
     QString m_toolTip;
     bool m_shown = false;
-    /// Counts the questions for a tray host: answers to earlier ones are ignored.
+    /// Counts the queries for a tray host: answers to earlier ones are ignored.
     int m_question = 0;
 };
 

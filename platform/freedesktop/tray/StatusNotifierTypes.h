@@ -33,7 +33,7 @@ struct StatusNotifierToolTip
 
 [[nodiscard]] StatusNotifierPixmap statusNotifierPixmap(const QImage& image);
 
-/// Makes them known to the bus. It may be called again.
+/// Registers these types with the toolkit's bus module. May be called again.
 void registerStatusNotifierTypes();
 
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& value);

@@ -22,7 +22,7 @@ namespace lapsa {
 
 namespace {
 
-// keysymdef.h of the X protocol.
+// From keysymdef.h of the X protocol.
 constexpr xcb_keysym_t escapeKey = 0xFF1B;
 constexpr xcb_keysym_t leftControlKey = 0xFFE3;
 constexpr xcb_keysym_t rightControlKey = 0xFFE4;
@@ -37,7 +37,7 @@ xcb_window_t rootOf(xcb_connection_t* connection)
     return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
 }
 
-/// An open menu has the keyboard to itself.
+/// An open menu grabs the keyboard.
 bool menuHasKeyboard(xcb_connection_t* connection)
 {
     const auto cookie = xcb_grab_keyboard(connection, true, rootOf(connection), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
@@ -57,7 +57,7 @@ bool onlyControlIsHeld(xcb_connection_t* connection)
     return pointer && (pointer->mask & modifiersThatCount) == XCB_MOD_MASK_CONTROL;
 }
 
-/// As by the user's hand, wherever the keyboard goes.
+/// Simulates a key for whichever window has the keyboard.
 void play(xcb_connection_t* connection, const KeySymbols& symbols, xcb_keysym_t key, std::uint8_t type)
 {
     const auto codes = xcbPointer(xcb_key_symbols_get_keycode(symbols.get(), key));
@@ -66,7 +66,7 @@ void play(xcb_connection_t* connection, const KeySymbols& symbols, xcb_keysym_t 
     }
 }
 
-/// The taskbar does not know that the entry was chosen.
+/// Presses Escape, because the taskbar does not know that the entry was chosen.
 void closeMenu(xcb_connection_t* connection, const KeySymbols& symbols)
 {
     for (const xcb_keysym_t control : {leftControlKey, rightControlKey}) {
@@ -77,7 +77,7 @@ void closeMenu(xcb_connection_t* connection, const KeySymbols& symbols)
     xcb_flush(connection);
 }
 
-/// Whether a key with Control held is the shortcut. Latin letters and signs have the same numbers on both sides.
+/// Whether a key with Control held is the shortcut. Latin letters and signs have the same codes in Qt and X11.
 bool matches(const StatusMenuEntry& entry, xcb_keysym_t key)
 {
     const QKeySequence shortcut(entry.shortcut, QKeySequence::PortableText);
@@ -111,15 +111,15 @@ void TaskbarMenuKeys::menuClosed()
     for (auto* const monitor : {&m_keys, &m_buttons}) {
         if (*monitor) {
             (*monitor)->disconnect(this);
-            monitor->release()->deleteLater(); // it may be what is calling
+            monitor->release()->deleteLater(); // it may be the sender of the current call
         }
     }
 }
 
 void TaskbarMenuKeys::buttonPressed(quint32 button)
 {
-    // On an entry or beside the menu, a click ends it. Who has the keyboard from then on, as a program in full screen
-    // may, is not the menu.
+    // A click on an entry or outside the menu closes it. A later keyboard grab, such as a full-screen program's, is not
+    // the menu's.
     if (!X11InputMonitor::isWheel(button)) {
         menuClosed();
     }
@@ -129,7 +129,7 @@ void TaskbarMenuKeys::keyPressed(quint32 keyCode)
 {
     xcb_connection_t* const connection = x11Connection();
     if (connection == nullptr || !menuHasKeyboard(connection)) {
-        // A menu that is still coming up has not got the keyboard yet.
+        // A menu that is just opening has not grabbed the keyboard yet.
         if (m_sinceOpened.hasExpired(openingPatience.count())) {
             menuClosed();
         }

@@ -15,8 +15,8 @@ namespace lapsa {
 
 class X11InputMonitor;
 
-/// Makes the shortcuts work in a menu that an X11 taskbar shows. Taskbars write them beside the entries, but do not
-/// react to them.
+/// Makes shortcuts work in a menu shown by an X11 taskbar. Taskbars show them beside the entries, but do not react to
+/// them.
 class TaskbarMenuKeys final : public QObject
 {
     Q_OBJECT

@@ -19,12 +19,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Seen on white as on black with a contrast above 3 : 1.
+/// Has a contrast above 3 : 1 on both white and black.
 constexpr QColor neutralForeground(0x3F, 0x7F, 0xE8);
-/// The icon sizes of taskbars of the usual heights, at once and twice the scale.
+/// The icon sizes of taskbars of common heights, at 1x and 2x scale.
 constexpr std::array iconExtents{16, 22, 24, 32, 44, 48, 64};
 constexpr float groundOpacity = 0.28F;
-/// In parts of the icon's extent.
+/// As fractions of the icon's extent.
 constexpr double groundRadius = 0.25;
 constexpr double highlightedDrawing = 0.84;
 constexpr double titleHeight = 0.8;
@@ -69,7 +69,7 @@ QImage TrayIcon::image(int extent) const
         painter.setFont(font);
         painter.drawText(place, Qt::AlignCenter, m_title);
     }
-    // Of a template only the shape counts.
+    // Only the shape of a template counts.
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), foreground);
     if (m_highlighted) {

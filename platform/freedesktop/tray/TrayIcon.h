@@ -12,28 +12,28 @@
 
 namespace lapsa {
 
-/// What is drawn into a tray: a template image, or a short text where there is none, in one colour, with a soft ground
-/// behind it while highlighted.
+/// The tray icon's picture: a template image, or a short text if there is none, in one colour, with a soft background
+/// while highlighted.
 class TrayIcon final
 {
 public:
     /// `drawings` is the folder of the template images.
     explicit TrayIcon(QString drawings);
 
-    /// Takes the drawing NAME.svg. False when there is none; nothing changes then.
+    /// Uses the drawing NAME.svg at `size` logical pixels. False, without any change, if there is none.
     [[nodiscard]] bool setTemplateImage(const QString& name, int size);
     void setTitle(const QString& title);
 
     void setHighlighted(bool highlighted) { m_highlighted = highlighted; }
 
-    /// The colour that the taskbar asks icons to use, if it does. Without one the icon has a colour of its own that
-    /// shows on light and on dark taskbars.
+    /// Sets the colour that the taskbar requests for icons, if any. Without one, the icon uses its own colour, which is
+    /// visible on light and dark taskbars.
     void setForeground(const std::optional<QColor>& foreground) { m_foreground = foreground; }
 
     /// `extent` pixels wide and high, transparent around the drawing.
     [[nodiscard]] QImage image(int extent) const;
-    /// In the sizes that taskbars ask for, from the image's own size up to four times that. A taskbar scales down the
-    /// next larger one.
+    /// The image at its own size, at twice that, and at the usual sizes of taskbars. A taskbar scales down the next
+    /// larger one.
     [[nodiscard]] QList<QImage> images() const;
     [[nodiscard]] QIcon icon() const;
 

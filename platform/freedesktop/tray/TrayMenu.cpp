@@ -23,7 +23,7 @@ TrayMenu::TrayMenu(const QList<StatusMenuEntry>& entries)
     }
 }
 
-/// The toolkit only looks for shortcuts in windows that are active, which a menu is not.
+/// The toolkit handles shortcuts only in active windows, and a menu is not active.
 void TrayMenu::keyPressEvent(QKeyEvent* event)
 {
     const QKeySequence pressed(event->keyCombination());

@@ -9,8 +9,8 @@
 
 namespace lapsa {
 
-/// The menu of a status item as a window of our own, for trays that do not show it themselves. Its shortcuts work while
-/// it is open.
+/// A status item's menu as our own window, for trays that do not show it themselves. Its shortcuts work while it is
+/// open.
 class TrayMenu final : public QMenu
 {
     Q_OBJECT

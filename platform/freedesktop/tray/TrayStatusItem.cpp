@@ -20,14 +20,13 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A taskbar that restarts is back by then; until then no second icon is shown elsewhere.
+/// How long a restarting taskbar may take before the icon is shown elsewhere.
 constexpr auto taskbarPatience = 1500ms;
-/// About the size of an icon, of which only a point is known.
+/// The approximate size of an icon of which only a point is known.
 constexpr int iconExtent = 22;
 
-/// Where the icon was clicked, if that is known. Taskbars report the click in units of their own, and some report
-/// nothing, so what they say counts only where the program is not on the taskbar's X server and cannot ask for the
-/// pointer.
+/// Where the icon was clicked, if known. Taskbars report clicks in their own units, and some report nothing, so the
+/// reported point is used only if the program is not on the taskbar's X server and cannot query the pointer.
 std::optional<QPoint> placeOfClick(const QPoint& reported)
 {
     const bool pointerIsKnown = x11Connection() != nullptr && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -89,7 +88,7 @@ std::optional<QRect> TrayStatusItem::frame() const
         return std::nullopt;
     }
     const QScreen* const screen = QGuiApplication::screenAt(*m_clicked);
-    // A taskbar that reserves its space is outside the work area. Of any other, at least the icon is kept free.
+    // A taskbar that reserves space lies outside the work area. With any other, keep at least the icon uncovered.
     const bool inWorkArea = screen != nullptr && screen->availableGeometry().contains(*m_clicked);
     const int extent = inWorkArea ? iconExtent : 1;
     QRect icon(0, 0, extent, extent);
@@ -147,8 +146,8 @@ void TrayStatusItem::chooseTray()
     }
 }
 
-/// The toolkit decides for one kind of tray when its icon is touched first, and stays with it. Here it is only touched
-/// while there is no other kind than this.
+/// The toolkit chooses a kind of tray when its icon is first used, and keeps it. So its icon is first used here, while
+/// this is the only kind.
 void TrayStatusItem::showEmbedded()
 {
     if (!m_embedded) {

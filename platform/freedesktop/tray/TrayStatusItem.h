@@ -19,9 +19,9 @@
 
 namespace lapsa {
 
-/// A status item in whatever tray there is: by `org.kde.StatusNotifierItem` where a tray host shows such items, by
-/// XEmbed otherwise, changing from one to the other as taskbars come and go. Without a tray there is still a button, at
-/// an unknown place.
+/// A status item in whatever tray there is: by `org.kde.StatusNotifierItem` if a tray host shows such items, otherwise
+/// by XEmbed, switching between them as taskbars start and stop. Without a tray the button still exists, at an unknown
+/// position.
 class TrayStatusItem final : public StatusButton, public StatusItem
 {
     Q_OBJECT
@@ -53,11 +53,11 @@ private:
     QList<StatusMenuEntry> m_entries;
     StatusNotifierItem m_notifierItem;
     TaskbarMenuKeys m_taskbarMenuKeys;
-    /// Made when it is needed first.
+    /// Created when first needed.
     std::unique_ptr<TrayMenu> m_menu;
     std::unique_ptr<QSystemTrayIcon> m_embedded;
     QTimer m_embedding;
-    /// Where the icon was clicked last: a status notifier item does not know its place.
+    /// Where the icon was last clicked: a status notifier item does not know its position.
     std::optional<QPoint> m_clicked;
 };
 

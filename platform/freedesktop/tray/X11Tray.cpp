@@ -15,7 +15,7 @@ namespace lapsa {
 namespace {
 
 const QByteArray traySelection = "_NET_SYSTEM_TRAY_S";
-/// Red, green and blue of the foreground; those of errors, warnings and success come after them.
+/// Red, green and blue of the foreground; the colours for errors, warnings and success follow them.
 using Foreground = std::array<std::uint32_t, 3>;
 
 } // namespace

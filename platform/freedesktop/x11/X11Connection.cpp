@@ -15,7 +15,7 @@ namespace lapsa {
 
 namespace {
 
-constexpr std::uint32_t propertyLimit = 1024; // of four bytes each
+constexpr std::uint32_t propertyLimit = 1024; // in units of four bytes
 constexpr std::uint8_t sentByAClient = 0x80;
 
 xcb_window_t rootOfScreen(xcb_connection_t* connection, int number)
@@ -70,7 +70,7 @@ xcb_atom_t X11Connection::atom(const QByteArray& name, const QDeadlineTimer& dea
 
 QList<QByteArray> X11Connection::atomNames(const QList<xcb_atom_t>& atoms, const QDeadlineTimer& deadline)
 {
-    // All questions first, so that they cost one journey to the server.
+    // Send all requests first, so that they take one round trip to the server.
     QList<xcb_get_atom_name_cookie_t> cookies;
     for (const xcb_atom_t one : atoms) {
         cookies.push_back(xcb_get_atom_name(m_connection, one));
@@ -129,7 +129,7 @@ X11Event X11Connection::nextEvent(const std::function<bool(const xcb_generic_eve
             return event;
         }
         m_kept.push_back(std::move(event));
-        // The deadline holds also while others keep sending.
+        // The deadline applies even while events keep arriving.
         if (deadline.hasExpired()) {
             break;
         }

@@ -17,7 +17,7 @@ namespace lapsa {
 
 namespace {
 
-/// Since this version raw events are told in spite of a grab (X Input Extension 2, "Raw events").
+/// Since this version, raw events are reported despite a grab (X Input Extension 2, "Raw events").
 constexpr std::uint16_t majorVersion = 2;
 constexpr std::uint16_t minorVersion = 1;
 
@@ -25,7 +25,7 @@ constexpr std::uint32_t keyEvents = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS;
 constexpr std::uint32_t buttonEvents =
     XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
 
-/// As it goes over the wire: the mask follows its head.
+/// The wire format: the mask follows its header.
 struct RawEventMask
 {
     xcb_input_event_mask_t head;
@@ -44,7 +44,7 @@ X11InputMonitor::X11InputMonitor(Kind kind)
     if (x11Connection() == nullptr) {
         return;
     }
-    // A connection of its own: what the toolkit has selected on its own would be replaced.
+    // A separate connection: selecting events on the toolkit's would replace the toolkit's selection.
     m_connection.reset(xcb_connect(nullptr, nullptr));
     if (!select(kind)) {
         m_connection.reset();
@@ -85,7 +85,7 @@ void X11InputMonitor::readEvents()
         if ((event->response_type & 0x7F) != XCB_GE_GENERIC) {
             continue;
         }
-        // Raw events of all kinds begin alike.
+        // All raw events start with the same fields.
         const auto* const raw = reinterpret_cast<const xcb_input_raw_button_press_event_t*>(event.get()); // NOLINT
         if (raw->extension != m_extension) {
             continue;

@@ -12,9 +12,9 @@ struct xcb_connection_t;
 
 namespace lapsa {
 
-/// Hears of buttons or keys wherever on the X11 desktop they are used, also while another program has grabbed the
-/// pointer or the keyboard, and takes them from nobody. It costs a connection to the X server while it lives. Without
-/// an X server that the program itself is shown on, and without the X Input Extension 2.1, it hears nothing.
+/// Observes buttons or keys anywhere on the X11 desktop, even while another program has grabbed the pointer or the
+/// keyboard, without intercepting them. Uses one connection to the X server while it exists. Reports nothing if the
+/// program itself is not shown on an X server, or without the X Input Extension 2.1.
 class X11InputMonitor final : public QObject
 {
     Q_OBJECT
@@ -29,13 +29,13 @@ public:
     explicit X11InputMonitor(Kind kind);
     ~X11InputMonitor() override;
 
-    /// On X11 a wheel turns by buttons.
+    /// X11 reports the wheel as buttons.
     [[nodiscard]] static constexpr bool isWheel(quint32 button) { return button >= 4 && button <= 7; }
 
 signals:
     /// `detail` is the number of the button, or the key code.
     void pressed(quint32 detail);
-    /// Of buttons alone.
+    /// Only for buttons.
     void released(quint32 button);
 
 private:

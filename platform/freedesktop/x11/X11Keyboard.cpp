@@ -15,7 +15,7 @@ namespace lapsa {
 
 namespace {
 
-/// What a key types without Shift.
+/// The shift level of a key without Shift.
 constexpr xkb_level_index_t unshifted = 0;
 constexpr int modifierCount = 8;
 
@@ -27,7 +27,7 @@ bool carries(xkb_keymap* keymap, xkb_keycode_t key, xkb_layout_index_t group, xc
     return std::ranges::find(all, symbol) != all.end();
 }
 
-/// The keys of the map that `wanted` is true of.
+/// The keys of the map for which `wanted` is true.
 template <typename Wanted>
 QList<xcb_keycode_t> keysOf(xkb_keymap* keymap, Wanted wanted)
 {
@@ -89,7 +89,7 @@ QList<xcb_keycode_t> X11Keyboard::keysTyping(char letter) const
     if (!m_state) {
         return {};
     }
-    // The symbols of Latin letters are their codes in Latin-1.
+    // The key symbols of Latin letters equal their Latin-1 codes.
     const auto symbol = static_cast<xcb_keysym_t>(static_cast<unsigned char>(letter));
     QList<xcb_keycode_t> keys = keysTypingInUse(symbol);
     if (keys.isEmpty()) {
@@ -134,7 +134,7 @@ std::uint16_t X11Keyboard::modifiersOf(std::initializer_list<xcb_keysym_t> symbo
     if (!mapping || !m_keymap) {
         return 0;
     }
-    // As many keys for each modifier; 0 stands for none.
+    // The same number of keys for each modifier; 0 means none.
     const std::span<const xcb_keycode_t> keys(
         xcb_get_modifier_mapping_keycodes(mapping.get()),
         static_cast<std::size_t>(xcb_get_modifier_mapping_keycodes_length(mapping.get())));

@@ -18,22 +18,21 @@ struct xkb_state;
 
 namespace lapsa {
 
-/// What the keys of the X server's keyboard mean at the moment of construction: in its layout, and in the group that
-/// is switched to.
+/// The meaning of the keys of the X server's keyboard at construction time: in its layout and current group.
 class X11Keyboard final
 {
 public:
     explicit X11Keyboard(xcb_connection_t* connection);
 
-    /// The keys that type a Latin small letter. Where the layout in use has none, the ones of its other groups, and
-    /// without those the key that carries the letter on a US keyboard. Empty only when the server tells nothing.
+    /// The keys that type a lower-case Latin letter. If the current group has none: those of the other groups, and
+    /// failing that, the key with this letter on a US keyboard. Empty only if the server does not report its keyboard.
     [[nodiscard]] QList<xcb_keycode_t> keysTyping(char letter) const;
 
-    /// The modifiers that are set by keys with one of these symbols; 0 when there are none.
+    /// The modifiers set by keys with one of these symbols; 0 if there are none.
     [[nodiscard]] std::uint16_t modifiersOf(std::initializer_list<xcb_keysym_t> symbols) const;
 
-    /// Prepares the connection for all of the above. Gives the number of the first event of the keyboard extension;
-    /// nothing when the server has none.
+    /// Prepares the connection for the functions above. Returns the number of the keyboard extension's first event;
+    /// nothing if the server lacks the extension.
     [[nodiscard]] static std::optional<std::uint8_t> setUp(xcb_connection_t* connection);
 
 private:

@@ -13,7 +13,7 @@ namespace lapsa {
 
 namespace {
 
-/// The number in DISPLAY, of a server that has several screens.
+/// The screen number in DISPLAY, for servers with several screens.
 int screenNumber()
 {
     char* name = nullptr;
@@ -28,12 +28,12 @@ int screenNumber()
 
 xcb_connection_t* x11Connection()
 {
-    // It is asked by what outlives the application, too.
+    // Objects that outlive the application call this too.
     if (qGuiApp == nullptr) {
         return nullptr;
     }
     const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    // Without a screen the toolkit may say it is on X11, but has no connection.
+    // Without a screen, the toolkit may report X11 but have no connection.
     return x11 != nullptr ? x11->connection() : nullptr;
 }
 

@@ -12,11 +12,11 @@ namespace lapsa {
 /// The toolkit's own connection to the X server; null on every other platform, and without a screen.
 [[nodiscard]] xcb_connection_t* x11Connection();
 
-/// An atom that exists already; XCB_ATOM_NONE otherwise.
+/// An existing atom; XCB_ATOM_NONE if there is none of this name.
 [[nodiscard]] xcb_atom_t x11ExistingAtom(xcb_connection_t* connection, const QByteArray& name);
 
-/// Who owns the manager selection of the screen that DISPLAY names, for example "_NET_SYSTEM_TRAY_S" for the tray
-/// (Inter-Client Communication Conventions Manual, 2.8); XCB_WINDOW_NONE where nobody does.
+/// The owner of the manager selection of the screen named by DISPLAY, for example "_NET_SYSTEM_TRAY_S" for the tray
+/// (Inter-Client Communication Conventions Manual, 2.8); XCB_WINDOW_NONE without an owner.
 [[nodiscard]] xcb_window_t x11ManagerOf(xcb_connection_t* connection, const QByteArray& selection);
 
 } // namespace lapsa
