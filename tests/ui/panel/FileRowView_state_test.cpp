@@ -46,6 +46,13 @@ ElidedLabel& label(const QWidget& row, qsizetype index)
     return *row.findChildren<ElidedLabel*>().at(index);
 }
 
+/// What the first row says of its item once everything due has been done.
+QString stateOf(PanelWorld& world)
+{
+    PanelWorld::settle();
+    return label(world.row(0), 1).text();
+}
+
 } // namespace
 
 void FileRowView_state_test::theRemainingTimeIsRoundedUp_data()
@@ -116,24 +123,20 @@ void FileRowView_state_test::aFileThatSomebodyWritesToReadsInUse()
     QFile film(disk.filePath(u"film.mkv"_s));
     QVERIFY(film.open(QIODevice::WriteOnly));
     const LapsaItem item = world.add(film.fileName(), 1);
-    const auto text = [&] {
-        PanelWorld::settle();
-        return label(world.row(0), 1).text();
-    };
-    QVERIFY(text() != inUse);
+    QVERIFY(stateOf(world) != inUse);
 
     world.time.advance(2min);
     world.store().deleteExpiredItems();
-    QCOMPARE(text(), inUse);
+    QCOMPARE(stateOf(world), inUse);
     QCOMPARE(label(world.row(0), 1).role(), ColorRole::Secondary);
     QCOMPARE(world.row(0).accessibleDescription(), inUse);
 
     world.store().toggleLock(item);
-    QCOMPARE(text(), locked);
+    QCOMPARE(stateOf(world), locked);
     world.store().toggleLock(item);
-    QCOMPARE(text(), inUse);
+    QCOMPARE(stateOf(world), inUse);
     world.store().updateExpiration(item, 10);
-    QCOMPARE(text(), left);
+    QCOMPARE(stateOf(world), left);
 
     film.close();
     world.time.advance(10min);
