@@ -3,7 +3,7 @@
 
 #include "AddResult.h"
 #include "Privileges.h"
-#include "StoreWorld.h"
+#include "StoreSetup.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -18,19 +18,6 @@ using namespace Qt::StringLiterals;
 using fileSystem::Refusal;
 
 Q_DECLARE_METATYPE(lapsa::fileSystem::Refusal)
-
-namespace {
-
-QList<QUrl> urlsOf(const QStringList& paths)
-{
-    QList<QUrl> urls;
-    for (const QString& path : paths) {
-        urls += QUrl::fromLocalFile(path);
-    }
-    return urls;
-}
-
-} // namespace
 
 /// What is told to the one who adds, and what is not put on countdown.
 class LapsaStore_adding_result_test final : public QObject

@@ -1,38 +1,21 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "StoreWorld.h"
+#include "StoreSetup.h"
 
-#include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <limits>
-
 using namespace lapsa;
+using namespace lapsa::test;
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-std::chrono::minutes lifespanOf(const LapsaItem& item)
-{
-    return std::chrono::duration_cast<std::chrono::minutes>(item.expiresAt - item.addedAt);
-}
-
-QList<QUrl> urlsOf(const QStringList& paths)
-{
-    QList<QUrl> urls;
-    for (const QString& path : paths) {
-        urls += QUrl::fromLocalFile(path);
-    }
-    return urls;
-}
 
 /// An item of a file, as the state file holds it.
 QByteArray expiredRecord(const QByteArray& id, const QString& path)
@@ -40,11 +23,6 @@ QByteArray expiredRecord(const QByteArray& id, const QString& path)
     return R"({"addedAt":"2026-01-01T00:00:00Z","displayName":"x","expiresAt":"2026-01-02T00:00:00Z",)"
            R"("fiveMinuteWarningSent":true,"locked":false,"id":")" +
            id + R"(","path":")" + path.toUtf8() + "\"}";
-}
-
-void setRules(test::StoreWorld& world, const QList<LapsaFileTypeRule>& rules)
-{
-    world.changeSettings([&](LapsaSettings& settings) { settings.fileTypeRules = rules; });
 }
 
 } // namespace
@@ -57,7 +35,7 @@ private slots:
 
     void anAddedFileIsAnItemAtTheEndOfTheList()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         const QString path = world.home.makeFile(u"report.odt"_s);
         world.add(world.home.makeFile(u"first.odt"_s));
 
@@ -76,7 +54,7 @@ private slots:
 
     void theListIsSaved300MillisecondsAfterAnAdd()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         world.add(world.home.makeFile(u"a.txt"_s));
 
         world.time.advance(299ms);
@@ -87,8 +65,10 @@ private slots:
 
     void addingTheSameFileTwiceKeepsOneItem()
     {
-        test::StoreWorld world;
-        setRules(world, {{.extensionsCSV = u"txt"_s, .lifespanMinutes = 30}});
+        StoreWorld world;
+        world.changeSettings([](LapsaSettings& settings) {
+            settings.fileTypeRules = {{.extensionsCSV = u"txt"_s, .lifespanMinutes = 30}};
+        });
         const QString path = world.home.makeFile(u"a.txt"_s);
         LapsaItem before = world.add(path, 10);
         world.store().markWarningSent(before.id);
@@ -102,7 +82,7 @@ private slots:
 
     void theSameFileTwiceInOneAddIsOneItem()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         const QString path = world.home.makeFile(u"a.txt"_s);
 
         world.store().addFiles(urlsOf({path, world.home.makeFile(u"b.txt"_s), path}));
@@ -112,7 +92,7 @@ private slots:
 
     void addingALockedItemAgainLeavesItLocked()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         const QString path = world.home.makeFile(u"a.txt"_s);
         world.store().toggleLock(world.add(path, 10));
         world.time.advance(5min);
@@ -125,7 +105,7 @@ private slots:
 
     void ofTwoItemsWithTheSamePathTheFirstIsRefreshed()
     {
-        test::StoreWorld world(false);
+        StoreWorld world(false);
         const QString path = world.home.makeFile(u"a.txt"_s);
         world.home.writeDataFile(u"state.json"_s,
                                  '[' + expiredRecord("1", path) + ',' + expiredRecord("2", path) + ']');
@@ -141,118 +121,9 @@ private slots:
         }
     }
 
-    void aFolderGetsTheDefaultLifespanWhateverItsName()
-    {
-        test::StoreWorld world;
-
-        world.store().addFiles(urlsOf({world.home.makeFolder(u"photos.jpg"_s), world.home.makeFile(u"photo.jpg"_s)}));
-
-        QCOMPARE(lifespanOf(world.store().items().at(0)), 120min);
-        QCOMPARE(lifespanOf(world.store().items().at(1)), 43200min);
-    }
-
-    void aLinkToAFolderCountsAsAFolder()
-    {
-        test::StoreWorld world;
-        const QString link = world.home.path(u"link.jpg"_s);
-        QVERIFY(QFile::link(world.home.makeFolder(u"photos"_s), link));
-
-        world.store().addFiles(urlsOf({link}));
-
-        QCOMPARE(world.store().items().first().path, link);
-        QCOMPARE(lifespanOf(world.item(link)), 120min);
-    }
-
-    void aFileWithoutAnExtensionGetsTheDefaultLifespan()
-    {
-        test::StoreWorld world;
-        setRules(world, {{.extensionsCSV = u", ,"_s, .lifespanMinutes = 7}});
-
-        world.store().addFiles(urlsOf({world.home.makeFile(u"Makefile"_s)}));
-
-        QCOMPARE(lifespanOf(world.store().items().first()), 120min);
-    }
-
-    void theFirstEnabledRuleDecides()
-    {
-        test::StoreWorld world;
-        setRules(world, {{.extensionsCSV = u".pdf"_s, .lifespanMinutes = 5, .enabled = false},
-                         {.extensionsCSV = u".pdf"_s, .lifespanMinutes = 7},
-                         {.extensionsCSV = u".pdf"_s, .lifespanMinutes = 9}});
-
-        world.store().addFiles(urlsOf({world.home.makeFile(u"Report.PDF"_s)}));
-
-        QCOMPARE(lifespanOf(world.store().items().first()), 7min);
-    }
-
-    void aRulesLifespanIsBounded_data()
-    {
-        QTest::addColumn<qint64>("given");
-        QTest::addColumn<qint64>("expected");
-
-        QTest::newRow("a rule of 0 minutes gives 1 minute") << qint64{0} << qint64{1};
-        QTest::newRow("a rule of 600000 minutes gives 525600") << qint64{600000} << qint64{525600};
-    }
-
-    void aRulesLifespanIsBounded()
-    {
-        QFETCH(qint64, given);
-        test::StoreWorld world;
-        LapsaSettings settings = world.store().settings();
-        settings.fileTypeRules = {{.extensionsCSV = u".pdf"_s, .lifespanMinutes = given}};
-        world.settingsStore().setSettings(settings); // past the store, which would clamp
-
-        world.store().addFiles(urlsOf({world.home.makeFile(u"a.pdf"_s)}));
-
-        QTEST(qint64{lifespanOf(world.store().items().first()).count()}, "expected");
-    }
-
-    void aFixedLifespanIsTakenAtItsWordFromOneMinuteUp_data()
-    {
-        QTest::addColumn<qint64>("given");
-        QTest::addColumn<qint64>("expected");
-
-        QTest::newRow("0 minutes give 1 minute") << qint64{0} << qint64{1};
-        QTest::newRow("a negative lifespan gives 1 minute") << qint64{-10} << qint64{1};
-        QTest::newRow("600000 minutes are given in full") << qint64{600000} << qint64{600000};
-    }
-
-    void aFixedLifespanIsTakenAtItsWordFromOneMinuteUp()
-    {
-        QFETCH(qint64, given);
-        test::StoreWorld world;
-
-        const LapsaItem item = world.add(world.home.makeFile(u"a.zip"_s), given);
-
-        QTEST(qint64{lifespanOf(item).count()}, "expected");
-    }
-
-    void aDefaultBeyondAYearIsUsedInFullWhereNoRuleIsAsked()
-    {
-        test::StoreWorld world;
-        LapsaSettings settings = world.store().settings();
-        settings.defaultExpirationMinutes = 600000;
-        world.settingsStore().setSettings(settings); // past the store, which would clamp
-
-        world.store().addFiles(urlsOf({world.home.makeFile(u"a.odt"_s)}), {.applyFileTypeRules = false});
-        world.store().addFiles(urlsOf({world.home.makeFile(u"b.odt"_s)}));
-
-        QCOMPARE(lifespanOf(world.store().items().at(0)), 600000min);
-        QCOMPARE(lifespanOf(world.store().items().at(1)), 525600min);
-    }
-
-    void withoutTheRulesAFileGetsTheDefaultLifespan()
-    {
-        test::StoreWorld world;
-
-        world.store().addFiles(urlsOf({world.home.makeFile(u"a.zip"_s)}), {.applyFileTypeRules = false});
-
-        QCOMPARE(lifespanOf(world.store().items().first()), 120min);
-    }
-
     void aListInWhichNothingExistsChangesNothing()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         world.store().setLastMessage(u"message"_s);
         QSignalSpy announcements(&world.store(), &LapsaStore::willChange);
         QFile::remove(world.home.dataPath(u"state.json"_s));
@@ -269,7 +140,7 @@ private slots:
 
     void anAddClearsTheMessage()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         world.store().setLastMessage(u"message"_s);
 
         world.add(world.home.makeFile(u"a.txt"_s));
@@ -279,7 +150,7 @@ private slots:
 
     void whatDoesNotExistIsSkippedAndTheRestIsAddedInOrder()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         const QString dangling = world.home.path(u"dangling"_s);
         QVERIFY(QFile::link(world.home.path(u"nowhere"_s), dangling));
 
@@ -291,7 +162,7 @@ private slots:
 
     void pathsAreComparedToTheLetter()
     {
-        test::StoreWorld world;
+        StoreWorld world;
 
         world.store().addFiles(urlsOf({world.home.makeFile(u"A.txt"_s), world.home.makeFile(u"a.txt"_s)}));
 
@@ -300,7 +171,7 @@ private slots:
 
     void aPathIsStandardisedButItsLinksAreKept()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         const QString path = world.home.makeFile(u"folder/a.txt"_s);
         QVERIFY(QFile::link(world.home.path(u"folder"_s), world.home.path(u"link"_s)));
 
@@ -330,7 +201,7 @@ private slots:
     void oddNamesAreAddedAsTheyAre()
     {
         QFETCH(QString, name);
-        test::StoreWorld world;
+        StoreWorld world;
         const QString path = world.home.makeFile(u"folder/"_s + name);
 
         world.store().addFiles(urlsOf({path}));
@@ -344,7 +215,7 @@ private slots:
 
     void aNameThatIsNotUtf8IsSkippedAndNotTakenForAnother()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         const QByteArray folder = world.home.makeFolder(u"folder"_s).toUtf8();
         const QByteArray path = folder + "/caf\xE9";
         const int created = ::open(path.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
@@ -360,33 +231,13 @@ private slots:
 
     void whatIsNoLocalFileIsSkipped()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         const QString path = world.home.makeFile(u"a.txt"_s);
 
         world.store().addFiles({QUrl(u"https://example.org"_s + path), QUrl(u"file://elsewhere"_s + path),
                                 QUrl(u"trash:///a.txt"_s), QUrl(), QUrl::fromLocalFile(u"a.txt"_s)});
 
         QVERIFY(world.store().items().isEmpty());
-    }
-
-    void aLifespanThatOverflowsEndsTheProcess()
-    {
-        // The only way to see an end of the process is to be another one.
-        if (qEnvironmentVariableIsSet("LAPSA_TEST_OVERFLOW")) {
-            test::StoreWorld world;
-            world.add(world.home.makeFile(u"a.txt"_s), std::numeric_limits<std::int64_t>::max());
-            return;
-        }
-        QProcess child;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"LAPSA_TEST_OVERFLOW"_s, u"1"_s);
-        child.setProcessEnvironment(environment);
-
-        child.start(QCoreApplication::applicationFilePath(), {u"aLifespanThatOverflowsEndsTheProcess"_s});
-
-        QVERIFY(child.waitForFinished());
-        QVERIFY(child.exitStatus() == QProcess::CrashExit || child.exitCode() != 0);
-        QVERIFY(child.readAll().contains("does not fit"));
     }
 };
 

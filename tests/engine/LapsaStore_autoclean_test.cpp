@@ -3,39 +3,25 @@
 
 #include "FileSystem.h"
 #include "LogCapture.h"
-#include "StoreWorld.h"
+#include "StoreSetup.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTest>
 
+#include <chrono>
+#include <optional>
+
 using namespace lapsa;
+using namespace lapsa::test;
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr TimePoint longAgo = std::chrono::sys_days{std::chrono::year{2000} / 1 / 1};
-
-/// Watches the folder "watched" of the home with a rule made of the defaults and `change`.
-void watch(test::StoreWorld& world, const std::function<void(LapsaAutoCleanFolderRule&)>& change = {})
-{
-    LapsaAutoCleanFolderRule rule{.folderPath = world.home.makeFolder(u"watched"_s), .createdAt = longAgo};
-    if (change) {
-        change(rule);
-    }
-    world.changeSettings([&](LapsaSettings& settings) { settings.autoCleanFolders.push_back(rule); });
-}
-
 QStringList sorted(QStringList names)
 {
     names.sort();
     return names;
-}
-
-std::chrono::microseconds lifespan(const LapsaItem& item)
-{
-    return item.expiresAt - item.addedAt;
 }
 
 /// The birth time that the file system keeps of a path.
@@ -61,7 +47,7 @@ private slots:
 
     void newFilesOfAWatchedFolderArePutOnCountdown()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         watch(world);
         world.home.makeFile(u"watched/a.txt"_s);
         world.home.makeFile(u"watched/b.txt"_s);
@@ -76,7 +62,7 @@ private slots:
 
     void whilePausedNothingIsPutOnCountdown()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         watch(world);
         world.home.makeFile(u"watched/a.txt"_s);
         world.changeSettings([](LapsaSettings& settings) { settings.pauseAllCountdowns = true; });
@@ -91,7 +77,7 @@ private slots:
 
     void hiddenFilesAndFoldersAreNeverTaken()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         watch(world, [](LapsaAutoCleanFolderRule& rule) { rule.includeExistingFiles = true; });
         world.home.makeFile(u"watched/.hidden"_s);
         world.home.makeFile(u"watched/folder/a.txt"_s);
@@ -105,7 +91,7 @@ private slots:
 
     void aLinkToAFileIsTakenAsItself()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         watch(world);
         const QString outside = world.home.makeFile(u"outside.txt"_s);
         QVERIFY(QFile::link(outside, world.home.path(u"watched/link"_s)));
@@ -135,7 +121,7 @@ private slots:
     {
         QFETCH(int, microseconds);
         QFETCH(bool, taken);
-        test::StoreWorld world;
+        StoreWorld world;
         const TimePoint created = birthTime(world.home.makeFile(u"watched/a.txt"_s));
         if (created == distantPast) {
             QSKIP("This file system keeps no birth times");
@@ -153,7 +139,7 @@ private slots:
     void aFileWithoutADateOfCreationIsTakenWithTheExistingOnesAlone()
     {
         const QString withoutDates = u"/proc/sys/kernel/random"_s;
-        test::StoreWorld world;
+        StoreWorld world;
         watch(world, [&](LapsaAutoCleanFolderRule& rule) { rule.folderPath = withoutDates; });
         world.store().scanAutoCleanFolders();
         QCOMPARE(world.listedNames(), QStringList());
@@ -166,7 +152,7 @@ private slots:
 
     void includingExistingFilesLaterTakesThemAll()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         world.home.makeFile(u"watched/old.txt"_s);
         watch(world, [](LapsaAutoCleanFolderRule& rule) { rule.createdAt = distantFuture; });
         world.store().scanAutoCleanFolders();
@@ -178,36 +164,9 @@ private slots:
         QCOMPARE(world.listedNames(), QStringList{u"old.txt"_s});
     }
 
-    void withTheRulesOnTheFoldersOwnLifespanIsNotUsed()
-    {
-        test::StoreWorld world;
-        watch(world, [](LapsaAutoCleanFolderRule& rule) { rule.lifespanMinutes = 7; });
-        const QString plain = world.home.makeFile(u"watched/a.odt"_s);
-        const QString archive = world.home.makeFile(u"watched/a.zip"_s);
-
-        world.store().scanAutoCleanFolders();
-
-        QCOMPARE(lifespan(world.item(plain)), 120min);
-        QCOMPARE(lifespan(world.item(archive)), 10080min);
-    }
-
-    void withTheRulesOffEveryFileGetsTheFoldersLifespan()
-    {
-        test::StoreWorld world;
-        watch(world, [](LapsaAutoCleanFolderRule& rule) {
-            rule.lifespanMinutes = 7;
-            rule.applyFileTypeRules = false;
-        });
-        const QString archive = world.home.makeFile(u"watched/a.zip"_s);
-
-        world.store().scanAutoCleanFolders();
-
-        QCOMPARE(lifespan(world.item(archive)), 7min);
-    }
-
     void aFileOnCountdownIsNotAddedAgain()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         watch(world);
         world.home.makeFile(u"watched/a.txt"_s);
         world.store().scanAutoCleanFolders();
@@ -221,7 +180,7 @@ private slots:
 
     void aFileOnCountdownIsKnownHoweverTheFolderIsWritten()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         watch(world, [&](LapsaAutoCleanFolderRule& rule) { rule.folderPath = world.home.path(u"x/..//watched/"_s); });
         world.home.makeFile(u"watched/a.txt"_s);
         world.store().scanAutoCleanFolders();
@@ -236,7 +195,7 @@ private slots:
 
     void aFileTakenOffTheListIsTakenAgainByTheNextScan()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         watch(world);
         world.home.makeFile(u"watched/a.txt"_s);
         world.store().scanAutoCleanFolders();
@@ -249,34 +208,19 @@ private slots:
 
     void foldersThatCannotBeScannedArePassedOverWithoutAWord()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         for (const QString& path : {QString(), u"watched"_s, world.home.path(u"missing"_s),
                                     world.home.makeFile(u"a file"_s), u"relative/folder"_s}) {
             watch(world, [&](LapsaAutoCleanFolderRule& rule) { rule.folderPath = path; });
         }
         watch(world, [](LapsaAutoCleanFolderRule& rule) { rule.enabled = false; });
         world.home.makeFile(u"watched/a.txt"_s);
-        const test::LogCapture log;
+        const LogCapture log;
 
         world.store().scanAutoCleanFolders();
 
         QCOMPARE(world.listedNames(), QStringList());
         QCOMPARE(log.lines(), QStringList());
-    }
-
-    void theScanLeavesTheRulesAndTheSettingsFileAlone()
-    {
-        test::StoreWorld world;
-        watch(world);
-        world.home.makeFile(u"watched/a.txt"_s);
-        const LapsaSettings before = world.store().settings();
-        QFile::remove(world.home.dataPath(u"settings.json"_s));
-
-        world.store().scanAutoCleanFolders();
-        world.letSavesPass();
-
-        QCOMPARE(world.store().settings(), before);
-        QVERIFY(world.home.dataFile(u"settings.json"_s).isNull());
     }
 
     void lapsasOwnFilesAreNeverTaken_data()
@@ -291,7 +235,7 @@ private slots:
     void lapsasOwnFilesAreNeverTaken()
     {
         QFETCH(QString, folder);
-        test::StoreWorld world;
+        StoreWorld world;
         QVERIFY(QFile::link(world.home.dataPath(), world.home.path(u"link"_s)));
         world.home.makeFile(u".local/share/Lapsa/Recovery/parked.txt"_s);
         watch(world, [&](LapsaAutoCleanFolderRule& rule) {
@@ -306,7 +250,7 @@ private slots:
 
     void twoFoldersAreScannedInTheirOrder()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         watch(world, [&](LapsaAutoCleanFolderRule& rule) { rule.folderPath = world.home.makeFolder(u"second"_s); });
         watch(world);
         world.home.makeFile(u"watched/a.txt"_s);
@@ -315,90 +259,6 @@ private slots:
         world.store().scanAutoCleanFolders();
 
         QCOMPARE(world.listedNames(), QStringList({u"b.txt"_s, u"a.txt"_s}));
-    }
-
-    void aNewFileTypeRuleIsEmptyAndSaved()
-    {
-        test::StoreWorld world;
-
-        world.store().addFileTypeRule();
-        world.letSavesPass();
-
-        const LapsaFileTypeRule rule = world.store().settings().fileTypeRules.last();
-        QCOMPARE(world.store().settings().fileTypeRules.size(), 4);
-        QCOMPARE(rule.extensionsCSV, QString());
-        QCOMPARE(rule.lifespanMinutes, 120);
-        QVERIFY(rule.enabled);
-        QVERIFY(world.home.dataFile(u"settings.json"_s).contains(rule.id.toByteArray(QUuid::WithoutBraces).toUpper()));
-    }
-
-    void aFileTypeRuleIsRemovedByItsId()
-    {
-        test::StoreWorld world;
-        const QList<LapsaFileTypeRule> rules = world.store().settings().fileTypeRules;
-
-        world.store().removeFileTypeRule(rules[1].id);
-        world.store().removeFileTypeRule(QUuid::createUuid());
-
-        QCOMPARE(world.store().settings().fileTypeRules, (QList{rules[0], rules[2]}));
-    }
-
-    void aNewFolderIsWatchedFromNowOn()
-    {
-        test::StoreWorld world;
-        const QString folder = world.home.makeFolder(u"watched"_s);
-
-        world.store().addAutoCleanFolder(QUrl::fromLocalFile(folder));
-
-        const LapsaAutoCleanFolderRule rule = world.store().settings().autoCleanFolders.last();
-        const LapsaAutoCleanFolderRule expected{.id = rule.id, .folderPath = folder, .createdAt = world.time.now()};
-        QCOMPARE(rule, expected);
-        QCOMPARE(rule.lifespanMinutes, 10080);
-        QCOMPARE(rule.lastScanAt, distantPast);
-    }
-
-    void theSameFolderIsNeverAddedTwice()
-    {
-        test::StoreWorld world;
-        const QString folder = world.home.makeFolder(u"Watched"_s);
-        world.store().addAutoCleanFolder(QUrl::fromLocalFile(folder));
-        world.letSavesPass();
-        QFile::remove(world.home.dataPath(u"settings.json"_s));
-
-        world.store().addAutoCleanFolder(QUrl::fromLocalFile(folder));
-        world.store().addAutoCleanFolder(QUrl::fromLocalFile(folder + u'/'));
-        world.letSavesPass();
-        QCOMPARE(world.store().settings().autoCleanFolders.size(), 1);
-        QVERIFY(world.home.dataFile(u"settings.json"_s).isNull());
-
-        world.store().addAutoCleanFolder(QUrl::fromLocalFile(world.home.makeFolder(u"watched"_s)));
-        QCOMPARE(world.store().settings().autoCleanFolders.size(), 2);
-    }
-
-    void removingAFolderLeavesItsItemsOnCountdown()
-    {
-        test::StoreWorld world;
-        watch(world);
-        world.home.makeFile(u"watched/a.txt"_s);
-        world.store().scanAutoCleanFolders();
-
-        world.store().removeAutoCleanFolder(world.store().settings().autoCleanFolders.first().id);
-        world.letSavesPass();
-
-        QVERIFY(world.store().settings().autoCleanFolders.isEmpty());
-        QCOMPARE(world.listedNames(), QStringList{u"a.txt"_s});
-    }
-
-    void editingTheRulesClampsThem()
-    {
-        test::StoreWorld world;
-        LapsaSettings odd = world.store().settings();
-        odd.fileTypeRules[0].lifespanMinutes = 0;
-        world.settingsStore().setSettings(odd); // past the store, which would clamp
-
-        world.store().addFileTypeRule();
-
-        QCOMPARE(world.store().settings().fileTypeRules[0].lifespanMinutes, 1);
     }
 };
 

@@ -3,50 +3,19 @@
 
 #include "CaselessDisk.h"
 #include "CleanupService.h"
-#include "JSONEncoder.h"
 #include "LogCapture.h"
 #include "Privileges.h"
-#include "StoreWorld.h"
+#include "StoreSetup.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTest>
 
 #include <unistd.h>
 
 using namespace lapsa;
+using namespace lapsa::test;
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-LapsaItem itemAt(const QString& path, TimePoint expiresAt, bool locked)
-{
-    return {.id = newItemId(),
-            .path = path,
-            .displayName = u"x"_s,
-            .addedAt = distantPast,
-            .expiresAt = expiresAt,
-            .locked = locked};
-}
-
-void startWith(test::StoreWorld& world, const QList<LapsaItem>& items)
-{
-    world.home.writeDataFile(u"state.json"_s, JSONEncoder::lapsa().encode(items));
-    world.home.writeDataFile(u"recovery.json"_s, "[]");
-    world.start();
-    world.letSavesPass();
-}
-
-void setDisposal(test::StoreWorld& world, bool useRecoveryWindow, bool useTrash)
-{
-    world.changeSettings([=](LapsaSettings& settings) {
-        settings.useRecoveryWindow = useRecoveryWindow;
-        settings.useTrash = useTrash;
-    });
-}
-
-} // namespace
 
 class LapsaStore_locks_test final : public QObject
 {
@@ -86,7 +55,7 @@ private slots:
         QFETCH(QString, due);
         QFETCH(QString, locked);
         QFETCH(bool, goes);
-        test::StoreWorld world(false);
+        StoreWorld world(false);
         const QString home = world.home.path({});
         const QByteArray kept = world.home.makeFile(u"proj/keep.txt"_s).toUtf8();
         world.home.makeFile(u"proj/sub/deep/keep.txt"_s);
@@ -100,9 +69,9 @@ private slots:
         const QString path = due.startsWith(u"//") ? u'/' + home + due : home + u'/' + due;
         const LapsaItem lockedItem = itemAt(home + u'/' + locked, distantPast, true);
         const LapsaItem dueItem = itemAt(path, distantPast, false);
-        startWith(world, {lockedItem, dueItem});
+        startWith(world, {}, {lockedItem, dueItem});
         const QStringList before = world.home.names({});
-        const test::LogCapture log;
+        const LogCapture log;
 
         world.store().deleteExpiredItems();
 
@@ -128,7 +97,7 @@ private slots:
     {
         QFETCH(bool, useRecoveryWindow);
         QFETCH(bool, useTrash);
-        test::StoreWorld world;
+        StoreWorld world;
         setDisposal(world, useRecoveryWindow, useTrash);
         const LapsaItem kept = world.add(world.home.makeFile(u"proj/keep.txt"_s), 1);
         const LapsaItem folder = world.add(world.home.path(u"proj"_s), 1);
@@ -147,7 +116,7 @@ private slots:
 
     void aPassThatIsHeldUpByLocksAloneSavesNothing()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         world.store().toggleLock(world.add(world.home.makeFile(u"proj/keep.txt"_s), 1));
         world.add(world.home.path(u"proj"_s), 1);
         world.time.advance(1h);
@@ -173,17 +142,17 @@ private slots:
     {
         QFETCH(QString, due);
         QFETCH(QString, locked);
-        if (!test::PrivateMounts::available()) {
+        if (!PrivateMounts::available()) {
             QSKIP("Needs root");
         }
-        test::StoreWorld world(false);
+        StoreWorld world(false);
         const QString volume = world.home.path(u"volume"_s);
-        const auto disk = test::CaselessDisk::mountedAt(volume);
+        const auto disk = CaselessDisk::mountedAt(volume);
         if (!disk) {
             QSKIP("The system has no exFAT");
         }
         const QString kept = world.home.makeFile(u"volume/proj/keep.txt"_s);
-        startWith(world,
+        startWith(world, {},
                   {itemAt(volume + u'/' + locked, distantPast, true), itemAt(volume + u'/' + due, distantPast, false)});
 
         world.store().deleteExpiredItems();
@@ -194,7 +163,7 @@ private slots:
 
     void whatIsOnCountdownInAFolderLeavesTheListWithIt()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         const LapsaItem inside = world.add(world.home.makeFile(u"proj/sub/a.txt"_s), 600);
         const LapsaItem beside = world.add(world.home.makeFile(u"proj-2/a.txt"_s), 600);
         const LapsaItem gone = world.add(world.home.makeFile(u"proj/gone.txt"_s), 600);
@@ -211,13 +180,13 @@ private slots:
 
     void whatIsOnCountdownInAFolderThatCannotGoStaysOnTheList()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         const LapsaItem inside = world.add(world.home.makeFile(u"proj/a.txt"_s), 600);
         world.add(world.home.path(u"proj"_s), 1);
         QDir().rmdir(world.home.dataPath(u"Recovery"_s));
         world.home.writeDataFile(u"Recovery"_s, "in the way");
         world.time.advance(1min);
-        const test::LogCapture log;
+        const LogCapture log;
 
         world.store().deleteExpiredItems();
 
@@ -228,8 +197,8 @@ private slots:
 
     void aFolderThatIsPassedOverIsNotWarnedAbout()
     {
-        test::StoreWorld world;
-        test::RecordingWarnings warnings;
+        StoreWorld world;
+        RecordingWarnings warnings;
         CleanupService service(world.store(), warnings, {.clock = world.time, .mainQueue = world.time});
         const LapsaItem kept = world.add(world.home.makeFile(u"proj/keep.txt"_s), 600);
         const LapsaItem folder = world.add(world.home.path(u"proj"_s), 4);
@@ -245,7 +214,7 @@ private slots:
 
     void deletingAFolderThatHoldsALockedItemTakesNothing()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         const LapsaItem kept = world.add(world.home.makeFile(u"proj/keep.txt"_s));
         const LapsaItem folder = world.add(world.home.path(u"proj"_s));
         world.store().toggleLock(kept);
@@ -259,7 +228,7 @@ private slots:
 
     void deletingAFolderByHandTakesWhatIsOnCountdownInItOffTheList()
     {
-        test::StoreWorld world;
+        StoreWorld world;
         world.add(world.home.makeFile(u"proj/a.txt"_s));
         const LapsaItem folder = world.add(world.home.path(u"proj"_s));
         world.store().toggleLock(folder); // its own lock is no hindrance
@@ -273,7 +242,7 @@ private slots:
 
     void aHundredThousandLockedItemsAreLookedAtOnce()
     {
-        test::StoreWorld world(false);
+        StoreWorld world(false);
         constexpr int count = 100'000;
         constexpr int folders = 100;
         QList<LapsaItem> items;
@@ -287,7 +256,7 @@ private slots:
             items.push_back(itemAt(world.home.makeFolder(u"due/%1"_s.arg(number)), distantPast, false));
         }
         items.push_back(itemAt(world.home.path(u"locked"_s), distantPast, false));
-        startWith(world, items);
+        startWith(world, {}, items);
 
         world.store().deleteExpiredItems();
 

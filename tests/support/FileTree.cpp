@@ -4,6 +4,7 @@
 #include "FileTree.h"
 
 #include <QCryptographicHash>
+#include <QFile>
 #include <QHash>
 
 #include <dirent.h>
@@ -19,7 +20,7 @@ namespace lapsa::test {
 
 namespace {
 
-QByteArray contentOf(const QByteArray& path)
+QByteArray digestOf(const QByteArray& path)
 {
     const int file = ::open(path.constData(), O_RDONLY | O_CLOEXEC);
     QCryptographicHash hash(QCryptographicHash::Sha1);
@@ -68,7 +69,7 @@ public:
                           QByteArray::number(qlonglong(status.st_mtim.tv_sec)) + '.' +
                           QByteArray::number(qlonglong(status.st_mtim.tv_nsec)) + ' ' + attributesOf(path);
         if (S_ISREG(status.st_mode)) {
-            line += " size " + QByteArray::number(qlonglong(status.st_size)) + ' ' + contentOf(path);
+            line += " size " + QByteArray::number(qlonglong(status.st_size)) + ' ' + digestOf(path);
         } else if (S_ISLNK(status.st_mode)) {
             line += " to " + linkTarget(path);
         } else if (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode)) {
@@ -119,6 +120,12 @@ QList<QByteArray> treeAt(const QString& path)
 QList<QByteArray> rawNames(const QString& folder)
 {
     return TreeLister::namesIn(folder.toUtf8());
+}
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 void makeRawFile(const QByteArray& path, const QByteArray& content)

@@ -17,6 +17,9 @@ namespace lapsa::test {
 /// The raw names in a folder, sorted.
 [[nodiscard]] QList<QByteArray> rawNames(const QString& folder);
 
+/// The content of a file; null when it cannot be read.
+[[nodiscard]] QByteArray contentOf(const QString& path);
+
 /// Writes a file whose path may be any bytes.
 void makeRawFile(const QByteArray& path, const QByteArray& content = "content\n");
 
