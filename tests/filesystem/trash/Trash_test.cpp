@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "FileBatch.h"
 #include "FileTree.h"
+#include "HomeTrash.h"
 #include "Privileges.h"
 #include "TemporaryHome.h"
 
@@ -24,7 +24,7 @@ using namespace lapsa;
 using namespace lapsa::test;
 using namespace Qt::StringLiterals;
 
-/// The freedesktop trash.
+/// The freedesktop trash of the home.
 class Trash_test final : public QObject
 {
     Q_OBJECT
@@ -48,34 +48,13 @@ private slots:
     void aFailureLeavesTheFileAndNoRecord();
     void theTrashItselfIsNotTrashed_data();
     void theTrashItselfIsNotTrashed();
-    void anotherVolumeHasATrashOfItsOwn();
-    void theSharedTrashOfAVolumeIsUsedOnlyWhereItIsSafe_data();
-    void theSharedTrashOfAVolumeIsUsedOnlyWhereItIsSafe();
-    void aPlantedTrashFolderIsNotUsed();
-    void anotherMountOfTheSameVolumeHasATrashOfItsOwn();
-    void onAnOverlayTheHomeTrashIsUsed();
     void theDesktopListsWhatWasTrashed();
 
 private:
-    [[nodiscard]] int trash(const QString& path) const;
-    [[nodiscard]] QByteArray content(const QString& relative) const;
+    [[nodiscard]] QByteArray contentAt(const QString& relative) const { return contentOf(m_home->path(relative)); }
 
     std::unique_ptr<TemporaryHome> m_home;
-    const QString m_files = u".local/share/Trash/files"_s;
-    const QString m_info = u".local/share/Trash/info"_s;
 };
-
-int Trash_test::trash(const QString& path) const
-{
-    const Result<void> result = fileSystem::Batch({}).moveToTrash(path);
-    return result ? 0 : result.error().code;
-}
-
-QByteArray Trash_test::content(const QString& relative) const
-{
-    QFile file(m_home->path(relative));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 void Trash_test::everyKindOfEntryGoesIntoTheTrash_data()
 {
@@ -108,8 +87,9 @@ void Trash_test::everyKindOfEntryGoesIntoTheTrash()
     QCOMPARE(trash(path), 0);
 
     QVERIFY(treeAt(path).isEmpty());
-    QCOMPARE(treeAt(m_home->path(m_files + u'/' + QString::fromUtf8(name))), before);
-    QVERIFY(content(m_info + u'/' + QString::fromUtf8(name) + u".trashinfo"_s).contains("/in/" + recorded + '\n'));
+    QCOMPARE(treeAt(m_home->path(trashedFiles + u'/' + QString::fromUtf8(name))), before);
+    QVERIFY(
+        contentAt(trashRecords + u'/' + QString::fromUtf8(name) + u".trashinfo"_s).contains("/in/" + recorded + '\n'));
     QVERIFY(name != "link" || rawNames(m_home->path(u"target"_s)) == QList<QByteArray>{"precious"});
 }
 
@@ -121,7 +101,7 @@ void Trash_test::theRecordSaysWhereItCameFromAndWhen()
     QCOMPARE(trash(path), 0);
 
     const QRegularExpression form(uR"(^\[Trash Info\]\nPath=(.*)\nDeletionDate=(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d)\n$)"_s);
-    const auto match = form.match(QString::fromUtf8(content(m_info + u"/a file.txt.trashinfo"_s)));
+    const auto match = form.match(QString::fromUtf8(contentAt(trashRecords + u"/a file.txt.trashinfo"_s)));
     QVERIFY(match.hasMatch());
     QCOMPARE(match.captured(1), QString(path).replace(u' ', u"%20"_s));
     const QDateTime written = QDateTime::fromString(match.captured(2), Qt::ISODate);
@@ -135,13 +115,13 @@ void Trash_test::equalNamesGetANumberBeforeTheExtension()
         QCOMPARE(trash(m_home->makeFile(u"in/%1/.hidden"_s.arg(i))), 0);
     }
     // One that has no record, as another program may leave it.
-    m_home->makeFile(m_files + u"/orphan"_s);
+    m_home->makeFile(trashedFiles + u"/orphan"_s);
     QCOMPARE(trash(m_home->makeFile(u"in/orphan"_s)), 0);
 
     const QStringList expected = {u".hidden"_s,  u".hidden.2"_s,    u".hidden.3"_s,    u"orphan"_s,
                                   u"orphan.2"_s, u"report.2.pdf"_s, u"report.3.pdf"_s, u"report.pdf"_s};
-    QCOMPARE(m_home->names(m_files), expected);
-    QCOMPARE(m_home->names(m_info).size(), 7);
+    QCOMPARE(m_home->names(trashedFiles), expected);
+    QCOMPARE(m_home->names(trashRecords).size(), 7);
 }
 
 void Trash_test::theSearchForAFreeNameGoesOnBehindTheLast()
@@ -151,13 +131,13 @@ void Trash_test::theSearchForAFreeNameGoesOnBehindTheLast()
         QCOMPARE(trash(m_home->makeFile(u"in/%1/same"_s.arg(i))), 0);
     }
     // A name that is free again is met by a search that starts anew each time, which many equal names cannot afford.
-    QVERIFY(QFile::remove(m_home->path(m_files + u"/same.2"_s)));
-    QVERIFY(QFile::remove(m_home->path(m_info + u"/same.2.trashinfo"_s)));
+    QVERIFY(QFile::remove(m_home->path(trashedFiles + u"/same.2"_s)));
+    QVERIFY(QFile::remove(m_home->path(trashRecords + u"/same.2.trashinfo"_s)));
 
     QCOMPARE(trash(m_home->makeFile(u"in/last/same"_s)), 0);
 
     const QStringList expected = {u"same"_s, u"same.3"_s, u"same.4"_s, u"same.5"_s, u"same.6"_s};
-    QCOMPARE(m_home->names(m_files), expected);
+    QCOMPARE(m_home->names(trashedFiles), expected);
 }
 
 void Trash_test::aNameWithoutRoomForTheEndingIsShortened()
@@ -168,10 +148,10 @@ void Trash_test::aNameWithoutRoomForTheEndingIsShortened()
         QCOMPARE(trash(m_home->makeFile(u"in/"_s + name)), 0);
     }
 
-    const QStringList names = m_home->names(m_files);
+    const QStringList names = m_home->names(trashedFiles);
     QCOMPARE(names.size(), 2);
     for (const QString& stored : names) {
-        const QByteArray record = content(m_info + u'/' + stored + u".trashinfo"_s);
+        const QByteArray record = contentAt(trashRecords + u'/' + stored + u".trashinfo"_s);
         QVERIFY(record.contains("/in/" + name.toUtf8().toPercentEncoding() + '\n'));
     }
 }
@@ -180,7 +160,7 @@ void Trash_test::theTrashIsMadeForItsOwnerOnly()
 {
     QCOMPARE(trash(m_home->makeFile(u"a"_s)), 0);
 
-    for (const QString& folder : {u".local/share/Trash"_s, m_files, m_info}) {
+    for (const QString& folder : {u".local/share/Trash"_s, trashedFiles, trashRecords}) {
         struct stat status = {};
         QCOMPARE(::stat(m_home->path(folder).toUtf8().constData(), &status), 0);
         QCOMPARE(status.st_mode & 07777U, 0700U);
@@ -206,10 +186,10 @@ void Trash_test::aFailureLeavesTheFileAndNoRecord()
     }
     m_home->makeFile(u"in/file"_s);
     m_home->makeFile(u"in/folder/inside"_s);
-    m_home->makeFolder(m_files);
-    m_home->makeFolder(m_info);
+    m_home->makeFolder(trashedFiles);
+    m_home->makeFolder(trashRecords);
     for (const QString& path : {u"."_s, u"in"_s, u"in/file"_s, u"in/folder"_s, u"in/folder/inside"_s, u".local"_s,
-                                u".local/share"_s, u".local/share/Trash"_s, m_files, m_info}) {
+                                u".local/share"_s, u".local/share/Trash"_s, trashedFiles, trashRecords}) {
         giveToOrdinaryUser(m_home->path(path));
     }
     QCOMPARE(::chmod(m_home->path(withoutRight).toUtf8().constData(), 0555), 0);
@@ -218,7 +198,7 @@ void Trash_test::aFailureLeavesTheFileAndNoRecord()
     QCOMPARE(asOrdinaryUser([&] { return trash(m_home->path(trashed)); }), EACCES);
 
     QCOMPARE(treeAt(m_home->path(u"in"_s)), before);
-    QVERIFY(m_home->names(m_files).isEmpty() && m_home->names(m_info).isEmpty());
+    QVERIFY(m_home->names(trashedFiles).isEmpty() && m_home->names(trashRecords).isEmpty());
 }
 
 void Trash_test::theTrashItselfIsNotTrashed_data()
@@ -240,118 +220,6 @@ void Trash_test::theTrashItselfIsNotTrashed()
     QCOMPARE(trash(m_home->path(path)), EPERM);
 
     QCOMPARE(treeAt(m_home->path(u".local"_s)), before);
-}
-
-void Trash_test::anotherVolumeHasATrashOfItsOwn()
-{
-    if (!PrivateMounts::available()) {
-        QSKIP("mounts a file system, which needs root");
-    }
-    PrivateMounts mounts;
-    mounts.mountTemporary(m_home->path(u"disk"_s));
-    const QString own = u"disk/.Trash-%1"_s.arg(::geteuid());
-
-    QCOMPARE(trash(m_home->makeFile(u"disk/a folder/file"_s)), 0);
-
-    QVERIFY(m_home->names(m_files).isEmpty());
-    QCOMPARE(m_home->names(own + u"/files"_s), QStringList{u"file"_s});
-    QVERIFY(content(own + u"/info/file.trashinfo"_s).startsWith("[Trash Info]\nPath=a%20folder/file\nDeletionDate="));
-}
-
-void Trash_test::theSharedTrashOfAVolumeIsUsedOnlyWhereItIsSafe_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<bool>("used");
-    QTest::newRow("a sticky folder") << u"sticky"_s << true;
-    QTest::newRow("a folder that is not sticky") << u"plain"_s << false;
-    QTest::newRow("a link to a sticky folder") << u"link"_s << false;
-    QTest::newRow("a sticky folder of a stranger's") << u"stranger"_s << false;
-    QTest::newRow("a sticky folder of the volume's owner") << u"owner"_s << true;
-}
-
-void Trash_test::theSharedTrashOfAVolumeIsUsedOnlyWhereItIsSafe()
-{
-    QFETCH(QString, kind);
-    QFETCH(bool, used);
-    if (!PrivateMounts::available()) {
-        QSKIP("mounts a file system, which needs root");
-    }
-    PrivateMounts mounts;
-    mounts.mountTemporary(m_home->path(u"disk"_s));
-    const QString folder = m_home->makeFolder(kind == u"link"_s ? u"disk/elsewhere"_s : u"disk/.Trash"_s);
-    QCOMPARE(::chmod(folder.toUtf8().constData(), kind == u"plain"_s ? 0777 : 01777), 0);
-    if (kind == u"link"_s) {
-        QVERIFY(QFile::link(folder, m_home->path(u"disk/.Trash"_s)));
-    }
-
-    if (kind == u"stranger"_s || kind == u"owner"_s) {
-        giveToOrdinaryUser(folder);
-    }
-    if (kind == u"owner"_s) {
-        giveToOrdinaryUser(m_home->path(u"disk"_s));
-    }
-
-    QCOMPARE(trash(m_home->makeFile(u"disk/file"_s)), 0);
-
-    const QString user = QString::number(::geteuid());
-    QCOMPARE(m_home->names(u"disk/.Trash/%1/files"_s.arg(user)).size(), used ? 1 : 0);
-    QCOMPARE(m_home->names(u"disk/.Trash-%1/files"_s.arg(user)).size(), used ? 0 : 1);
-}
-
-void Trash_test::aPlantedTrashFolderIsNotUsed()
-{
-    if (!PrivateMounts::available()) {
-        QSKIP("mounts a file system, which needs root");
-    }
-    PrivateMounts mounts;
-    mounts.mountTemporary(m_home->path(u"disk"_s));
-    const QString planted = m_home->makeFolder(u"disk/.Trash-%1"_s.arg(::geteuid()));
-    giveToOrdinaryUser(planted);
-    const QString file = m_home->makeFile(u"disk/file"_s);
-
-    QCOMPARE(trash(file), EACCES);
-
-    QVERIFY(QFile::exists(file));
-    QVERIFY(rawNames(planted).isEmpty());
-}
-
-void Trash_test::anotherMountOfTheSameVolumeHasATrashOfItsOwn()
-{
-    if (!PrivateMounts::available()) {
-        QSKIP("mounts a file system, which needs root");
-    }
-    PrivateMounts mounts;
-    m_home->makeFile(u"original/file"_s);
-    mounts.bind(m_home->path(u"original"_s), m_home->makeFolder(u"mirror"_s));
-
-    QCOMPARE(trash(m_home->path(u"mirror/file"_s)), 0);
-
-    QCOMPARE(m_home->names(u"mirror/.Trash-%1/files"_s.arg(::geteuid())), QStringList{u"file"_s});
-    QVERIFY(m_home->names(m_info).isEmpty());
-}
-
-void Trash_test::onAnOverlayTheHomeTrashIsUsed()
-{
-    if (!PrivateMounts::available()) {
-        QSKIP("mounts an overlay, which needs root");
-    }
-    // The layers on file systems of their own, as on a live system.
-    PrivateMounts mounts;
-    mounts.mountTemporary(m_home->path(u"lower"_s));
-    mounts.mountTemporary(m_home->path(u"upper"_s));
-    m_home->makeFile(u"lower/home/file"_s);
-    m_home->makeFolder(u"upper/changes"_s);
-    m_home->makeFolder(u"upper/work"_s);
-    const QString merged = m_home->makeFolder(u"merged"_s);
-    mounts.mount("overlay", merged,
-                 "lowerdir=" + m_home->path(u"lower"_s).toUtf8() + ",upperdir=" +
-                     m_home->path(u"upper/changes"_s).toUtf8() + ",workdir=" + m_home->path(u"upper/work"_s).toUtf8());
-    qputenv("XDG_DATA_HOME", m_home->path(u"merged/home/.local/share"_s).toUtf8());
-
-    QCOMPARE(trash(m_home->path(u"merged/home/file"_s)), 0);
-
-    QCOMPARE(m_home->names(u"merged/home/.local/share/Trash/files"_s), QStringList{u"file"_s});
-    QCOMPARE(m_home->names(u"merged"_s), QStringList{u"home"_s});
 }
 
 void Trash_test::theDesktopListsWhatWasTrashed()
