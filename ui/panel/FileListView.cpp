@@ -149,14 +149,16 @@ void FileListView::keyPressEvent(QKeyEvent* event)
     }
 }
 
-void FileListView::changeEvent(QEvent* event)
+bool FileListView::event(QEvent* event)
 {
-    QWidget::changeEvent(event);
+    const bool done = QWidget::event(event);
+    // The toolkit passes a new font of the application to event() only, not to changeEvent().
     if (event->type() == QEvent::ApplicationFontChange || event->type() == QEvent::LayoutDirectionChange) {
         placeBar();
         updateRange();
         bindRows();
     }
+    return done;
 }
 
 bool FileListView::eventFilter(QObject* watched, QEvent* event)

@@ -207,12 +207,13 @@ void FileRowView::keyPressEvent(QKeyEvent* event)
     QWidget::keyPressEvent(event);
 }
 
-void FileRowView::changeEvent(QEvent* event)
+bool FileRowView::event(QEvent* event)
 {
-    QWidget::changeEvent(event);
+    // The toolkit passes this one to event() only, not to changeEvent().
     if (event->type() == QEvent::ApplicationFontChange) {
         arrange();
     }
+    return QWidget::event(event);
 }
 
 void FileRowView::makeButtons()

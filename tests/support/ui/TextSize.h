@@ -4,6 +4,8 @@
 #pragma once
 
 #include <QApplication>
+#include <QEvent>
+#include <QWidget>
 
 namespace lapsa::test {
 
@@ -17,6 +19,16 @@ public:
     TextSize& operator=(const TextSize&) = delete;
 
     ~TextSize() { setPoints(10); }
+
+    /// Tells all widgets about the new size. The toolkit does that by itself only within its event loop.
+    static void tellWidgets()
+    {
+        for (QWidget* const widget : QApplication::allWidgets()) {
+            QEvent event(QEvent::ApplicationFontChange);
+            QApplication::sendEvent(widget, &event);
+        }
+        QApplication::processEvents();
+    }
 
 private:
     static void setPoints(double points)

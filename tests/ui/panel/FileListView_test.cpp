@@ -7,6 +7,8 @@
 #include "JSONEncoder.h"
 #include "ManyItems.h"
 #include "PanelWorld.h"
+#include "RowIconButton.h"
+#include "TextSize.h"
 
 #include <QTest>
 
@@ -31,6 +33,7 @@ private slots:
     void whatIsSeenStaysInItsPlaceWhenItemsAboveItGo();
     void twoItemsWithOneIdAreTwoRows();
     void theScrollBarStandsInTheMargin();
+    void theRowsFollowANewTextSize();
 };
 
 namespace {
@@ -169,6 +172,23 @@ void FileListView_test::theScrollBarStandsInTheMargin()
     QVERIFY(bar.left() > many.list().geometry().right());
     QVERIFY(bar.right() < many.panel->width());
     QCOMPARE(many.row(0).width(), many.list().width());
+}
+
+void FileListView_test::theRowsFollowANewTextSize()
+{
+    const ManyItems many(10);
+    const int usual = many.row(0).height();
+    const test::TextSize text(20);
+
+    test::TextSize::tellWidgets();
+
+    QVERIFY(FileRowView::rowHeight() > usual);
+    QCOMPARE(many.row(0).height(), FileRowView::rowHeight());
+    QCOMPARE(many.row(1).y(), pitch());
+    QCOMPARE(many.list().scrollBar().maximum(), 10 * pitch() - rowSpacing - many.list().height());
+    // The buttons stand below the text, which needs the whole width.
+    const auto labels = many.row(0).findChildren<ElidedLabel*>();
+    QVERIFY(many.row(0).findChildren<RowIconButton*>().first()->y() > labels.last()->geometry().bottom());
 }
 
 QTEST_MAIN(FileListView_test)

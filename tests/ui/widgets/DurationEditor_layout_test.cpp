@@ -99,12 +99,7 @@ void DurationEditor_layout_test::everythingGrowsWhenTheTextDoes()
     const TextSize text(20);
     ShownEditor large(1500);
 
-    // Only within its event loop does the toolkit tell the widgets by itself.
-    for (QWidget* const widget : QApplication::allWidgets()) {
-        QEvent event(QEvent::ApplicationFontChange);
-        QApplication::sendEvent(widget, &event);
-    }
-    QApplication::processEvents();
+    TextSize::tellWidgets();
 
     QVERIFY(small.editor.sizeHint().height() > usual.height());
     QCOMPARE(small.editor.sizeHint(), large.editor.sizeHint());
