@@ -20,8 +20,8 @@ class ElidedLabel;
 class PushButton;
 class SymbolButton;
 
-/// The dialog in which the user goes through folders and chooses. It changes no file: there is nothing in it that
-/// could. Return goes into a folder and never adds one; the button adds.
+/// The dialog in which the user browses folders and chooses. It changes no file: it has no action that could. Return
+/// opens a folder and never adds one; the button adds.
 class Chooser : public QDialog
 {
     Q_OBJECT

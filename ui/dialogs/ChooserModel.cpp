@@ -136,7 +136,7 @@ QVariant ChooserModel::shownText(const QModelIndex& index) const
 QIcon ChooserModel::iconOf(const QModelIndex& index) const
 {
     const bool folder = isDir(index);
-    // By the name alone: what a file holds is not read for its picture.
+    // By the name alone: no file is read to choose its icon.
     const QMimeType type =
         folder ? QMimeType() : QMimeDatabase().mimeTypeForFile(nameOf(index), QMimeDatabase::MatchExtension);
     QIcon& icon = m_icons[type.name()];

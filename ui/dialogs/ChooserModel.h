@@ -9,7 +9,7 @@
 
 namespace lapsa {
 
-/// The folders and files that a chooser shows. It reads only: nothing in it can be renamed, moved, made or removed.
+/// The folders and files that a chooser shows. Read-only: nothing can be renamed, moved, created or removed with it.
 class ChooserModel final : public QFileSystemModel
 {
     Q_OBJECT

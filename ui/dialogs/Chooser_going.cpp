@@ -44,7 +44,7 @@ void Chooser::showFolder(const QString& folder, bool byUser)
     m_names->setRootIndex(m_model->setRootPath(folder));
     m_names->clearSelection();
     m_names->scrollToTop();
-    // Coming up from a folder, the keyboard goes on from there; chosen it is not.
+    // After going up, the keyboard continues at the folder left, which is not selected.
     const QModelIndex before = m_model->index(left);
     if (before.isValid() && before.parent() == m_names->rootIndex()) {
         m_names->selectionModel()->setCurrentIndex(before, QItemSelectionModel::NoUpdate);
@@ -150,7 +150,7 @@ void Chooser::refreshButtons()
 
 QStringList Chooser::choice() const
 {
-    // What is selected, and not its name in the field: a name need not be a text.
+    // The selected entries, not their names in the field: a file name need not be valid text.
     const QStringList selected = selectedPaths();
     if (!selected.isEmpty()) {
         return selected;

@@ -7,8 +7,8 @@
 
 namespace lapsa {
 
-/// The dialog that takes files and folders together, several at a time. The desktop's own dialogs take either the one
-/// or the other.
+/// The dialog for choosing files and folders together, several at a time. The desktops' own dialogs offer either files
+/// or folders.
 class FileChooser final : public Chooser
 {
     Q_OBJECT

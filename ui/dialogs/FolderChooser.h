@@ -7,7 +7,7 @@
 
 namespace lapsa {
 
-/// The dialog that takes one folder, where the desktop has none of its own.
+/// The dialog for choosing one folder, for desktops without one of their own.
 class FolderChooser final : public Chooser
 {
     Q_OBJECT

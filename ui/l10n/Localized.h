@@ -17,7 +17,7 @@ public:
     /// Whether the language code of the current locale is exactly "it". Every other language, and none, gets English.
     [[nodiscard]] static bool isItalian();
 
-    /// The one of the two texts that the current language asks for.
+    /// The text in the current language.
     [[nodiscard]] static QString text(const QString& english, const QString& italian);
 
     /// A whole number with the separators of the current language: "5,000", Italian "5.000".

@@ -13,7 +13,7 @@ namespace lapsa {
 
 class TextLabel;
 
-/// A large button that files can be dropped on. Takes every drop, whatever is in it.
+/// A large button that files can be dropped on. It accepts every drop, whatever it contains.
 class DropZone final : public HoverButton
 {
     Q_OBJECT

@@ -8,7 +8,7 @@ class QUrl;
 
 namespace lapsa {
 
-/// Where a row gets the icon of its file.
+/// Provides the icons of files to the rows.
 class FileIconSource
 {
 public:
@@ -17,7 +17,7 @@ public:
     FileIconSource& operator=(const FileIconSource&) = delete;
     virtual ~FileIconSource() = default;
 
-    /// The icon for a file URL, to be drawn at 24 x 24. Never a null icon, also for a file that is not there.
+    /// The icon for a file URL, to be drawn at 24 x 24. Never null, even if the file does not exist.
     [[nodiscard]] virtual QIcon icon(const QUrl& url) = 0;
 };
 

@@ -8,7 +8,7 @@
 
 namespace lapsa {
 
-/// A file's icon at its fixed size.
+/// Shows a file's icon at a fixed size.
 class FileIconView final : public QWidget
 {
     Q_OBJECT

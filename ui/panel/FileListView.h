@@ -41,16 +41,16 @@ public:
     /// The rows on screen, from top to bottom.
     [[nodiscard]] QList<FileRowView*> visibleRows() const;
 
-    /// Stands beside the list in the surroundings' margin, not over the rows.
+    /// The scroll bar, which lies beside the list in the parent's margin, not over the rows.
     [[nodiscard]] QScrollBar& scrollBar() { return *m_bar; }
 
-    /// Puts the focus back onto the row of an item after something covered it. Where the item is gone, the row in its
-    /// place has it, or the empty list.
+    /// Gives the focus back to the row of an item that was covered. If the item is gone, the row now in its place gets
+    /// it, or the list if it is empty.
     void focusRow(const QString& id);
-    /// Scrolls to items that the user has just put on the list, and lights them up once. Call after refresh().
+    /// Scrolls to items that the user has just added and highlights them once. Call it after refresh().
     void reveal(const QStringList& ids);
 
-    /// What a screen reader is told: of every item, not only of the rows. The caller owns it.
+    /// What a screen reader sees: every item, not only those with a row. The caller owns it.
     [[nodiscard]] QAccessibleInterface* makeAccessible();
 
 signals:

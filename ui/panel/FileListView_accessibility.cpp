@@ -17,8 +17,8 @@ namespace lapsa {
 
 namespace {
 
-/// Whoever reads through the whole list needs one after the other: those of long ago are made anew when asked for
-/// again.
+/// A screen reader that goes through the whole list needs one item after the other. Older ones are deleted, and made
+/// again on demand.
 constexpr qsizetype mostItems = 512;
 
 } // namespace

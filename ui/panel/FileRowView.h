@@ -24,7 +24,7 @@ class LapsaStore;
 class RowIconButton;
 
 /// One item of the list: icon, name, remaining time, four buttons and a context menu. It shows a copy of the item and
-/// hands every action to the store.
+/// passes every action on to the store.
 class FileRowView final : public QWidget
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ class FileRowView final : public QWidget
 public:
     FileRowView(LapsaStore& store, FileIconSource& icons, QWidget* parent = nullptr);
 
-    /// Shows an item, also another one than before.
+    /// Shows an item, which may be a different one than before.
     void setItem(const LapsaItem& item);
 
     [[nodiscard]] const LapsaItem& item() const { return m_item; }
@@ -80,7 +80,7 @@ private:
     void refresh();
     void refreshRemaining();
     [[nodiscard]] QString stateText() const;
-    /// Moves the focus along the row and its buttons; false at their ends.
+    /// Moves the focus along the row and its buttons; false at either end.
     bool moveFocusAlong(int step);
 
     LapsaStore& m_store;

@@ -25,7 +25,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// As wide as the column of rows that it covers: nothing of them looks out beside it.
+/// As wide as the rows that it covers, so that nothing of them shows beside it.
 constexpr int sheetWidth = 382;
 constexpr int widestSheet = 406;
 constexpr int padding = 24;

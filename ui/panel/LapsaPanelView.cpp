@@ -118,7 +118,7 @@ void LapsaPanelView::hideEvent(QHideEvent* event)
     QWidget::hideEvent(event);
     m_clock.reset();
     m_due.clear();
-    // It was read, and what it says of a file may not be true by the next opening.
+    // The user has read it, and it may no longer be true when the panel opens again.
     if (!event->spontaneous() && !m_message->isHidden()) {
         m_environment.store.setLastMessage({});
     }
@@ -164,7 +164,7 @@ QWidget* LapsaPanelView::makeList()
     return m_list;
 }
 
-/// Told before the change: the new state is read once, on the next turn, however many changes there were.
+/// Called before a change: the new state is read once, on the next turn, however many changes there were.
 void LapsaPanelView::noteChange()
 {
     noteDueItems();
@@ -217,7 +217,7 @@ void LapsaPanelView::applyTheme()
 
 void LapsaPanelView::addDroppedFiles(const QList<QUrl>& urls)
 {
-    // Each by itself; what is said afterwards is said of the whole drop.
+    // One by one, but with one message for the whole drop.
     AddResult dropped;
     for (const QUrl& url : urls) {
         dropped.append(m_environment.store.addFiles({url}));

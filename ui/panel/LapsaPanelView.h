@@ -29,14 +29,14 @@ class ScheduledTask;
 class Sheet;
 class TextLabel;
 
-/// The panel: header, drop zone, message, count and the list of items. It ticks once a second while it is on screen,
-/// and costs nothing while it is not.
+/// The panel: header, drop zone, message, count and the list of items. It updates once a second while it is visible,
+/// and does nothing while it is not.
 class LapsaPanelView final : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// What the panel stands on. All of it outlives the panel.
+    /// What the panel needs. All of it outlives the panel.
     struct Environment
     {
         LapsaStore& store;
@@ -52,9 +52,9 @@ public:
     [[nodiscard]] FileChooser* chooser() const;
     /// Whether a sheet covers the panel; Escape then belongs to it.
     [[nodiscard]] bool showingSheet() const;
-    /// Scrolls to items that the user has just put on the list, and lights them up once; nothing while it is closed.
+    /// Scrolls to items that the user has just added and highlights them once. Does nothing while the panel is closed.
     void reveal(const QStringList& ids);
-    /// Has a screen reader say that a warning has locked these items.
+    /// Lets a screen reader announce that these items were locked from a warning.
     void announceLocked(const QStringList& ids);
 
 protected:
@@ -94,7 +94,7 @@ private:
     FileListView* m_list = nullptr;
     Announcer* m_announcer = nullptr;
     QPointer<FileChooser> m_chooser;
-    /// Where the chooser was left; empty until then.
+    /// The folder that the chooser showed last; empty until then.
     QString m_lastFolder;
     QPointer<Sheet> m_sheet;
     QString m_sheetItemId;

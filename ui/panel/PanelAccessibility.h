@@ -5,8 +5,8 @@
 
 namespace lapsa {
 
-/// Teaches the toolkit what a screen reader is told about the panel's list and its rows, beside installAccessibility().
-/// Calling it again does nothing.
+/// Registers what a screen reader is told about the panel's list and its rows, in addition to installAccessibility().
+/// Further calls do nothing.
 void installPanelAccessibility();
 
 } // namespace lapsa

@@ -24,7 +24,7 @@ public:
         friend bool operator==(const Look&, const Look&) = default;
     };
 
-    /// `systemName` is the symbol's name; `danger` marks what cannot be taken back.
+    /// `systemName` is the symbol's name; `danger` marks an action that cannot be undone.
     RowIconButton(const QString& systemName, bool danger, QWidget* parent = nullptr);
 
     /// How a button looks in each state.

@@ -17,7 +17,7 @@ class DurationEditor;
 class TextLabel;
 class Toggle;
 
-/// One watched folder as a card, bound to its rule by its id: safe to be there when the rule is gone.
+/// One watched folder as a card. It finds its rule by the id, so it may outlive the rule.
 class AutoCleanFolderView final : public QWidget
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ public:
 
     [[nodiscard]] const QUuid& id() const { return m_id; }
 
-    /// Shows the folder as its rule is now. The disk is not asked.
+    /// Shows the rule as it is now, without reading the disk.
     void refresh();
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -43,7 +43,7 @@ private:
 
     void makeControls(QWidget* stack);
     [[nodiscard]] Toggle* makeToggle(const QString& text, bool LapsaAutoCleanFolderRule::*field, QWidget* stack);
-    /// Looks what lies in the folder now.
+    /// Lists the folder and shows how many files it has.
     void look();
     void refreshTexts();
     [[nodiscard]] QString existingFilesText(const LapsaAutoCleanFolderRule& rule) const;

@@ -16,7 +16,7 @@ class DurationEditor;
 class PushButton;
 class Toggle;
 
-/// One file type rule as a card, bound to the rule by its id: safe to be there when the rule is gone.
+/// One file type rule as a card. It finds the rule by its id, so it may outlive the rule.
 class FileTypeRuleView final : public QWidget
 {
     Q_OBJECT
@@ -26,9 +26,9 @@ public:
 
     [[nodiscard]] const QUuid& id() const { return m_id; }
 
-    /// Shows the rule as it is now. A text that is being typed is left alone.
+    /// Shows the rule as it is now. It does not disturb a text that is being typed.
     void refresh();
-    /// Where a new rule is filled in.
+    /// Puts the focus where a new rule is filled in.
     void focusExtensions();
 
 private:

@@ -9,10 +9,10 @@
 
 #include <cstdint>
 
-/// What the card of a watched folder says about it.
+/// The texts on the card of a watched folder.
 namespace lapsa::folderTexts {
 
-/// As many files are looked at; of a folder that has more, the text says so.
+/// At most this many files are counted; the text says so if the folder has more.
 inline constexpr qsizetype mostFiles = 2000;
 
 enum class Certainty

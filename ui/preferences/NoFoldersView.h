@@ -10,8 +10,8 @@ namespace lapsa {
 
 class PushButton;
 
-/// What the folders' tab shows while no folder is watched: what watching does, and the folder of downloads to begin
-/// with.
+/// What the folders tab shows while no folder is watched: what watching does, and a button that adds the downloads
+/// folder.
 class NoFoldersView final : public QWidget
 {
     Q_OBJECT
@@ -20,14 +20,14 @@ public:
     explicit NoFoldersView(QWidget* parent = nullptr);
 
 signals:
-    /// The user wants that folder to be watched.
+    /// The user asked to watch that folder.
     void chosen(const QUrl& folder);
 
 protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    /// Offers the folder of downloads as it is now.
+    /// Offers the current downloads folder.
     void offer();
 
     QUrl m_offered;

@@ -121,7 +121,7 @@ void PreferencesView::makeShortcuts()
     onKeys(Qt::CTRL | Qt::Key_PageUp, [step] { step(-1); });
 }
 
-/// Told before or while something changes: it is read once, on the next turn, however many changes there were.
+/// Called before or during a change: the state is read once, on the next turn, however many changes there were.
 void PreferencesView::noteChange()
 {
     if (std::exchange(m_changeNoted, true)) {

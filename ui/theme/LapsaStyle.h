@@ -9,8 +9,8 @@ class QMenu;
 
 namespace lapsa {
 
-/// The look of what is the toolkit's own: text fields, combo boxes, check boxes, scroll bars, menus, tooltips, and the
-/// buttons and lists of its dialogs. Everything takes its colours from themePalette().
+/// Draws the toolkit's own controls: text fields, combo boxes, check boxes, scroll bars, menus, tooltips, and the
+/// buttons and lists of its dialogs. All colours come from themePalette().
 ///
 /// The toolkit has one style for the whole application, and every widget can reach it. So it also owns what the desktop
 /// says about the look of all windows: whether they may move (Motion.h) and be translucent (Material.h).

@@ -8,7 +8,7 @@
 
 class QPainter;
 
-/// The grounds on which everything lies.
+/// The backgrounds on which everything lies.
 namespace lapsa::material {
 
 /// Whether windows may have round corners with nothing behind them, which needs a compositing window manager. The

@@ -15,7 +15,7 @@ namespace lapsa::motion {
 inline constexpr std::chrono::milliseconds hoverDuration{120};
 inline constexpr std::chrono::milliseconds popoverDuration{140};
 inline constexpr std::chrono::milliseconds sheetDuration{160};
-/// How long what was added is lit.
+/// How long an added item is highlighted.
 inline constexpr std::chrono::milliseconds highlightDuration{1200};
 inline constexpr QEasingCurve::Type easing = QEasingCurve::OutCubic;
 
@@ -25,10 +25,10 @@ inline constexpr QEasingCurve::Type easing = QEasingCurve::OutCubic;
 /// LapsaStyle.
 void setAllowedByDesktop(bool allowed);
 
-/// `duration`, or none at all where nothing may move.
+/// `duration`, or 0 where nothing may move.
 [[nodiscard]] int milliseconds(std::chrono::milliseconds duration);
 
-/// Lets `animation` run from where it stands to `target`; where nothing may move it is there at once.
+/// Runs `animation` from its current value to `target`; where nothing may move, it gets there at once.
 void moveTo(QVariantAnimation& animation, double target, std::chrono::milliseconds duration);
 
 } // namespace lapsa::motion

@@ -9,7 +9,7 @@
 
 class QPainter;
 
-/// How a choice of one among few looks: a track, and a raised piece under what is chosen.
+/// The look of segmented controls: a track, and a raised piece under the chosen segment.
 namespace lapsa::segments {
 
 struct State

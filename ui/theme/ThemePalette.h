@@ -12,7 +12,7 @@
 
 namespace lapsa {
 
-/// What a colour is for. Views name roles, never colours.
+/// The purpose of a colour. Views name roles, never colours.
 enum class ColorRole
 {
     Window,
@@ -49,9 +49,9 @@ inline constexpr double symbolContrast = 3.0;
 
 /// `color` with its opacity multiplied, 0 to 1.
 [[nodiscard]] QColor withOpacity(QColor color, double opacity);
-/// What is seen where a translucent colour lies on an opaque ground.
+/// The result of a translucent colour on an opaque background.
 [[nodiscard]] QColor blended(const QColor& color, const QColor& ground);
-/// The colour at `progress` (0 to 1) on the way between two.
+/// The colour at `progress` (0 to 1) between two others.
 [[nodiscard]] QColor mixed(const QColor& from, const QColor& to, double progress);
 /// WCAG contrast of two opaque colours, 1 to 21.
 [[nodiscard]] double contrastRatio(const QColor& one, const QColor& other);

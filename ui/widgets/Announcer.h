@@ -7,7 +7,7 @@
 
 namespace lapsa {
 
-/// Has a screen reader say what has happened by itself. It is there for nobody else: it shows and takes nothing.
+/// Lets a screen reader announce what happened by itself. It shows nothing and never takes the focus.
 class Announcer final : public QWidget
 {
     Q_OBJECT

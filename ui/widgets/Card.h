@@ -9,7 +9,7 @@ class QVBoxLayout;
 
 namespace lapsa {
 
-/// A quiet raised ground with rows on it, a hairline between each two.
+/// A raised surface that holds rows, with hairlines between them.
 class Card final : public QWidget
 {
     Q_OBJECT
@@ -17,9 +17,9 @@ class Card final : public QWidget
 public:
     explicit Card(QWidget* parent = nullptr);
 
-    /// Takes the row. A hidden one takes no room and no hairline.
+    /// Takes ownership of the row. A hidden row takes no space and has no hairline.
     void addRow(QWidget* row);
-    /// A text at the start of the line and its control at the end.
+    /// Adds a row with a text at its start and a control at its end.
     void addRow(const QString& label, QWidget* control);
     void insertRow(int index, QWidget* row);
 

@@ -27,13 +27,13 @@ struct DurationFields
     friend bool operator==(const DurationFields&, const DurationFields&) = default;
 };
 
-/// Edits a number of minutes, which belongs to the caller, as days, hours and minutes. It holds no number of its own.
+/// Edits a number of minutes as days, hours and minutes. The caller owns the number; the editor keeps no copy.
 class DurationEditor final : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// The lowest and highest total that is shown or written; the lower one wins where they are the wrong way round.
+    /// The lowest and highest total that is shown or written. If they are swapped, `minTotalMinutes` wins.
     struct Bounds
     {
         std::int64_t minTotalMinutes = 1;
@@ -49,7 +49,7 @@ public:
 
     /// Spreads the columns over the whole width, with one width for all values.
     void spread();
-    /// Steps back, because something else holds now; it can still be set.
+    /// Draws the editor fainter because another setting applies at the moment. It can still be used.
     void setDimmed(bool dimmed);
     /// The vertical centre of the line that holds the steppers.
     [[nodiscard]] int lineCentre() const;

@@ -13,7 +13,7 @@ namespace lapsa {
 class DurationEditor;
 class PushButton;
 
-/// An editor, and at the end of its line the button that removes what it edits; below it where the line is too short
+/// An editor with the button that removes what it edits at the end of its line, or below it if the line is too short
 /// for both.
 class EditorLine final : public QLayout
 {

@@ -10,8 +10,8 @@
 
 namespace lapsa {
 
-/// One line of plain text that gives way to little room: the middle is left out and the whole is in the tooltip. Shows
-/// any name, whatever is in it.
+/// One line of plain text, elided in the middle if it is too long; the tooltip then has the full text. Safe for any
+/// file name.
 class ElidedLabel final : public QLabel
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ public:
     [[nodiscard]] ColorRole role() const { return m_role; }
 
     void setElideMode(Qt::TextElideMode mode);
-    /// Digits of equal width, for numbers that run.
+    /// Digits of equal width, for numbers that change.
     void setTabular(bool tabular);
 
     [[nodiscard]] QSize sizeHint() const override;

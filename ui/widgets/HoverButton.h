@@ -8,8 +8,8 @@
 
 namespace lapsa {
 
-/// What all buttons drawn here have in common: a hover that fades in and out, Return as well as Space, and
-/// arrow keys that are left to the surroundings. A subclass paints its content.
+/// The base of all buttons drawn here: a hover effect that fades in and out, Return as well as Space, and arrow keys
+/// that go to the parent. A subclass paints its content.
 class HoverButton : public QAbstractButton
 {
     Q_OBJECT
@@ -17,10 +17,10 @@ class HoverButton : public QAbstractButton
 public:
     explicit HoverButton(QWidget* parent = nullptr);
 
-    /// 0 at rest, 1 under the pointer, between them on the way.
+    /// 0 at rest, 1 under the pointer, in between during the animation.
     [[nodiscard]] double hoverProgress() const;
 
-    /// Whether Return presses the button too; else it is left to whatever the surroundings do with it.
+    /// Whether Return presses the button too; otherwise the key goes to the parent.
     void setReturnPresses(bool presses) { m_returnPresses = presses; }
 
     /// A button that shows only a symbol: tooltip and accessible name are the same text.

@@ -17,7 +17,7 @@ class ListSection final : public QWidget
     Q_OBJECT
 
 public:
-    /// Takes the button.
+    /// Takes ownership of the button.
     ListSection(const QString& heading, QWidget* button, QWidget* parent = nullptr);
 
     /// How far the button reaches above the heading.

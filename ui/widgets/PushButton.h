@@ -7,7 +7,7 @@
 
 namespace lapsa {
 
-/// A button with a text, and a symbol before it where one is given.
+/// A button with a text, and a symbol before the text if one is set.
 class PushButton final : public HoverButton
 {
     Q_OBJECT
@@ -15,10 +15,10 @@ class PushButton final : public HoverButton
 public:
     enum class Kind
     {
-        /// What Return does in its surroundings; on the accent colour.
+        /// The default button, which Return presses; in the accent colour.
         Default,
         Plain,
-        /// Takes something away: its text is red.
+        /// Removes something; its text is red.
         Destructive,
     };
 

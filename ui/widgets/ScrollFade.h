@@ -7,7 +7,7 @@
 
 namespace lapsa {
 
-/// Lets what is scrolled run out softly at an edge, into the window's ground.
+/// Fades scrolled content out at an edge, into the window's background.
 class ScrollFade final : public QWidget
 {
     Q_OBJECT

@@ -12,14 +12,14 @@ namespace lapsa {
 
 class ScrollFade;
 
-/// A column of sections that scrolls. The scroll bar lies in the margin, so that nothing moves when it comes or goes;
-/// what lies beyond an edge runs out softly.
+/// A scrolling column of sections. The scroll bar lies in the margin, so that nothing moves when it appears; content
+/// fades out at an edge beyond which there is more.
 class ScrollPage : public QScrollArea
 {
     Q_OBJECT
 
 public:
-    /// `name` is what a screen reader calls the page.
+    /// `name` is the accessible name of the page.
     explicit ScrollPage(const QString& name, QWidget* parent = nullptr);
 
     /// Where the sections go, from top to bottom.

@@ -9,18 +9,18 @@ class QButtonGroup;
 
 namespace lapsa {
 
-/// A choice of one among few texts, all in sight. The keyboard reaches the chosen one and moves the choice with the
-/// arrow keys; a screen reader finds radio buttons.
+/// A choice of one from a few visible texts. Tab reaches the chosen one, the arrow keys change the choice, and a
+/// screen reader finds radio buttons.
 class SegmentedControl final : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// `name` is what a screen reader calls the whole.
+    /// `name` is the accessible name of the group.
     SegmentedControl(const QString& name, const QStringList& texts, QWidget* parent = nullptr);
 
     [[nodiscard]] int chosen() const;
-    /// Shows a choice made elsewhere; nothing is emitted.
+    /// Shows a choice made elsewhere, without a signal.
     void setChosen(int index);
 
 signals:

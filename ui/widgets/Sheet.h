@@ -9,19 +9,19 @@
 
 namespace lapsa {
 
-/// A sheet over its parent: the parent is dimmed and cannot be reached, keys stay inside. It shows at once and deletes
-/// itself when it is dismissed.
+/// A sheet over its parent, which is dimmed and cannot be used meanwhile; the focus stays inside. It shows itself at
+/// once, and deletes itself when it is dismissed.
 class Sheet final : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// Takes `content`, which is centred and keeps its size hint.
+    /// Takes ownership of `content`, which is centred and keeps its size hint.
     Sheet(QWidget& parent, QWidget* content);
 
     [[nodiscard]] QWidget& content() const { return *m_content; }
 
-    /// Goes away; `dismissed` is emitted at once.
+    /// Closes the sheet; `dismissed` is emitted at once, before the animation.
     void dismiss();
 
 signals:

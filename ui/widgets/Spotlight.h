@@ -10,8 +10,8 @@
 
 namespace lapsa {
 
-/// Which items are lit, and by how much at this moment: fully at first, then fading. Where nothing may move they stay
-/// lit as long, and are dark again at once.
+/// Which items are highlighted, and how strongly at this moment: fully at first, then fading. Without animations they
+/// stay highlighted for the same time, then stop at once.
 class Spotlight final : public QObject
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ class Spotlight final : public QObject
 public:
     explicit Spotlight(QObject* parent);
 
-    /// Lights the items with these ids, in place of those that are lit.
+    /// Highlights the items with these ids instead of the current ones.
     void light(const QSet<QString>& ids);
 
     /// 0 to 1.

@@ -8,19 +8,19 @@
 
 namespace lapsa {
 
-/// Steps a number down or up with the two halves of one control; the number itself is shown elsewhere. The keyboard's
-/// arrows, Page, Home and End keys step it too, and a held half repeats.
+/// Two halves that step a number down and up; the number itself is shown elsewhere. The arrow, Page, Home and End keys
+/// work too, and a half that is held down repeats.
 class Stepper final : public QSpinBox
 {
     Q_OBJECT
-    /// What the toolkit asks for when a screen reader wants one step; without it that is a tenth of the range.
+    /// The step of a screen reader's increase and decrease. The toolkit's default is a tenth of the range.
     Q_PROPERTY(int stepSize READ singleStep)
 
 public:
-    /// `name` is what a screen reader calls it.
+    /// `name` is the accessible name.
     explicit Stepper(const QString& name, QWidget* parent = nullptr);
 
-    /// Steps back, because what it sets does not hold now; it works all the same.
+    /// Draws the control fainter because its value has no effect at the moment. It can still be used.
     void setDimmed(bool dimmed);
 
     [[nodiscard]] bool dimmed() const { return m_dimmed; }

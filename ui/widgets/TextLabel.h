@@ -10,7 +10,7 @@
 
 namespace lapsa {
 
-/// Plain text in a style and a colour role, on as many lines as it needs.
+/// Plain text in a text style and a colour role, wrapped to as many lines as it needs.
 class TextLabel final : public QLabel
 {
     Q_OBJECT
@@ -20,7 +20,7 @@ public:
               QWidget* parent = nullptr);
 
     void setStyle(const TextStyle& style);
-    /// Lines beyond these are left out, the last one shown ends in an ellipsis.
+    /// Further lines are cut off; the last visible one then ends with an ellipsis.
     void setMaximumLines(int lines);
     /// Digits of equal width, for numbers that run: on one line, never narrower than the text or than `leastWidth`.
     void setTabular(int leastWidth = 0);

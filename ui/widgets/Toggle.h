@@ -10,7 +10,7 @@
 
 namespace lapsa {
 
-/// A check box drawn as a text with a switch at the end of its line. The whole line switches it.
+/// A check box drawn as a text with a switch at the end of the line. A click anywhere on the line toggles it.
 class Toggle final : public QCheckBox
 {
     Q_OBJECT
@@ -19,11 +19,11 @@ public:
     explicit Toggle(const QString& text, QWidget* parent = nullptr);
 
     void setTextStyle(const TextStyle& style);
-    /// With a mode other than ElideNone the text stays on one line and gives way to little room; else it wraps.
+    /// With a mode other than ElideNone the text stays on one line and is elided; otherwise it wraps.
     void setElideMode(Qt::TextElideMode mode);
-    /// What the line says; as setText(), but any name is shown as plain text.
+    /// Sets the text. Unlike with setText(), an `&` in it is shown as it is.
     void setLabel(const QString& text);
-    /// Shows a state that was set elsewhere: switched() is not emitted.
+    /// Shows a state that was set elsewhere, without the signal switched().
     void showChecked(bool on);
 
     [[nodiscard]] QSize sizeHint() const override;
