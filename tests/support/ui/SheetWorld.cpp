@@ -34,7 +34,7 @@ ItemTimeView* SheetWorld::sheet() const
     return seen != sheets.end() ? *seen : nullptr;
 }
 
-void SheetWorld::press(const QString& button)
+void SheetWorld::press(const QString& button) const
 {
     QTest::mouseClick(&named<PushButton>(*sheet(), button), Qt::LeftButton);
 }

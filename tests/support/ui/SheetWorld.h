@@ -26,7 +26,7 @@ public:
     /// The sheet that is seen, if any: one that was dismissed is deleted later.
     [[nodiscard]] ItemTimeView* sheet() const;
     /// Clicks the sheet's button with that text.
-    void press(const QString& button);
+    void press(const QString& button) const;
     /// The duration that the sheet shows.
     [[nodiscard]] QString choice() const;
     /// The time that the item has left in the store.
