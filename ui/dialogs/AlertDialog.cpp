@@ -60,7 +60,7 @@ AlertDialog::AlertDialog(const QString& message, const QString& information, QWi
 void AlertDialog::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    // The window has its edge from the window manager: the ground's own hairline lies outside.
+    // The window manager draws the window's edge: the ground's own hairline is moved outside.
     material::paintWindow(painter, rect().adjusted(-1, -1, 1, 1), 0, palette());
 }
 

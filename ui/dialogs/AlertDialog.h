@@ -7,7 +7,7 @@
 
 namespace lapsa {
 
-/// A message with one button. Modal to the application when it is opened; Return and Escape dismiss it.
+/// A message with one button. Application-modal; Return and Escape dismiss it.
 class AlertDialog final : public QDialog
 {
     Q_OBJECT

@@ -94,7 +94,7 @@ bool Chooser::eventFilter(QObject* watched, QEvent* event)
 void Chooser::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    // The window has its edge from the window manager: the ground's own hairline lies outside.
+    // The window manager draws the window's edge: the ground's own hairline is moved outside.
     material::paintWindow(painter, rect().adjusted(-1, -1, 1, 1), 0, palette());
 }
 

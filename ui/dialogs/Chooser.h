@@ -27,23 +27,23 @@ class Chooser : public QDialog
     Q_OBJECT
 
 public:
-    /// What was added, in the order in which it was shown; empty until then.
+    /// The added files and folders, in the order shown; empty until then.
     [[nodiscard]] QList<QUrl> chosen() const { return m_chosen; }
 
-    /// The folder that is shown, as an absolute path.
+    /// The absolute path of the current folder.
     [[nodiscard]] QString folder() const { return m_folder; }
 
 protected:
     struct Purpose
     {
         QString title;
-        /// Stands before the field for a path.
+        /// The label before the path field.
         QString fieldLabel;
-        /// One folder, or else several files and folders.
+        /// Whether to choose one folder instead of several files and folders.
         bool oneFolder = false;
     };
 
-    /// Opens in `startFolder`, or in the home folder where that one is no more.
+    /// Opens in `startFolder`, or in the home folder if it no longer exists.
     Chooser(const Purpose& purpose, const QString& startFolder, QWidget* parent);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -57,14 +57,14 @@ private:
     void setUpNames();
     void makeShortcuts();
 
-    /// Shows a folder; what is none is passed over. `byUser` is false for the one that it opens with.
+    /// Shows a folder; ignores a path that is not a folder. `byUser` is false for the initial folder.
     void showFolder(const QString& folder, bool byUser);
-    /// The same, with the folder before it kept for goBack().
+    /// Like showFolder(), but remembers the previous folder for goBack().
     void goTo(const QString& folder);
     void goUp();
     void goBack();
     void goForward();
-    /// Return, or a double click, on what is selected.
+    /// Return or a double click on the selection.
     void enterSelected();
     /// Return in the field.
     void openTyped();
@@ -72,14 +72,14 @@ private:
     void fillField();
     void refreshButtons();
 
-    /// Absolute paths of what the button would add; empty when that is nothing.
+    /// The absolute paths that the button would add; may be empty.
     [[nodiscard]] QStringList choice() const;
     [[nodiscard]] QStringList selectedPaths() const;
-    /// The absolute path of what is in the field; empty when there is no such thing.
+    /// The absolute path of the field's text; empty if it does not exist.
     [[nodiscard]] QString typedPath() const;
 
     bool m_oneFolder;
-    /// Whether the user came to the folder that is shown, instead of finding it there.
+    /// Whether the user navigated to the current folder.
     bool m_cameByUser = false;
     QString m_folder;
     QStringList m_back;

@@ -24,14 +24,14 @@ namespace {
 constexpr QSize iconSize(20, 20);
 constexpr QDir::Filters folders = QDir::AllDirs | QDir::Drives | QDir::NoDotAndDotDot;
 
-/// Figures stand at the end of their column.
+/// Numbers are aligned to the end of their column.
 QVariant alignmentOf(int column)
 {
     const Qt::Alignment side = column == ChooserModel::Size ? Qt::AlignTrailing : Qt::AlignLeading;
     return QVariant::fromValue(side | Qt::AlignVCenter);
 }
 
-/// The theme's icon, or the drawing of our own. A selected one keeps its colours.
+/// The theme's icon, or our own drawing. A selected icon keeps its colours.
 QIcon themed(const QStringList& names, const QString& drawing)
 {
     const auto name = std::ranges::find_if(names, [](const QString& each) { return QIcon::hasThemeIcon(each); });
@@ -46,14 +46,14 @@ QIcon themed(const QStringList& names, const QString& drawing)
     return icon;
 }
 
-/// For sizes and times. The texts around them are Italian by another rule than the toolkit's.
+/// For sizes and times. Lapsa's rule for choosing Italian differs from the toolkit's.
 QLocale shownLocale()
 {
     const QLocale usual;
     return Localized::isItalian() && usual.language() != QLocale::Italian ? QLocale(QLocale::Italian) : usual;
 }
 
-/// As it is on the disk; the model's own fileName() asks for what is shown.
+/// The name on the disk; the model's own fileName() returns the displayed text.
 QString nameOf(const QModelIndex& index)
 {
     return index.data(QFileSystemModel::FileNameRole).toString();

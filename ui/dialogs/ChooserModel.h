@@ -35,7 +35,7 @@ private:
     [[nodiscard]] QVariant shownText(const QModelIndex& index) const;
     [[nodiscard]] QIcon iconOf(const QModelIndex& index) const;
 
-    /// By the type of the file.
+    /// Keyed by file type.
     mutable QHash<QString, QIcon> m_icons;
 };
 

@@ -25,7 +25,7 @@ constexpr double markOpacity = 0.09;
 constexpr int folderRole = Qt::UserRole;
 constexpr int symbolRole = Qt::UserRole + 1;
 
-/// A folder that the desktop keeps for one kind of things, under the name that the user knows it by.
+/// One of the desktop's standard folders, under the name that users know.
 struct UserPlace
 {
     QStandardPaths::StandardLocation location;
@@ -105,7 +105,7 @@ void ChooserPlaces::addPlace(const QString& name, const QString& symbol, const Q
     place->setToolTip(plainToolTip(folder));
 }
 
-/// The place that is shown is marked without the accent, which belongs to what is chosen.
+/// Marks the current place without the accent colour, which is reserved for the selection.
 void ChooserPlaces::quieten()
 {
     QPalette quiet = QGuiApplication::palette();

@@ -7,7 +7,7 @@
 
 namespace lapsa {
 
-/// The places to begin at, beside a chooser's names: the home folder, the user's own folders in it, the whole computer.
+/// A chooser's sidebar of starting places: the home folder, the user's own folders in it, the whole computer.
 class ChooserPlaces final : public QListWidget
 {
     Q_OBJECT
@@ -15,7 +15,7 @@ class ChooserPlaces final : public QListWidget
 public:
     explicit ChooserPlaces(QWidget* parent = nullptr);
 
-    /// Marks the place that is shown; none when it is none of these.
+    /// Marks `folder` if it is one of the places; otherwise marks none.
     void showPlace(const QString& folder);
 
     [[nodiscard]] QSize sizeHint() const override;

@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A folder as it is read: from the home folder on where it lies in there.
+/// A folder's path for display: relative to the home folder if it is inside it.
 QString wayTo(const QString& folder)
 {
     const QString home = QDir::homePath();
@@ -121,13 +121,13 @@ void Chooser::add()
     }
 }
 
-/// The field follows what is selected. With nothing selected, a chooser of a folder offers the one that the user has
-/// come to.
+/// Shows the selection in the field. Without a selection, a folder chooser offers the folder that the user navigated
+/// to.
 void Chooser::fillField()
 {
     const QStringList selected = selectedPaths();
     if (selected.isEmpty() && m_field->hasFocus() && !m_field->text().isEmpty() && m_field->isModified()) {
-        return; // the selection gives way to what is being typed
+        return; // keep the text that is being typed
     }
     const bool several = selected.size() > 1;
     m_field->setPlaceholderText(several ? Localized::text(u"%1 selected"_s, u"%1 selezionati"_s).arg(selected.size())

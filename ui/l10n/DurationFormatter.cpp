@@ -20,7 +20,7 @@ constexpr std::int64_t minutesPerDay = 24 * minutesPerHour;
 
 QString DurationFormatter::compact(std::int64_t minutes)
 {
-    // Never "0min", on purpose: what is shown still has time left, or is about to be dealt with.
+    // Never "0min", on purpose: an item on the list still has time left, or is about to be handled.
     const std::int64_t shown = std::max<std::int64_t>(minutes, 1);
     const std::int64_t days = shown / minutesPerDay;
     const std::int64_t hours = shown % minutesPerDay / minutesPerHour;

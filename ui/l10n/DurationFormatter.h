@@ -13,8 +13,7 @@ namespace lapsa {
 class DurationFormatter final
 {
 public:
-    /// "2d 3h 5min" (Italian "2g 3h 5min"); parts that are zero are left out. Anything below one minute is written as
-    /// one.
+    /// "2d 3h 5min" (Italian "2g 3h 5min"); omits parts that are zero. Shows at least one minute.
     [[nodiscard]] static QString compact(std::int64_t minutes);
 };
 

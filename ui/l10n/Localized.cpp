@@ -128,7 +128,7 @@ QString Localized::daysShort()
     return text(u"d"_s, u"g"_s);
 }
 
-// The same in both languages, and asked for all the same: the table has no exceptions.
+// The same in both languages, but kept in the table so that it has no exceptions.
 QString Localized::hoursShort()
 {
     return text(u"h"_s, u"h"_s);

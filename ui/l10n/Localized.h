@@ -9,12 +9,12 @@
 
 namespace lapsa {
 
-/// The two-language string table. Every property asks for the language anew, so that nothing has to be told when the
-/// locale changes. Texts that only one view uses stand in that view, chosen by text().
+/// The two-language string table. Every function checks the language again, so that a changed locale needs no
+/// notification. A text used by only one view is in that view, chosen by text().
 class Localized final
 {
 public:
-    /// Whether the language code of the current locale is exactly "it". Every other language, and none, gets English.
+    /// Whether the language code of the current locale is exactly "it". Any other language, or none, means English.
     [[nodiscard]] static bool isItalian();
 
     /// The text in the current language.

@@ -18,7 +18,7 @@ namespace {
 
 struct ToolkitText
 {
-    /// The class that shows it.
+    /// The class that shows the text.
     QByteArrayView context;
     QByteArrayView english;
     QStringView italian;

@@ -7,8 +7,8 @@
 
 namespace lapsa {
 
-/// The Italian of the few texts that the toolkit shows by itself: the menus of text fields, the names of keys, and what
-/// a screen reader says of the actions of a control. Asks for the language anew with each text, as Localized does.
+/// Italian translations of the toolkit's few visible texts: the menus of text fields, the names of keys, and a screen
+/// reader's names for a control's actions. Checks the language for each text, as Localized does.
 class ToolkitTexts final : public QTranslator
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ class ToolkitTexts final : public QTranslator
 public:
     using QTranslator::QTranslator;
 
-    /// Null for a text that is not known, and in English: the toolkit then shows its own.
+    /// Null for an unknown text, and in English: the toolkit then shows its own text.
     [[nodiscard]] QString translate(const char* context, const char* sourceText, const char* disambiguation,
                                     int n) const override;
 

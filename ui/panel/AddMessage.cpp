@@ -21,13 +21,14 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// The panel waits for the count. Beyond these it would stand still for long, and a larger number tells nobody more.
+/// The panel waits for the count. Beyond these limits it would freeze noticeably, and a larger number is no more
+/// useful.
 constexpr std::int64_t mostCounted = 5000;
 constexpr auto patience = 100ms;
-/// Less than this is not worth a "more than".
+/// "More than" is not used for smaller numbers.
 constexpr std::int64_t leastRounded = 10;
 
-/// How much room a sentence has: the panel shows two lines of about sixty letters.
+/// The room for a sentence: the panel shows two lines of about sixty characters.
 enum class Room
 {
     /// Both lines.
@@ -46,8 +47,8 @@ bool isWrittenFromRightToLeft(QChar letter)
     return letter.direction() == QChar::DirR || letter.direction() == QChar::DirAL;
 }
 
-/// The last component in quotation marks, its middle left out where it is long. Line breaks in a name would take the
-/// lines from the sentence.
+/// The last component in quotation marks; a long name loses its middle. Line breaks are removed, because they would use
+/// up the sentence's lines.
 QString quotedName(const QString& path, Room room)
 {
     QString name = lastPathComponent(path).simplified();
@@ -55,11 +56,11 @@ QString quotedName(const QString& path, Room room)
         const qsizetype end = longest / 3;
         name = name.first(longest - end).trimmed() + u'…' + name.last(end).trimmed();
     }
-    // Isolated, or the words behind the name would be drawn in front of it.
+    // Isolated, otherwise the words after the name would be drawn before it.
     return std::ranges::any_of(name, isWrittenFromRightToLeft) ? u"“\u2068%1\u2069”"_s.arg(name) : u"“%1”"_s.arg(name);
 }
 
-/// The one thing that was refused, with the reason; `cannot be put on countdown` follows in English.
+/// The only refused path, with the reason; in English `cannot be put on countdown` follows.
 QString refusedWithReason(const AddResult::Refused& refused)
 {
     using enum fileSystem::Refusal;
@@ -89,7 +90,7 @@ bool needsNoName(fileSystem::Refusal reason)
     return reason == Root || reason == Home || reason == ProtectedFolder;
 }
 
-/// What was refused, with as much as there is room for: the reason of a single thing, the names of several.
+/// The refused paths, as far as there is room: the reason for a single one, the names of several.
 QString refusedThings(const QList<AddResult::Refused>& refused, Room room)
 {
     const AddResult::Refused& first = refused.first();
@@ -114,7 +115,7 @@ QString refusalSentence(const QList<AddResult::Refused>& refused, Room room)
         .arg(refusedThings(refused, room));
 }
 
-/// Two digits of it, for a number that only says how many there are at least.
+/// Rounds down to two significant digits, for a lower bound.
 std::int64_t roundedDown(std::int64_t number)
 {
     std::int64_t unit = 1;
@@ -124,7 +125,7 @@ std::int64_t roundedDown(std::int64_t number)
     return number / unit * unit;
 }
 
-/// What goes with folders, behind "goes as a whole".
+/// The number of files in folders, after "goes as a whole".
 QString contentText(const fileSystem::FileCount& count, bool several)
 {
     const std::int64_t least = roundedDown(count.files - 1);
@@ -142,7 +143,7 @@ QString contentText(const fileSystem::FileCount& count, bool several)
                             : Localized::text(u": %1 files."_s, u": %1 file."_s).arg(Localized::number(count.files));
 }
 
-/// The folders that go as a whole, with what they hold.
+/// The folders that go as a whole, and how many files they hold.
 struct WholeFolders
 {
     QStringList paths;
@@ -154,7 +155,7 @@ WholeFolders counted(const QStringList& folders, const fileSystem::CountLimits& 
     WholeFolders whole;
     fileSystem::FileCount& sum = whole.content;
     for (const QString& folder : folders) {
-        // A link to a folder goes alone, without what it leads to.
+        // A link to a folder goes alone, without its target.
         if (const auto count =
                 fileSystem::countFiles(folder, {.most = limits.most - sum.files, .deadline = limits.deadline})) {
             sum = {.files = sum.files + count->files, .whole = sum.whole && count->whole};

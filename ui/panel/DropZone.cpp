@@ -130,7 +130,7 @@ void DropZone::dragLeaveEvent(QDragLeaveEvent*)
 void DropZone::dropEvent(QDropEvent* event)
 {
     setDraggedOver(false);
-    // Accepted in every case, kept on purpose: a drop without files adds nothing, and whoever dropped it need not know.
+    // Always accepted, kept on purpose: a drop without files adds nothing, and its source need not know.
     event->setDropAction(Qt::CopyAction);
     event->accept();
     QList<QUrl> urls = event->mimeData()->urls();

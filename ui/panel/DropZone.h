@@ -27,10 +27,10 @@ public:
 
     explicit DropZone(QWidget* parent = nullptr);
 
-    /// Shows what a new item gets.
+    /// Shows the lifespan that new items get.
     void setDefaultExpiry(std::int64_t minutes);
 
-    /// `strength` 0 to 1 is how far it is hovered.
+    /// `strength`, 0 to 1, is the hover progress.
     [[nodiscard]] static Look lookFor(bool draggedOver, double strength, const QPalette& palette);
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -40,7 +40,7 @@ public:
     [[nodiscard]] int heightForWidth(int width) const override;
 
 signals:
-    /// The file URLs of a drop, in their order; possibly none.
+    /// The file URLs of a drop, in order; may be empty.
     void filesDropped(const QList<QUrl>& urls);
 
 protected:

@@ -18,7 +18,7 @@ public:
 
     void setIcon(const QIcon& icon);
 
-    /// The icon's edge.
+    /// The icon's edge length, in logical pixels.
     static constexpr int extent = 24;
 
 protected:

@@ -25,9 +25,9 @@ namespace {
 constexpr int rowSpacing = 10;
 constexpr int emptyPadding = 56;
 constexpr int ringRadius = 16;
-/// Between the rows and the scroll bar, in the margin.
+/// Gap between the rows and the scroll bar, which is in the margin.
 constexpr int barGap = 7;
-/// One notch of a wheel is three lines: about one row.
+/// One wheel notch is three lines: about one row.
 constexpr int linesPerRow = 3;
 
 } // namespace
@@ -170,8 +170,8 @@ bool FileListView::eventFilter(QObject* watched, QEvent* event)
             updateTabStops();
         }
     } else if (event->type() == QEvent::MouseButtonPress) {
-        // The row has the focus, not its button: a key that is pressed next takes no file. A second click at once,
-        // which does nothing, does nothing here either.
+        // Focus the row, not its button, so that the next key press does not remove a file. An immediate second click,
+        // which the buttons ignore, is ignored here too.
         auto* view = qobject_cast<FileRowView*>(watched);
         view = view != nullptr ? view : qobject_cast<FileRowView*>(watched->parent());
         view->setFocus(Qt::MouseFocusReason);

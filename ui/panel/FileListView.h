@@ -24,10 +24,11 @@ class Spotlight;
 class TextLabel;
 
 /// The scrolling list of items. Only the rows on screen exist: a row is bound to an item by its id and moves with it,
-/// so that hover and focus stay with the item while the list changes around it. Any number of items costs the same.
+/// so that hover and focus stay with the item while the list changes around it. The cost does not depend on the number
+/// of items.
 ///
-/// One row is the current one: Tab stops at it and its buttons, the arrow keys make another one current. The list
-/// itself can have the focus, but is no stop: the keys go on from there to its rows.
+/// One row is current: Tab stops at it and its buttons, the arrow keys make another row current. The list itself can
+/// have the focus, but is not a Tab stop: from there the arrow keys move to its rows.
 class FileListView final : public QWidget
 {
     Q_OBJECT
@@ -35,7 +36,7 @@ class FileListView final : public QWidget
 public:
     FileListView(LapsaStore& store, FileIconSource& icons, QWidget* parent);
 
-    /// Reads the store's items anew; keeps what is seen in its place when something changed above it.
+    /// Reads the store's items again; visible rows stay in place when something changes above them.
     void refresh();
     void setNow(TimePoint now);
     /// The rows on screen, from top to bottom.
@@ -78,9 +79,9 @@ private:
     [[nodiscard]] qsizetype count() const;
     [[nodiscard]] int pitch() const;
     [[nodiscard]] qsizetype indexOf(const QString& id, qsizetype hint) const;
-    /// The row that has the focus, itself or inside.
+    /// The row that has the focus or contains the focused button.
     [[nodiscard]] const Row* focusedRow() const;
-    /// Where Tab stops: the current row while it is bound, else the first one that is seen, if any.
+    /// The row where Tab stops: the current one while it is bound, else the first visible one, if any.
     [[nodiscard]] FileRowView* currentRow() const;
 
     void keepAnchor();
@@ -105,7 +106,7 @@ private:
     TimePoint m_now;
     std::vector<Row> m_rows;
     std::vector<Row> m_spare;
-    /// The item at the upper edge and where its row stood, so that it stays there.
+    /// The item at the upper edge and its row's index, so that it stays in place.
     QString m_anchorId;
     qsizetype m_anchorIndex = 0;
     QString m_currentId;

@@ -23,7 +23,7 @@ constexpr qsizetype mostItems = 512;
 
 } // namespace
 
-/// An item without a row. It is found by its id, so that it stays the same item while others come and go.
+/// An item without a row, identified by its id, so that it stays the same item when others are added or removed.
 class FileListView::AccessibleItem final : public QAccessibleInterface, public QAccessibleActionInterface
 {
 public:
@@ -116,12 +116,12 @@ public:
 private:
     QPointer<FileListView> m_list;
     QString m_id;
-    /// Where it was found last; where it is looked for first.
+    /// Where it was last found; the search starts here.
     mutable qsizetype m_index;
 };
 
-/// The list with all its items in their order. Those on screen are their rows, the others are made when asked for; the
-/// one child of an empty list is the text that it shows.
+/// The list with all its items in order. Items on screen are represented by their rows, others are created on demand;
+/// the only child of an empty list is its text.
 class FileListView::Accessible final : public QAccessibleWidget
 {
 public:
@@ -200,7 +200,7 @@ private:
     }
 
     FileListView& m_list;
-    /// The items that were asked for last, oldest first.
+    /// The most recently requested items, oldest first.
     mutable QQueue<std::pair<QString, QAccessible::Id>> m_order;
 };
 

@@ -17,7 +17,7 @@ void FileListView::reveal(const QStringList& ids)
     const QList<LapsaItem>& items = m_store.items();
     qsizetype first = -1;
     qsizetype last = -1;
-    // From the end, where the new ones are: the others need not be looked at.
+    // From the end, where the new items are: the others need not be searched.
     for (qsizetype index = items.size() - 1, left = wanted.size(); index >= 0 && left > 0; --index) {
         if (wanted.contains(items[index].id)) {
             last = std::max(index, last);
@@ -29,15 +29,15 @@ void FileListView::reveal(const QStringList& ids)
         return;
     }
     if (focusedRow() == nullptr) {
-        m_currentId = items[first].id; // the keyboard goes on from there
+        m_currentId = items[first].id; // the keyboard continues from there
     }
     scrollToBlock(first, last);
     m_spotlight->light(wanted);
     updateTabStops();
 }
 
-/// To the middle, so that its neighbours tell where it is; the upper end of what is too long for that. Rows that are
-/// all seen stay where they are.
+/// Scrolls the block to the middle, so that its neighbours show where it is; a block that is too tall shows its upper
+/// end. Does not scroll if all its rows are visible.
 void FileListView::scrollToBlock(qsizetype first, qsizetype last)
 {
     const qint64 top = qint64(first) * pitch();

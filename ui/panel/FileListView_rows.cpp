@@ -43,13 +43,13 @@ void FileListView::bindRows()
     m_anchorIndex = m_bar->value() / pitch();
     m_anchorId = m_anchorIndex < items.size() ? items[m_anchorIndex].id : QString();
     if (focusGone) {
-        // To the row, not to its button: a key that is pressed once more must not act on the next item.
+        // To the row, not to its button: another key press must not act on the next item.
         moveCurrent(focusedIndex, Qt::OtherFocusReason);
     }
     updateTabStops();
 }
 
-/// Gives every wanted index a row: the one that shows its item already, else one of those that are left.
+/// Gives every wanted index a row: the one that already shows its item, else one of the remaining ones.
 void FileListView::assignRows(const std::vector<qsizetype>& wanted, std::vector<Row>& from)
 {
     std::vector<qsizetype> unbound;
@@ -65,7 +65,7 @@ void FileListView::assignRows(const std::vector<qsizetype>& wanted, std::vector<
     }
 }
 
-/// The indexes that need a row: those on screen, and that of the row with the focus, wherever it is.
+/// The indexes that need a row: those on screen, and that of the focused row, wherever it is.
 std::vector<qsizetype> FileListView::wantedIndexes() const
 {
     std::vector<qsizetype> wanted;
@@ -117,14 +117,14 @@ FileRowView* FileListView::spareRow(std::vector<Row>& from)
 
 void FileListView::place(const Row& row)
 {
-    // A row that is kept for its focus alone waits just outside, wherever in the list it would be.
+    // A row kept only for its focus lies just outside the view, wherever its place in the list is.
     const qint64 top = qint64(row.index) * pitch() - m_bar->value();
     const int y = static_cast<int>(std::clamp<qint64>(top, qint64{-2} * pitch(), height() + pitch()));
     row.view->setGeometry(0, y, width(), FileRowView::rowHeight());
     row.view->show();
 }
 
-/// When the current item is gone, the one in its place is the current one.
+/// If the current item is gone, the one in its place becomes current.
 void FileListView::replaceCurrent(const std::vector<Row>& unbound)
 {
     const auto row = std::ranges::find(unbound, m_currentId, [](const Row& bound) { return bound.view->item().id; });

@@ -39,9 +39,9 @@ constexpr int buttonExtent = 30;
 constexpr int cornerRadius = 16;
 constexpr double groundWhite = 0.1;
 constexpr double groundAccent = 0.035;
-/// Text keeps its contrast on it, in every role.
+/// Faint enough that text in every role keeps its contrast.
 constexpr double lightAccent = 0.1;
-/// From this text size on the buttons stand below the text, which needs the whole width.
+/// From this text scale on, the buttons are below the text, which needs the whole width.
 constexpr double stackedScale = 1.3;
 
 bool stacked()
@@ -110,7 +110,8 @@ QColor FileRowView::baseFor(const QPalette& palette)
 
 QLinearGradient FileRowView::groundFor(const QRectF& rect, const QPalette& palette)
 {
-    // Lit from above. It begins above the row, so that text and symbols keep their contrast on the row's upper part.
+    // Lit from above. The gradient starts above the row, so that text and symbols keep their contrast in its upper
+    // part.
     QLinearGradient gradient(rect.topLeft() - QPointF(0, rect.height()), rect.bottomLeft());
     gradient.setColorAt(0, withOpacity(Qt::white, groundWhite));
     gradient.setColorAt(1, withOpacity(themeColor(ColorRole::Accent, palette), groundAccent));

@@ -40,26 +40,26 @@ public:
     /// The time from which the remaining time is counted, the same for every row.
     void setNow(TimePoint now);
 
-    /// What is left of an item: in whole minutes, rounded up and at least one, or that it is locked.
+    /// The remaining time in whole minutes, rounded up and at least one, or a text that the item is locked.
     [[nodiscard]] static QString remainingText(const LapsaItem& item, TimePoint now);
-    /// What lies under a row's gradient. In the dark that is the window itself, because the gradient alone lifts the
-    /// row as far as a surface; any lighter, and red symbols would lose their contrast.
+    /// The colour under a row's gradient. In the dark scheme it is the window's, because the gradient alone makes the
+    /// row as light as a surface; a lighter one would reduce the contrast of red symbols too much.
     [[nodiscard]] static QColor baseFor(const QPalette& palette);
     [[nodiscard]] static QLinearGradient groundFor(const QRectF& rect, const QPalette& palette);
-    /// What lies over the ground of a row that is lit, and the line round it. `strength` is 0 to 1.
+    /// The colour over a lit row's ground, and the line around it. `strength` is 0 to 1.
     [[nodiscard]] static QColor lightFor(const QPalette& palette, double strength);
     [[nodiscard]] static QColor borderFor(const QPalette& palette, double strength);
     /// The height of every row at the current text size.
     [[nodiscard]] static int rowHeight();
 
-    /// Fills `menu` with what can be done to the item's file; looks at the file once, to know whether it is a folder.
+    /// Fills `menu` with the actions for the item's file. Accesses the file once, to find out whether it is a folder.
     void fillContextMenu(QMenu& menu);
 
-    /// Whether Tab stops here and at the buttons. Only the current row of a list does. A click gives none of them the
-    /// focus: the list decides where it goes.
+    /// Whether Tab stops here and at the buttons; true only for the list's current row. A click focuses none of them:
+    /// the list moves the focus.
     void setTabStop(bool stop);
 
-    /// How far the row is lit, 0 to 1.
+    /// How strongly the row is lit, 0 to 1.
     void setLight(double strength);
 
     [[nodiscard]] double light() const { return m_light; }

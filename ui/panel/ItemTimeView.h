@@ -16,7 +16,7 @@ class DurationEditor;
 class LapsaStore;
 class TextLabel;
 
-/// Gives an item a new remaining time. The content of a sheet: it asks to be dismissed and stores only on "Save".
+/// Sets an item's remaining time. The content of a sheet: it requests to be dismissed and stores only on "Save".
 class ItemTimeView final : public QWidget
 {
     Q_OBJECT
@@ -45,7 +45,7 @@ private:
     LapsaItem m_item;
     LapsaStore& m_store;
     const Clock& m_clock;
-    /// Seen only if the sheet were never shown.
+    /// Replaced as soon as the sheet is shown.
     std::int64_t m_minutes = 120;
     TextLabel* m_choice = nullptr;
     DurationEditor* m_editor = nullptr;

@@ -88,7 +88,7 @@ void LapsaPanelView::reveal(const QStringList& ids)
 {
     if (isVisible()) {
         refresh();
-        layout()->activate(); // a message that comes or goes takes its height from the list
+        layout()->activate(); // showing or hiding the message changes the list's height
         m_list->reveal(ids);
     }
 }
@@ -108,7 +108,7 @@ void LapsaPanelView::showEvent(QShowEvent* event)
     refresh();
     tick();
     if (!event->spontaneous() && !showingSheet()) {
-        m_list->setFocus(Qt::OtherFocusReason); // whatever had it when the panel was closed
+        m_list->setFocus(Qt::OtherFocusReason); // whichever widget had it when the panel was closed
     }
     m_clock = m_environment.mainQueue.repeatEvery(tickInterval, [this] { tick(); });
 }
@@ -261,7 +261,7 @@ void LapsaPanelView::showTimeSheet(const LapsaItem& item)
     });
 }
 
-/// The sheet belongs to its row: it goes when the item does.
+/// The sheet belongs to its row: it closes when the item is gone.
 void LapsaPanelView::dismissSheetOfVanishedItem()
 {
     const QList<LapsaItem>& items = m_environment.store.items();

@@ -48,7 +48,7 @@ public:
     LapsaPanelView(const Environment& environment, std::function<void()> openPreferences, QWidget* parent = nullptr);
     ~LapsaPanelView() override;
 
-    /// The chooser while it is open.
+    /// The open chooser; null if none is open.
     [[nodiscard]] FileChooser* chooser() const;
     /// Whether a sheet covers the panel; Escape then belongs to it.
     [[nodiscard]] bool showingSheet() const;
@@ -86,7 +86,7 @@ private:
     std::unique_ptr<ScheduledTask> m_clock;
     std::optional<LapsaTheme> m_appliedTheme;
     bool m_changeNoted = false;
-    /// The names, by their ids, of the items that may go by themselves with the change that is noted.
+    /// The names, by id, of items that may be removed automatically by the noted change.
     QHash<QString, QString> m_due;
     DropZone* m_dropZone = nullptr;
     TextLabel* m_message = nullptr;

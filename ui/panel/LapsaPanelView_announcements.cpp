@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 void LapsaPanelView::announceLocked(const QStringList& ids)
 {
-    // A warning may be about thousands.
+    // A warning may cover thousands of items.
     const QSet<QString> meant(ids.begin(), ids.end());
     QStringList names;
     for (const LapsaItem& item : m_environment.store.items()) {
@@ -34,7 +34,7 @@ void LapsaPanelView::announceLocked(const QStringList& ids)
     }
 }
 
-/// Only for a screen reader: an item that is due now, and gone after the change, has gone by itself.
+/// Only for screen readers: an item that is due now and gone after the change was removed automatically.
 void LapsaPanelView::noteDueItems()
 {
     if (!isVisible() || !QAccessible::isActive()) {

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A row is reached by the arrow keys also while it is no stop of Tab.
+/// The arrow keys reach a row even while it is not a Tab stop.
 class RowAccessible final : public QAccessibleWidget
 {
 public:

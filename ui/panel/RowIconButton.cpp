@@ -22,7 +22,7 @@ constexpr double dangerRest = 0.16;
 constexpr double dangerHovered = 0.3;
 constexpr double accentRest = 0.055;
 constexpr double accentHovered = 0.22;
-/// How much stronger the ground is while the button is held down.
+/// The factor by which the ground is stronger while the button is pressed.
 constexpr double pressedGain = 1.4;
 
 } // namespace
@@ -78,7 +78,7 @@ void RowIconButton::paintEvent(QPaintEvent*)
 
 void RowIconButton::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    // The first click may have taken its row away: the second must not act on the row that moved under the pointer.
+    // The first click may have removed its row: the second must not act on the row now under the pointer.
     event->accept();
 }
 

@@ -10,7 +10,7 @@
 
 namespace lapsa {
 
-/// One of the small buttons of a row: a symbol in a rounded square. Its tooltip is given by the row.
+/// One of the small buttons of a row: a symbol in a rounded square. The row sets its tooltip.
 class RowIconButton final : public HoverButton
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ public:
     /// `systemName` is the symbol's name; `danger` marks an action that cannot be undone.
     RowIconButton(const QString& systemName, bool danger, QWidget* parent = nullptr);
 
-    /// How a button looks in each state.
+    /// The colours of a button in each state.
     [[nodiscard]] static Look lookFor(bool danger, bool hovered, const QPalette& palette);
 
     void setSystemName(const QString& systemName);

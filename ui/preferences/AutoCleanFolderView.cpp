@@ -41,7 +41,7 @@ std::optional<LapsaAutoCleanFolderRule> ruleOf(const LapsaStore& store, const QU
     return rule == rules.end() ? std::nullopt : std::optional(*rule);
 }
 
-/// A switch with the line below it that says what it means here.
+/// A switch, and below it a line that explains its effect here.
 QVBoxLayout* makeStack(Toggle* toggle, TextLabel* line)
 {
     auto* const stack = new QVBoxLayout;
@@ -65,7 +65,7 @@ AutoCleanFolderView::AutoCleanFolderView(LapsaStore& store, const QUuid& id, QWi
     makeControls(stack);
     card->addRow(stack);
     column->addWidget(card);
-    // Texts wrap when they are large: the height depends on the width.
+    // Large texts wrap, so the height depends on the width.
     card->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     refresh();
 }
@@ -85,7 +85,7 @@ void AutoCleanFolderView::refresh()
 
 bool AutoCleanFolderView::eventFilter(QObject* watched, QEvent* event)
 {
-    // About to be used.
+    // The switch is about to be used.
     if (watched == m_includeExisting && (event->type() == QEvent::Enter || event->type() == QEvent::FocusIn)) {
         look();
     }
@@ -136,7 +136,7 @@ Toggle* AutoCleanFolderView::makeToggle(const QString& text, bool LapsaAutoClean
 void AutoCleanFolderView::look()
 {
     if (const auto rule = ruleOf(m_store, m_id)) {
-        // One more than is counted: then there are more.
+        // One more than the maximum shows that there are more.
         m_files = watchedFolder::fileNames(*rule, folderTexts::mostFiles + 1);
         m_looked = true;
         refreshTexts();
@@ -148,7 +148,7 @@ void AutoCleanFolderView::refreshTexts()
     const LapsaAutoCleanFolderRule rule = ruleOf(m_store, m_id).value_or(LapsaAutoCleanFolderRule());
     const QString existing = existingFilesText(rule);
     m_existingFiles->setText(existing);
-    // Its line is kept until the folder is looked at: nothing jumps then.
+    // Reserve the line before the folder is listed, so that nothing moves then.
     m_existingFiles->setVisible(!rule.folderPath.isEmpty());
     m_includeExisting->setAccessibleDescription(existing);
 
@@ -156,7 +156,7 @@ void AutoCleanFolderView::refreshTexts()
         rule.applyFileTypeRules ? folderTexts::byTheRules(m_store.settings().defaultExpirationMinutes) : QString();
     m_byTheRules->setText(byTheRules);
     m_byTheRules->setVisible(rule.applyFileTypeRules);
-    // Dimmed, not switched off: what it is set to holds as soon as the rules do not.
+    // Dimmed, not disabled: its value applies as soon as the rules do not.
     m_lifespan->setDimmed(rule.applyFileTypeRules);
     m_lifespan->setAccessibleDescription(byTheRules);
 }

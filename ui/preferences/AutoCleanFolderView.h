@@ -57,7 +57,7 @@ private:
     TextLabel* m_byTheRules = nullptr;
     DurationEditor* m_lifespan = nullptr;
     bool m_looked = false;
-    /// The files that lay in the folder at the last look; nothing where it could not be listed.
+    /// The files in the folder at the last look; no value if it could not be listed.
     std::optional<QStringList> m_files;
 };
 

@@ -47,7 +47,7 @@ FileTypeRuleView::FileTypeRuleView(LapsaStore& store, const QUuid& id, QWidget* 
     makeControls(stack);
     card->addRow(stack);
     column->addWidget(card);
-    // Texts wrap when they are large: the height depends on the width.
+    // Large texts wrap, so the height depends on the width.
     card->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     refresh();
 

@@ -21,7 +21,7 @@ QString filesHere(qsizetype files)
                       : Localized::text(u"%1 files here"_s, u"%1 file qui"_s).arg(files);
 }
 
-/// Who of them goes, for example "7 of them" / "7".
+/// How many of them go, for example "7 of them" / "7".
 QString whoGoes(const watchedFolder::Outlook& outlook)
 {
     if (outlook.present == 1) {

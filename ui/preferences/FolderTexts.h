@@ -17,9 +17,9 @@ inline constexpr qsizetype mostFiles = 2000;
 
 enum class Certainty
 {
-    /// If the files that are there were included.
+    /// What would happen if existing files were included.
     Would,
-    /// They are: at the next pass.
+    /// Existing files are included: what happens at the next pass.
     Will,
 };
 

@@ -56,7 +56,7 @@ void FoldersTab::showFolderPicker()
         m_folderChooser->activateWindow();
         return;
     }
-    // A dialog of the desktop that is already open may lie behind other windows: a new one replaces it.
+    // A desktop dialog that is already open may be behind other windows: a new one replaces it.
     m_folderQuestion.reset();
     m_folderQuestion = m_folderPicker.ask({.title = Localized::text(u"Add folder"_s, u"Aggiungi cartella"_s),
                                            .acceptLabel = Localized::text(u"Add"_s, u"Aggiungi"_s),

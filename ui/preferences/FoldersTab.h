@@ -18,16 +18,16 @@ class FolderChooser;
 class LapsaStore;
 class NoFoldersView;
 
-/// The watched folders, a card each, and the dialog in which one is chosen.
+/// The watched folders, one card each, and the dialog for choosing one.
 class FoldersTab final : public ListTab
 {
     Q_OBJECT
 
 public:
-    /// Store and picker outlive the tab.
+    /// Store and picker must outlive the tab.
     FoldersTab(LapsaStore& store, FolderPicker& folderPicker, QWidget* parent = nullptr);
 
-    /// Shows the folders as their rules are now.
+    /// Shows the current folder rules.
     void refresh();
     /// Whether a folder is being chosen, in the desktop's dialog or in our own.
     [[nodiscard]] bool showingFolderPicker() const;
@@ -46,7 +46,7 @@ private:
     QList<AutoCleanFolderView*> m_cards;
     std::unique_ptr<FolderQuestion> m_folderQuestion;
     QPointer<FolderChooser> m_folderChooser;
-    /// The folder that the chooser showed last; empty until then.
+    /// The folder last shown in the chooser; empty until then.
     QString m_lastFolder;
 };
 

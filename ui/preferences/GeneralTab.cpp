@@ -28,11 +28,11 @@ constexpr int controlSpacing = 16;
 constexpr int explanationSpacing = 4;
 constexpr DurationEditor::Bounds lifespanBounds{.minTotalMinutes = minLifespanMinutes,
                                                 .maxTotalMinutes = maxLifespanMinutes};
-/// Seven days, kept on purpose although the setting holds no more than an hour: what is above is stored as an hour.
+/// Seven days, kept on purpose although the setting holds at most one hour: larger values are stored as one hour.
 constexpr DurationEditor::Bounds leadTimeBounds{.minTotalMinutes = 1, .maxTotalMinutes = 10080};
 constexpr int minRetentionHours = 1;
 
-/// A duration as a text and as its editor.
+/// A duration as text, and its editor.
 struct DurationControls
 {
     TextLabel* text = nullptr;
@@ -70,7 +70,7 @@ QString nameOf(LapsaTheme theme)
 FormSection* makeSection(const QString& heading, QWidget* page)
 {
     auto* const section = new FormSection(heading, page);
-    // Texts wrap when they are large: the height depends on the width.
+    // Large texts wrap, so the height depends on the width.
     section->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     section->card().setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     return section;
@@ -146,7 +146,7 @@ FormSection* GeneralTab::makeNotificationsSection(QWidget* page)
     const QString title = Localized::text(u"Notify before expiry"_s, u"Avvisa prima della scadenza"_s);
     addToggle(card, title, &LapsaSettings::enableExpiryNotifications);
 
-    // Shown and editable whether or not the toggle is on, on purpose.
+    // Kept on purpose: shown and editable whether or not the toggle is on.
     const auto leadTime = settingBinding(m_store, &LapsaSettings::notifyBeforeMinutes);
     QWidget* const stack = makeStack(&card, stackSpacing);
     const DurationControls controls = makeDuration(leadTime, leadTimeBounds, ColorRole::Secondary, stack);

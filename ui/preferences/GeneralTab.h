@@ -16,16 +16,16 @@ class Card;
 class FormSection;
 class LapsaStore;
 
-/// The preferences that concern no single rule or folder, in sections.
+/// The preferences that do not belong to a single rule or folder, in sections.
 class GeneralTab final : public ScrollPage
 {
     Q_OBJECT
 
 public:
-    /// The store outlives the tab.
+    /// The store must outlive the tab.
     GeneralTab(LapsaStore& store, const QString& name, QWidget* parent = nullptr);
 
-    /// Shows the settings as they are now.
+    /// Shows the current settings.
     void refresh();
 
 private:
@@ -38,7 +38,7 @@ private:
     [[nodiscard]] QWidget* makeRetention();
 
     LapsaStore& m_store;
-    /// One for each control: shows its setting.
+    /// One per control; each shows its setting.
     QList<std::function<void()>> m_refreshers;
 };
 

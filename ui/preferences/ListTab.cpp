@@ -35,7 +35,7 @@ void ListTab::reveal(QWidget& card)
     if (!isVisibleTo(window())) {
         return;
     }
-    // Not before the page knows its new height.
+    // Wait until the page knows its new height.
     QTimer::singleShot(0, &card, [this, &card] {
         widget()->layout()->activate();
         widget()->adjustSize();

@@ -10,22 +10,22 @@ namespace lapsa {
 class ListSection;
 class PushButton;
 
-/// What the tabs with a list of cards have in common: a heading, a button that adds a card, and the cards below.
+/// The base of tabs with a list of cards: a heading, a button that adds a card, and the cards below.
 class ListTab : public ScrollPage
 {
     Q_OBJECT
 
 protected:
-    /// Takes the button. A screen reader calls the page by its heading.
+    /// Takes ownership of the button. The heading is also the page's accessible name.
     ListTab(const QString& heading, PushButton* addButton, QWidget* parent);
 
     [[nodiscard]] PushButton& addButton() const { return *m_addButton; }
 
-    /// Where the cards go.
+    /// The layout for the cards.
     [[nodiscard]] QVBoxLayout& column() const;
-    /// Aligns the heading with those of the other tabs, at the text size of now.
+    /// Aligns the heading with those of the other tabs, at the current text size.
     void alignHeading();
-    /// Scrolls to a card that was just added, if this tab is the one that is shown.
+    /// Scrolls to a new card if this tab is visible.
     void reveal(QWidget& card);
 
 private:

@@ -28,7 +28,7 @@ NoFoldersView::NoFoldersView(QWidget* parent)
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins({});
     auto* const card = new Card(this);
-    // Texts wrap: the height depends on the width.
+    // Texts wrap, so the height depends on the width.
     card->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     column->addWidget(card);
     auto* const stack = new QWidget(card);

@@ -75,14 +75,14 @@ bool PreferencesView::showingFolderPicker() const
 void PreferencesView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    // The window has its edge from the window manager: the ground's own hairline lies outside.
+    // The window manager draws the window's edge: the ground's own hairline is moved outside.
     material::paintWindow(painter, rect().adjusted(-1, -1, 1, 1), 0, palette());
 }
 
 bool PreferencesView::event(QEvent* event)
 {
     if (event->type() == QEvent::ApplicationFontChange) {
-        noteChange(); // once the controls have their new sizes
+        noteChange(); // refresh once the controls have their new sizes
     }
     return QWidget::event(event);
 }

@@ -20,8 +20,8 @@ class LapsaStore;
 class RulesTab;
 class SymbolTabBar;
 
-/// Edits the settings: every control writes its field at once, and shows at once what was changed elsewhere. It holds
-/// no copy of them. The content of the preferences window.
+/// The content of the preferences window. Every control writes its setting at once and shows changes made elsewhere at
+/// once. Holds no copy of the settings.
 class PreferencesView final : public QWidget
 {
     Q_OBJECT
@@ -34,7 +34,7 @@ public:
         Folders,
     };
 
-    /// Store and picker outlive the view.
+    /// Store and picker must outlive the view.
     PreferencesView(LapsaStore& store, FolderPicker& folderPicker, QWidget* parent = nullptr);
 
     void showTab(Tab tab);

@@ -13,7 +13,8 @@
 
 namespace lapsa::ruleColumn {
 
-/// Takes a view out of its column. It goes on a later turn, for it may be what is just being clicked.
+/// Removes a view from its column. Deletes it on a later turn of the event loop, because it may be handling a click
+/// now.
 inline void discard(QWidget* view, QVBoxLayout& column, QWidget& focusAfter)
 {
     const bool focused = view->isAncestorOf(QApplication::focusWidget());
@@ -21,14 +22,14 @@ inline void discard(QWidget* view, QVBoxLayout& column, QWidget& focusAfter)
     view->hide();
     view->deleteLater();
     if (focused) {
-        // Not the next view's button for removing: a second press of the key must not remove that one too.
+        // Not the next view's remove button: a second key press must not remove that one too.
         focusAfter.setFocus(Qt::OtherFocusReason);
     }
 }
 
-/// Brings the views in line with the rules, in their order, by difference: a view stays while its rule does, with its
-/// hover, its focus and the text being typed. `make(id)` makes a new one. The views lie in `column` in their order,
-/// with nothing before them.
+/// Updates the views to match the rules and their order: a view stays as long as its rule, with its hover, its focus
+/// and the text being typed. `make(id)` creates a new view. The views are in `column` in the same order, with nothing
+/// before them.
 template <typename View, typename Rule, typename Make>
 void bringInLine(QList<View*>& views, const QList<Rule>& rules, QVBoxLayout& column, QWidget& focusAfter,
                  const Make& make)
@@ -40,7 +41,7 @@ void bringInLine(QList<View*>& views, const QList<Rule>& rules, QVBoxLayout& col
         if (known == views.end()) {
             views.insert(index, make(id));
             column.insertWidget(static_cast<int>(index), views.at(index));
-            // Now, not on a later turn as the layout would: it has its room before anything is painted.
+            // Now, not later as the layout would: the view must have its place before anything is painted.
             views.at(index)->show();
         } else if (known != views.begin() + index) {
             views.move(known - views.begin(), index);

@@ -12,16 +12,16 @@ namespace lapsa {
 class FileTypeRuleView;
 class LapsaStore;
 
-/// The file type rules, a card each.
+/// The file type rules, one card each.
 class RulesTab final : public ListTab
 {
     Q_OBJECT
 
 public:
-    /// The store outlives the tab.
+    /// The store must outlive the tab.
     explicit RulesTab(LapsaStore& store, QWidget* parent = nullptr);
 
-    /// Shows the rules as they are now.
+    /// Shows the current rules.
     void refresh();
 
 private:

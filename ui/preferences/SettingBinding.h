@@ -14,7 +14,7 @@
 
 namespace lapsa {
 
-/// Binds a control to one field of the settings. The store outlives the binding.
+/// Binds a control to one field of the settings. The store must outlive the binding.
 template <typename T>
 [[nodiscard]] Binding<T> settingBinding(LapsaStore& store, T LapsaSettings::*field)
 {
@@ -27,8 +27,8 @@ template <typename T>
                 }};
 }
 
-/// Binds a control to a field of one rule, which is looked up by its id each time. If the rule is gone, `defaultValue`
-/// is read and writes are ignored: a card may outlive its rule for a moment. The store outlives the binding.
+/// Binds a control to a field of one rule, which is looked up by its id each time. If the rule is gone, reading returns
+/// `defaultValue` and writes are ignored: a card may briefly outlive its rule. The store must outlive the binding.
 template <typename Rule, typename T>
 [[nodiscard]] Binding<T> ruleBinding(LapsaStore& store, QList<Rule> LapsaSettings::*rules, const QUuid& id,
                                      T Rule::*field, const T& defaultValue)

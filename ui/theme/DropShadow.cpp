@@ -13,10 +13,10 @@ namespace lapsa {
 
 namespace {
 
-/// The fall-off is drawn as so many straight pieces.
+/// The number of linear pieces that approximate the fading.
 constexpr int pieces = 12;
 
-/// From `solid`, the part that is under the window, to the end of the shadow.
+/// Fades from `solid`, the end of the even part, to the end of the shadow; both as fractions of its reach.
 template <typename Gradient>
 Gradient falling(Gradient gradient, double solid, double opacity)
 {
@@ -35,7 +35,7 @@ void DropShadow::paint(QPainter& painter, const QRectF& window, double radius) c
 {
     const QRectF core = window.translated(0, drop).adjusted(radius, radius, -radius, -radius);
     const double reach = radius + extent;
-    // It begins to fall off inside its window: under the lower edge there is no even band.
+    // Starts fading under the window, so that there is no even band below the lower edge.
     const double solid = std::max(0.0, radius - drop) / reach;
     const QRectF whole = core.adjusted(-reach, -reach, reach, reach);
     const auto side = [&](const QRectF& area, const QPointF& from, const QPointF& to) {

@@ -10,20 +10,21 @@ class QPainter;
 
 namespace lapsa {
 
-/// The soft shadow of a window, as if light came from above: darkest along the lower edge, and falling off with the
-/// square of the distance. It needs a compositing manager.
+/// The soft shadow of a window lit from above: darkest along the lower edge, and fading with the square of the
+/// distance. Needs a compositing manager.
 struct DropShadow
 {
-    /// How far it reaches, and how much lower than the window it lies, in pixels.
+    /// Its reach, and its offset below the window, in logical pixels.
     int extent = 24;
     int drop = 6;
-    /// Of black, along the lower edge. Little enough that the hairline of a light window is no pale seam before it.
+    /// The opacity of black along the lower edge: low enough that a light window's hairline does not look like a pale
+    /// seam.
     double opacity = 0.14;
 
-    /// The room that it takes around its window.
+    /// The room that it needs around its window.
     [[nodiscard]] constexpr QMargins margins() const { return {extent, extent - drop, extent, extent + drop}; }
 
-    /// Under `window` too, whose corners are round by `radius`: they are smooth only on what they lie upon.
+    /// Paints under `window` too, whose corners have this `radius`: they look smooth only on an opaque ground.
     void paint(QPainter& painter, const QRectF& window, double radius) const;
 };
 

@@ -69,7 +69,7 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event)
         break;
     case QEvent::Hide:
         if (widget == window() && !event->spontaneous()) {
-            follow(nullptr); // opened again, the window waits for the keyboard anew
+            follow(nullptr); // when opened again, the window waits for the keyboard again
             break;
         }
         [[fallthrough]];

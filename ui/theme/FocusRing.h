@@ -8,20 +8,20 @@
 
 namespace lapsa {
 
-/// The corner radius of a widget's focus ring, measured at the widget's edge.
+/// Sets the corner radius of a widget's focus ring, measured at the widget's edge.
 void setFocusRadius(QWidget& widget, int radius);
 
-/// The ring around whatever has the keyboard's focus in a window, drawn outside the control and over everything else.
-/// It shows once the focus is moved by the keyboard, until the window closes, and for text fields always.
+/// The ring around a window's focused control, drawn outside the control and on top of everything. Shown from the first
+/// focus change by keyboard until the window closes; for text fields, always.
 class FocusRing final : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// Lives in `window` from now on.
+    /// `window` becomes its parent.
     explicit FocusRing(QWidget& window);
 
-    /// How far the ring reaches beyond the control.
+    /// How far the ring extends beyond the control.
     static constexpr int reach = 4;
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -36,17 +36,17 @@ constexpr int toolTipMargin = 6;
 constexpr int listItemHeight = 28;
 constexpr int cellPadding = 5;
 constexpr int headerPadding = 6;
-/// Between the rounded edge of a list and what is in it.
+/// Between the rounded edge of a list and its content.
 constexpr QMargins listPadding(5, 5, 5, 5);
 
-/// A list on a ground of its own; one in a popup has the popup's.
+/// A list on its own ground; a list in a popup uses the popup's.
 bool isFramedList(const QWidget* widget)
 {
     const auto* const list = qobject_cast<const QAbstractItemView*>(widget);
     return list != nullptr && list->frameShape() == QFrame::StyledPanel && !list->isWindow();
 }
 
-/// The parts of a scroll bar without arrows: its groove is all of it.
+/// The parts of a scroll bar without arrows: the groove takes up the whole bar.
 QRect scrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part)
 {
     const bool vertical = bar.orientation == Qt::Vertical;
@@ -123,12 +123,12 @@ void LapsaStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     case PE_PanelItemViewItem:
         drawListItem(*option, *painter);
         return;
-    case PE_PanelItemViewRow: // the ground of a list is one colour
+    case PE_PanelItemViewRow: // a list's ground has a single colour
         return;
     case PE_PanelButtonTool:
         drawToolButton(*option, *painter);
         return;
-    case PE_FrameFocusRect: // focus is shown by the ring around the control
+    case PE_FrameFocusRect: // FocusRing shows the focus
         return;
     default:
         QProxyStyle::drawPrimitive(element, option, painter, widget);
@@ -242,7 +242,7 @@ int LapsaStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
     case PM_IndicatorWidth:
     case PM_IndicatorHeight:
         return indicatorExtent;
-    case PM_FocusFrameHMargin: // on both sides of what is in a cell
+    case PM_FocusFrameHMargin: // on both sides of a cell's content
         return cellPadding;
     case PM_HeaderMargin:
         return headerPadding;

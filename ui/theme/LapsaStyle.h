@@ -12,8 +12,8 @@ namespace lapsa {
 /// Draws the toolkit's own controls: text fields, combo boxes, check boxes, scroll bars, menus, tooltips, and the
 /// buttons and lists of its dialogs. All colours come from themePalette().
 ///
-/// The toolkit has one style for the whole application, and every widget can reach it. So it also owns what the desktop
-/// says about the look of all windows: whether they may move (Motion.h) and be translucent (Material.h).
+/// The toolkit has one style for the whole application, and every widget can reach it. So it also holds the desktop's
+/// settings for all windows: whether animations (Motion.h) and translucency (Material.h) are allowed.
 class LapsaStyle final : public QProxyStyle
 {
     Q_OBJECT
@@ -21,12 +21,12 @@ class LapsaStyle final : public QProxyStyle
 public:
     LapsaStyle();
 
-    /// On until the desktop says otherwise.
+    /// Enabled until the desktop says otherwise.
     void setAnimationsEnabled(bool enabled) { m_animationsEnabled = enabled; }
 
     [[nodiscard]] bool animationsEnabled() const { return m_animationsEnabled; }
 
-    /// Off until the desktop says that it composites windows.
+    /// False until the desktop reports that it composites windows.
     void setTranslucencyAvailable(bool available) { m_translucencyAvailable = available; }
 
     [[nodiscard]] bool translucencyAvailable() const { return m_translucencyAvailable; }
@@ -75,7 +75,7 @@ private:
 
     static void drawMenuGround(const QStyleOption& option, QPainter& painter, const QWidget* widget);
     static void drawMenuItem(const QStyleOption& option, QPainter& painter, const QWidget* widget);
-    /// Gives a menu round corners and a shadow, which needs a compositing window manager.
+    /// Gives a menu round corners and a shadow. Needs a compositing window manager.
     void makeRound(QMenu& menu);
     [[nodiscard]] static QSize menuItemSize(const QStyleOption& option, const QSize& size);
     static void drawToolTip(const QStyleOption& option, QPainter& painter);

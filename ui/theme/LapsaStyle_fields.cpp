@@ -20,7 +20,7 @@ constexpr double checkSize = 11;
 constexpr double arrowSize = 11;
 constexpr int arrowInset = 8;
 constexpr double disabledOpacity = 0.4;
-/// Edge of a field: a control has to be found without its ground.
+/// Edge of a field: the control must be recognisable without its ground.
 constexpr double fieldEdgeOpacity = 0.35;
 constexpr int sliderInset = 3;
 constexpr double sliderRest = 0.28;
@@ -50,7 +50,7 @@ void LapsaStyle::drawLineEdit(const QStyleOption& option, QPainter& painter)
 {
     const auto* const frame = qstyleoption_cast<const QStyleOptionFrame*>(&option);
     if (frame != nullptr && frame->lineWidth <= 0) {
-        return; // the field inside another control has no edge of its own
+        return; // a field inside another control has no edge
     }
     material::paintShape(painter, option.rect, material::controlRadius, themeColor(ColorRole::Surface, option.palette));
     material::paintBorder(painter, option.rect, material::controlRadius, QPen(fieldEdge(option.palette), 1));

@@ -39,9 +39,9 @@ void LapsaStyle::drawSortArrow(const QStyleOption& option, QPainter& painter, co
     if (header == nullptr || widget == nullptr || header->sortIndicator == QStyleOptionHeader::None) {
         return;
     }
-    // The toolkit's "down" is the order from the first to the last.
+    // The toolkit's "down" means ascending order.
     const bool ascending = header->sortIndicator == QStyleOptionHeader::SortDown;
-    // The toolkit puts it above the middle of the line.
+    // The toolkit places it above the middle of the line.
     const QRect place(option.rect.left(), 0, option.rect.width(), widget->height());
     painting::drawSymbol(painter, place,
                          {ascending ? u"chevron.down"_s : u"chevron.up"_s, sortArrowSize, SymbolWeight::Semibold,
@@ -55,7 +55,7 @@ void LapsaStyle::drawListItem(const QStyleOption& option, QPainter& painter)
     if (item == nullptr || (!selected && !option.state.testFlag(State_MouseOver))) {
         return;
     }
-    // The cells of a row run together: only the outer ends are round.
+    // The cells of a row are joined: only the outer ends are round.
     const auto position = item->viewItemPosition;
     const bool starts = position != QStyleOptionViewItem::Middle && position != QStyleOptionViewItem::End;
     const bool ends = position != QStyleOptionViewItem::Middle && position != QStyleOptionViewItem::Beginning;
@@ -82,7 +82,7 @@ void LapsaStyle::drawHeaderLabel(const QStyleOption& option, QPainter& painter, 
     if (header == nullptr) {
         return;
     }
-    // The toolkit goes by the direction of the text; a column goes by that of the window.
+    // The toolkit uses the text's direction; a column follows the window's.
     QStyleOptionHeader aligned(*header);
     aligned.textAlignment = visualAlignment(header->direction, header->textAlignment) | Qt::AlignAbsolute;
     QProxyStyle::drawControl(CE_HeaderLabel, &aligned, &painter, widget);

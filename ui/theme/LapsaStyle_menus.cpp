@@ -27,7 +27,7 @@ constexpr int itemInset = 5;
 constexpr int itemPadding = 10;
 constexpr int itemVerticalPadding = 6;
 constexpr int itemRadius = 4;
-/// The hairline of a square menu, inside which an entry is marked.
+/// The hairline of a square menu; the mark of an entry lies inside it.
 constexpr int hairline = 1;
 constexpr DropShadow menuShadow{.extent = 14, .drop = 3, .opacity = 0.22};
 constexpr QMargins shadowRoom = menuShadow.margins();
@@ -41,13 +41,13 @@ bool separates(const QStyleOptionMenuItem& item)
     return item.menuItemType == QStyleOptionMenuItem::Separator;
 }
 
-/// Whether a menu has round corners, and room for its shadow around it.
+/// Whether a menu has round corners, and room for its shadow.
 bool isRound(const QWidget* menu)
 {
     return menu != nullptr && menu->testAttribute(Qt::WA_TranslucentBackground);
 }
 
-/// Where a menu's start or end has to go, so that what is seen of it begins where the menu was asked for.
+/// How far to shift a menu, so that its visible part starts where the menu was requested.
 int shiftFor(int start, int end, int pointer, std::pair<int, int> room)
 {
     return std::abs(pointer - end) <= 2 && std::abs(pointer - start) > 2 ? room.second : -room.first;
@@ -80,7 +80,7 @@ bool LapsaStyle::eventFilter(QObject* watched, QEvent* event)
     if (menu != nullptr && event->type() == QEvent::MouseButtonPress) {
         const QPoint place = static_cast<QMouseEvent*>(event)->position().toPoint();
         if (!menu->rect().marginsRemoved(shadowRoom).contains(place)) {
-            menu->close(); // the shadow is no part of the menu
+            menu->close(); // a click on the shadow is outside the menu
             return true;
         }
     }

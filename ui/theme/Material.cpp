@@ -14,7 +14,7 @@ namespace lapsa::material {
 
 namespace {
 
-/// How much lighter than the window's colour its upper end is; the dark theme shows less.
+/// How much lighter than the window colour the upper end is; less in the dark theme.
 constexpr double topLightLight = 0.35;
 constexpr double topLightDark = 0.025;
 constexpr double hoverTint = 0.06;

@@ -9,7 +9,7 @@
 
 class QVariantAnimation;
 
-/// How Lapsa moves: briefly, always slowing down at the end, and not at all where the user does not want it.
+/// Lapsa's animations: short, always slowing down at the end, and none if the user does not want them.
 namespace lapsa::motion {
 
 inline constexpr std::chrono::milliseconds hoverDuration{120};
@@ -19,10 +19,10 @@ inline constexpr std::chrono::milliseconds sheetDuration{160};
 inline constexpr std::chrono::milliseconds highlightDuration{1200};
 inline constexpr QEasingCurve::Type easing = QEasingCurve::OutCubic;
 
-/// False if the desktop has animations switched off, which the application's style knows, and without a display.
+/// False if animations are off on the desktop (stored in the application's style), and without a display.
 [[nodiscard]] bool allowed();
-/// Tells the application's style whether the desktop has animations switched on. They are on with any other style than
-/// LapsaStyle.
+/// Tells the application's style whether animations are on for the desktop. With any style other than LapsaStyle they
+/// are on.
 void setAllowedByDesktop(bool allowed);
 
 /// `duration`, or 0 where nothing may move.

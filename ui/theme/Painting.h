@@ -10,13 +10,13 @@
 class QPainter;
 class QWidget;
 
-/// Small steps that several paint events share.
+/// Helpers shared by several paint events.
 namespace lapsa::painting {
 
 /// Draws a symbol centred in `rect`, on whole device pixels.
 void drawSymbol(QPainter& painter, const QRectF& rect, const SymbolLook& look);
 
-/// `color` as it is on a widget: fainter where that is disabled.
+/// `color`, fainter if the widget is disabled.
 [[nodiscard]] QColor enabledColor(const QWidget& widget, const QColor& color);
 
 } // namespace lapsa::painting

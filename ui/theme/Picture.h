@@ -8,7 +8,7 @@
 
 namespace lapsa {
 
-/// A drawing (SVG file or resource) at a size in logical pixels, crisp for a device pixel ratio; null when there is no
+/// A drawing (SVG file or resource) at a size in logical pixels, crisp at the device pixel ratio; null if there is no
 /// such drawing.
 [[nodiscard]] QPixmap svgPicture(const QString& file, const QSize& size, double devicePixelRatio);
 

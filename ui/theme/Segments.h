@@ -24,7 +24,7 @@ inline constexpr int inset = 3;
 inline constexpr int trackRadius = 9;
 
 void paintTrack(QPainter& painter, const QRectF& rect, const QPalette& palette);
-/// The ground of one segment: raised when it is chosen, tinted when it is hovered, else nothing.
+/// The ground of one segment: raised if chosen, tinted if hovered, otherwise none.
 void paintSegment(QPainter& painter, const QRectF& rect, const State& state, const QPalette& palette);
 [[nodiscard]] QColor textColor(const State& state, const QPalette& palette);
 

@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A symbol's drawing keeps a margin inside its 24-grid, as a letter does inside its line.
+/// A drawing has a margin inside its 24-pixel grid, like a letter in its line.
 constexpr double extentOfSize = 1.25;
 constexpr int smallEdge = 16;
 constexpr double iconPixelRatios[] = {1, 1.5, 2, 3};
@@ -33,8 +33,8 @@ const QByteArray& semiboldStroke()
     return text;
 }
 
-/// The file of a symbol on that many pixels. Where the lines of the 24-grid would melt into each other on 16 pixels
-/// there is a second drawing, whose edges lie between those.
+/// The file of a symbol for an edge of that many pixels. If the lines of the 24-pixel grid would blur at 16 pixels,
+/// there is a second drawing with its edges on pixel boundaries.
 QString fileOf(const QString& name, int edge)
 {
     const QString small = u":/lapsa/symbols/%1.%2.svg"_s.arg(name).arg(smallEdge);

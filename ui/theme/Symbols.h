@@ -10,20 +10,19 @@
 
 namespace lapsa {
 
-/// Lines of a symbol go with the weight of the text beside it.
+/// A symbol's line width matches the weight of the text beside it.
 enum class SymbolWeight
 {
     Medium,
     Semibold,
 };
 
-/// One of the drawn symbols, as it is to be shown.
+/// A symbol with its size, weight and colour.
 struct SymbolLook
 {
-    /// The file's name without its ending, for example "lock.open".
+    /// The file name without its extension, for example "lock.open".
     QString name;
-    /// The size of the text that it goes with, in logical pixels; the drawing is about as high as a capital with its
-    /// line.
+    /// The size of the accompanying text, in logical pixels; the drawing is about as high as a line of capitals.
     double size = 13;
     SymbolWeight weight = SymbolWeight::Medium;
     QColor color;
@@ -31,11 +30,10 @@ struct SymbolLook
     friend bool operator==(const SymbolLook&, const SymbolLook&) = default;
 };
 
-/// The edge of the square picture of a symbol of that text size, in logical pixels.
+/// The edge length of the square picture for a text size, both in logical pixels.
 [[nodiscard]] int symbolExtent(double size);
 
-/// The tinted picture for a device pixel ratio, drawn once and kept. A symbol that does not exist is a programming
-/// error.
+/// The tinted picture for a device pixel ratio, drawn once and cached. A missing symbol is a programming error.
 [[nodiscard]] QPixmap symbolPixmap(const SymbolLook& look, double devicePixelRatio);
 
 /// The same as an icon that is crisp at any scale.

@@ -19,12 +19,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Desktops come with 9 to 11 points; whoever has more or less chose it.
+/// Desktops default to 9 to 11 points; any other size was chosen by the user.
 constexpr double smallestUsualPoints = 9;
 constexpr double largestUsualPoints = 11;
 constexpr double usualPoints = 10;
 constexpr double pixelsPerPoint = 96.0 / 72.0;
-/// Titles, from this many pixels on.
+/// Text counts as a title from this many pixels.
 constexpr int largeText = 18;
 constexpr double leastScale = 0.8;
 constexpr double greatestScale = 3.0;
@@ -91,7 +91,7 @@ double textScale()
 
 QFont fontFor(const TextStyle& style)
 {
-    // What is large already needs to grow only half as much, and leaves the room to what is small.
+    // Large text needs to grow only half as much, and leaves the room to small text.
     const double growth = textScale() - 1;
     const double scale = 1 + (growth > 0 && style.size >= largeText ? growth / 2 : growth);
     QFont font = QApplication::font();
@@ -117,8 +117,8 @@ void draw(QPainter& painter, const QPointF& baseline, const QString& text, const
     forEachPiece(text, QFontMetricsF(font), [&](const QString& piece, double advance, double width) {
         const double inset = (width - advance) / 2;
         if (std::exchange(first, false)) {
-            // A narrow digit in the middle of its cell is not flush with what is above and below: the whole text moves,
-            // so that no gap opens behind it.
+            // A narrow digit centred in its cell is not flush with the lines above and below: move the whole text, so
+            // that no gap opens after the digit.
             place.rx() -= inset;
         }
         painter.drawText(place + QPointF(inset, 0), piece);

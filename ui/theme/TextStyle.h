@@ -29,27 +29,26 @@ inline constexpr TextStyle calloutText{12, QFont::Normal};
 inline constexpr TextStyle captionText{11, QFont::Normal};
 inline constexpr TextStyle secondCaptionText{10, QFont::Normal};
 
-/// How much larger than usual the user reads, from the size of the application's font; 1 for the sizes that desktops
-/// come with.
+/// The user's text scale, from the size of the application's font; 1 for the usual default sizes of desktops.
 [[nodiscard]] double textScale();
 
-/// The desktop's user-interface font in a style, scaled by textScale(); titles grow half as much.
+/// The desktop's user-interface font in a style, scaled by textScale(); titles grow only half as much.
 [[nodiscard]] QFont fontFor(const TextStyle& style);
 
-/// Text in which every digit is as wide as the widest, so that a running number does not shake.
+/// Text in which every digit is as wide as the widest one, so that a changing number does not jitter.
 namespace tabularText {
 
 [[nodiscard]] double width(const QString& text, const QFont& font);
-/// Draws from `baseline` on, left to right, in the painter's pen.
+/// Draws from `baseline`, left to right, with the painter's pen.
 void draw(QPainter& painter, const QPointF& baseline, const QString& text, const QFont& font);
 
 } // namespace tabularText
 
-/// A name as it can be shown on one line: line breaks and other control characters have become visible blanks or
-/// replacement characters, and nothing in it can turn the direction of what follows.
+/// A name for display on one line: line breaks and other control characters become visible blanks or replacement
+/// characters, and nothing in it can change the direction of the following text.
 [[nodiscard]] QString singleLine(const QString& name);
 
-/// The same for a tooltip, which would otherwise read HTML.
+/// The same for a tooltip, which would otherwise interpret HTML.
 [[nodiscard]] QString plainToolTip(const QString& text);
 
 } // namespace lapsa

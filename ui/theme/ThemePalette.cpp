@@ -25,7 +25,7 @@ struct SchemeColors
 constexpr double separatorOpacityLight = 0.10;
 constexpr double separatorOpacityDark = 0.12;
 constexpr double disabledOpacity = 0.45;
-/// Below this saturation a desktop's highlight is a grey and tells nothing.
+/// Below this saturation, the desktop's highlight is grey and not an accent.
 constexpr double leastAccentSaturation = 0.2;
 constexpr double lightnessStep = 0.01;
 

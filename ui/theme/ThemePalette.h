@@ -29,20 +29,22 @@ enum class ColorRole
     Separator,
 };
 
-/// Text keeps at least this contrast with its ground, symbols the second (WCAG 2.1, levels AA of 1.4.3 and 1.4.11).
+/// The minimum contrast of text and of symbols with their ground (WCAG 2.1 level AA, 1.4.3 and 1.4.11).
 inline constexpr double textContrast = 4.5;
 inline constexpr double symbolContrast = 3.0;
 
-/// The palette of the whole application. A desktop's accent is darkened or lightened until text in it is legible.
+/// The palette of the whole application. The desktop's accent is darkened or lightened until text in this colour is
+/// legible.
 [[nodiscard]] QPalette themePalette(ColorScheme scheme, std::optional<QColor> desktopAccent = std::nullopt);
 
-/// The accent that a desktop's own palette tells; nothing where the palette is the toolkit's, or its accent is a grey.
+/// The accent of the desktop's own palette; nothing if the palette is the toolkit's, or its accent is grey.
 [[nodiscard]] std::optional<QColor> accentOf(const QPalette& desktopPalette);
 
-/// Whether a palette is a dark or a light one.
+/// Whether a palette is dark or light.
 [[nodiscard]] ColorScheme schemeOf(const QPalette& palette);
 
-/// Where a palette made by themePalette() keeps a role, for widgets that take their colour from there by themselves.
+/// Where a palette made by themePalette() stores a role, for widgets that take their colours from the palette
+/// themselves.
 [[nodiscard]] QPalette::ColorRole paletteRole(ColorRole role);
 /// The colour of a role in a palette made by themePalette().
 [[nodiscard]] QColor themeColor(ColorRole role, const QPalette& palette);

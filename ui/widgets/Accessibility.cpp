@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Named after what it asks; nothing outside it can be reached.
+/// Named after its content; nothing outside it can be reached.
 class SheetAccessible final : public QAccessibleWidget
 {
 public:
@@ -76,7 +76,7 @@ public:
     void doAction(const QString& action) override
     {
         if (action == pressAction()) {
-            m_button.animateClick(); // it may open a dialog, which would keep the screen reader waiting
+            m_button.animateClick(); // queued: it may open a dialog, which would keep the screen reader waiting
         } else {
             QAccessibleWidget::doAction(action);
         }
@@ -86,8 +86,8 @@ private:
     PushButton& m_button;
 };
 
-/// The page that is seen, in a container that a screen reader passes over: the toolkit's own would be one more thing to
-/// read out, without a name.
+/// Exposes only the visible page, in a container that screen readers skip: the toolkit's own interface would add an
+/// object without a name.
 class StackAccessible final : public QAccessibleWidget
 {
 public:
@@ -112,7 +112,7 @@ private:
     QStackedWidget& m_stack;
 };
 
-/// A window is a frame, what has a name is a group of that name, and every other container is passed over.
+/// A window is a frame, a container with a name is a group of that name, and other containers are skipped.
 class ContainerAccessible final : public QAccessibleWidget
 {
 public:
@@ -125,7 +125,7 @@ public:
         if (widget()->isWindow()) {
             return QAccessible::Window;
         }
-        // A sheet has its content's name already.
+        // A sheet already has its content's name.
         const bool inSheet = qobject_cast<const Sheet*>(widget()->parentWidget()) != nullptr;
         return widget()->accessibleName().isEmpty() || inSheet ? QAccessible::Client : QAccessible::Grouping;
     }

@@ -21,7 +21,7 @@ void Announcer::announce(const QString& text)
     if (!QAccessible::isActive() || !isVisible()) {
         return;
     }
-    // A notification that comes up is read out by itself, wherever the focus is; the toolkit knows no better way yet.
+    // Screen readers read a notification when it appears, wherever the focus is; the toolkit has no better way yet.
     setAccessibleName(text);
     QAccessibleEvent shown(this, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&shown);

@@ -15,8 +15,8 @@ class Announcer final : public QWidget
 public:
     explicit Announcer(QWidget* parent);
 
-    /// Says it at once, in addition to what is being said. Without a screen reader, or while the window is closed,
-    /// nothing happens.
+    /// Announces `text` at once, in addition to current speech. Does nothing without a screen reader or while the
+    /// window is closed.
     void announce(const QString& text);
 };
 

@@ -7,8 +7,8 @@
 
 namespace lapsa {
 
-/// Connects a control with the value it edits, which belongs to someone else: the control reads it whenever it is
-/// shown, writes each change at once, and keeps no copy.
+/// Connects a control to the value it edits, which it does not own: the control reads the value whenever it shows it,
+/// writes each change at once, and keeps no copy.
 template <typename T>
 struct Binding
 {

@@ -15,7 +15,7 @@ namespace lapsa {
 namespace {
 
 constexpr int rowPadding = 16;
-/// Above and below each row; a hairline lies in the middle of two such gaps.
+/// Above and below each row; hairlines lie between two such gaps.
 constexpr int rowGap = 10;
 constexpr int headingSpacing = 8;
 constexpr int headingInset = 4;

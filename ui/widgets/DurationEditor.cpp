@@ -28,13 +28,13 @@ constexpr std::int64_t lastMinute = 59;
 constexpr int columnSpacing = 8;
 constexpr int lineSpacing = 3;
 constexpr int valueSpacing = 3;
-/// Where the columns are spread and stand apart by themselves.
+/// For spread columns, which are already apart.
 constexpr int spreadValueSpacing = 8;
 constexpr int columnMinimumWidth = 82;
-/// Room behind a stepper, so that it is seen to belong to the value before it and not to the next.
+/// Space after a stepper, so that it visibly belongs to the value before it, not to the next.
 constexpr int columnEnd = 16;
 constexpr int valueMinimumWidth = 36;
-/// From this text size on the steppers stand below their values, so that the columns stay narrow.
+/// Above this text scale, the steppers are below their values, so that the columns stay narrow.
 constexpr double stackedScale = 1.3;
 
 } // namespace
@@ -123,7 +123,7 @@ void DurationEditor::setDimmed(bool dimmed)
 
 int DurationEditor::lineCentre() const
 {
-    // The steppers stand on the lowest line.
+    // The steppers are on the lowest line.
     return sizeHint().height() - m_columns.front().stepper->sizeHint().height() / 2;
 }
 
@@ -158,11 +158,11 @@ QWidget* DurationEditor::makeColumn(Column& column)
     return widget;
 }
 
-/// Gives everything its place at the size of text that the user reads now.
+/// Lays everything out for the current text size.
 void DurationEditor::arrange()
 {
     const bool stacked = textScale() > stackedScale;
-    // As wide as its highest value: the stepper beside it stays where it is.
+    // As wide as its highest value, so that the stepper beside it does not move.
     const auto widthOf = [font = fontFor(calloutText)](const Column& column) {
         const double widest = tabularText::width(u"%1 %2"_s.arg(column.highest).arg(column.mark), font);
         return std::max(valueMinimumWidth, static_cast<int>(std::ceil(widest)));

@@ -44,17 +44,17 @@ public:
 
     [[nodiscard]] static std::int64_t clampedTotal(std::int64_t total, const Bounds& bounds);
     [[nodiscard]] static DurationFields fieldsOf(std::int64_t total, const Bounds& bounds);
-    /// The total that is written for three fields. An overflow is a programming error and ends the process.
+    /// The total written for three fields. An overflow is a programming error and ends the process.
     [[nodiscard]] static std::int64_t totalOf(const DurationFields& fields, const Bounds& bounds);
 
     /// Spreads the columns over the whole width, with one width for all values.
     void spread();
     /// Draws the editor fainter because another setting applies at the moment. It can still be used.
     void setDimmed(bool dimmed);
-    /// The vertical centre of the line that holds the steppers.
+    /// The vertical centre of the steppers' line, in this widget's coordinates.
     [[nodiscard]] int lineCentre() const;
 
-    /// Shows the number as it is now. One outside the bounds is shown clamped and not written back.
+    /// Shows the current number. A number outside the bounds is shown clamped, but not written back.
     void refresh();
 
 protected:

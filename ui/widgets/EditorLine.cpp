@@ -91,7 +91,7 @@ EditorLine::Places EditorLine::placesFor(int width) const
     if (editor.width() + leastGap > end) {
         return {.editor = QRect({0, 0}, editor), .button = QRect({end, editor.height() + lineSpacing}, button)};
     }
-    // On the line of the steppers, not in the middle of the whole editor.
+    // Aligned with the steppers' line, not with the middle of the whole editor.
     const int top = std::max(0, m_editor->lineCentre() - button.height() / 2);
     return {.editor = QRect({0, 0}, editor), .button = QRect({end, top}, button)};
 }

@@ -37,7 +37,7 @@ public:
     void setGeometry(const QRect& rect) override;
 
 private:
-    /// Where the two stand in a line of that width, read from the left.
+    /// The positions of both for a line width, in left-to-right coordinates.
     struct Places
     {
         QRect editor;

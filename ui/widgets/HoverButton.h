@@ -23,7 +23,7 @@ public:
     /// Whether Return presses the button too; otherwise the key goes to the parent.
     void setReturnPresses(bool presses) { m_returnPresses = presses; }
 
-    /// A button that shows only a symbol: tooltip and accessible name are the same text.
+    /// For a button with only a symbol: sets the tooltip and the accessible name to the same text.
     void setHelp(const QString& help);
 
 protected:

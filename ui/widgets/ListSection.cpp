@@ -16,7 +16,7 @@ namespace {
 constexpr int headingInset = 4;
 constexpr int headingSpacing = 16;
 constexpr int cardSpacing = 16;
-/// Room for any heading on one line.
+/// Wide enough for any heading on one line.
 constexpr int wide = 1 << 12;
 
 } // namespace

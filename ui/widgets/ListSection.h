@@ -20,10 +20,10 @@ public:
     /// Takes ownership of the button.
     ListSection(const QString& heading, QWidget* button, QWidget* parent = nullptr);
 
-    /// How far the button reaches above the heading.
+    /// How far the button extends above the heading, in logical pixels.
     [[nodiscard]] int overhang() const;
 
-    /// Where the cards go.
+    /// The layout for the cards.
     [[nodiscard]] QVBoxLayout& column() { return *m_column; }
 
 private:

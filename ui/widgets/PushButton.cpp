@@ -27,7 +27,8 @@ constexpr int horizontalPadding = 14;
 constexpr int symbolGap = 6;
 constexpr double symbolSize = 12;
 constexpr double pressedStrength = 2;
-/// How far the accent ground moves towards black (light) under the pointer and while held down.
+/// How far the accent ground moves, under the pointer and while pressed: towards black under white text, else towards
+/// white.
 constexpr double accentHover = 0.10;
 constexpr double accentPressed = 0.20;
 

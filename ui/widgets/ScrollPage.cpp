@@ -28,7 +28,7 @@ ScrollPage::ScrollPage(const QString& name, QWidget* parent)
 {
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // The area's own bar keeps the position; the one that is seen takes no room from the page.
+    // The area's own bar keeps the position; the visible bar takes no room from the page.
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWidgetResizable(true);
     setFocusPolicy(Qt::NoFocus);

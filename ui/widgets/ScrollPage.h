@@ -22,13 +22,13 @@ public:
     /// `name` is the accessible name of the page.
     explicit ScrollPage(const QString& name, QWidget* parent = nullptr);
 
-    /// Where the sections go, from top to bottom.
+    /// The layout for the sections, from top to bottom.
     [[nodiscard]] QVBoxLayout& sections() { return *m_sections; }
 
-    /// How far the first section's own top reaches above the line on which first headings stand. At most topMargin.
+    /// Sets how far the first section extends above the common line of first headings. At most topMargin.
     void setOverhang(int overhang);
 
-    /// At the left, the right and the bottom.
+    /// Left, right and bottom.
     static constexpr int margin = 24;
     static constexpr int topMargin = 12;
 

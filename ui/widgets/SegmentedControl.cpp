@@ -27,7 +27,7 @@ constexpr int horizontalPadding = 14;
 constexpr int verticalPadding = 4;
 constexpr int leastHeight = 24;
 
-/// A radio button drawn as a piece of the control.
+/// A radio button drawn as a segment of the control.
 class Segment final : public QRadioButton
 {
 public:

@@ -24,7 +24,7 @@ public:
     void setChosen(int index);
 
 signals:
-    /// The user chose: by the pointer, a key or a screen reader, which does not click.
+    /// The user chose, by pointer, key or screen reader (which does not click).
     void chosenByUser(int index);
 
 protected:

@@ -23,7 +23,7 @@ constexpr double dimDark = 0.50;
 constexpr int travel = 10;
 constexpr int cardRadius = 14;
 constexpr int margin = 12;
-/// The soft shadow under the card: this many outlines, each fainter.
+/// The soft shadow under the card: this many outlines, each fainter than the one inside it.
 constexpr int shadowReach = 24;
 constexpr int shadowDrop = 6;
 constexpr double shadowOpacity = 0.008;
@@ -114,7 +114,7 @@ void Sheet::keyPressEvent(QKeyEvent* event)
     if (event->key() == Qt::Key_Escape) {
         dismiss();
     }
-    event->accept(); // what is covered gets no keys
+    event->accept(); // the covered widgets get no keys
 }
 
 void Sheet::mousePressEvent(QMouseEvent* event)

@@ -9,7 +9,7 @@ namespace lapsa {
 
 namespace {
 
-/// How much of its time an item stays lit before it fades: as long as an eye needs to get there.
+/// The fraction of the time before the fading starts: long enough for the eye to find the item.
 constexpr double heldPart = 0.4;
 
 } // namespace

@@ -30,13 +30,13 @@ constexpr int radius = 7;
 constexpr double symbolSize = 9;
 constexpr double hoverOpacity = 0.07;
 constexpr double heldOpacity = 0.14;
-/// A half at the end of the range.
+/// For a half that cannot step because the range ends.
 constexpr double impossibleOpacity = 0.35;
 constexpr int dividerInset = 5;
 constexpr auto firstRepeat = 400ms;
 constexpr auto nextRepeat = 70ms;
 
-/// A length that grows with the text that the user reads.
+/// A length that grows with the user's text size.
 int scaled(int length)
 {
     return static_cast<int>(std::lround(length * textScale()));
@@ -93,7 +93,7 @@ void Stepper::paintEvent(QPaintEvent*)
 
 void Stepper::resizeEvent(QResizeEvent*)
 {
-    // The number is shown elsewhere: the field inside takes no part in the layout.
+    // The number is shown elsewhere: the inner field is not part of the layout.
 }
 
 bool Stepper::event(QEvent* event)
@@ -160,13 +160,13 @@ void Stepper::keyPressEvent(QKeyEvent* event)
         QSpinBox::keyPressEvent(event);
         return;
     default:
-        event->ignore(); // what is typed would go into a field that nobody sees
+        event->ignore(); // typed text would go into an invisible field
     }
 }
 
 void Stepper::wheelEvent(QWheelEvent* event)
 {
-    event->ignore(); // scrolling a page must not change what happens to lie under the pointer
+    event->ignore(); // scrolling a page must not change the control under the pointer
 }
 
 void Stepper::contextMenuEvent(QContextMenuEvent* event)

@@ -46,7 +46,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
-    /// -1 or 1 for the half at a place, 0 outside.
+    /// -1 or 1 for the half at a position, 0 outside.
     [[nodiscard]] int halfAt(const QPoint& position) const;
     void paintHalf(QPainter& painter, int half) const;
     void stepHeld();

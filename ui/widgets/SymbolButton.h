@@ -19,7 +19,7 @@ public:
         QString symbol;
         double size = 16;
         SymbolWeight weight = SymbolWeight::Semibold;
-        /// The edge of the whole button.
+        /// The edge length of the whole button, in logical pixels.
         int extent = 36;
     };
 

@@ -26,11 +26,11 @@ constexpr double symbolSize = 14;
 constexpr int symbolGap = 8;
 constexpr int horizontalPadding = 18;
 constexpr int leastPadding = 8;
-/// Widths are rounded on their way.
+/// Allows for rounded widths.
 constexpr int slack = 2;
 constexpr int verticalPadding = 9;
 constexpr int leastHeight = 36;
-/// What stays free on each side of the bar.
+/// The free space on each side of the bar.
 constexpr int surroundings = 24;
 
 int symbolEdge()

@@ -7,7 +7,7 @@
 
 namespace lapsa {
 
-/// The tabs of a window: a symbol and a text each, as segments of one control.
+/// The tabs of a window, each with a symbol and a text, as segments of one control.
 class SymbolTabBar final : public QTabBar
 {
     Q_OBJECT

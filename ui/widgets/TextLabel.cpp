@@ -16,7 +16,7 @@ namespace lapsa {
 
 namespace {
 
-/// A height that no text reaches and that text layout can still reckon with.
+/// Higher than any text, but within the range of text layout.
 constexpr int unlimited = 1 << 20;
 
 } // namespace

@@ -22,7 +22,7 @@ public:
     void setStyle(const TextStyle& style);
     /// Further lines are cut off; the last visible one then ends with an ellipsis.
     void setMaximumLines(int lines);
-    /// Digits of equal width, for numbers that run: on one line, never narrower than the text or than `leastWidth`.
+    /// Digits of equal width, for changing numbers: on one line, never narrower than the text or than `leastWidth`.
     void setTabular(int leastWidth = 0);
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -36,7 +36,7 @@ protected:
 private:
     [[nodiscard]] int lineHeight() const;
     [[nodiscard]] QRect boundsFor(int width) const;
-    /// The narrowest width with as many lines as the given one: centred lines of about the same length.
+    /// The narrowest width that needs no more lines than `width`, so that centred lines have about the same length.
     [[nodiscard]] int balancedWidth(int width) const;
     [[nodiscard]] QString shortened(const QString& text) const;
 

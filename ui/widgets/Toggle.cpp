@@ -30,9 +30,9 @@ constexpr int switchHeight = 20;
 constexpr int knobInset = 2;
 constexpr int labelGap = 16;
 constexpr int leastHeight = 24;
-/// A height that no text reaches and that text layout can still reckon with.
+/// Higher than any text, but within the range of text layout.
 constexpr int unlimited = 1 << 20;
-/// Track of a switch that is off: strong enough to be seen as a control.
+/// Track of a switch that is off: strong enough to look like a control.
 constexpr double offTrackOpacity = 0.75;
 
 /// The switch grows with the text beside it.

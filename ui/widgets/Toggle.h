@@ -34,7 +34,7 @@ public:
     [[nodiscard]] int heightForWidth(int width) const override;
 
 signals:
-    /// It was turned: by the pointer, a key or a screen reader, which does not click.
+    /// The user toggled it, by pointer, key or screen reader (which does not click).
     void switched(bool on);
 
 protected:
