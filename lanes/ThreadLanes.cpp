@@ -37,8 +37,10 @@ ThreadLanes::ThreadLanes(MainQueue& mainQueue, const Bounds& bounds)
 
 ThreadLanes::~ThreadLanes()
 {
+    std::deque<Finished> lost;
     const std::lock_guard lock(m_shared->mutex);
     m_shared->lanes = nullptr;
+    lost.swap(m_shared->finished); // destroyed without the mutex
     askToEnd();
 }
 
@@ -120,16 +122,18 @@ void ThreadLanes::work(const std::shared_ptr<Shared>& shared, const std::shared_
             lane->current.reset();
         }
         piece.job->m_state = LaneJob::State::Finished;
-        shared->finished.push_back({.lane = lane->name, .report = std::move(report)});
-        if (lane->setAside) {
-            const auto isBack = [shared, name = lane->name] {
-                if (shared->lanes->m_isBack) {
-                    shared->lanes->m_isBack(name);
-                }
-            };
-            shared->finished.push_back({.lane = lane->name, .report = isBack});
+        if (shared->lanes != nullptr) {
+            shared->finished.push_back({.lane = lane->name, .report = std::move(report)});
+            if (lane->setAside) {
+                const auto isBack = [lanes = shared->lanes, name = lane->name] {
+                    if (lanes->m_isBack) {
+                        lanes->m_isBack(name);
+                    }
+                };
+                shared->finished.push_back({.lane = lane->name, .report = isBack});
+            }
+            callMainThread(shared);
         }
-        callMainThread(shared);
     }
     lane->hasThread = false;
     --shared->threads;
@@ -146,7 +150,7 @@ void ThreadLanes::work(const std::shared_ptr<Shared>& shared, const std::shared_
 /// Call with the mutex held.
 void ThreadLanes::callMainThread(const std::shared_ptr<Shared>& shared)
 {
-    if (shared->lanes == nullptr || std::exchange(shared->mainThreadCalled, true)) {
+    if (std::exchange(shared->mainThreadCalled, true)) {
         return;
     }
     shared->lanes->m_mainQueue.async([shared] {
