@@ -123,16 +123,7 @@ void ThreadLanes::work(const std::shared_ptr<Shared>& shared, const std::shared_
         }
         piece.job->m_state = LaneJob::State::Finished;
         if (shared->lanes != nullptr) {
-            shared->finished.push_back({.lane = lane->name, .report = std::move(report)});
-            if (lane->setAside) {
-                const auto isBack = [lanes = shared->lanes, name = lane->name] {
-                    if (lanes->m_isBack) {
-                        lanes->m_isBack(name);
-                    }
-                };
-                shared->finished.push_back({.lane = lane->name, .report = isBack});
-            }
-            callMainThread(shared);
+            noteFinished(shared, *lane, std::move(report));
         }
     }
     lane->hasThread = false;
@@ -147,7 +138,22 @@ void ThreadLanes::work(const std::shared_ptr<Shared>& shared, const std::shared_
     shared->threadEnded.notify_all();
 }
 
-/// Call with the mutex held.
+/// Call with the mutex held, while the lanes are there.
+void ThreadLanes::noteFinished(const std::shared_ptr<Shared>& shared, const Lane& lane, Report report)
+{
+    shared->finished.push_back({.lane = lane.name, .report = std::move(report)});
+    if (lane.setAside) {
+        const auto isBack = [lanes = shared->lanes, name = lane.name] {
+            if (lanes->m_isBack) {
+                lanes->m_isBack(name);
+            }
+        };
+        shared->finished.push_back({.lane = lane.name, .report = isBack});
+    }
+    callMainThread(shared);
+}
+
+/// Call with the mutex held, while the lanes are there.
 void ThreadLanes::callMainThread(const std::shared_ptr<Shared>& shared)
 {
     if (std::exchange(shared->mainThreadCalled, true)) {

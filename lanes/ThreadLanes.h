@@ -68,6 +68,7 @@ private:
     void restIfIdle();
     void watch();
     void setAside(const std::shared_ptr<Lane>& lane);
+    static void noteFinished(const std::shared_ptr<Shared>& shared, const Lane& lane, Report report);
     static void callMainThread(const std::shared_ptr<Shared>& shared);
     void reportFinished();
     [[nodiscard]] Report nextReport(const QString* lane = nullptr);
