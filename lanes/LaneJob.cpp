@@ -7,11 +7,9 @@ namespace lapsa {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 std::int64_t steadyNow()
 {
-    return std::chrono::steady_clock::now().time_since_epoch() / 1ns;
+    return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
 } // namespace
