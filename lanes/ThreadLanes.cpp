@@ -115,6 +115,7 @@ void ThreadLanes::work(const std::shared_ptr<Shared>& shared, const std::shared_
             piece.job->alive();
             piece.job->m_state = LaneJob::State::Running;
             lane->current = piece.job;
+            lane->keepsOrder = piece.atTheEnd == AtTheEnd::Run;
             lock.unlock();
             report = piece.work(*piece.job);
             piece.work = nullptr; // destroys its captures here, not on the main thread
@@ -218,7 +219,8 @@ void ThreadLanes::watch()
         const std::vector<std::shared_ptr<Lane>> active = m_shared->active; // setAside() adds to it
         for (const std::shared_ptr<Lane>& lane : active) {
             startThread(m_shared, lane);
-            if (!lane->setAside && lane->current && lane->current->silentFor(m_shared->bounds.hangsAfter)) {
+            if (!lane->setAside && !lane->keepsOrder && lane->current &&
+                lane->current->silentFor(m_shared->bounds.hangsAfter)) {
                 setAside(lane);
                 hanging << lane->name;
             }

@@ -38,6 +38,8 @@ struct ThreadLanes::Lane
     std::shared_ptr<LaneJob> current;
     bool hasThread = false;
     bool setAside = false;
+    /// The current work must not be overtaken by what follows it: an old list would replace a newer one.
+    bool keepsOrder = false;
 };
 
 /// State shared by the threads and the main thread. A hanging thread keeps it alive after the lanes are gone.
