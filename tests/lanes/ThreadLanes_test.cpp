@@ -176,6 +176,25 @@ private slots:
         QCOMPARE(hanging->state(), LaneJob::State::Finished);
     }
 
+    void workThatKeepsItsOrderIsNeverOvertaken()
+    {
+        ThreadLanes lanes(m_queue, {.hangsAfter = 40ms});
+        QStringList reports;
+        Gate gate;
+        lanes.runOn(u"a"_s, gate.work([&] { reports << u"older"_s; }), Lanes::AtTheEnd::Run);
+        lanes.runOn(u"a"_s, noting(reports, u"newer"_s), Lanes::AtTheEnd::Run);
+        gate.awaitEntry();
+        Gate other;
+        bool hangs = false;
+        lanes.onHanging([&](const QString&) { hangs = true; }, {});
+        lanes.runOn(u"b"_s, other.work({}), drop); // when this one hangs, the first has been watched as long
+
+        QTRY_VERIFY_WITH_TIMEOUT(hangs, patience);
+        QVERIFY(reports.isEmpty());
+        gate.open();
+        QTRY_COMPARE_WITH_TIMEOUT(reports, (QStringList{u"older"_s, u"newer"_s}), patience);
+    }
+
     void longWorkThatGivesSignsOfLifeIsNotSetAside()
     {
         ThreadLanes lanes(m_queue, {.hangsAfter = 1s});
