@@ -3,6 +3,7 @@
 
 #include "BatchOperations.h"
 
+#include "CopyProgress.h"
 #include "CrossDeviceMove.h"
 #include "FileSystem.h"
 #include "FolderRemoval.h"
@@ -106,7 +107,8 @@ int BatchOperations::move(const LocatedEntry& entry, const QString& to)
         error = error == 0 ? rename(entry) : error;
     }
     if (error == EXDEV) {
-        error = moveAcross(entry.place, entry.status, m_destination.place(), [&] { announce(entry); });
+        CopyProgress progress([&] { announce(entry); }, m_observer);
+        error = moveAcross(entry.place, entry.status, m_destination.place(), progress);
         // A long time may have passed.
         m_destination.letGo();
         m_source.letGo();
@@ -196,7 +198,7 @@ int BatchOperations::remove(const LocatedEntry& entry)
         return errorOf([&] { return ::unlinkat(entry.place.folder.get(), entry.place.name.constData(), 0); });
     }
     announce(entry);
-    const int error = FolderRemoval().run(entry.place, identityOf(entry.status));
+    const int error = FolderRemoval({}, m_observer).run(entry.place, identityOf(entry.status));
     m_source.letGo(); // a long time may have passed
     return error;
 }

@@ -20,6 +20,10 @@ namespace lapsa {
 
 class TrashFolder;
 
+namespace fileSystem {
+class WorkObserver;
+} // namespace fileSystem
+
 /// An entry as a batch found it.
 struct LocatedEntry
 {
@@ -45,6 +49,8 @@ public:
     void expectTrash(QStringList paths);
 
     void announceLongWork(std::function<void(std::int64_t)> announce) { m_announce = std::move(announce); }
+
+    void observe(fileSystem::WorkObserver* observer) { m_observer = observer; }
 
     [[nodiscard]] LocatedEntry find(const QString& path);
     [[nodiscard]] static LocatedEntry findAt(AtPath place);
@@ -72,6 +78,7 @@ private:
     /// The position of the next expected path.
     qsizetype m_expectedPosition = 0;
     std::function<void(std::int64_t)> m_announce;
+    fileSystem::WorkObserver* m_observer = nullptr;
 };
 
 } // namespace lapsa

@@ -50,6 +50,11 @@ void Batch::announceLongWork(std::function<void(std::int64_t)> announce)
     m_operations->announceLongWork(std::move(announce));
 }
 
+void Batch::observe(WorkObserver* observer)
+{
+    m_operations->observe(observer);
+}
+
 BatchEntry Batch::find(const QString& path)
 {
     return BatchEntry(m_operations->find(path));

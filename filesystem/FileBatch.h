@@ -22,6 +22,8 @@ struct LocatedEntry;
 
 namespace lapsa::fileSystem {
 
+class WorkObserver;
+
 /// An entry that a Batch found. Keeps the entry's folder open, so that the look and the action happen in the same
 /// folder, whatever happens to the path in between.
 class BatchEntry final
@@ -65,6 +67,10 @@ public:
     /// for a folder, whose size is unknown.
     void announceLongWork(std::function<void(std::int64_t bytes)> announce);
 
+    /// Lets `observer` watch, and stop, copies to other file systems and removals of folders; null for none. Borrowed:
+    /// it must outlive the batch or be taken off before.
+    void observe(WorkObserver* observer);
+
     /// Finds an entry, for callers that must check it before they act on it.
     [[nodiscard]] BatchEntry find(const QString& path);
 
@@ -74,7 +80,7 @@ public:
     /// Moves a file or a whole folder, also to another file system, keeping times, modes, links and extended
     /// attributes. Never overwrites: EEXIST if `to` exists, even as a dangling link. A failed move leaves the source
     /// intact and nothing at `to`. ETXTBSY if it would have to copy a file that somebody is writing to: try again
-    /// later.
+    /// later. ECANCELED if the observer stopped the copy, which is possible until it is complete.
     Result<void> move(const BatchEntry& entry, const QString& to);
     Result<void> move(const QString& path, const QString& to);
 
@@ -84,7 +90,8 @@ public:
     Result<void> moveToTrash(const BatchEntry& entry);
     Result<void> moveToTrash(const QString& path);
 
-    /// Removes a file, link or whole folder permanently. Follows no links and crosses no mount points.
+    /// Removes a file, link or whole folder permanently. Follows no links and crosses no mount points. ECANCELED if the
+    /// observer stopped the removal of a folder: what is gone is gone, the rest stays.
     Result<void> remove(const BatchEntry& entry);
     Result<void> remove(const QString& path);
 

@@ -4,6 +4,7 @@
 #include "CrossDeviceMove.h"
 
 #include "CopiedOriginals.h"
+#include "CopyProgress.h"
 #include "EntryCopy.h"
 #include "FileAttributes.h"
 #include "FolderRemoval.h"
@@ -11,6 +12,8 @@
 #include "SourceFile.h"
 #include "SystemCalls.h"
 #include "TreeCopy.h"
+#include "TreeSize.h"
+#include "WorkObserver.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -18,6 +21,24 @@
 namespace lapsa {
 
 namespace {
+
+/// A removal that is a part of a copy: a sign of life, and nothing that could be stopped.
+class RemovalAside final : public fileSystem::WorkObserver
+{
+public:
+    explicit RemovalAside(CopyProgress& progress)
+        : m_progress(progress)
+    {}
+
+    void copied(std::int64_t /*bytes*/, std::int64_t /*total*/) override {}
+
+    void removed(std::int64_t /*entries*/) override { m_progress.tell(); }
+
+    [[nodiscard]] bool stopRequested() const override { return false; }
+
+private:
+    CopyProgress& m_progress;
+};
 
 FoundEntry foundAt(const AtPath& place, const struct statx& status)
 {
@@ -65,9 +86,16 @@ int linkInPlace(int open, const AtPath& to)
     return status && stands(to, identityOf(status.value())) ? 0 : error;
 }
 
+/// Makes a copy durable; the last moment to stop it. Returns an `errno` value.
+int syncFile(int file, CopyProgress& progress)
+{
+    const int error = errorOf([&] { return ::fsync(file); });
+    return error != 0 ? error : progress.goOn();
+}
+
 /// Copies to a file that gets its name only when it is complete: if the process ends earlier, nothing is left of it.
 /// Returns an `errno` value: EOPNOTSUPP if the file system has no such files.
-int copyNamelessly(const FoundEntry& entry, const SourceFile& from, const AtPath& to)
+int copyNamelessly(const FoundEntry& entry, const SourceFile& from, const AtPath& to, CopyProgress& progress)
 {
     const Result<FileDescriptor> made = openAt(to.folder.get(), ".", O_TMPFILE | O_WRONLY, 0600);
     if (!made) {
@@ -76,18 +104,15 @@ int copyNamelessly(const FoundEntry& entry, const SourceFile& from, const AtPath
     }
     const FileDescriptor& file = made.value();
     dropInheritedAccessLists(file.get());
-    int error = copyRegularFile(from, file.get(), entry.status);
+    int error = copyRegularFile(from, file.get(), entry.status, progress);
     if (error == 0) {
-        error = errorOf([&] { return ::fsync(file.get()); });
+        error = syncFile(file.get(), progress);
     }
-    if (error != 0) {
-        return error;
-    }
-    return linkInPlace(file.get(), to);
+    return error == 0 ? linkInPlace(file.get(), to) : error;
 }
 
 /// Copies to a file beside its destination, until it is complete.
-int copyUnderOtherName(const FoundEntry& entry, const SourceFile& from, const AtPath& to)
+int copyUnderOtherName(const FoundEntry& entry, const SourceFile& from, const AtPath& to, CopyProgress& progress)
 {
     const AtPath copy{.folder = to.folder, .name = interruptedName()};
     // Marked as unfinished from the start.
@@ -101,9 +126,9 @@ int copyUnderOtherName(const FoundEntry& entry, const SourceFile& from, const At
     struct statx marked = entry.status;
     marked.stx_mode = static_cast<decltype(marked.stx_mode)>(S_IFREG | interruptedMode);
     ::fchmod(file.get(), interruptedMode);
-    int error = copyRegularFile(from, file.get(), marked);
+    int error = copyRegularFile(from, file.get(), marked, progress);
     if (error == 0) {
-        error = errorOf([&] { return ::fsync(file.get()); });
+        error = syncFile(file.get(), progress);
     }
     if (error == 0) {
         error = putInPlace(copy, file.get(), to);
@@ -144,8 +169,7 @@ int removeSource(const AtPath& from, const struct statx& status, const AtPath& t
     return error == 0 || !stands(from, identityOf(status)) ? 0 : takeBack(from, to, error);
 }
 
-int moveRegularFile(const AtPath& from, const struct statx& status, const AtPath& to,
-                    const std::function<void()>& begins)
+int moveRegularFile(const AtPath& from, const struct statx& status, const AtPath& to, CopyProgress& progress)
 {
     const FoundEntry entry = foundAt(from, status);
     // Stays open, and leased, until the end.
@@ -153,15 +177,22 @@ int moveRegularFile(const AtPath& from, const struct statx& status, const AtPath
     if (!source) {
         return source.error().code;
     }
-    begins();
-    int error = copyNamelessly(entry, source.value(), to);
-    error = error == EOPNOTSUPP ? copyUnderOtherName(entry, source.value(), to) : error;
+    progress.begin();
+    progress.expect(std::int64_t(status.stx_size));
+    int error = progress.goOn();
+    if (error == 0) {
+        error = copyNamelessly(entry, source.value(), to, progress);
+    }
+    if (error == EOPNOTSUPP) {
+        error = copyUnderOtherName(entry, source.value(), to, progress);
+    }
     return error != 0 ? error : removeSource(from, status, to, [&] { return source.value().isStill(status); });
 }
 
-int moveSpecialFile(const AtPath& from, const struct statx& status, const AtPath& to)
+int moveSpecialFile(const AtPath& from, const struct statx& status, const AtPath& to, CopyProgress& progress)
 {
-    if (const int error = copyEntry(foundAt(from, status), to.folder.get(), to.name.constData())) {
+    progress.begin();
+    if (const int error = copyEntry(foundAt(from, status), to.folder.get(), to.name.constData(), progress)) {
         return error;
     }
     return removeSource(from, status, to, [&] {
@@ -172,7 +203,7 @@ int moveSpecialFile(const AtPath& from, const struct statx& status, const AtPath
 
 /// Moves the complete copy of a folder to its destination. Sets its mode last: until then the mode marks it as
 /// unfinished.
-int finishFolder(const AtPath& copy, const struct statx& status, const AtPath& to)
+int finishFolder(const AtPath& copy, const struct statx& status, const AtPath& to, CopyProgress& progress)
 {
     const Result<FileDescriptor> opened =
         openAt(copy.folder.get(), copy.name.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
@@ -183,6 +214,9 @@ int finishFolder(const AtPath& copy, const struct statx& status, const AtPath& t
     // One call for the whole file system instead of one per file: much cheaper for folders with many files.
     if (const int error = errorOf([&] { return ::syncfs(folder.get()); })) {
         return error;
+    }
+    if (const int error = progress.goOn()) {
+        return error; // the last moment to stop it
     }
     if (const int error = putInPlace(copy, folder.get(), to)) {
         return error;
@@ -200,24 +234,40 @@ int finishFolder(const AtPath& copy, const struct statx& status, const AtPath& t
     return error;
 }
 
-int moveFolder(const AtPath& from, const struct statx& status, const AtPath& to)
+/// Copies a folder to its destination. Returns an `errno` value; after a failure nothing is left of the copy.
+int copyFolder(TreeCopy& tree, const struct statx& status, const AtPath& to, CopyProgress& progress)
 {
     const AtPath copy{.folder = to.folder, .name = interruptedName()};
-    TreeCopy tree(from, status);
     int error = tree.run(copy);
     if (error == 0) {
-        error = finishFolder(copy, status, to);
+        error = finishFolder(copy, status, to, progress);
     }
     if (error != 0) {
-        removeCopy(copy);
+        RemovalAside aside(progress);
+        removeCopy(copy, &aside);
+    }
+    return error;
+}
+
+int moveFolder(const AtPath& from, const struct statx& status, const AtPath& to, CopyProgress& progress)
+{
+    progress.begin();
+    const Result<std::int64_t> size = sizeOfTree(from, identityOf(status), progress);
+    if (!size) {
+        return size.error().code;
+    }
+    progress.expect(size.value());
+    TreeCopy tree(from, status, progress);
+    if (const int error = copyFolder(tree, status, to, progress)) {
         return error;
     }
     // Entries of the source that are new, or changed since they were copied, stay there.
     CopiedOriginals originals(tree.copiedFiles());
-    FolderRemoval removal([&](int folder, const char* name) { return originals.mayGo(folder, name); });
-    error = removal.run(from, identityOf(status));
+    RemovalAside aside(progress);
+    FolderRemoval removal([&](int folder, const char* name) { return originals.mayGo(folder, name); }, &aside);
+    const int error = removal.run(from, identityOf(status));
     if (error != 0 && !removal.removedAnything()) {
-        removeCopy(to);
+        removeCopy(to, &aside);
         return error == EBUSY ? ETXTBSY : error;
     }
     return 0; // the copy is complete: the rest of the source is only a duplicate
@@ -225,7 +275,7 @@ int moveFolder(const AtPath& from, const struct statx& status, const AtPath& to)
 
 } // namespace
 
-int moveAcross(const AtPath& from, const struct statx& status, const AtPath& to, const std::function<void()>& begins)
+int moveAcross(const AtPath& from, const struct statx& status, const AtPath& to, CopyProgress& progress)
 {
     if (statAt(to.folder.get(), to.name.constData(), STATX_TYPE)) {
         return EEXIST;
@@ -234,10 +284,9 @@ int moveAcross(const AtPath& from, const struct statx& status, const AtPath& to,
         return error;
     }
     if (S_ISREG(status.stx_mode)) {
-        return moveRegularFile(from, status, to, begins);
+        return moveRegularFile(from, status, to, progress);
     }
-    begins();
-    return isFolder(status) ? moveFolder(from, status, to) : moveSpecialFile(from, status, to);
+    return isFolder(status) ? moveFolder(from, status, to, progress) : moveSpecialFile(from, status, to, progress);
 }
 
 } // namespace lapsa

@@ -21,7 +21,7 @@ bool sameTime(const statx_timestamp& left, const statx_timestamp& right)
     return left.tv_sec == right.tv_sec && left.tv_nsec == right.tv_nsec;
 }
 
-int copyRegularEntry(const FoundEntry& entry, int toFolder, const char* toName)
+int copyRegularEntry(const FoundEntry& entry, int toFolder, const char* toName, CopyProgress& progress)
 {
     const Result<SourceFile> from = SourceFile::open(entry);
     if (!from) {
@@ -32,7 +32,7 @@ int copyRegularEntry(const FoundEntry& entry, int toFolder, const char* toName)
         return made.error().code;
     }
     FileDescriptor to = std::move(made).value();
-    int error = copyRegularFile(from.value(), to.get(), entry.status);
+    int error = copyRegularFile(from.value(), to.get(), entry.status, progress);
     const int closing = to.close();
     error = error != 0 ? error : closing;
     if (error != 0) {
@@ -103,9 +103,9 @@ bool operator==(const ContentStamp& left, const ContentStamp& right)
            sameTime(left.statusChanged, right.statusChanged);
 }
 
-int copyRegularFile(const SourceFile& from, int to, const struct statx& status)
+int copyRegularFile(const SourceFile& from, int to, const struct statx& status, CopyProgress& progress)
 {
-    if (const int error = copyContent(from, to, off_t(status.stx_size))) {
+    if (const int error = copyContent(from, to, off_t(status.stx_size), progress)) {
         return error;
     }
     if (const int error = copyAttributes(from.get(), to, status)) {
@@ -114,9 +114,9 @@ int copyRegularFile(const SourceFile& from, int to, const struct statx& status)
     return from.isStill(status) ? 0 : ETXTBSY;
 }
 
-int copyEntry(const FoundEntry& entry, int toFolder, const char* toName)
+int copyEntry(const FoundEntry& entry, int toFolder, const char* toName, CopyProgress& progress)
 {
-    return S_ISREG(entry.status.stx_mode) ? copyRegularEntry(entry, toFolder, toName)
+    return S_ISREG(entry.status.stx_mode) ? copyRegularEntry(entry, toFolder, toName, progress)
                                           : remakeEntry(entry, toFolder, toName);
 }
 

@@ -12,6 +12,7 @@
 
 namespace lapsa {
 
+class CopyProgress;
 class SourceFile;
 
 /// Tells whether a file has changed since it was copied.
@@ -39,12 +40,12 @@ struct FoundEntry
 };
 
 /// Copies content and attributes of a regular file into an open, empty one. Returns an `errno` value: ETXTBSY if
-/// somebody wrote to the source since it had this status, or is about to.
-[[nodiscard]] int copyRegularFile(const SourceFile& from, int to, const struct statx& status);
+/// somebody wrote to the source since it had this status, or is about to; ECANCELED if the copy was stopped.
+[[nodiscard]] int copyRegularFile(const SourceFile& from, int to, const struct statx& status, CopyProgress& progress);
 
 /// Copies any entry but a folder to a name that must be free. Returns an `errno` value; after a failure nothing is
 /// there, unless it was there before (EEXIST).
-[[nodiscard]] int copyEntry(const FoundEntry& entry, int toFolder, const char* toName);
+[[nodiscard]] int copyEntry(const FoundEntry& entry, int toFolder, const char* toName, CopyProgress& progress);
 
 /// Checks by rights and flags whether the entry may be removed from its folder: EACCES, EPERM or EROFS if not. `folder`
 /// is the status of the folder that holds it.

@@ -3,6 +3,7 @@
 
 #include "FileContent.h"
 
+#include "CopyProgress.h"
 #include "FileDescriptor.h"
 #include "SourceFile.h"
 
@@ -11,16 +12,48 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <memory>
+#include <utility>
 
 namespace lapsa {
 
 namespace {
 
+constexpr std::size_t bufferSize = std::size_t{256} * 1024;
+
 struct Range
 {
     off_t start = 0;
     off_t end = 0;
+};
+
+/// How much to copy in one step: a writer of the source has to wait for the end of a step only, and however slow the
+/// disks are, the observer must hear of every step well within a second.
+class StepLength final
+{
+public:
+    [[nodiscard]] off_t bytes() const { return m_bytes; }
+
+    void begin() { m_began = std::chrono::steady_clock::now(); }
+
+    void end()
+    {
+        using namespace std::chrono_literals;
+        const auto took = std::chrono::steady_clock::now() - m_began;
+        if (took < 50ms) {
+            m_bytes = std::min(longest, m_bytes * 2);
+        } else if (took > 200ms) {
+            m_bytes = std::max(shortest, m_bytes / 4);
+        }
+    }
+
+private:
+    static constexpr off_t shortest = off_t{64} << 10;
+    static constexpr off_t longest = off_t{16} << 20;
+
+    off_t m_bytes = bufferSize;
+    std::chrono::steady_clock::time_point m_began;
 };
 
 int writeAt(int to, const char* bytes, std::size_t count, off_t place)
@@ -37,59 +70,84 @@ int writeAt(int to, const char* bytes, std::size_t count, off_t place)
     return 0;
 }
 
-int copyThroughMemory(int from, int to, Range range)
+/// Copies ranges of one file to another, step by step.
+class ContentCopy final
 {
-    constexpr std::size_t bufferSize = std::size_t{256} * 1024;
-    const auto buffer = std::make_unique<char[]>(bufferSize);
-    while (range.start < range.end) {
-        const std::size_t wanted = std::min(bufferSize, std::size_t(range.end - range.start));
-        const ssize_t got = retrying([&] { return ::pread(from, buffer.get(), wanted, range.start); });
-        if (got <= 0) {
-            return got == 0 ? ETXTBSY : errno;
-        }
-        if (const int error = writeAt(to, buffer.get(), std::size_t(got), range.start)) {
-            return error;
-        }
-        range.start += got;
-    }
-    return 0;
-}
+public:
+    ContentCopy(const SourceFile& from, int to, CopyProgress& progress)
+        : m_source(from)
+        , m_from(from.get())
+        , m_to(to)
+        , m_progress(progress)
+    {}
 
-/// Lets the kernel copy; goes through memory if it cannot.
-int copyStretch(int from, int to, Range range)
+    /// Returns an `errno` value.
+    [[nodiscard]] int copy(Range range);
+
+    /// Tells that the file has been copied up to here: holes count as well.
+    [[nodiscard]] int tellUpTo(off_t place) { return m_progress.goOn(place - std::exchange(m_told, place)); }
+
+private:
+    [[nodiscard]] ssize_t copyInKernel(Range range);
+    [[nodiscard]] ssize_t copyThroughMemory(Range range);
+
+    const SourceFile& m_source;
+    int m_from;
+    int m_to;
+    CopyProgress& m_progress;
+    StepLength m_step;
+    off_t m_told = 0;
+    /// Exists once the kernel has refused to copy by itself.
+    std::unique_ptr<char[]> m_buffer;
+};
+
+/// Lets the kernel copy; goes through memory if it cannot. Between two steps, a writer may come in and the observer may
+/// end the copy.
+int ContentCopy::copy(Range range)
 {
     while (range.start < range.end) {
-        off_t readingAt = range.start;
-        off_t writingAt = range.start;
-        const ssize_t copied = retrying([&] {
-            return ::copy_file_range(from, &readingAt, to, &writingAt, std::size_t(range.end - range.start), 0);
-        });
-        if (copied < 0 && (errno == ENOSPC || errno == EDQUOT || errno == EIO || errno == EFBIG)) {
+        const Range step{.start = range.start, .end = std::min(range.end, range.start + m_step.bytes())};
+        m_step.begin();
+        const ssize_t copied = m_buffer ? copyThroughMemory(step) : copyInKernel(step);
+        if (copied < 0) {
             return errno;
         }
-        if (copied <= 0) {
-            return copyThroughMemory(from, to, range);
-        }
+        m_step.end();
         range.start += copied;
-    }
-    return 0;
-}
-
-/// Copies in stretches: a writer has to wait for the end of a stretch only, not of the whole file.
-int copyRange(const SourceFile& from, int to, Range range)
-{
-    constexpr off_t stretch = off_t{16} << 20;
-    while (range.start < range.end) {
-        const off_t end = std::min(range.end, range.start + stretch);
-        if (const int error = copyStretch(from.get(), to, {.start = range.start, .end = end})) {
+        if (const int error = tellUpTo(range.start)) {
             return error;
         }
-        range.start = end;
-        if (range.start < range.end && from.wanted()) {
+        if (range.start < range.end && m_source.wanted()) {
             return ETXTBSY;
         }
     }
     return 0;
+}
+
+/// Returns how many bytes were copied, or -1.
+ssize_t ContentCopy::copyInKernel(Range range)
+{
+    off_t readingAt = range.start;
+    off_t writingAt = range.start;
+    const ssize_t copied = retrying([&] {
+        return ::copy_file_range(m_from, &readingAt, m_to, &writingAt, std::size_t(range.end - range.start), 0);
+    });
+    if (copied > 0 || (copied < 0 && (errno == ENOSPC || errno == EDQUOT || errno == EIO || errno == EFBIG))) {
+        return copied;
+    }
+    m_buffer = std::make_unique<char[]>(bufferSize);
+    return copyThroughMemory(range);
+}
+
+ssize_t ContentCopy::copyThroughMemory(Range range)
+{
+    const std::size_t wanted = std::min(bufferSize, std::size_t(range.end - range.start));
+    const ssize_t got = retrying([&] { return ::pread(m_from, m_buffer.get(), wanted, range.start); });
+    const int error = got == 0  ? ETXTBSY
+                      : got < 0 ? errno
+                                : writeAt(m_to, m_buffer.get(), std::size_t(got), range.start);
+    errno = error;
+    return error == 0 ? got : -1;
 }
 
 /// The next stretch of data at or after `place`; empty at the end. If the file system does not report holes, the whole
@@ -106,22 +164,24 @@ Range nextData(int from, off_t place, off_t size)
 
 } // namespace
 
-int copyContent(const SourceFile& from, int to, off_t size)
+int copyContent(const SourceFile& from, int to, off_t size, CopyProgress& progress)
 {
     const int file = from.get();
     if (size == 0) {
-        return 0;
+        return progress.goOn();
     }
     if (::ioctl(to, FICLONE, file) == 0) {
-        return 0;
+        return progress.goOn(size);
     }
+    ContentCopy content(from, to, progress);
     for (Range data = nextData(file, 0, size); data.start < data.end; data = nextData(file, data.end, size)) {
-        if (const int error = copyRange(from, to, data)) {
+        if (const int error = content.copy(data)) {
             return error;
         }
     }
     // A hole at the end was not copied.
-    return errorOf([&] { return ::ftruncate(to, size); });
+    const int error = errorOf([&] { return ::ftruncate(to, size); });
+    return error != 0 ? error : content.tellUpTo(size);
 }
 
 } // namespace lapsa

@@ -47,14 +47,14 @@ bool isInterruptedCopy(int folder, const char* name)
            status.stx_uid == ::geteuid();
 }
 
-void removeCopy(const AtPath& copy)
+void removeCopy(const AtPath& copy, fileSystem::WorkObserver* observer)
 {
     const Result<struct statx> status = statAt(copy.folder.get(), copy.name.constData(), STATX_TYPE | STATX_INO);
     if (!status) {
         return;
     }
     if (isFolder(status.value())) {
-        std::ignore = FolderRemoval().run(copy, identityOf(status.value()));
+        std::ignore = FolderRemoval({}, observer).run(copy, identityOf(status.value()));
     } else {
         ::unlinkat(copy.folder.get(), copy.name.constData(), 0);
     }

@@ -11,6 +11,10 @@
 
 namespace lapsa {
 
+namespace fileSystem {
+class WorkObserver;
+} // namespace fileSystem
+
 /// The mode of an incomplete copy: nothing else has both this mode and such a name.
 inline constexpr mode_t interruptedMode = S_ISVTX | S_IRWXU;
 
@@ -20,8 +24,9 @@ inline constexpr mode_t interruptedMode = S_ISVTX | S_IRWXU;
 /// Whether the entry is an incomplete copy of this user, judged by its name, mode and owner.
 [[nodiscard]] bool isInterruptedCopy(int folder, const char* name);
 
-/// Removes a copy that is not needed after all. After a failure it stays, and the next start finds it again.
-void removeCopy(const AtPath& copy);
+/// Removes a copy that is not needed after all. After a failure it stays, and the next start finds it again. `observer`
+/// is borrowed; null for none.
+void removeCopy(const AtPath& copy, fileSystem::WorkObserver* observer = nullptr);
 
 namespace fileSystem {
 

@@ -3,6 +3,7 @@
 
 #include "TreeCopy.h"
 
+#include "CopyProgress.h"
 #include "FileAttributes.h"
 #include "FolderListing.h"
 #include "InterruptedCopies.h"
@@ -16,9 +17,10 @@
 
 namespace lapsa {
 
-TreeCopy::TreeCopy(AtPath source, const struct statx& status)
+TreeCopy::TreeCopy(AtPath source, const struct statx& status, CopyProgress& progress)
     : m_source(std::move(source))
     , m_identity(identityOf(status))
+    , m_progress(progress)
 {}
 
 int TreeCopy::run(const AtPath& to)
@@ -47,6 +49,10 @@ int TreeCopy::walk()
 {
     int error = copyFiles();
     while (error == 0 && m_levels.size() > 1) {
+        error = m_progress.goOn();
+        if (error != 0) {
+            break;
+        }
         std::vector<QByteArray>& subfolders = m_levels.back().subfolders;
         if (subfolders.empty()) {
             error = leave();
@@ -115,7 +121,8 @@ int TreeCopy::copyFiles()
             return false;
         }
         const FoundEntry file{.folder = m_from->folder(), .name = entry.d_name, .status = found.value()};
-        error = removalForbidden(file, m_from->status());
+        error = m_progress.goOn();
+        error = error == 0 ? removalForbidden(file, m_from->status()) : error;
         if (error == 0 && isFolder(found.value())) {
             m_levels.back().subfolders.emplace_back(entry.d_name);
         } else if (error == 0) {
@@ -137,7 +144,7 @@ int TreeCopy::copyFile(const FoundEntry& entry)
     if ((entry.status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0) {
         return EBUSY;
     }
-    if (const int error = copyEntry(entry, m_to->folder(), entry.name)) {
+    if (const int error = copyEntry(entry, m_to->folder(), entry.name, m_progress)) {
         return error;
     }
     m_copiedFiles.emplace(identity, ContentStamp::of(entry.status));
@@ -156,7 +163,7 @@ int TreeCopy::copyHardLink(const FoundEntry& entry, const FirstName& earlier)
                        : folder.error().code;
     if (error != 0) {
         // Without hard links, or beyond their limit, the name gets its own file: better than no move at all.
-        error = copyEntry(entry, m_to->folder(), entry.name);
+        error = copyEntry(entry, m_to->folder(), entry.name, m_progress);
     }
     if (error == 0) {
         ++m_copiedFiles.at(identityOf(entry.status)).names;

@@ -14,16 +14,18 @@
 
 namespace lapsa {
 
+class CopyProgress;
+
 /// Copies a whole folder to another file system. Links stay links and hard links within the folder stay hard links.
 /// Follows no links and enters no mounts.
 class TreeCopy final
 {
 public:
-    /// For the folder that was found at `source` with this status.
-    TreeCopy(AtPath source, const struct statx& status);
+    /// For the folder that was found at `source` with this status. `progress` must outlive the copy.
+    TreeCopy(AtPath source, const struct statx& status, CopyProgress& progress);
 
     /// Makes the copy under a name that must be free; the mode of its top folder marks it as incomplete. Returns an
-    /// `errno` value; after a failure a part of the copy may be there.
+    /// `errno` value: ECANCELED if it was stopped. After a failure a part of the copy may be there.
     [[nodiscard]] int run(const AtPath& to);
 
     /// The copied files, as they were at the source.
@@ -65,6 +67,7 @@ private:
 
     AtPath m_source;
     FileIdentity m_identity;
+    CopyProgress& m_progress;
     FileIdentity m_toFolder;
     DirectoryStack* m_from = nullptr;
     DirectoryStack* m_to = nullptr;

@@ -4,6 +4,7 @@
 #include "FolderRemoval.h"
 
 #include "FolderListing.h"
+#include "WorkObserver.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -12,8 +13,9 @@
 
 namespace lapsa {
 
-FolderRemoval::FolderRemoval(Permission permission)
+FolderRemoval::FolderRemoval(Permission permission, fileSystem::WorkObserver* observer)
     : m_permission(std::move(permission))
+    , m_observer(observer)
 {}
 
 int FolderRemoval::run(const AtPath& place, const FileIdentity& identity)
@@ -22,7 +24,7 @@ int FolderRemoval::run(const AtPath& place, const FileIdentity& identity)
     m_stack = &stack;
     m_identity = identity;
     m_levels.push_back({.name = {}, .subfolders = {place.name}});
-    while (m_levels.size() > 1 || !m_levels.back().subfolders.empty()) {
+    while ((m_levels.size() > 1 || !m_levels.back().subfolders.empty()) && goesOn()) {
         std::vector<QByteArray>& subfolders = m_levels.back().subfolders;
         if (subfolders.empty()) {
             leave();
@@ -32,7 +34,28 @@ int FolderRemoval::run(const AtPath& place, const FileIdentity& identity)
             enter(name);
         }
     }
-    return m_firstError;
+    tellObserver();
+    return m_stopped ? ECANCELED : m_firstError;
+}
+
+bool FolderRemoval::goesOn()
+{
+    tellObserver();
+    m_stopped = m_stopped || (m_observer != nullptr && m_observer->stopRequested());
+    return !m_stopped;
+}
+
+void FolderRemoval::tellObserver()
+{
+    if (m_observer != nullptr) {
+        m_observer->removed(m_removed);
+    }
+}
+
+void FolderRemoval::countRemoved()
+{
+    m_removedAnything = true;
+    ++m_removed;
 }
 
 void FolderRemoval::enter(const QByteArray& name)
@@ -52,7 +75,7 @@ void FolderRemoval::enter(const QByteArray& name)
         return;
     case EACCES: // an empty folder can be removed even if it cannot be listed
         if (::unlinkat(m_stack->folder(), name.constData(), AT_REMOVEDIR) == 0) {
-            m_removedAnything = true;
+            countRemoved();
         } else {
             fail(error);
         }
@@ -89,6 +112,9 @@ void FolderRemoval::removeFiles()
 {
     std::vector<QByteArray> subfolders;
     const int error = forEachRawEntry(m_stack->folder(), [&](const dirent& entry) {
+        if (!goesOn()) {
+            return false;
+        }
         unsigned char type = entry.d_type;
         if (type == DT_UNKNOWN) {
             const Result<struct statx> status = statAt(m_stack->folder(), entry.d_name, STATX_TYPE);
@@ -116,7 +142,7 @@ void FolderRemoval::removeFile(const char* name)
     const int error = errorOf([&] { return ::unlinkat(m_stack->folder(), name, 0); });
     // A call that reported failure may still have worked.
     if (error == 0 || !statAt(m_stack->folder(), name, STATX_TYPE)) {
-        m_removedAnything = true;
+        countRemoved();
     }
     if (error != 0 && error != ENOENT) {
         fail(error);
@@ -129,7 +155,7 @@ void FolderRemoval::removeEmptyFolder(const QByteArray& name)
     Level& level = m_levels.back();
     const int error = errorOf([&] { return ::unlinkat(m_stack->folder(), name.constData(), AT_REMOVEDIR); });
     if (error == 0) {
-        m_removedAnything = true;
+        countRemoved();
     } else if (error == ENOTEMPTY && level.repetitions < mostRepetitions) {
         // Some file systems skip entries while other entries are removed, and others may be adding to the folder.
         ++level.repetitions;

@@ -8,12 +8,17 @@
 
 #include <QByteArray>
 
+#include <cstdint>
 #include <functional>
 #include <vector>
 
 struct dirent;
 
 namespace lapsa {
+
+namespace fileSystem {
+class WorkObserver;
+} // namespace fileSystem
 
 /// Removes a folder with all its contents. Follows no links, crosses no mounts, and continues with the rest if an entry
 /// cannot be removed.
@@ -23,10 +28,11 @@ public:
     /// Whether the entry `name` of the open folder may be removed. Not asked about folders.
     using Permission = std::function<bool(int folder, const char* name)>;
 
-    /// Without `permission`, removes everything.
-    explicit FolderRemoval(Permission permission = {});
+    /// Without `permission`, removes everything. `observer` is borrowed; null for none.
+    explicit FolderRemoval(Permission permission = {}, fileSystem::WorkObserver* observer = nullptr);
 
-    /// Removes the folder at `place` if it still has this identity. Returns the `errno` value of the first failure.
+    /// Removes the folder at `place` if it still has this identity. Returns the `errno` value of the first failure, or
+    /// ECANCELED if the observer stopped it between two entries.
     [[nodiscard]] int run(const AtPath& place, const FileIdentity& identity);
 
     /// Whether anything was removed or can no longer be seen.
@@ -47,14 +53,20 @@ private:
     void removeFiles();
     void removeFile(const char* name);
     void removeEmptyFolder(const QByteArray& name);
+    void countRemoved();
+    [[nodiscard]] bool goesOn();
+    void tellObserver();
     void fail(int error);
 
     Permission m_permission;
+    fileSystem::WorkObserver* m_observer;
     FileIdentity m_identity;
     DirectoryStack* m_stack = nullptr;
     std::vector<Level> m_levels;
     int m_firstError = 0;
+    std::int64_t m_removed = 0;
     bool m_removedAnything = false;
+    bool m_stopped = false;
 };
 
 } // namespace lapsa
