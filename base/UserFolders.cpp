@@ -3,6 +3,9 @@
 
 #include "UserFolders.h"
 
+#include "Everlasting.h"
+#include "SharedAnswer.h"
+
 #include <QByteArray>
 #include <QDir>
 #include <QFileInfo>
@@ -41,17 +44,10 @@ QByteArray homeOfUser(uid_t user)
 }
 
 /// The user database may be remote (a directory service): it is asked only once per user.
-const QString& homeInDatabase()
+QString homeInDatabase()
 {
-    thread_local uid_t user = 0;
-    thread_local QString home;
-    thread_local bool known = false;
-    if (!known || user != ::getuid()) {
-        user = ::getuid();
-        home = usablePath(homeOfUser(user));
-        known = true;
-    }
-    return home;
+    static auto& known = makeEverlasting<SharedAnswer<uid_t, QString>>();
+    return known.to(::getuid(), [](uid_t user) { return usablePath(homeOfUser(user)); });
 }
 
 } // namespace

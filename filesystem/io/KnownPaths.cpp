@@ -95,6 +95,18 @@ void KnownPaths::rememberFolder(const QString& folder)
     set(folder + u'/', steps.isEmpty() ? std::nullopt : std::optional(steps));
 }
 
+void KnownPaths::adopt(const KnownPaths& changed, const QStringList& paths)
+{
+    for (const QString& path : paths) {
+        set(path, changed.stepsTo(path));
+    }
+}
+
+void KnownPaths::adoptFolder(const KnownPaths& changed, const QString& folder)
+{
+    set(folder + u'/', changed.stepsInto(folder));
+}
+
 void KnownPaths::keepOnly(const QSet<QString>& paths, const QSet<QString>& folders)
 {
     const auto removed = m_steps.removeIf([&](const auto& entry) {

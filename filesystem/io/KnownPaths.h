@@ -50,6 +50,12 @@ public:
     /// file systems served by another machine or a program, which may not answer.
     void rememberOthers(const QStringList& paths);
 
+    /// Takes over what a changed copy of this object knows about these entries. With this, a lane can do the looking:
+    /// hand it a copy (which shares its data), and adopt the result here.
+    void adopt(const KnownPaths& changed, const QStringList& paths);
+    /// The same for a folder of rememberFolder().
+    void adoptFolder(const KnownPaths& changed, const QString& folder);
+
     /// Forgets all other entries and folders.
     void keepOnly(const QSet<QString>& paths, const QSet<QString>& folders);
 

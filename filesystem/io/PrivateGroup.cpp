@@ -3,13 +3,15 @@
 
 #include "PrivateGroup.h"
 
+#include "Everlasting.h"
+#include "SharedAnswer.h"
+
 #include <grp.h>
 #include <pwd.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
-#include <optional>
 #include <vector>
 
 namespace lapsa {
@@ -64,18 +66,12 @@ bool isOnlyOf(const User& user)
 
 bool isPrivateGroup(gid_t group)
 {
-    // The user database may be remote (a directory service): it is asked only once for each user and group.
-    thread_local User known;
-    thread_local std::optional<bool> answer;
-    const User asked{.user = ::geteuid(), .group = group};
-    if (asked.group != ::getegid()) {
+    if (group != ::getegid()) {
         return false;
     }
-    if (!answer || known != asked) {
-        known = asked;
-        answer = isOnlyOf(asked);
-    }
-    return *answer;
+    // The user database may be remote (a directory service): it is asked only once for each user and group.
+    static auto& known = makeEverlasting<SharedAnswer<User, bool>>();
+    return known.to(User{.user = ::geteuid(), .group = group}, isOnlyOf);
 }
 
 } // namespace lapsa

@@ -3,23 +3,50 @@
 
 #include "TrashName.h"
 
+#include "Everlasting.h"
+
 #include <QHash>
 
 #include <algorithm>
 #include <climits>
+#include <mutex>
 
 namespace lapsa {
 
 namespace {
 
-/// Only a hint: a name is used only if it is free.
-QHash<QByteArray, std::uint64_t>& nextNumbers()
+/// The number to try next for each name in each trash, for all threads. Only a hint: a name is used only if it is free.
+class NextNumbers final
 {
-    thread_local QHash<QByteArray, std::uint64_t> numbers;
+public:
+    [[nodiscard]] std::uint64_t of(const QByteArray& key) const
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_numbers.value(key, 0);
+    }
+
+    void remember(const QByteArray& key, std::uint64_t number)
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (m_numbers.size() >= mostRemembered) {
+            m_numbers.clear();
+        }
+        m_numbers.insert(key, number);
+    }
+
+private:
+    static constexpr qsizetype mostRemembered = 4096;
+
+    mutable std::mutex m_mutex;
+    QHash<QByteArray, std::uint64_t> m_numbers;
+};
+
+NextNumbers& nextNumbers()
+{
+    static auto& numbers = makeEverlasting<NextNumbers>();
     return numbers;
 }
 
-constexpr qsizetype mostRemembered = 4096;
 constexpr qsizetype longestStem = NAME_MAX - qsizetype(sizeof(".trashinfo") - 1);
 
 /// Shortened to at most `length` bytes, without splitting a character.
@@ -46,19 +73,15 @@ TrashName::TrashName(const FileIdentity& trash, const QByteArray& wanted)
 
 void TrashName::advance()
 {
-    m_number = std::max(m_number + 1, nextNumbers().value(m_key, 0));
+    m_number = std::max(m_number + 1, nextNumbers().of(m_key));
     m_current = numbered();
 }
 
 void TrashName::remember() const
 {
-    if (m_number == 1) {
-        return;
+    if (m_number > 1) {
+        nextNumbers().remember(m_key, m_number + 1);
     }
-    if (nextNumbers().size() >= mostRemembered) {
-        nextNumbers().clear();
-    }
-    nextNumbers().insert(m_key, m_number + 1);
 }
 
 QByteArray TrashName::numbered() const

@@ -8,11 +8,31 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <dlfcn.h>
 #include <pwd.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <cstddef>
+#include <thread>
+
 using namespace lapsa;
 using namespace Qt::StringLiterals;
+
+namespace {
+
+std::atomic<int> databaseLookups = 0;
+
+} // namespace
+
+/// Counts, then asks the system's.
+extern "C" int getpwuid_r(uid_t user, passwd* entry, char* buffer, std::size_t size, passwd** found)
+{
+    ++databaseLookups;
+    using LookUp = int (*)(uid_t, passwd*, char*, std::size_t, passwd**);
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): what dlsym(3) is for
+    return reinterpret_cast<LookUp>(::dlsym(RTLD_NEXT, "getpwuid_r"))(user, entry, buffer, size, found);
+}
 
 class UserFolders_test final : public QObject
 {
@@ -25,6 +45,7 @@ private slots:
     void theDataHomeIsUsedOnlyWhereItIsAbsolute();
     void bothHomesAreNamedOnce_data();
     void bothHomesAreNamedOnce();
+    void allThreadsAskTheUserDatabaseOnce();
     void downloadsAreWhereTheDesktopHasThem_data();
     void downloadsAreWhereTheDesktopHasThem();
 
@@ -79,6 +100,20 @@ void UserFolders_test::bothHomesAreNamedOnce()
 
     QCOMPARE(userFolders::home(), homes);
     QVERIFY(userFolders::applicationSupport().first().startsWith(homes.first()));
+}
+
+void UserFolders_test::allThreadsAskTheUserDatabaseOnce()
+{
+    const QStringList homes = userFolders::home();
+    databaseLookups = 0;
+
+    for (int i = 0; i < 3; ++i) {
+        QStringList found;
+        std::thread([&] { found = userFolders::home(); }).join();
+        QCOMPARE(found, homes);
+    }
+
+    QCOMPARE(databaseLookups, 0);
 }
 
 void UserFolders_test::downloadsAreWhereTheDesktopHasThem_data()

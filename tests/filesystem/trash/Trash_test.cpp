@@ -18,6 +18,7 @@
 
 #include <cerrno>
 #include <memory>
+#include <thread>
 #include <tuple>
 
 using namespace lapsa;
@@ -42,6 +43,7 @@ private slots:
     void theRecordSaysWhereItCameFromAndWhen();
     void equalNamesGetANumberBeforeTheExtension();
     void theSearchForAFreeNameGoesOnBehindTheLast();
+    void everyThreadKnowsTheLastName();
     void aNameWithoutRoomForTheEndingIsShortened();
     void theTrashIsMadeForItsOwnerOnly();
     void aFailureLeavesTheFileAndNoRecord_data();
@@ -138,6 +140,19 @@ void Trash_test::theSearchForAFreeNameGoesOnBehindTheLast()
 
     const QStringList expected = {u"same"_s, u"same.3"_s, u"same.4"_s, u"same.5"_s, u"same.6"_s};
     QCOMPARE(m_home->names(trashedFiles), expected);
+}
+
+void Trash_test::everyThreadKnowsTheLastName()
+{
+    for (int i = 0; i < 3; ++i) {
+        std::thread([&] { std::ignore = trash(m_home->makeFile(u"in/%1/each"_s.arg(i))); }).join();
+    }
+    QVERIFY(QFile::remove(m_home->path(trashedFiles + u"/each.2"_s)));
+    QVERIFY(QFile::remove(m_home->path(trashRecords + u"/each.2.trashinfo"_s)));
+
+    std::thread([&] { std::ignore = trash(m_home->makeFile(u"in/last/each"_s)); }).join();
+
+    QCOMPARE(m_home->names(trashedFiles), (QStringList{u"each"_s, u"each.3"_s, u"each.4"_s}));
 }
 
 void Trash_test::aNameWithoutRoomForTheEndingIsShortened()
