@@ -43,6 +43,7 @@ void Gallery::paintEverything()
         QApplication::setPalette(themePalette(scheme));
         paintPanel();
         paintInUse();
+        paintWork();
         paintSheet();
         paintPreferences();
         paintAlert();

@@ -61,6 +61,8 @@ private:
     /// Names that no row can show as they are, at the usual text size and at twice of it.
     void paintPanelNames();
     void paintInUse();
+    /// Rows whose files are being moved and removed, and one whose disk does not answer.
+    void paintWork();
     void paintSheet();
     void paintPreferences();
     void paintAlert();

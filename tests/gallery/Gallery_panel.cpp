@@ -19,7 +19,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <memory>
 #include <tuple>
 
@@ -55,6 +57,18 @@ void fill(Scene& scene)
 FileRowView* row(const LapsaPanelView& panel, qsizetype index)
 {
     return panel.findChild<FileListView*>()->visibleRows().at(index);
+}
+
+/// As far as there are rows.
+void showWork(const LapsaPanelView& panel)
+{
+    constexpr ItemWork works[] = {{ItemWork::Kind::Moving, 43, 100},
+                                  {ItemWork::Kind::WaitingForDisk, 0, 0},
+                                  {ItemWork::Kind::Removing, 12400, 0}};
+    const QList<FileRowView*> rows = panel.findChild<FileListView*>()->visibleRows();
+    for (std::size_t index = 0; index < std::min(std::size(works), static_cast<std::size_t>(rows.size())); ++index) {
+        rows.at(static_cast<qsizetype>(index))->setWork(works[index]);
+    }
 }
 
 } // namespace
@@ -170,6 +184,26 @@ void Gallery::paintInUse()
     scene.world.time.advance(std::chrono::minutes(1));
     scene.world.store().deleteExpiredItems();
     save(*shownPanel(scene), u"panel-in-use"_s);
+}
+
+void Gallery::paintWork()
+{
+    Scene scene;
+    fill(scene);
+    const auto panel = shownPanel(scene);
+    showWork(*panel);
+    save(*panel, u"panel-work"_s);
+    panel->setLayoutDirection(Qt::RightToLeft);
+    save(*panel, u"panel-work-right-to-left"_s);
+
+    const QFont usual = QApplication::font();
+    QFont large = usual;
+    large.setPointSizeF(20);
+    QApplication::setFont(large);
+    const auto largePanel = shownPanel(scene);
+    showWork(*largePanel);
+    save(*largePanel, u"panel-work-large-text"_s);
+    QApplication::setFont(usual);
 }
 
 void Gallery::paintSheet()

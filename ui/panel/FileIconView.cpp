@@ -5,6 +5,8 @@
 
 #include <QPainter>
 
+#include <utility>
+
 namespace lapsa {
 
 FileIconView::FileIconView(QWidget* parent)
@@ -21,9 +23,17 @@ void FileIconView::setIcon(const QIcon& icon)
     }
 }
 
+void FileIconView::setOpacity(double opacity)
+{
+    if (std::exchange(m_opacity, opacity) != opacity) {
+        update();
+    }
+}
+
 void FileIconView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    painter.setOpacity(m_opacity);
     m_icon.paint(&painter, rect(), Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
 }
 

@@ -17,6 +17,8 @@ public:
     explicit FileIconView(QWidget* parent = nullptr);
 
     void setIcon(const QIcon& icon);
+    /// 0 to 1.
+    void setOpacity(double opacity);
 
     /// The icon's edge length, in logical pixels.
     static constexpr int extent = 24;
@@ -26,6 +28,7 @@ protected:
 
 private:
     QIcon m_icon;
+    double m_opacity = 1;
 };
 
 } // namespace lapsa

@@ -3,7 +3,6 @@
 
 #include "FileRowView.h"
 
-#include "DurationFormatter.h"
 #include "ElidedLabel.h"
 #include "FileIconSource.h"
 #include "FileIconView.h"
@@ -12,6 +11,7 @@
 #include "Localized.h"
 #include "Material.h"
 #include "RowIconButton.h"
+#include "WorkBar.h"
 
 #include <QContextMenuEvent>
 #include <QFontMetrics>
@@ -37,6 +37,8 @@ constexpr int lineSpacing = 3;
 constexpr int buttonSpacing = 6;
 constexpr int buttonExtent = 30;
 constexpr int cornerRadius = 16;
+/// Keeps the bar off the row's hairline.
+constexpr int barInset = 1;
 constexpr double groundWhite = 0.1;
 constexpr double groundAccent = 0.035;
 /// Faint enough that text in every role keeps its contrast.
@@ -63,6 +65,7 @@ FileRowView::FileRowView(LapsaStore& store, FileIconSource& icons, QWidget* pare
     , m_icon(new FileIconView(this))
     , m_name(new ElidedLabel(headlineText, ColorRole::Primary, this))
     , m_remaining(new ElidedLabel(calloutText, ColorRole::Secondary, this))
+    , m_workBar(new WorkBar(this))
 {
     m_remaining->setTabular(true);
     m_remaining->setElideMode(Qt::ElideRight);
@@ -78,29 +81,14 @@ void FileRowView::setItem(const LapsaItem& item)
         return;
     }
     const bool another = item.path != m_item.path;
+    if (item.id != m_item.id) {
+        setWork(std::nullopt);
+    }
     m_item = item;
     if (another) {
         m_icon->setIcon(m_icons.icon(item.url()));
     }
     refresh();
-}
-
-void FileRowView::setNow(TimePoint now)
-{
-    m_now = now;
-    refreshRemaining();
-}
-
-QString FileRowView::remainingText(const LapsaItem& item, TimePoint now)
-{
-    if (item.locked) {
-        return Localized::text(u"locked"_s, u"bloccato"_s);
-    }
-    const double exact = secondsBetween(now, item.expiresAt);
-    const auto seconds = std::max<std::int64_t>(static_cast<std::int64_t>(exact), 0);
-    const std::int64_t minutes = (seconds + secondsPerMinute - 1) / secondsPerMinute;
-    return DurationFormatter::compact(std::max<std::int64_t>(minutes, 1)) + u' ' +
-           Localized::text(u"left"_s, u"rimanenti"_s);
 }
 
 QColor FileRowView::baseFor(const QPalette& palette)
@@ -174,12 +162,20 @@ void FileRowView::setLight(double strength)
 void FileRowView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    painter.setOpacity(waitsForDisk() ? waitingOpacity : 1);
     material::paintShape(painter, rect(), cornerRadius, baseFor(palette()));
     material::paintShape(painter, rect(), cornerRadius, groundFor(rect(), palette()));
     if (m_light > 0) {
         material::paintShape(painter, rect(), cornerRadius, lightFor(palette(), m_light));
     }
     material::paintBorder(painter, rect(), cornerRadius, QPen(borderFor(palette(), m_light), 1));
+}
+
+void FileRowView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    m_workBar->setGeometry(cornerRadius, height() - WorkBar::thickness - barInset, width() - 2 * cornerRadius,
+                           WorkBar::thickness);
 }
 
 void FileRowView::contextMenuEvent(QContextMenuEvent* event)
@@ -274,16 +270,6 @@ void FileRowView::refresh()
                                         : Localized::text(u"Lock"_s, u"Blocca"_s));
     setAccessibleName(m_item.displayName);
     refreshRemaining();
-}
-
-void FileRowView::refreshRemaining()
-{
-    const QString text = stateText();
-    m_remaining->setRole(m_item.locked ? ColorRole::Notice : ColorRole::Secondary);
-    m_remaining->setText(text);
-    if (text != accessibleDescription()) {
-        setAccessibleDescription(text);
-    }
 }
 
 bool FileRowView::moveFocusAlong(int step)

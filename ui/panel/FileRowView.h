@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "ItemWork.h"
 #include "LapsaItem.h"
 #include "Time.h"
 
@@ -11,6 +12,7 @@
 #include <QWidget>
 
 #include <array>
+#include <optional>
 
 class QBoxLayout;
 class QMenu;
@@ -22,6 +24,7 @@ class FileIconSource;
 class FileIconView;
 class LapsaStore;
 class RowIconButton;
+class WorkBar;
 
 /// One item of the list: icon, name, remaining time, four buttons and a context menu. It shows a copy of the item and
 /// passes every action on to the store.
@@ -40,6 +43,13 @@ public:
     /// The time from which the remaining time is counted, the same for every row.
     void setNow(TimePoint now);
 
+    /// What a lane is doing with the item's file, if anything: it is shown in place of the remaining time.
+    void setWork(const std::optional<ItemWork>& work);
+
+    [[nodiscard]] const std::optional<ItemWork>& work() const { return m_work; }
+
+    /// What the row says of the item's state at the moment.
+    [[nodiscard]] QString stateText() const;
     /// The remaining time in whole minutes, rounded up and at least one, or a text that the item is locked.
     [[nodiscard]] static QString remainingText(const LapsaItem& item, TimePoint now);
     /// The colour under a row's gradient. In the dark scheme it is the window's, because the gradient alone makes the
@@ -59,6 +69,9 @@ public:
     /// the list moves the focus.
     void setTabStop(bool stop);
 
+    /// How strongly a row is drawn while its disk does not answer, apart from its text and buttons.
+    static constexpr double waitingOpacity = 0.6;
+
     /// How strongly the row is lit, 0 to 1.
     void setLight(double strength);
 
@@ -69,6 +82,7 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool event(QEvent* event) override;
@@ -79,7 +93,8 @@ private:
     void arrange();
     void refresh();
     void refreshRemaining();
-    [[nodiscard]] QString stateText() const;
+    void refreshWork();
+    [[nodiscard]] bool waitsForDisk() const;
     /// Moves the focus along the row and its buttons; false at either end.
     bool moveFocusAlong(int step);
 
@@ -87,10 +102,13 @@ private:
     FileIconSource& m_icons;
     LapsaItem m_item;
     TimePoint m_now;
+    std::optional<ItemWork> m_work;
+    bool m_workTold = false;
     double m_light = 0;
     FileIconView* m_icon;
     ElidedLabel* m_name;
     ElidedLabel* m_remaining;
+    WorkBar* m_workBar;
     RowIconButton* m_timerButton = nullptr;
     RowIconButton* m_lockButton = nullptr;
     RowIconButton* m_removeButton = nullptr;

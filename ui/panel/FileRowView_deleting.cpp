@@ -17,10 +17,4 @@ void FileRowView::deleteNow()
     }
 }
 
-QString FileRowView::stateText() const
-{
-    const bool waits = !m_item.locked && m_item.isExpired(m_now) && m_store.isInUse(m_item.id);
-    return waits ? Localized::text(u"In use"_s, u"In uso"_s) : remainingText(m_item, m_now);
-}
-
 } // namespace lapsa

@@ -4,6 +4,7 @@
 #include "PanelAccessibility.h"
 
 #include "FileListView.h"
+#include "FileRowView.h"
 
 #include <QAccessibleWidget>
 
@@ -20,6 +21,12 @@ public:
     explicit RowAccessible(QWidget* row)
         : QAccessibleWidget(row, QAccessible::ListItem)
     {}
+
+    [[nodiscard]] QString text(QAccessible::Text text) const override
+    {
+        return text == QAccessible::Description ? static_cast<FileRowView*>(widget())->stateText()
+                                                : QAccessibleWidget::text(text);
+    }
 
     [[nodiscard]] QAccessible::State state() const override
     {
