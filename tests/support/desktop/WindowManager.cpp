@@ -3,9 +3,9 @@
 
 #include "WindowManager.h"
 
-#include <QDeadlineTimer>
+#include "FocusProbe.h"
+
 #include <QRegularExpression>
-#include <QThread>
 
 #include <optional>
 
@@ -14,15 +14,6 @@ namespace lapsa::test {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Only a limit for a machine under load; reached when something is broken.
-constexpr int patience = 30'000;
-
-bool isThere()
-{
-    const QByteArray answer = outputOf(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTING_WM_CHECK"_s});
-    return !answer.contains("no such atom") && !answer.contains("not found");
-}
 
 /// The number after `label` in the output of xwininfo.
 int numberAfter(const QString& label, const QString& output)
@@ -57,14 +48,7 @@ std::optional<ManagedWindow> windowOfId(const QString& id)
 WindowManager::WindowManager()
     : m_process(u"xfwm4"_s, {u"--compositor=off"_s})
 {
-    constexpr unsigned long betweenLooks = 30;
-    const QDeadlineTimer deadline(patience);
-    while (!isThere()) {
-        if (deadline.hasExpired()) {
-            qFatal("the window manager does not come up");
-        }
-        QThread::msleep(betweenLooks);
-    }
+    awaitWindowManager();
 }
 
 QList<ManagedWindow> WindowManager::stacking()

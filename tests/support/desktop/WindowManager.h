@@ -22,8 +22,8 @@ struct ManagedWindow
 };
 
 /// A real window manager (xfwm4) on the display and the session bus that the environment names; without a bus, where
-/// its settings are, newer versions do not start. It is there once this is constructed: a window that is shown before
-/// gets no focus from it.
+/// its settings are, newer versions do not start. Once this is constructed, it manages windows and gives them the
+/// focus: a window that is shown earlier may never get it.
 class WindowManager final
 {
 public:
