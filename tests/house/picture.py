@@ -182,13 +182,14 @@ class Picture:
         base.y = bottom + 12
         self.height = base.bottom + MARGIN
         self.via |= {("model", "platform"): (left + files + GUTTER / 2, 16),
+                     ("disposal", "platform"): (left + files + GUTTER / 2, 16),
                      ("engine", "platform"): (left + files + GUTTER / 2, 16),
                      ("lanes", "platform"): (left + files + GUTTER / 2, 16),
                      ("lanes", "io"): (left + files + GUTTER / 2, 16)}
 
     def place_files(self, x, width, y):
         half, other = self.shares(width, ["copy", "removal"], ["trash", "lanes"])
-        for name in ("engine", "model"):
+        for name in ("engine", "disposal", "model"):
             room = self.box(name, "work", x, width)
             room.y = y
             y = room.bottom + GAP

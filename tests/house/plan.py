@@ -33,7 +33,8 @@ MAY_USE = {
     "lanes": {"io", "platform", "base"},
 
     "model": {"lanes", "filesystem", "io", "platform", "base"},
-    "engine": {"model", "lanes", "filesystem", "platform", "base"} | FILES,
+    "disposal": {"model", "lanes", "filesystem", "platform", "base"} | FILES,
+    "engine": {"disposal", "model", "lanes", "filesystem", "platform", "base"} | FILES,
 
     # What the controls look like and say; none of these knows the model or the engine.
     "theme": {"platform", "base"},
@@ -42,7 +43,7 @@ MAY_USE = {
     "dialogs": {"widgets", "theme", "l10n", "platform", "base"},
 
     # The two surfaces never meet.
-    "panel": {"engine", "model", "io", "platform", "base"} | INTERFACE,
+    "panel": {"engine", "disposal", "model", "lanes", "io", "platform", "base"} | INTERFACE,
     "preferences": {"engine", "model", "io", "platform", "base"} | INTERFACE,
 
     # It wires everything, but only the program itself makes the real facilities.
@@ -54,7 +55,7 @@ PROGRAM = "lapsa"
 PROGRAM_MAY_USE = set(MAY_USE) | {"resources"}
 
 # Rooms that run without a display, a session bus or a window, and the libraries that they may link besides.
-WITHOUT_DESKTOP = {"base", "io", "removal", "copy", "trash", "filesystem", "platform", "process", "lanes", "model", "engine"}
+WITHOUT_DESKTOP = {"base", "io", "removal", "copy", "trash", "filesystem", "platform", "process", "lanes", "model", "disposal", "engine"}
 CORE = {"Qt6::Core", "Threads::Threads", "simdjson::simdjson"}
 # Headers that must not be found there.
 DESKTOP_HEADERS = ("QWidget", "QColor", "QDBusConnection")
