@@ -45,6 +45,10 @@ public:
     void remember(const QStringList& paths);
     void rememberFolder(const QString& folder);
 
+    /// Remembers what a KnownPathsLook found about an entry, or about a folder and its entries.
+    void note(const QString& path, const std::optional<PathSteps>& steps);
+    void noteFolder(const QString& folder, const std::optional<PathSteps>& steps);
+
     /// Remembers where entries are that have no record yet, because they were named before this class existed or in a
     /// folder that nobody else could change then. Only for existing entries with no links on their path, and not on
     /// file systems served by another machine or a program, which may not answer.
@@ -53,8 +57,6 @@ public:
     /// Takes over what a changed copy of this object knows about these entries. With this, a lane can do the looking:
     /// hand it a copy (which shares its data), and adopt the result here.
     void adopt(const KnownPaths& changed, const QStringList& paths);
-    /// The same for a folder of rememberFolder().
-    void adoptFolder(const KnownPaths& changed, const QString& folder);
 
     /// Forgets all other entries and folders.
     void keepOnly(const QSet<QString>& paths, const QSet<QString>& folders);
