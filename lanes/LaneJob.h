@@ -6,6 +6,8 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <functional>
+#include <utility>
 
 namespace lapsa {
 
@@ -13,6 +15,14 @@ namespace lapsa {
 class LaneJob final
 {
 public:
+    /// Runs on the main thread.
+    using Message = std::function<void()>;
+
+    /// `deliver` passes a message to the main thread, which runs messages in order.
+    explicit LaneJob(std::function<void(Message)> deliver)
+        : m_deliver(std::move(deliver))
+    {}
+
     enum class State
     {
         Waiting,
@@ -31,6 +41,9 @@ public:
 
     [[nodiscard]] bool stopRequested() const { return m_stopRequested; }
 
+    /// Sends a message while the work goes on. Runs before the report of the work. Only for the lane.
+    void tell(Message message) { m_deliver(std::move(message)); }
+
     /// Reports progress in the work's own unit, such as bytes or entries. Also a sign of life.
     void report(std::int64_t done, std::int64_t total);
     /// A sign of life for work that has no progress to report: after two seconds without one, work counts as hanging.
@@ -47,6 +60,7 @@ public:
 private:
     friend class ThreadLanes;
 
+    std::function<void(Message)> m_deliver;
     std::atomic<State> m_state = State::Waiting;
     std::atomic<bool> m_stopRequested = false;
     std::atomic<std::int64_t> m_done = 0;

@@ -39,6 +39,9 @@ public:
     /// Runs work on the lane of the mount that holds the absolute path `path`. Does not access the path itself.
     virtual std::shared_ptr<LaneJob> run(const QString& path, Work work) = 0;
 
+    /// The lane of an absolute path: equal for paths on the same mount, judged by their text.
+    [[nodiscard]] virtual QString laneOf(const QString& path) = 0;
+
     /// Runs work on the named lane, which belongs to no mount.
     virtual std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) = 0;
 

@@ -60,6 +60,11 @@ std::shared_ptr<LaneJob> ThreadLanes::run(const QString& path, Work work)
     return enqueue(m_mountPoints.holding(path), std::move(work), AtTheEnd::Drop);
 }
 
+QString ThreadLanes::laneOf(const QString& path)
+{
+    return m_mountPoints.holding(path);
+}
+
 // No mount point begins with a colon.
 std::shared_ptr<LaneJob> ThreadLanes::runOn(const QString& lane, Work work, AtTheEnd atTheEnd)
 {
@@ -68,7 +73,8 @@ std::shared_ptr<LaneJob> ThreadLanes::runOn(const QString& lane, Work work, AtTh
 
 std::shared_ptr<LaneJob> ThreadLanes::enqueue(const QString& name, Work work, AtTheEnd atTheEnd)
 {
-    auto job = std::make_shared<LaneJob>();
+    auto job = std::make_shared<LaneJob>(
+        [weak = std::weak_ptr(m_shared), name](Report message) { deliver(weak, name, std::move(message)); });
     if (!m_watch) {
         const auto interval = std::min(longestWatchInterval, m_shared->bounds.hangsAfter / 4);
         m_watch = m_mainQueue.repeatEvery(interval, [this] { watch(); });
@@ -137,6 +143,20 @@ void ThreadLanes::work(const std::shared_ptr<Shared>& shared, const std::shared_
         }
     }
     shared->threadEnded.notify_all();
+}
+
+/// A message of running work. Lost when the lanes are gone.
+void ThreadLanes::deliver(const std::weak_ptr<Shared>& weak, const QString& lane, Report message)
+{
+    const std::shared_ptr<Shared> shared = weak.lock();
+    if (!shared) {
+        return;
+    }
+    const std::lock_guard lock(shared->mutex);
+    if (shared->lanes != nullptr) {
+        shared->finished.push_back({.lane = lane, .report = std::move(message)});
+        callMainThread(shared);
+    }
 }
 
 /// Call with the mutex held, while the lanes are there.

@@ -40,6 +40,7 @@ public:
     ~ThreadLanes() override;
 
     std::shared_ptr<LaneJob> run(const QString& path, Work work) override;
+    [[nodiscard]] QString laneOf(const QString& path) override;
     std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) override;
     bool await(const QString& lane, std::chrono::milliseconds patience) override;
 
@@ -68,6 +69,7 @@ private:
     void restIfIdle();
     void watch();
     void setAside(const std::shared_ptr<Lane>& lane);
+    static void deliver(const std::weak_ptr<Shared>& weak, const QString& lane, Report message);
     static void noteFinished(const std::shared_ptr<Shared>& shared, const Lane& lane, Report report);
     static void callMainThread(const std::shared_ptr<Shared>& shared);
     void reportFinished();

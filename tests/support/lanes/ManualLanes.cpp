@@ -9,6 +9,8 @@
 
 namespace lapsa::test {
 
+using namespace Qt::StringLiterals;
+
 std::shared_ptr<LaneJob> ManualLanes::run(const QString& path, Work work)
 {
     return runOn(path, std::move(work), AtTheEnd::Drop);
@@ -16,12 +18,29 @@ std::shared_ptr<LaneJob> ManualLanes::run(const QString& path, Work work)
 
 std::shared_ptr<LaneJob> ManualLanes::runOn(const QString&, Work work, AtTheEnd)
 {
-    auto job = std::make_shared<LaneJob>();
+    auto job = std::make_shared<LaneJob>([this](Report message) {
+        if (m_runs == Runs::AtOnce) {
+            message();
+        } else {
+            m_told.push_back(std::move(message));
+        }
+    });
     m_waiting.emplace_back(job, std::move(work));
     if (m_runs == Runs::AtOnce) {
         runNext();
     }
     return job;
+}
+
+QString ManualLanes::laneOf(const QString& path)
+{
+    QString lane = u"/"_s;
+    for (const QString& mount : std::as_const(m_mounts)) {
+        if ((path == mount || path.startsWith(mount + u'/')) && mount.size() > lane.size()) {
+            lane = mount;
+        }
+    }
+    return lane;
 }
 
 bool ManualLanes::await(const QString&, std::chrono::milliseconds)
@@ -36,7 +55,15 @@ Lanes::Report ManualLanes::workOnNext()
         auto [job, work] = std::move(m_waiting.front());
         m_waiting.pop_front();
         if (!job->stopRequested()) {
-            return work(*job);
+            Report last = work(*job);
+            return [told = std::exchange(m_told, {}), last = std::move(last)] {
+                for (const Report& message : told) {
+                    message();
+                }
+                if (last) {
+                    last();
+                }
+            };
         }
     }
     return {};

@@ -5,6 +5,8 @@
 
 #include "Lanes.h"
 
+#include <QStringList>
+
 #include <deque>
 #include <utility>
 
@@ -27,6 +29,8 @@ public:
     {}
 
     std::shared_ptr<LaneJob> run(const QString& path, Work work) override;
+    /// The longest of the mounts that the test has named, or "/".
+    [[nodiscard]] QString laneOf(const QString& path) override;
     std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) override;
 
     /// Runs everything.
@@ -34,7 +38,10 @@ public:
 
     void setRuns(Runs runs) { m_runs = runs; }
 
-    /// The work of the oldest job; the answer is its report, to be called by the test.
+    /// Another mount, as far as the lanes are concerned.
+    void addMount(const QString& path) { m_mounts.push_back(path); }
+
+    /// The work of the oldest job; the answer is what it tells and reports, to be called by the test.
     [[nodiscard]] Report workOnNext();
     /// The work of the oldest job, and its report.
     void runNext();
@@ -45,6 +52,9 @@ public:
 
 private:
     std::deque<std::pair<std::shared_ptr<LaneJob>, Work>> m_waiting;
+    /// What the work under way tells, when the test takes its report into its own hands.
+    std::deque<Report> m_told;
+    QStringList m_mounts;
     Runs m_runs;
 };
 
