@@ -30,6 +30,7 @@
 #include <QPointer>
 
 #include <chrono>
+#include <utility>
 
 namespace lapsa {
 
@@ -69,10 +70,10 @@ void AppDelegate::applicationDidFinishLaunching()
 
     m_fileWriter = std::make_unique<FileWriter>(m_environment.lanes);
     m_settingsStore = std::make_unique<SettingsStore>(m_environment.mainQueue, *m_fileWriter);
-    m_store = std::make_unique<LapsaStore>(*m_settingsStore,
-                                           LapsaStore::Environment{m_environment.clock, m_environment.mainQueue,
-                                                                   *m_fileWriter, m_environment.appearance,
-                                                                   m_environment.workspace, m_environment.pasteboard});
+    m_store = std::make_unique<LapsaStore>(
+        *m_settingsStore,
+        LapsaStore::Environment{m_environment.clock, m_environment.mainQueue, m_environment.lanes, *m_fileWriter,
+                                m_environment.appearance, m_environment.workspace, m_environment.pasteboard});
     m_notificationService = std::make_unique<NotificationService>(m_environment.notificationCentre);
     m_cleanupService = std::make_unique<CleanupService>(
         *m_store, *m_notificationService, CleanupService::Environment{m_environment.clock, m_environment.mainQueue});
@@ -130,9 +131,10 @@ void AppDelegate::setUpStatusItem()
 
 void AppDelegate::applicationOpen(const QList<QUrl>& urls)
 {
-    const AddResult result = made(m_store, "store").addFiles(urls, {.applyFileTypeRules = true});
-    showAddMessage(*m_store, result);
-    m_panelController->reveal(result.ids);
+    made(m_store, "store").addFiles(urls, {.applyFileTypeRules = true}, [this](const AddResult& result) {
+        showAddMessage(*m_store, result);
+        m_panelController->reveal(result.ids);
+    });
 }
 
 void AppDelegate::togglePanel(const std::optional<QRect>& icon)
@@ -154,13 +156,21 @@ void AppDelegate::addFinderSelectionFromShortcut()
 {
     const QList<QUrl> urls =
         FinderSelectionReader::selectedFileURLs(m_environment.fileManagerSelection, [this] { saveEverything(); });
-    AddResult result;
+    // Later, for files on a slow disk, the user may have closed the panel again.
+    const auto opened = std::make_shared<bool>(false);
+    const auto openOnce = [this, opened] {
+        if (!std::exchange(*opened, true)) {
+            openPanel();
+        }
+    };
     if (!urls.isEmpty()) {
-        result = made(m_store, "store").addFiles(urls, {.applyFileTypeRules = true});
-        showAddMessage(*m_store, result);
+        made(m_store, "store").addFiles(urls, {.applyFileTypeRules = true}, [this, openOnce](const AddResult& result) {
+            showAddMessage(*m_store, result);
+            openOnce();
+            m_panelController->reveal(result.ids);
+        });
     }
-    openPanel();
-    m_panelController->reveal(result.ids);
+    openOnce();
 }
 
 void AppDelegate::addFinderSelectionMenu()

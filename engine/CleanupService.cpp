@@ -5,12 +5,12 @@
 
 #include "Clock.h"
 #include "ExpiryWarnings.h"
-#include "ItemPlaces.h"
 #include "LapsaStore.h"
 #include "MainQueue.h"
 
+#include <QHash>
+
 #include <chrono>
-#include <optional>
 
 namespace lapsa {
 
@@ -69,21 +69,38 @@ void CleanupService::sendDueWarnings(LapsaStore& store)
 {
     const std::int64_t leadMinutes = store.settings().notifyBeforeMinutes;
     const TimePoint now = m_environment.clock.now();
-    const QList<LapsaItem> snapshot = store.items();
-    std::optional<ItemPlaces> locked; // most passes do not need it
+    QList<LapsaItem> due;
+    for (const LapsaItem& item : store.items()) {
+        const double remaining = secondsBetween(now, item.expiresAt);
+        const bool isDue = remaining > 0 && remaining <= static_cast<double>(leadMinutes) * secondsPerMinute;
+        if (isDue && !item.locked && !item.fiveMinuteWarningSent) {
+            due.push_back(item);
+        }
+    }
+    if (due.isEmpty()) {
+        return;
+    }
+    // An item that a lock holds back will not be disposed of, so it gets no warning.
+    store.findFree(due, [service = QPointer(this), leadMinutes](const QList<LapsaItem>& free) {
+        if (service && service->m_store) {
+            service->warn(free, leadMinutes);
+        }
+    });
+}
+
+void CleanupService::warn(const QList<LapsaItem>& items, std::int64_t leadMinutes)
+{
+    QHash<QString, TimePoint> due;
+    for (const LapsaItem& item : items) {
+        due.insert(item.id, item.expiresAt);
+    }
+    const QList<LapsaItem> snapshot = m_store->items();
     QSet<QString> warned;
     QList<LapsaItem> others;
     for (const LapsaItem& item : snapshot) {
-        const double remaining = secondsBetween(now, item.expiresAt);
-        const bool due = remaining > 0 && remaining <= static_cast<double>(leadMinutes) * secondsPerMinute;
-        if (!due || item.locked || item.fiveMinuteWarningSent) {
-            continue;
-        }
-        if (!locked) {
-            locked.emplace(ItemPlaces::ofLocked(snapshot));
-        }
-        // An item that a lock holds back will not be disposed of, so it gets no warning.
-        if (locked->areAtOrIn(item.path)) {
+        // The user may have changed the item while the disk was asked.
+        const auto found = due.constFind(item.id);
+        if (found == due.cend() || *found != item.expiresAt || item.locked || item.fiveMinuteWarningSent) {
             continue;
         }
         // States the setting, not the time left, on purpose, even if less time is left.
@@ -97,7 +114,9 @@ void CleanupService::sendDueWarnings(LapsaStore& store)
     if (!others.isEmpty()) {
         m_notificationService.sendJointWarning(others, leadMinutes);
     }
-    store.markWarningsSent(warned);
+    if (!warned.isEmpty()) {
+        m_store->markWarningsSent(warned);
+    }
 }
 
 } // namespace lapsa

@@ -3,9 +3,13 @@
 
 #pragma once
 
+#include "LapsaItem.h"
+
+#include <QList>
 #include <QObject>
 #include <QPointer>
 
+#include <cstdint>
 #include <memory>
 
 namespace lapsa {
@@ -42,6 +46,7 @@ public:
 
 private:
     void sendDueWarnings(LapsaStore& store);
+    void warn(const QList<LapsaItem>& items, std::int64_t leadMinutes);
 
     QPointer<LapsaStore> m_store;
     ExpiryWarnings& m_notificationService;

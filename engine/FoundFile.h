@@ -3,18 +3,26 @@
 
 #pragma once
 
+#include "AddResult.h"
+#include "KnownPaths.h"
 #include "LapsaStore.h"
 
 #include <QString>
 
+#include <optional>
+
 namespace lapsa {
 
-/// An existing file or folder that is about to be put on countdown.
+/// What a lane found at a path that is to be put on countdown.
 struct LapsaStore::FoundFile
 {
     /// Standardised.
     QString path;
     bool isDirectory = false;
+    /// What there is to remember about the path.
+    std::optional<fileSystem::PathSteps> steps = std::nullopt;
+    /// Why it may never be taken.
+    std::optional<fileSystem::Refusal> refusal = std::nullopt;
 };
 
 } // namespace lapsa

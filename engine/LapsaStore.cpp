@@ -11,7 +11,11 @@
 #include "JSONDecoder.h"
 #include "JSONEncoder.h"
 #include "KeptFiles.h"
+#include "LaneGroups.h"
+#include "LaneJob.h"
+#include "Lanes.h"
 #include "MainQueue.h"
+#include "RecoveryNames.h"
 #include "RestoreNote.h"
 #include "SettingsStore.h"
 #include "SystemLog.h"
@@ -22,6 +26,7 @@
 #include <chrono>
 #include <iterator>
 #include <utility>
+#include <vector>
 
 namespace lapsa {
 
@@ -52,6 +57,9 @@ LapsaStore::LapsaStore(SettingsStore& settingsStore, const Environment& environm
     , m_knownPaths(AppPaths::knownPathsURL().toLocalFile())
     , m_saveWorkItem(environment.mainQueue, saveDelay, [this] { saveNow(); })
     , m_recoverySaveWorkItem(environment.mainQueue, recoverySaveDelay, [this] { saveRecoveryNow(); })
+    , m_placeLooks(environment.lanes, environment.mainQueue)
+    , m_recoveryNames(std::make_shared<RecoveryNames>())
+    , m_disposals(environment.lanes)
 {
     setSettings(settings());
     subscribeToSettings();
@@ -157,21 +165,42 @@ void LapsaStore::applyCurrentTheme()
 
 void LapsaStore::subscribeToSettings()
 {
-    connect(&m_settingsStore, &SettingsStore::settingsChanged, this,
-            [this](const LapsaSettings& changed) { reactToSettings(changed.theme); });
+    connect(&m_settingsStore, &SettingsStore::settingsChanged, this, &LapsaStore::reactToSettings);
     // A new subscriber also receives the current value.
-    reactToSettings(settings().theme);
+    reactToSettings(settings());
 }
 
 // Deferred: whoever changes the settings has finished by then. Existing lifespans stay, and nothing is saved.
-void LapsaStore::reactToSettings(LapsaTheme theme)
+void LapsaStore::reactToSettings(const LapsaSettings& changed)
 {
-    m_environment.mainQueue.async([store = QPointer(this), theme] {
+    stopWhatIsNotWanted(changed);
+    m_environment.mainQueue.async([store = QPointer(this), theme = changed.theme] {
         if (store) {
             store->applyAppTheme(theme);
             emit store->willChange();
         }
     });
+}
+
+/// Files that wait for their turn on a lane go the way that the settings say by then, or stay while everything is
+/// paused.
+void LapsaStore::stopWhatIsNotWanted(const LapsaSettings& changed)
+{
+    const bool sameWay = std::exchange(m_usedRecoveryWindow, changed.useRecoveryWindow) == changed.useRecoveryWindow &&
+                         std::exchange(m_usedTrash, changed.useTrash) == changed.useTrash;
+    if (!m_disposals.isWorking()) {
+        return;
+    }
+    if (changed.pauseAllCountdowns) {
+        m_disposals.stopPasses();
+    } else if (!sameWay) {
+        m_disposals.closePasses();
+        m_environment.mainQueue.async([store = QPointer(this)] {
+            if (store) {
+                store->deleteExpiredItems();
+            }
+        });
+    }
 }
 
 void LapsaStore::loadItems()
@@ -195,10 +224,33 @@ void LapsaStore::loadItems()
 
 void LapsaStore::rememberEarlierItems()
 {
-    QStringList paths;
-    paths.reserve(m_items.size());
-    std::ranges::transform(std::as_const(m_items), std::back_inserter(paths), &LapsaItem::path);
-    m_knownPaths.rememberOthers(paths);
+    const std::vector<LaneGroup> groups =
+        groupByLane(m_environment.lanes, m_items.size(),
+                    [this](qsizetype item) -> const QString& { return m_items.at(item).path; });
+    for (const LaneGroup& group : groups) {
+        QStringList paths;
+        for (const qsizetype item : group.entries) {
+            paths.push_back(m_items.at(item).path);
+        }
+        const auto work = [paths, known = m_knownPaths, store = QPointer(this)](LaneJob&) -> Lanes::Report {
+            fileSystem::KnownPaths remembered = known;
+            remembered.rememberOthers(paths);
+            return [paths, remembered, store] {
+                if (store) {
+                    store->noteEarlierItems(paths, remembered);
+                }
+            };
+        };
+        m_environment.lanes.run(group.path, work);
+    }
+}
+
+void LapsaStore::noteEarlierItems(const QStringList& paths, const fileSystem::KnownPaths& remembered)
+{
+    QStringList unknown;
+    std::ranges::copy_if(paths, std::back_inserter(unknown),
+                         [this](const QString& path) { return !m_knownPaths.stepsTo(path); });
+    m_knownPaths.adopt(remembered, unknown);
     saveKnownPaths();
 }
 

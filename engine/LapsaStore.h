@@ -6,20 +6,27 @@
 #include "AddResult.h"
 #include "BusyItems.h"
 #include "DebouncedTask.h"
+#include "Disposals.h"
+#include "ItemWork.h"
 #include "KnownPaths.h"
+#include "LaneSeries.h"
 #include "LapsaItem.h"
 #include "LapsaRecoveryItem.h"
 #include "LapsaSettings.h"
-#include "Result.h"
+#include "PlaceLooks.h"
+#include "RecoveryPurge.h"
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QSet>
 #include <QString>
 #include <QUrl>
+#include <QUuid>
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace lapsa {
@@ -27,21 +34,22 @@ namespace lapsa {
 class Appearance;
 class Clock;
 class FileWriter;
+class LaneJob;
+class Lanes;
 class MainQueue;
 class Pasteboard;
+class RecoveryNames;
+class ScheduledTask;
 class SettingsStore;
 class Workspace;
-
-namespace fileSystem {
-
-class BatchEntry;
-
-} // namespace fileSystem
 
 /// The central state: the items on countdown, the files kept for recovery, and every operation on them. Main thread
 /// only. Operations that change an item look it up by `id`; an unknown id changes nothing. deleteNow() and the recovery
 /// operations act on the value they are given. No errors are reported to the caller: a failure with a file is one line
 /// in the system log.
+///
+/// The lanes do what concerns files. What they find or did is heard later, on the main thread; the lists and the disk
+/// show it in the promised order. An item stays on the list until what became of its file is known.
 class LapsaStore final : public QObject
 {
     Q_OBJECT
@@ -52,6 +60,7 @@ public:
     {
         const Clock& clock;
         MainQueue& mainQueue;
+        Lanes& lanes;
         FileWriter& fileWriter;
         Appearance& appearance;
         Workspace& workspace;
@@ -77,6 +86,8 @@ public:
     [[nodiscard]] const QList<LapsaRecoveryItem>& recoveryItems() const { return m_recoveryItems; }
 
     [[nodiscard]] SettingsStore& settingsStore() const { return m_settingsStore; }
+
+    [[nodiscard]] Lanes& lanes() const { return m_environment.lanes; }
 
     /// A short message for the panel, if there is one.
     [[nodiscard]] const std::optional<QString>& lastMessage() const { return m_lastMessage; }
@@ -105,10 +116,13 @@ public:
 
     // ---- Adding
 
+    using Added = std::function<void(const AddResult& result)>;
+
     /// Puts files and folders on countdown, in order; adding a listed path again resets its expiry. Paths that do not
-    /// exist are skipped, and so are paths that may never be taken; the result names the latter.
-    AddResult addFiles(const QList<QUrl>& urls);
-    AddResult addFiles(const QList<QUrl>& urls, const AddOptions& options);
+    /// exist are skipped, and so are paths that may never be taken; the result names the latter. Calls `added` when the
+    /// files are on the list, again for those on a disk that takes longer to answer.
+    void addFiles(const QList<QUrl>& urls);
+    void addFiles(const QList<QUrl>& urls, const AddOptions& options, const Added& added = {});
 
     // ---- One item
 
@@ -121,11 +135,13 @@ public:
         HoldsLockedItem,
         /// The file must be copied but is being written to. The item is due now, and the next pass tries again.
         InUse,
+        /// The user locked the item meanwhile, or gave it more time.
+        Stopped,
     };
 
     /// Disposes of the file as the settings say, locked or not, and removes the item from the list. If it is a folder,
-    /// unlocked items inside it are removed from the list too.
-    [[nodiscard]] DeleteOutcome deleteNow(const LapsaItem& item);
+    /// unlocked items inside it are removed from the list too. Calls `done` when that has happened.
+    void deleteNow(const LapsaItem& item, const std::function<void(DeleteOutcome outcome)>& done = {});
     void toggleLock(const LapsaItem& item);
     void lockItem(const QString& id);
     /// The same for many at once: the first item of each id.
@@ -147,6 +163,15 @@ public:
 
     /// Whether the item is due, but its file was being written to when it was to be copied to another file system.
     [[nodiscard]] bool isInUse(const QString& id) const { return m_inUse.contains(id); }
+
+    /// What a lane has been doing with the item's file for more than half a second.
+    [[nodiscard]] std::optional<ItemWork> workOn(const QString& id) const { return m_disposals.workOn(id); }
+
+    /// Whether workOn() is worth asking.
+    [[nodiscard]] bool isWorking() const { return m_disposals.isWorking(); }
+
+    /// Calls `found` with those of the items that no lock holds back, by themselves or by what they hold.
+    void findFree(const QList<LapsaItem>& items, const std::function<void(const QList<LapsaItem>& free)>& found);
 
     void markWarningSent(const QString& id);
     /// The same for many at once: the first item of each id.
@@ -177,30 +202,52 @@ signals:
 
 private:
     struct FoundFile;
-    struct DisposalRun;
+    struct AddRound;
+    struct FreeRound;
+    struct Scan;
 
     void subscribeToSettings();
-    void reactToSettings(LapsaTheme theme);
+    void reactToSettings(const LapsaSettings& changed);
+    void stopWhatIsNotWanted(const LapsaSettings& changed);
     void loadItems();
     void rememberEarlierItems();
+    void noteEarlierItems(const QStringList& paths, const fileSystem::KnownPaths& remembered);
     void loadRecoveryItems();
     static void keepRecoveryList();
+    void look(const std::shared_ptr<AddRound>& round, const QStringList& paths);
+    void seen(const std::shared_ptr<AddRound>& round, qsizetype request, const std::optional<FoundFile>& found);
+    void addSeen(const std::shared_ptr<AddRound>& round);
     AddResult addFound(const QList<FoundFile>& files, const AddOptions& options);
     [[nodiscard]] QList<LapsaItem>::iterator firstItem(const QString& id);
     /// Changes the first item of each id; announces this once and saves soon.
     void changeItems(QSet<QString> ids, const std::function<void(LapsaItem&)>& change);
     void removeItems(QString id);
-    void deleteFileForItem(const LapsaItem& item, DisposalRun& run);
-    [[nodiscard]] Result<void> disposeOf(const LapsaItem& item, const fileSystem::BatchEntry& entry, DisposalRun& run);
-    [[nodiscard]] Result<void> moveToRecovery(const LapsaItem& item, const fileSystem::BatchEntry& entry,
-                                              DisposalRun& run);
-    void takeOffTheList(const DisposalRun& run);
-    void keepUntilUnused(const LapsaItem& item, DisposalRun& run);
-    void announceLongWork(DisposalRun& run);
+    void keepWhatIsLocked(const QSet<QString>& ids);
+    void withLockedPlaces(std::function<void(const QStringList& paths, const QList<SeenPlace>& seen)> then);
+    [[nodiscard]] static LaneSeries::Step freeStep(const QList<LapsaItem>& asked,
+                                                   const std::shared_ptr<const ItemPlaces>& locked,
+                                                   const std::weak_ptr<FreeRound>& round,
+                                                   const QPointer<LapsaStore>& store);
+    void askWhatIsFree(const std::shared_ptr<FreeRound>& round, const QList<LapsaItem>& items,
+                       const std::shared_ptr<const ItemPlaces>& locked);
+    void handOverDue(const QStringList& lockedPaths, const QList<SeenPlace>& lockedPlaces);
+    [[nodiscard]] DisposalPlan planFor(const QList<LapsaItem>& items, const QStringList& lockedPaths,
+                                       const QList<SeenPlace>& lockedPlaces) const;
+    void showLongWork();
+    bool heardOf(const LapsaItem& item, const DisposalOutcome& outcome);
+    bool heardOfDeletion(const LapsaItem& item, const DisposalOutcome& outcome,
+                         const std::function<void(DeleteOutcome outcome)>& done);
+    void makeRecord(const LapsaItem& item, const QString& recoveryPath);
+    void takeOffTheList(const Disposals::Handled& handled);
     void saveBeforeLongWork(std::int64_t bytes);
     void saveAgedRecords();
     void removeRecoveryRecords(QUuid id);
+    void dropPurged(const QList<LapsaRecoveryItem>& dropped);
+    void purge(const RecoveryPurge::KeptItems& kept, TimePoint now);
     void scanFolder(const LapsaAutoCleanFolderRule& rule);
+    [[nodiscard]] static Scan scanned(const LapsaAutoCleanFolderRule& rule, const QList<LapsaItem>& items,
+                                      const fileSystem::KnownPaths& known, LaneJob& job);
+    void takeScanned(const LapsaAutoCleanFolderRule& rule, const Scan& scan);
     void saveKnownPaths();
 
     SettingsStore& m_settingsStore;
@@ -215,6 +262,24 @@ private:
     fileSystem::KnownPaths m_knownPaths;
     DebouncedTask m_saveWorkItem;
     DebouncedTask m_recoverySaveWorkItem;
+    PlaceLooks m_placeLooks;
+    /// Whether a pass waits for where the locked items are.
+    bool m_passWaits = false;
+    QList<std::shared_ptr<FreeRound>> m_freeRounds;
+    /// The ids of the items whose disk has not told yet whether a lock holds them back.
+    QSet<QString> m_unanswered;
+    std::shared_ptr<RecoveryNames> m_recoveryNames;
+    bool m_purging = false;
+    QList<std::function<void()>> m_afterPurge;
+    /// Names of new copies that have a record by now, but were claimed while a purge was under way.
+    QStringList m_namesToRelease;
+    /// The watched folders, by the rule's id, that a lane is listing.
+    QSet<QUuid> m_scanning;
+    QList<std::shared_ptr<AddRound>> m_addRounds;
+    bool m_usedRecoveryWindow = true;
+    bool m_usedTrash = true;
+    std::unique_ptr<ScheduledTask> m_longWork;
+    Disposals m_disposals;
 };
 
 } // namespace lapsa

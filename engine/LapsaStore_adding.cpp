@@ -7,11 +7,20 @@
 #include "FileName.h"
 #include "FileSystem.h"
 #include "FoundFile.h"
+#include "KnownPathsLook.h"
+#include "LaneGroups.h"
+#include "LaneJob.h"
+#include "LaneSeries.h"
+#include "MainQueue.h"
 
 #include <QHash>
 
 #include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <map>
 #include <utility>
+#include <vector>
 
 namespace lapsa {
 
@@ -79,36 +88,129 @@ std::optional<fileSystem::Refusal> refusalOf(const QString& path)
 
 } // namespace
 
-AddResult LapsaStore::addFiles(const QList<QUrl>& urls)
+/// The files of one add.
+struct LapsaStore::AddRound
 {
-    return addFiles(urls, {});
+    AddOptions options;
+    Added added;
+    std::vector<std::unique_ptr<LaneSeries>> series;
+    /// By their position in the request; those that exist and are not on the list yet.
+    std::map<qsizetype, FoundFile> found;
+    qsizetype waitingFor = 0;
+    /// Set once the first files are on the list: later ones come from slow disks.
+    bool late = false;
+    std::unique_ptr<ScheduledTask> limit;
+};
+
+void LapsaStore::addFiles(const QList<QUrl>& urls)
+{
+    addFiles(urls, {});
 }
 
-AddResult LapsaStore::addFiles(const QList<QUrl>& urls, const AddOptions& options)
+void LapsaStore::addFiles(const QList<QUrl>& urls, const AddOptions& options, const Added& added)
 {
-    QList<FoundFile> found;
-    found.reserve(urls.size());
-    QList<AddResult::Refused> refused;
+    // Files of a disk that does not answer by then do not hold up the others.
+    constexpr std::chrono::milliseconds patience{300};
+    QStringList paths;
+    paths.reserve(urls.size());
     for (const QUrl& url : urls) {
-        const std::optional<QString> path = fileSystem::standardizedPath(url);
-        if (!path) {
-            continue;
-        }
-        const fileSystem::Status status = fileSystem::status(*path);
-        if (!status.exists) {
-            continue;
-        }
-        // Only these can be refused, so a drop of thousands of files costs one look-up each.
-        const auto refusal = status.isDirectory || status.isMountPoint ? refusalOf(*path) : std::nullopt;
-        if (refusal) {
-            refused.push_back({.path = *path, .reason = *refusal});
-        } else {
-            found.push_back({.path = *path, .isDirectory = status.isDirectory});
+        if (const std::optional<QString> path = fileSystem::standardizedPath(url)) {
+            paths.push_back(*path);
         }
     }
-    AddResult result = addFound(found, options);
+    const auto round = std::make_shared<AddRound>();
+    round->options = options;
+    round->added = added;
+    round->waitingFor = paths.size();
+    if (paths.isEmpty()) {
+        addSeen(round);
+        return;
+    }
+    m_addRounds.push_back(round);
+    look(round, paths);
+    if (round->waitingFor > 0) {
+        round->limit = m_environment.mainQueue.asyncAfter(patience, [this, weak = std::weak_ptr(round)] {
+            if (const auto alive = weak.lock()) {
+                addSeen(alive);
+                alive->late = true;
+            }
+        });
+    }
+}
+
+/// Asks the lanes about each path.
+void LapsaStore::look(const std::shared_ptr<AddRound>& round, const QStringList& paths)
+{
+    const std::vector<LaneGroup> groups =
+        groupByLane(m_environment.lanes, paths.size(), [&](qsizetype path) -> const QString& { return paths[path]; });
+    for (const LaneGroup& group : groups) {
+        const auto makeStep = [this, paths, requests = group.entries, known = m_knownPaths,
+                               weak = std::weak_ptr(round)]() -> LaneSeries::Step {
+            const auto steps = std::make_shared<fileSystem::KnownPathsLook>(known);
+            return [this, paths, requests, steps, weak](std::size_t entry, LaneJob&) -> Lanes::Report {
+                const qsizetype request = requests[entry];
+                const QString& path = paths[request];
+                std::optional<FoundFile> found;
+                if (const fileSystem::Status status = fileSystem::status(path); status.exists) {
+                    found = FoundFile{.path = path, .isDirectory = status.isDirectory};
+                    // Only these can be refused, so a drop of thousands of files costs one look-up each.
+                    found->refusal = status.isDirectory || status.isMountPoint ? refusalOf(path) : std::nullopt;
+                    found->steps = steps->at(path);
+                }
+                return [this, weak, request, found] {
+                    if (const auto alive = weak.lock()) {
+                        seen(alive, request, found);
+                    }
+                };
+            };
+        };
+        round->series.push_back(std::make_unique<LaneSeries>(
+            m_environment.lanes, LaneSeries::Plan{.path = paths[group.entries.front()],
+                                                  .count = group.entries.size(),
+                                                  .makeStep = makeStep,
+                                                  .settled = [this, weak = std::weak_ptr(round)] {
+                                                      const auto alive = weak.lock();
+                                                      if (alive && alive->late) {
+                                                          addSeen(alive);
+                                                      }
+                                                  }}));
+    }
+    for (std::size_t next = 0; next < round->series.size(); ++next) {
+        round->series[next]->start();
+    }
+}
+
+/// A lane has looked at one path of the request; `found` is empty if nothing exists there.
+void LapsaStore::seen(const std::shared_ptr<AddRound>& round, qsizetype request, const std::optional<FoundFile>& found)
+{
+    if (found) {
+        round->found.emplace(request, *found);
+    }
+    --round->waitingFor;
+    if (round->waitingFor == 0) {
+        m_addRounds.removeOne(round);
+        addSeen(round);
+    }
+}
+
+/// Puts on the list what has been found by now.
+void LapsaStore::addSeen(const std::shared_ptr<AddRound>& round)
+{
+    round->limit.reset();
+    QList<FoundFile> files;
+    QList<AddResult::Refused> refused;
+    for (const auto& [request, found] : std::exchange(round->found, {})) {
+        if (found.refusal) {
+            refused.push_back({.path = found.path, .reason = *found.refusal});
+        } else {
+            files.push_back(found);
+        }
+    }
+    AddResult result = addFound(files, round->options);
     result.refused = std::move(refused);
-    return result;
+    if (round->added) {
+        round->added(result);
+    }
 }
 
 AddResult LapsaStore::addFound(const QList<FoundFile>& files, const AddOptions& options)
@@ -123,12 +225,12 @@ AddResult LapsaStore::addFound(const QList<FoundFile>& files, const AddOptions& 
     AddResult result;
     result.ids.reserve(files.size());
     ItemsByPath known(m_items, files.size());
-    QStringList paths;
     for (const FoundFile& file : files) {
-        paths.push_back(file.path);
+        m_knownPaths.note(file.path, file.steps);
         const std::int64_t minutes = lifespans.minutesFor(lastPathComponent(file.path), file.isDirectory);
         if (const qsizetype position = known.find(file.path); position >= 0) {
             LapsaItem& item = m_items[position];
+            m_disposals.stop(item.id);
             item.expiresAt = addingMinutes(clock.now(), minutes);
             item.fiveMinuteWarningSent = false;
             result.ids.push_back(item.id);
@@ -141,7 +243,6 @@ AddResult LapsaStore::addFound(const QList<FoundFile>& files, const AddOptions& 
             result.newFolders.push_back(file.path);
         }
     }
-    m_knownPaths.remember(paths);
     m_lastMessage.reset();
     saveSoon();
     return result;

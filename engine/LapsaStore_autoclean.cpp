@@ -4,15 +4,30 @@
 #include "Clock.h"
 #include "FileSystem.h"
 #include "FoundFile.h"
+#include "KnownPathsLook.h"
+#include "LaneJob.h"
+#include "Lanes.h"
 #include "WatchedFolder.h"
 
+#include <QPointer>
 #include <QSet>
 #include <QStringView>
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
+#include <optional>
+#include <utility>
 
 namespace lapsa {
+
+/// What a lane found in a watched folder.
+struct LapsaStore::Scan
+{
+    QList<FoundFile> found;
+    /// What there is to remember about the folder, if nothing was remembered.
+    std::optional<fileSystem::PathSteps> folderSteps;
+};
 
 namespace {
 
@@ -41,29 +56,84 @@ void LapsaStore::scanAutoCleanFolders()
 
 void LapsaStore::scanFolder(const LapsaAutoCleanFolderRule& rule)
 {
-    const std::optional<QString> path = watchedFolder::pathOf(rule);
-    if (!path) {
+    // A folder that has not answered yet is not asked again.
+    if (rule.folderPath.isEmpty() || m_scanning.contains(rule.id)) {
         return;
     }
+    m_scanning.insert(rule.id);
+    const auto work = [rule, items = m_items, known = m_knownPaths,
+                       store = QPointer(this)](LaneJob& job) -> Lanes::Report {
+        Scan scan = scanned(rule, items, known, job);
+        return [rule, store, scan = std::move(scan)] {
+            if (store) {
+                store->m_scanning.remove(rule.id);
+                store->takeScanned(rule, scan);
+            }
+        };
+    };
+    m_environment.lanes.run(rule.folderPath, work);
+}
+
+/// On a lane.
+LapsaStore::Scan LapsaStore::scanned(const LapsaAutoCleanFolderRule& rule, const QList<LapsaItem>& items,
+                                     const fileSystem::KnownPaths& known, LaneJob& job)
+{
+    const std::optional<QString> path = watchedFolder::pathOf(rule);
+    if (!path) {
+        return {};
+    }
     const QString folder = *path == u"/" ? QString() : *path;
-    const QSet<QStringView> known = watchedFolder::namesOnCountdown(m_items, *path);
-    QList<FoundFile> taken;
-    const auto listed = fileSystem::forEachVisibleEntry(*path, m_knownPaths, [&](const fileSystem::FolderEntry& entry) {
+    const QSet<QStringView> listed = watchedFolder::namesOnCountdown(items, *path);
+    Scan scan;
+    const auto visited = fileSystem::forEachVisibleEntry(*path, known, [&](const fileSystem::FolderEntry& entry) {
+        job.alive();
         // Entries that may never be taken are skipped silently: nobody asked for them.
-        if (!known.contains(entry.name()) && watchedFolder::mayBeTaken(entry.status()) && isNewFor(rule, entry)) {
-            taken.push_back({.path = folder + u'/' + entry.name(), .isDirectory = false});
+        if (!listed.contains(entry.name()) && watchedFolder::mayBeTaken(entry.status()) && isNewFor(rule, entry)) {
+            scan.found.push_back({.path = folder + u'/' + entry.name()});
         }
     });
     // A folder that cannot be listed completely now is scanned again in the next pass: silent on purpose.
-    if (!listed) {
+    if (!visited) {
+        return {};
+    }
+    fileSystem::KnownPaths remembered = known;
+    if (!remembered.stepsInto(*path)) {
+        scan.folderSteps = fileSystem::stepsTowards(*path); // watched before this was remembered
+        remembered.noteFolder(*path, scan.folderSteps);
+    }
+    fileSystem::KnownPathsLook look(std::move(remembered));
+    for (FoundFile& file : scan.found) {
+        job.alive();
+        file.steps = look.at(file.path);
+    }
+    return scan;
+}
+
+void LapsaStore::takeScanned(const LapsaAutoCleanFolderRule& rule, const Scan& scan)
+{
+    // Meanwhile the user may have removed or changed the rule, or paused everything.
+    if (settings().pauseAllCountdowns || !settings().autoCleanFolders.contains(rule)) {
         return;
     }
-    if (!m_knownPaths.stepsInto(*path)) {
-        m_knownPaths.rememberFolder(*path); // watched before this was remembered
-        if (m_knownPaths.stepsInto(*path)) {
-            saveKnownPaths();
-        }
+    if (scan.folderSteps) {
+        m_knownPaths.noteFolder(fileSystem::standardizedPath(rule.folderPath).value_or(rule.folderPath),
+                                scan.folderSteps);
+        saveKnownPaths();
     }
+    if (scan.found.isEmpty()) {
+        return;
+    }
+    // A file that was added meanwhile keeps its time.
+    QSet<QString> paths;
+    for (const FoundFile& file : scan.found) {
+        paths.insert(file.path);
+    }
+    for (const LapsaItem& item : std::as_const(m_items)) {
+        paths.remove(item.path);
+    }
+    QList<FoundFile> taken;
+    std::ranges::copy_if(scan.found, std::back_inserter(taken),
+                         [&](const FoundFile& file) { return paths.contains(file.path); });
     addFound(taken, watchedFolder::addOptions(rule));
 }
 
@@ -89,9 +159,15 @@ void LapsaStore::addAutoCleanFolder(const QUrl& url)
         return;
     }
     changed.autoCleanFolders.push_back({.folderPath = *path, .createdAt = m_environment.clock.now()});
-    m_knownPaths.rememberFolder(*path);
     setSettings(changed);
-    saveKnownPaths();
+    m_environment.lanes.run(*path, [folder = *path, store = QPointer(this)](LaneJob&) -> Lanes::Report {
+        return [folder, store, steps = fileSystem::stepsTowards(folder)] {
+            if (store) {
+                store->m_knownPaths.noteFolder(folder, steps);
+                store->saveKnownPaths();
+            }
+        };
+    });
 }
 
 void LapsaStore::removeAutoCleanFolder(const QUuid& id)

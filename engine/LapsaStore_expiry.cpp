@@ -1,156 +1,227 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "AppPaths.h"
 #include "Clock.h"
-#include "FileBatch.h"
 #include "FileName.h"
 #include "FileSystem.h"
-#include "FreeNameMove.h"
-#include "FreeNames.h"
-#include "ItemPlaces.h"
 #include "LapsaStore.h"
+#include "MainQueue.h"
 #include "RandomUuid.h"
+#include "RecoveryNames.h"
 #include "SystemLog.h"
 
+#include <QPointer>
+
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
-#include <optional>
 #include <utility>
 
 namespace lapsa {
 
 using namespace Qt::StringLiterals;
 
-/// State that is shared while disposing of many files in a row.
-struct LapsaStore::DisposalRun
-{
-    DisposalRun(const QList<LapsaItem>& items, const fileSystem::KnownPaths& knownPaths)
-        : batch({.folder = AppPaths::applicationSupportDirectory().toLocalFile(), .knownPaths = &knownPaths})
-        , locked(ItemPlaces::ofLocked(items))
-    {}
-
-    fileSystem::Batch batch;
-    QString recoveryFolder = AppPaths::recoveryDirectory().toLocalFile();
-    FreeNames freeNames;
-    ItemPlaces locked;
-    /// When the user deletes an item, only locks on items inside it count, not its own.
-    bool byHand = false;
-    /// Whether the current item has cost a long copy.
-    bool copied = false;
-    /// Id and path of each handled item, whatever happened to its file, in list order.
-    QList<std::pair<QString, QString>> handled;
-    /// The folders that were disposed of, standardised.
-    QSet<QString> goneFolders;
-};
-
-namespace {
-
-/// In bytes.
-constexpr std::int64_t soonCopied = 1 << 20;
-
-/// The display name as one file name for the recovery folder: it can come from an edited file and contain anything.
-QString recoveryFileName(const LapsaItem& item)
-{
-    QString name = item.displayName;
-    name.replace(u'/', u'_').replace(QChar::Null, u'_');
-    if (name.isEmpty() || name == "."_L1 || name == ".."_L1) {
-        return u"_"_s;
-    }
-    return name;
-}
-
-QStringList expiredPaths(const QList<LapsaItem>& items, TimePoint now)
-{
-    QStringList paths;
-    for (const LapsaItem& item : items) {
-        if (item.isExpired(now) && !item.locked) {
-            paths.push_back(item.path);
-        }
-    }
-    return paths;
-}
-
-} // namespace
-
 void LapsaStore::deleteExpiredItems()
 {
     // First, even while everything is paused.
     purgeExpiredRecovery();
-    if (settings().pauseAllCountdowns) {
+    if (settings().pauseAllCountdowns || m_passWaits) {
         return;
     }
+    const TimePoint now = m_environment.clock.now();
+    const auto due = [now](const LapsaItem& item) { return item.isExpired(now) && !item.locked; };
+    if (std::ranges::none_of(std::as_const(m_items), due)) {
+        return;
+    }
+    m_passWaits = true;
+    withLockedPlaces([this](const QStringList& paths, const QList<SeenPlace>& seen) {
+        m_passWaits = false;
+        if (!settings().pauseAllCountdowns) {
+            handOverDue(paths, seen);
+        }
+    });
+}
 
-    const Clock& clock = m_environment.clock;
-    const QList<LapsaItem> snapshot = m_items;
-    std::optional<DisposalRun> run;
-    for (const LapsaItem& item : snapshot) {
-        if (item.isExpired(clock.now()) && !item.locked && !m_inUse.rests(item, clock.now())) {
-            if (!run) {
-                run.emplace(snapshot, m_knownPaths);
-                announceLongWork(*run);
-                if (!settings().useRecoveryWindow && settings().useTrash) {
-                    run->batch.expectTrash(expiredPaths(snapshot, clock.now()));
-                }
-            }
-            saveAgedRecords();
-            deleteFileForItem(item, *run);
+/// What became due while the lanes looked is taken as well.
+void LapsaStore::handOverDue(const QStringList& lockedPaths, const QList<SeenPlace>& lockedPlaces)
+{
+    const TimePoint now = m_environment.clock.now();
+    const QSet<QString> underWay = m_disposals.ids();
+    QList<LapsaItem> due;
+    for (const LapsaItem& item : std::as_const(m_items)) {
+        if (item.isExpired(now) && !item.locked && !m_inUse.rests(item, now) && !underWay.contains(item.id)) {
+            due.push_back(item);
         }
     }
-    if (run && !run->handled.isEmpty()) {
-        takeOffTheList(*run);
-        saveSoon();
-        saveRecoverySoon();
+    if (due.isEmpty()) {
+        return;
     }
+    DisposalPlan plan = planFor(due, lockedPaths, lockedPlaces);
+    m_disposals.handOver(
+        std::move(plan),
+        {.outcome = [this](const LapsaItem& item, const DisposalOutcome& outcome) { return heardOf(item, outcome); },
+         .settled = [this](const Disposals::Handled& handled) { takeOffTheList(handled); },
+         .longWork = [this](std::int64_t bytes) { saveBeforeLongWork(bytes); }});
+    showLongWork();
 }
 
 // Checks neither the item's own lock nor the time left, on purpose: the user asked for it now.
-LapsaStore::DeleteOutcome LapsaStore::deleteNow(const LapsaItem& item)
+void LapsaStore::deleteNow(const LapsaItem& item, const std::function<void(DeleteOutcome outcome)>& done)
 {
-    DisposalRun run(m_items, m_knownPaths);
-    run.byHand = true;
-    announceLongWork(run);
-    deleteFileForItem(item, run);
-    if (isInUse(item.id)) {
-        const auto found = firstItem(item.id);
-        if (found != m_items.end()) {
-            emit willChange();
-            found->locked = false;
-            found->expiresAt = std::min(found->expiresAt, m_environment.clock.now());
-            saveSoon();
-        }
-        return DeleteOutcome::InUse;
-    }
-    if (run.handled.isEmpty()) {
-        return DeleteOutcome::HoldsLockedItem;
-    }
-    removeItems(item.id);
-    takeOffTheList(run);
-    saveSoon();
-    return DeleteOutcome::OffTheList;
+    // Not by its lane as well: it may wait there for its turn.
+    m_disposals.stop(item.id);
+    withLockedPlaces([this, item, done](const QStringList& paths, const QList<SeenPlace>& seen) {
+        DisposalPlan plan = planFor({item}, paths, seen);
+        plan.byHand = true;
+        m_disposals.handOver(std::move(plan),
+                             {.outcome =
+                                  [this, done](const LapsaItem& deleted, const DisposalOutcome& outcome) {
+                                      return heardOfDeletion(deleted, outcome, done);
+                                  },
+                              .settled = [this](const Disposals::Handled& handled) { takeOffTheList(handled); },
+                              .longWork = [this](std::int64_t bytes) { saveBeforeLongWork(bytes); }});
+        showLongWork();
+    });
 }
 
-// Items that expired meanwhile were not handled; they stay for the next pass.
-void LapsaStore::takeOffTheList(const DisposalRun& run)
+DisposalPlan LapsaStore::planFor(const QList<LapsaItem>& items, const QStringList& lockedPaths,
+                                 const QList<SeenPlace>& lockedPlaces) const
 {
-    const auto wentWithItsFolder = [&run](const LapsaItem& item) {
+    const auto way = settings().useRecoveryWindow ? DisposalWay::Recovery
+                     : settings().useTrash        ? DisposalWay::Trash
+                                                  : DisposalWay::ForGood;
+    return {.items = items,
+            .way = way,
+            .lockedPaths = lockedPaths,
+            .lockedPlaces = lockedPlaces,
+            .knownPaths = m_knownPaths,
+            .recoveryNames = m_recoveryNames,
+            .stops = nullptr};
+}
+
+/// Most work is done before anybody could see it.
+void LapsaStore::showLongWork()
+{
+    constexpr std::chrono::milliseconds soon{500};
+    if (!m_disposals.isWorking()) {
+        return;
+    }
+    m_longWork = m_environment.mainQueue.asyncAfter(soon, [this] {
+        if (m_disposals.isWorking()) {
+            emit willChange();
+        }
+    });
+}
+
+/// The answer: whether the item is to leave the list.
+bool LapsaStore::heardOf(const LapsaItem& item, const DisposalOutcome& outcome)
+{
+    using Fate = DisposalOutcome::Fate;
+    saveAgedRecords();
+    switch (outcome.fate) {
+    case Fate::HeldByLock:
+    case Fate::Stopped:
+        return false;
+    case Fate::InUse:
+        // Not a failure yet: a later pass will try again when nobody is writing any more.
+        emit willChange();
+        m_inUse.add(item, outcome.wasCopied ? BusyItems::Cost::Copy : BusyItems::Cost::Little,
+                    m_environment.clock.now());
+        return false;
+    case Fate::Failed:
+        systemLog(u"Lapsa failed to delete "_s + item.path + u": "_s + outcome.error.description);
+        break;
+    case Fate::Done:
+        if (!outcome.recoveryPath.isEmpty()) {
+            makeRecord(item, outcome.recoveryPath);
+            if (outcome.cameTooLate) {
+                restoreRecoveryItem(LapsaRecoveryItem(m_recoveryItems.constLast()));
+            }
+        }
+        break;
+    case Fate::NothingThere:
+        break;
+    }
+    m_inUse.remove(item.id);
+    return !outcome.cameTooLate;
+}
+
+bool LapsaStore::heardOfDeletion(const LapsaItem& item, const DisposalOutcome& outcome,
+                                 const std::function<void(DeleteOutcome outcome)>& done)
+{
+    using Fate = DisposalOutcome::Fate;
+    const bool handled = heardOf(item, outcome);
+    if (handled) {
+        removeItems(item.id);
+        saveSoon();
+    } else if (const auto found = firstItem(item.id); outcome.fate == Fate::InUse && found != m_items.end()) {
+        emit willChange();
+        found->locked = false;
+        found->expiresAt = std::min(found->expiresAt, m_environment.clock.now());
+        saveSoon();
+    }
+    if (done) {
+        done(handled                            ? DeleteOutcome::OffTheList
+             : outcome.fate == Fate::InUse      ? DeleteOutcome::InUse
+             : outcome.fate == Fate::HeldByLock ? DeleteOutcome::HoldsLockedItem
+                                                : DeleteOutcome::Stopped);
+    }
+    return handled;
+}
+
+void LapsaStore::makeRecord(const LapsaItem& item, const QString& recoveryPath)
+{
+    emit willChange();
+    const Clock& clock = m_environment.clock;
+    const TimePoint deletedAt = clock.now();
+    m_recoveryItems.push_back({
+        .id = randomUuid(),
+        .originalPath = item.path,
+        .recoveryPath = recoveryPath,
+        .displayName = item.displayName,
+        .deletedAt = deletedAt,
+        .purgeAfter = addingHours(clock.now(), std::max<std::int64_t>(settings().recoveryRetentionHours, 1)),
+    });
+    if (!m_recordUnsavedSince) {
+        m_recordUnsavedSince = deletedAt;
+        saveRecoverySoon();
+    }
+    const QString name = lastPathComponent(recoveryPath);
+    if (m_purging) {
+        m_namesToRelease.push_back(name); // the purge does not know this record
+    } else {
+        m_recoveryNames->release(name);
+    }
+}
+
+/// Items that expired meanwhile were not handled; they stay for the next pass.
+void LapsaStore::takeOffTheList(const Disposals::Handled& handled)
+{
+    if (handled.items.isEmpty()) {
+        return;
+    }
+    const auto wentWithItsFolder = [&handled](const LapsaItem& item) {
         const std::optional<QString> path = fileSystem::standardizedPath(item.path);
         for (QString folder = parentPath(path.value_or(QString())); folder.size() > 1; folder = parentPath(folder)) {
-            if (run.goneFolders.contains(folder)) {
+            if (handled.goneFolders.contains(folder)) {
                 return true;
             }
         }
         return false;
     };
+    QSet<std::pair<QString, QString>> gone;
+    gone.reserve(handled.items.size());
+    for (const LapsaItem& item : handled.items) {
+        gone.insert({item.id, item.path});
+    }
     emit willChange();
-    // Meanwhile the list has only grown, so one parallel walk finds all of them.
-    auto next = run.handled.cbegin();
     m_items.removeIf([&](const LapsaItem& item) {
-        const bool handled = next != run.handled.cend() && next->first == item.id && next->second == item.path;
-        next += handled ? 1 : 0;
-        return !item.locked && (handled || (!run.goneFolders.isEmpty() && wentWithItsFolder(item)));
+        return !item.locked &&
+               (gone.contains({item.id, item.path}) || (!handled.goneFolders.isEmpty() && wentWithItsFolder(item)));
     });
+    saveSoon();
+    if (!handled.byHand) {
+        saveRecoverySoon();
+    }
 }
 
 void LapsaStore::markWarningSent(const QString& id)
@@ -163,101 +234,19 @@ void LapsaStore::markWarningsSent(const QSet<QString>& ids)
     changeItems(ids, [](LapsaItem& item) { item.fiveMinuteWarningSent = true; });
 }
 
-void LapsaStore::deleteFileForItem(const LapsaItem& item, DisposalRun& run)
-{
-    const fileSystem::BatchEntry entry = run.batch.find(item.path);
-    const std::optional<fileSystem::EntryInfo> info = entry.info();
-    const bool heldByLock =
-        info && ((!run.byHand && run.locked.includes(item.path, *info)) || run.locked.lieIn(item.path, *info));
-    if (heldByLock) {
-        return;
-    }
-    run.handled.push_back({item.id, item.path});
-    // Somebody else removed the file: there is nothing to do or report. A relative path, possible in an edited file, is
-    // refused below like everything else that must not be touched.
-    if (!entry.exists() && item.path.startsWith(u'/')) {
-        m_inUse.remove(item.id);
-        return;
-    }
-    run.copied = false;
-    const Result<void> disposed = disposeOf(item, entry, run);
-    if (!disposed && disposed.error().code == ETXTBSY) {
-        keepUntilUnused(item, run);
-        return;
-    }
-    m_inUse.remove(item.id);
-    if (!disposed) {
-        systemLog(u"Lapsa failed to delete "_s + item.path + u": "_s + disposed.error().description);
-    } else if (info && info->isDirectory) {
-        run.goneFolders.insert(fileSystem::standardizedPath(item.path).value_or(item.path));
-    }
-}
-
-// Not a failure yet: a later pass will try again when nobody is writing any more.
-void LapsaStore::keepUntilUnused(const LapsaItem& item, DisposalRun& run)
-{
-    emit willChange();
-    run.handled.pop_back();
-    m_inUse.add(item, run.copied ? BusyItems::Cost::Copy : BusyItems::Cost::Little, m_environment.clock.now());
-}
-
-Result<void> LapsaStore::disposeOf(const LapsaItem& item, const fileSystem::BatchEntry& entry, DisposalRun& run)
-{
-    if (settings().useRecoveryWindow) {
-        return moveToRecovery(item, entry, run);
-    }
-    return settings().useTrash ? run.batch.moveToTrash(entry) : run.batch.remove(entry);
-}
-
-Result<void> LapsaStore::moveToRecovery(const LapsaItem& item, const fileSystem::BatchEntry& entry, DisposalRun& run)
-{
-    const QString name = recoveryFileName(item);
-    Result<QString> moved = moveToFreeName(run.batch, entry, run.recoveryFolder + u'/' + name, run.freeNames);
-    if (!moved && moved.error().code == ENOENT) {
-        // The recovery folder was removed; ask for it again, which creates it.
-        run.recoveryFolder = AppPaths::recoveryDirectory().toLocalFile();
-        moved = moveToFreeName(run.batch, entry, run.recoveryFolder + u'/' + name, run.freeNames);
-    }
-    if (!moved) {
-        return moved.error();
-    }
-    emit willChange();
-    const Clock& clock = m_environment.clock;
-    const TimePoint deletedAt = clock.now();
-    m_recoveryItems.push_back({
-        .id = randomUuid(),
-        .originalPath = item.path,
-        .recoveryPath = std::move(moved).value(),
-        .displayName = item.displayName,
-        .deletedAt = deletedAt,
-        .purgeAfter = addingHours(clock.now(), std::max<std::int64_t>(settings().recoveryRetentionHours, 1)),
-    });
-    if (!m_recordUnsavedSince) {
-        m_recordUnsavedSince = deletedAt;
-    }
-    return {};
-}
-
-void LapsaStore::announceLongWork(DisposalRun& run)
-{
-    run.batch.announceLongWork([this, &run](std::int64_t bytes) {
-        run.copied = bytes > soonCopied;
-        saveBeforeLongWork(bytes);
-    });
-}
-
 void LapsaStore::saveBeforeLongWork(std::int64_t bytes)
 {
+    constexpr std::int64_t soonCopied = 1 << 20;
     if (bytes > soonCopied && m_recordUnsavedSince) {
         saveRecoveryNow();
     }
 }
 
-// A pass can take long, and no timer fires meanwhile. If the process ended, unsaved records would be lost and their
-// files would stay in Recovery, unknown to Lapsa.
+// Records arrive faster than the timer of a save can fire. If the process ended, unsaved records would be lost and
+// their files would stay in Recovery, unknown to Lapsa.
 void LapsaStore::saveAgedRecords()
 {
-    // The next step takes time as well; a record should be saved after at most 0.35 seconds.
+    // The next record takes time as well; each should be saved after at most 0.35 seconds.
     constexpr std::chrono::milliseconds oldest{300};
     if (m_recordUnsavedSince && m_environment.clock.now() - *m_recordUnsavedSince >= oldest) {
         saveRecoveryNow();

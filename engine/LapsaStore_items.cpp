@@ -4,15 +4,20 @@
 #include "Clock.h"
 #include "FileName.h"
 #include "LapsaStore.h"
+#include "MainQueue.h"
 #include "Pasteboard.h"
 #include "Workspace.h"
 
+#include <QPointer>
+
 #include <algorithm>
+#include <utility>
 
 namespace lapsa {
 
 void LapsaStore::removeFromList(const LapsaItem& item)
 {
+    m_disposals.stop(item.id);
     removeItems(item.id);
     saveSoon();
 }
@@ -26,6 +31,9 @@ void LapsaStore::toggleLock(const LapsaItem& item)
     }
     emit willChange();
     found->locked = !found->locked;
+    if (found->locked) {
+        keepWhatIsLocked({found->id});
+    }
     saveSoon();
 }
 
@@ -37,6 +45,7 @@ void LapsaStore::lockItem(const QString& id)
 void LapsaStore::lockItems(const QSet<QString>& ids)
 {
     changeItems(ids, [](LapsaItem& item) { item.locked = true; });
+    keepWhatIsLocked(ids);
 }
 
 void LapsaStore::updateExpiration(const LapsaItem& item, std::int64_t minutes)
@@ -45,11 +54,33 @@ void LapsaStore::updateExpiration(const LapsaItem& item, std::int64_t minutes)
     if (found == m_items.end()) {
         return;
     }
+    m_disposals.stop(found->id);
     emit willChange();
     // No upper bound here, on purpose: the caller limits what the user can enter.
     found->expiresAt = addingMinutes(m_environment.clock.now(), std::max<std::int64_t>(minutes, 1));
     found->fiveMinuteWarningSent = false;
     saveSoon();
+}
+
+/// A lane may be about to take these items, or a folder that holds one of them.
+void LapsaStore::keepWhatIsLocked(const QSet<QString>& ids)
+{
+    if (!m_disposals.isWorking()) {
+        return;
+    }
+    for (const LapsaItem& item : std::as_const(m_items)) {
+        if (item.locked && ids.contains(item.id)) {
+            m_disposals.stop(item.id);
+            m_disposals.stopFoldersAbove(item.path);
+        }
+    }
+    // A link can lead to a locked item as well: what has not begun is handed over anew, with this lock.
+    m_disposals.closePasses();
+    m_environment.mainQueue.async([store = QPointer(this)] {
+        if (store) {
+            store->deleteExpiredItems();
+        }
+    });
 }
 
 void LapsaStore::open(const LapsaItem& item)

@@ -3,57 +3,54 @@
 
 #include "RecoveryPurge.h"
 
+#include "RecoveryNames.h"
 #include "Spelling.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
-#include <iterator>
+#include <cerrno>
 #include <optional>
-#include <tuple>
 #include <utility>
 
 namespace lapsa {
 
-namespace {
-
-QList<LapsaItem> notRunOut(const QList<LapsaItem>& items, TimePoint now)
-{
-    QList<LapsaItem> chosen;
-    std::ranges::copy_if(items, std::back_inserter(chosen),
-                         [now](const LapsaItem& item) { return item.locked || !item.isExpired(now); });
-    return chosen;
-}
-
-} // namespace
-
-RecoveryPurge::RecoveryPurge(const QList<LapsaRecoveryItem>& records, const QList<LapsaItem>& items, TimePoint now)
-    : m_records(records)
+RecoveryPurge::RecoveryPurge(QList<LapsaRecoveryItem> records, const KeptItems& items, TimePoint now)
+    : m_records(std::move(records))
     , m_now(now)
-    , m_itemsNotRunOut(notRunOut(items, now))
+    , m_itemsNotRunOut(items.paths, items.places)
 {}
 
-QList<LapsaRecoveryItem> RecoveryPurge::run(fileSystem::Batch& batch)
+QList<LapsaRecoveryItem> RecoveryPurge::run(fileSystem::Batch& batch, RecoveryNames& names,
+                                            const std::function<bool()>& goesOn)
 {
-    for (const LapsaRecoveryItem& record : m_records) {
+    for (const LapsaRecoveryItem& record : std::as_const(m_records)) {
         const std::optional<QString> name = isDue(record) ? std::nullopt : m_folder.nameOf(record.recoveryPath);
         if (name) {
             m_keptNames.insert(*name);
         }
     }
-    QList<LapsaRecoveryItem> remaining;
-    for (const LapsaRecoveryItem& record : m_records) {
-        if (!isDue(record) || purge(record, batch) == Fate::Remains) {
-            remaining.push_back(record);
+    QList<LapsaRecoveryItem> dropped;
+    for (const LapsaRecoveryItem& record : std::as_const(m_records)) {
+        if (isDue(record) && goesOn() && purge(record, batch, names) == Fate::Dropped) {
+            dropped.push_back(record);
         }
     }
-    return remaining;
+    return dropped;
 }
 
-RecoveryPurge::Fate RecoveryPurge::purge(const LapsaRecoveryItem& record, fileSystem::Batch& batch)
+RecoveryPurge::Fate RecoveryPurge::purge(const LapsaRecoveryItem& record, fileSystem::Batch& batch,
+                                         RecoveryNames& names)
 {
     const std::optional<QString> name = m_folder.nameOf(record.recoveryPath);
     if (!name) {
         return Fate::Dropped;
     }
+    // Another lane may just have moved a file to this name, which has no record yet.
+    if (!names.claim(*name)) {
+        return Fate::Remains;
+    }
+    const auto claim = qScopeGuard([&] { names.release(*name); });
     const fileSystem::BatchEntry copy = batch.find(m_folder.held(), *name);
     const std::optional<fileSystem::EntryInfo> info = copy.info();
     if (!info) {
@@ -66,7 +63,11 @@ RecoveryPurge::Fate RecoveryPurge::purge(const LapsaRecoveryItem& record, fileSy
     // A file that was taken back by hand and expired again can have the same path as its first copy; the later record
     // decides.
     if (!isKept(*name, *info)) {
-        std::ignore = batch.remove(copy); // silent on purpose: the record goes either way
+        const Result<void> removed = batch.remove(copy);
+        if (!removed && removed.error().code == ECANCELED) {
+            return Fate::Remains; // the program ends: the next start goes on
+        }
+        // Any other failure is silent on purpose: the record goes either way.
     }
     return Fate::Dropped;
 }

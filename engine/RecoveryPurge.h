@@ -6,7 +6,6 @@
 #include "EntryIndex.h"
 #include "FileBatch.h"
 #include "ItemPlaces.h"
-#include "LapsaItem.h"
 #include "LapsaRecoveryItem.h"
 #include "RecoveryFolder.h"
 #include "Time.h"
@@ -15,21 +14,33 @@
 #include <QList>
 #include <QSet>
 #include <QString>
+#include <QStringList>
+
+#include <functional>
 
 namespace lapsa {
+
+class RecoveryNames;
 
 /// One pass over the records to purge copies whose retention has expired. Removes files only in this Lapsa's own
 /// Recovery folder; a copy stays there while another record that is not yet due keeps it.
 class RecoveryPurge final
 {
 public:
-    /// `records` outlives this object.
-    RecoveryPurge(const QList<LapsaRecoveryItem>& records, const QList<LapsaItem>& items, TimePoint now);
+    /// The items on the list that are locked or have not run out: where they are by their paths, and as seen on disk.
+    struct KeptItems
+    {
+        QStringList paths;
+        QList<SeenPlace> places;
+    };
 
-    /// Removes what is due and returns the records that remain: those that are not due, and those whose copies, or
+    RecoveryPurge(QList<LapsaRecoveryItem> records, const KeptItems& items, TimePoint now);
+
+    /// Removes what is due and returns the records to drop. Those that are not due remain, and those whose copies, or
     /// something inside them, are on the list again, locked or not yet expired. A record whose copy cannot be removed,
-    /// is gone or lies elsewhere is dropped.
-    [[nodiscard]] QList<LapsaRecoveryItem> run(fileSystem::Batch& batch);
+    /// is gone or lies elsewhere is dropped. Ends early if `goesOn` returns false.
+    [[nodiscard]] QList<LapsaRecoveryItem> run(fileSystem::Batch& batch, RecoveryNames& names,
+                                               const std::function<bool()>& goesOn);
 
 private:
     enum class Fate
@@ -40,10 +51,10 @@ private:
 
     [[nodiscard]] bool isDue(const LapsaRecoveryItem& record) const { return record.purgeAfter <= m_now; }
 
-    [[nodiscard]] Fate purge(const LapsaRecoveryItem& record, fileSystem::Batch& batch);
+    [[nodiscard]] Fate purge(const LapsaRecoveryItem& record, fileSystem::Batch& batch, RecoveryNames& names);
     [[nodiscard]] bool isKept(const QString& name, const fileSystem::EntryInfo& entry);
 
-    const QList<LapsaRecoveryItem>& m_records;
+    QList<LapsaRecoveryItem> m_records;
     TimePoint m_now;
     RecoveryFolder m_folder;
     ItemPlaces m_itemsNotRunOut;

@@ -16,11 +16,17 @@ Result<QString> moveToFreeName(fileSystem::Batch& batch, const fileSystem::Batch
     Result<void> moved;
     for (int attempt = 0; attempt < mostTries; ++attempt) {
         const QString destination = freeNames.uniquePath(wanted);
+        if (!freeNames.claim(destination)) {
+            moved = FileError::fromErrno(EEXIST);
+            freeNames.reject(wanted, destination);
+            continue;
+        }
         moved = batch.move(entry, destination);
         if (moved) {
             freeNames.markTaken(destination);
             return destination;
         }
+        freeNames.release(destination);
         if (moved.error().code != EEXIST) {
             break;
         }

@@ -5,6 +5,7 @@
 
 #include "FileName.h"
 #include "FileSystem.h"
+#include "RecoveryNames.h"
 
 namespace lapsa {
 
@@ -85,6 +86,18 @@ QString FreeNames::uniquePath(const QString& path)
         ++number;
     }
     return joined(folder, fileNameVariant(name, number));
+}
+
+bool FreeNames::claim(const QString& proposal) const
+{
+    return !m_claims || m_claims->claim(lastPathComponent(proposal));
+}
+
+void FreeNames::release(const QString& proposal) const
+{
+    if (m_claims) {
+        m_claims->release(lastPathComponent(proposal));
+    }
 }
 
 void FreeNames::markTaken(const QString& path)

@@ -8,9 +8,13 @@
 #include <QString>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <utility>
 
 namespace lapsa {
+
+class RecoveryNames;
 
 /// The maximum length of a file name in UTF-8 bytes (NAME_MAX).
 inline constexpr qsizetype maxFileNameBytes = 255;
@@ -25,8 +29,18 @@ inline constexpr qsizetype maxFileNameBytes = 255;
 class FreeNames final
 {
 public:
+    /// With `claims`, a name is free only if nobody else has claimed it.
+    explicit FreeNames(std::shared_ptr<RecoveryNames> claims = nullptr)
+        : m_claims(std::move(claims))
+    {}
+
     /// The path itself, until a name in its folder was found to be taken; after that, its first free variant there.
     [[nodiscard]] QString uniquePath(const QString& path);
+
+    /// Claims `proposal` before a move to it; false if somebody else has claimed it. A claim outlives this object.
+    [[nodiscard]] bool claim(const QString& proposal) const;
+    /// After a move that failed.
+    void release(const QString& proposal) const;
 
     /// Marks `path` as taken.
     void markTaken(const QString& path);
@@ -45,6 +59,7 @@ private:
 
     [[nodiscard]] Folder& listed(const QString& folder);
 
+    std::shared_ptr<RecoveryNames> m_claims;
     QHash<QString, Folder> m_folders;
 };
 

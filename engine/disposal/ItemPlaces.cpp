@@ -9,16 +9,11 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <iterator>
-#include <optional>
-#include <utility>
 
 namespace lapsa {
 
-namespace {
-
 /// Looks up entries; consecutive entries of the same folder share one open folder.
-class Neighbours
+class PlaceLook::Neighbours
 {
 public:
     [[nodiscard]] Result<fileSystem::EntryInfo> info(const QString& path)
@@ -36,6 +31,13 @@ private:
     std::optional<fileSystem::HeldFolder> m_folder;
 };
 
+namespace {
+
+Result<fileSystem::EntryInfo> infoAt(const QString& path)
+{
+    return fileSystem::HeldFolder(parentPath(path)).info(lastPathComponent(path));
+}
+
 bool isSpelledIn(const QMultiHash<QString, QString>& spellings, const QString& path)
 {
     const auto [begin, end] = spellings.equal_range(foldedSpelling(path));
@@ -49,71 +51,99 @@ bool isGone(const Result<fileSystem::EntryInfo>& found)
 
 } // namespace
 
-ItemPlaces::ItemPlaces(const QList<LapsaItem>& items)
+PlaceLook::PlaceLook()
+    : m_neighbours(std::make_unique<Neighbours>())
+{}
+
+PlaceLook::~PlaceLook() = default;
+
+std::optional<SeenPlace> PlaceLook::at(const QString& path)
 {
-    m_files.reserve(items.size());
-    for (const LapsaItem& item : items) {
-        m_files.push_back(item.path);
+    const std::optional<QString> standardized = fileSystem::standardizedPath(path);
+    if (!standardized || *standardized == u"/") {
+        return std::nullopt;
+    }
+    const Result<fileSystem::EntryInfo> found = m_neighbours->info(*standardized);
+    if (isGone(found)) {
+        return std::nullopt;
+    }
+    SeenPlace seen{.path = *standardized,
+                   .entry = found ? std::optional(found.value()) : std::nullopt,
+                   .folders = {},
+                   .foldersAbove = {}};
+    // Each folder that the path names, and the folders above it on disk: a symbolic link can lead out of the named
+    // folder, and both places hold the item.
+    for (QString folder = parentPath(*standardized); !m_visited.contains(folder); folder = parentPath(folder)) {
+        m_visited.insert(folder);
+        seen.folders.push_back(folder);
+        // The folders above a known folder are known as well.
+        fileSystem::forEachFolderUpwards(folder, [&](const FileIdentity& identity) {
+            const bool isNew = m_above.insert(identity).second;
+            if (isNew) {
+                seen.foldersAbove.push_back(identity);
+            }
+            return isNew;
+        });
+    }
+    return seen;
+}
+
+ItemPlaces::ItemPlaces(const QStringList& paths, const QList<SeenPlace>& seen)
+{
+    readPaths(paths);
+    for (const SeenPlace& place : seen) {
+        if (place.entry) {
+            m_entries.add(*place.entry, lastPathComponent(place.path));
+        }
+        m_spellings.insert(foldedSpelling(place.path), place.path);
+        for (const QString& folder : place.folders) {
+            m_spellingsAbove.insert(foldedSpelling(folder), folder);
+        }
+        m_above.insert(place.foldersAbove.cbegin(), place.foldersAbove.cend());
     }
 }
 
-ItemPlaces ItemPlaces::ofLocked(const QList<LapsaItem>& items)
-{
-    QList<LapsaItem> locked;
-    std::ranges::copy_if(items, std::back_inserter(locked), &LapsaItem::locked);
-    return ItemPlaces(locked);
-}
-
-bool ItemPlaces::areAtOrIn(const QString& path)
+bool ItemPlaces::areAtOrIn(const QString& path) const
 {
     if (m_files.isEmpty()) {
         return false;
     }
     const QString standardized = fileSystem::standardizedPath(path).value_or(path);
-    const auto found = Neighbours().info(standardized);
+    const auto found = infoAt(standardized);
     return found && (includes(standardized, found.value()) || lieIn(standardized, found.value()));
 }
 
-bool ItemPlaces::includes(const QString& path, const fileSystem::EntryInfo& entry)
+bool ItemPlaces::includes(const QString& path, const fileSystem::EntryInfo& entry) const
 {
     if (m_files.isEmpty()) {
         return false;
     }
-    readPaths();
     const QString standardized = fileSystem::standardizedPath(path).value_or(path);
-    if (m_paths.contains(standardized)) {
-        return true;
-    }
-    lookAtDisk();
-    return m_entries.contains(entry, lastPathComponent(standardized)) || isSpelledIn(m_spellings, standardized);
+    return m_paths.contains(standardized) || m_entries.contains(entry, lastPathComponent(standardized)) ||
+           isSpelledIn(m_spellings, standardized);
 }
 
-bool ItemPlaces::lieIn(const QString& path, const fileSystem::EntryInfo& entry)
+bool ItemPlaces::lieIn(const QString& path, const fileSystem::EntryInfo& entry) const
 {
     if (m_files.isEmpty()) {
         return false;
     }
-    readPaths();
     const QString standardized = fileSystem::standardizedPath(path).value_or(path);
     if (m_pathsAbove.contains(standardized) && existBelow(standardized)) {
         return true;
     }
-    if (!entry.isDirectory) {
-        return false;
-    }
-    lookAtDisk();
-    return m_above.contains(entry.identity) || isSpelledIn(m_spellingsAbove, standardized);
+    return entry.isDirectory && (m_above.contains(entry.identity) || isSpelledIn(m_spellingsAbove, standardized));
 }
 
-void ItemPlaces::readPaths()
+void ItemPlaces::readPaths(const QStringList& paths)
 {
-    if (std::exchange(m_pathsRead, true)) {
-        return;
+    m_files.reserve(paths.size());
+    for (const QString& path : paths) {
+        const QString standardized = fileSystem::standardizedPath(path).value_or(QString());
+        if (!standardized.isEmpty() && standardized != u"/") {
+            m_files.push_back(standardized);
+        }
     }
-    for (QString& path : m_files) {
-        path = fileSystem::standardizedPath(path).value_or(QString());
-    }
-    m_files.removeIf([](const QString& path) { return path.isEmpty() || path == u"/"; });
     m_paths = QSet<QString>(m_files.cbegin(), m_files.cend());
     for (const QString& path : std::as_const(m_files)) {
         QString folder = parentPath(path);
@@ -124,45 +154,11 @@ void ItemPlaces::readPaths()
     }
 }
 
-void ItemPlaces::lookAtDisk()
-{
-    if (std::exchange(m_diskSeen, true)) {
-        return;
-    }
-    Neighbours neighbours;
-    for (const QString& path : std::as_const(m_files)) {
-        const Result<fileSystem::EntryInfo> found = neighbours.info(path);
-        if (isGone(found)) {
-            continue;
-        }
-        if (found) {
-            m_entries.add(found.value(), lastPathComponent(path));
-        }
-        m_spellings.insert(foldedSpelling(path), path);
-        addFoldersAbove(parentPath(path));
-    }
-}
-
-/// Adds each folder that the path names, and the folders above it on disk: a symbolic link can lead out of the named
-/// folder, and both places hold the item.
-void ItemPlaces::addFoldersAbove(QString folder)
-{
-    while (!m_visited.contains(folder)) {
-        m_visited.insert(folder);
-        m_spellingsAbove.insert(foldedSpelling(folder), folder);
-        // The folders above a known folder are known as well.
-        fileSystem::forEachFolderUpwards(
-            folder, [this](const FileIdentity& identity) { return m_above.insert(identity).second; });
-        folder = parentPath(folder);
-    }
-}
-
 bool ItemPlaces::existBelow(const QString& path) const
 {
     const QString beginning = path == u"/" ? path : path + u'/';
-    Neighbours neighbours;
     return std::ranges::any_of(
-        m_files, [&](const QString& file) { return file.startsWith(beginning) && !isGone(neighbours.info(file)); });
+        m_files, [&](const QString& file) { return file.startsWith(beginning) && !isGone(infoAt(file)); });
 }
 
 } // namespace lapsa

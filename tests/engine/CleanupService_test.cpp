@@ -90,7 +90,7 @@ private slots:
     void whilePausedAPassWarnsOfNothingAndDeletesAndPurgesNothing()
     {
         CleanupWorld world;
-        std::ignore = world.store().deleteNow(world.add(world.home.makeFile(u"parked.txt"_s)));
+        world.store().deleteNow(world.add(world.home.makeFile(u"parked.txt"_s)));
         const QString copy = world.store().recoveryItems().first().recoveryPath;
         world.time.advance(24h);
         const LapsaItem due = world.add(world.home.makeFile(u"due.txt"_s), 20);

@@ -35,7 +35,7 @@ private slots:
         const QString fresh = world.home.makeFile(u"fresh.txt"_s);
         const LapsaItem before = world.add(listed);
 
-        const AddResult result = world.store().addFiles(urlsOf({fresh, world.home.path(u"missing"_s), listed, fresh}));
+        const AddResult result = world.added(urlsOf({fresh, world.home.path(u"missing"_s), listed, fresh}));
 
         const QString id = world.item(fresh).id;
         QCOMPARE(result, (AddResult{.ids = {id, before.id, id}, .newFolders = {}, .refused = {}}));
@@ -49,8 +49,8 @@ private slots:
         QVERIFY(QFile::link(folder, link));
         const QList<QUrl> urls = urlsOf({folder, world.home.makeFile(u"a.txt"_s), link, folder});
 
-        QCOMPARE(world.store().addFiles(urls).newFolders, QStringList({folder, link}));
-        QCOMPARE(world.store().addFiles(urls).newFolders, QStringList());
+        QCOMPARE(world.added(urls).newFolders, QStringList({folder, link}));
+        QCOMPARE(world.added(urls).newFolders, QStringList());
     }
 
     void whatMayNeverBeTakenIsNotAddedAndItsReasonIsTold_data()
@@ -84,7 +84,7 @@ private slots:
         world.start();
         const QString file = world.home.makeFile(u"users/ada/a.txt"_s);
 
-        const AddResult result = world.store().addFiles(urlsOf({path.replace(u"TOP"_s, top), file}));
+        const AddResult result = world.added(urlsOf({path.replace(u"TOP"_s, top), file}));
 
         QCOMPARE(world.listedNames(), QStringList{u"a.txt"_s});
         QCOMPARE(result.ids, QStringList{world.item(file).id});
@@ -98,7 +98,7 @@ private slots:
         StoreWorld world;
         const QString home = world.home.path(u"."_s).chopped(2);
 
-        const AddResult result = world.store().addFiles(urlsOf({home + u"//folder/../"_s}));
+        const AddResult result = world.added(urlsOf({home + u"//folder/../"_s}));
 
         QCOMPARE(result.refused, QList({AddResult::Refused{.path = home, .reason = Refusal::Home}}));
     }
@@ -110,7 +110,7 @@ private slots:
         QFile::remove(world.home.dataPath(u"state.json"_s));
         const QSignalSpy changes(&world.store(), &LapsaStore::willChange);
 
-        world.store().addFiles(urlsOf({u"/"_s}));
+        world.added(urlsOf({u"/"_s}));
         world.letSavesPass();
 
         QCOMPARE(changes.size(), 0);
@@ -130,7 +130,7 @@ private slots:
         mounts.mountTemporary(disk);
         mounts.bind(world.home.makeFile(u"original.txt"_s), file);
 
-        const AddResult result = world.store().addFiles(urlsOf({disk, file, world.home.path(u"watched"_s)}));
+        const AddResult result = world.added(urlsOf({disk, file, world.home.path(u"watched"_s)}));
         world.home.makeFile(u"watched/ordinary.txt"_s);
         world.changeSettings([&](LapsaSettings& settings) {
             settings.autoCleanFolders = {{.folderPath = world.home.path(u"watched"_s), .includeExistingFiles = true}};

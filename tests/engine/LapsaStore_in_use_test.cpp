@@ -85,7 +85,7 @@ private slots:
         QFile writer(item.path);
         QVERIFY(writer.open(QIODevice::WriteOnly | QIODevice::Append));
 
-        QCOMPARE(world.store().deleteNow(item), LapsaStore::DeleteOutcome::InUse);
+        QCOMPARE(world.deleted(item), LapsaStore::DeleteOutcome::InUse);
         QVERIFY(item.exists());
         QCOMPARE(world.listedNames(), QStringList{u"a.txt"_s});
 
@@ -145,7 +145,7 @@ private slots:
         writer.close();
 
         if (byHand) {
-            QCOMPARE(world.store().deleteNow(item), LapsaStore::DeleteOutcome::OffTheList);
+            QCOMPARE(world.deleted(item), LapsaStore::DeleteOutcome::OffTheList);
         } else {
             world.store().updateExpiration(item, 1);
             world.time.advance(1min);

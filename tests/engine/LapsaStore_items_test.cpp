@@ -128,7 +128,7 @@ private slots:
         const LapsaItem item = world.add(world.home.makeFile(u"a.txt"_s), 600);
         world.store().toggleLock(item);
 
-        std::ignore = world.store().deleteNow(item);
+        world.store().deleteNow(item);
 
         QVERIFY(!item.exists());
         QVERIFY(world.store().items().isEmpty());
@@ -144,7 +144,7 @@ private slots:
         QVERIFY(QFile::remove(item.path));
         const test::LogCapture log;
 
-        std::ignore = world.store().deleteNow(item);
+        world.store().deleteNow(item);
 
         QVERIFY(world.store().items().isEmpty());
         QVERIFY(world.store().recoveryItems().isEmpty());
@@ -166,7 +166,7 @@ private slots:
         const LapsaItem item = world.store().items().first();
         const test::LogCapture log;
 
-        std::ignore = world.store().deleteNow(item);
+        world.store().deleteNow(item);
 
         QVERIFY(item.exists());
         QVERIFY(world.store().items().isEmpty());

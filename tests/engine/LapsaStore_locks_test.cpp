@@ -219,7 +219,7 @@ private slots:
         const LapsaItem folder = world.add(world.home.path(u"proj"_s));
         world.store().toggleLock(kept);
 
-        const LapsaStore::DeleteOutcome outcome = world.store().deleteNow(folder);
+        const LapsaStore::DeleteOutcome outcome = world.deleted(folder);
 
         QCOMPARE(outcome, LapsaStore::DeleteOutcome::HoldsLockedItem);
         QVERIFY(kept.exists());
@@ -233,7 +233,7 @@ private slots:
         const LapsaItem folder = world.add(world.home.path(u"proj"_s));
         world.store().toggleLock(folder); // its own lock is no hindrance
 
-        const LapsaStore::DeleteOutcome outcome = world.store().deleteNow(world.item(folder.path));
+        const LapsaStore::DeleteOutcome outcome = world.deleted(world.item(folder.path));
 
         QCOMPARE(outcome, LapsaStore::DeleteOutcome::OffTheList);
         QVERIFY(!folder.exists());

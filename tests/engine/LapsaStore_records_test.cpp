@@ -153,9 +153,9 @@ private slots:
     {
         test::StoreWorld world;
         world.home.makeFile(u"folder/a"_s);
-        std::ignore = world.store().deleteNow(world.add(world.home.path(u"folder"_s)));
+        world.store().deleteNow(world.add(world.home.path(u"folder"_s)));
         world.time.advance(24h);
-        std::ignore = world.store().deleteNow(world.add(world.home.makeFile(u"b"_s)));
+        world.store().deleteNow(world.add(world.home.makeFile(u"b"_s)));
         QByteArray seen;
         connect(&world.store(), &LapsaStore::willChange, this,
                 [&] { seen = seen.isNull() ? world.home.dataFile(u"recovery.json"_s) : seen; });

@@ -188,7 +188,7 @@ private slots:
     {
         StoreWorld world;
         world.home.makeFile(u"photos/2026/a.jpg"_s);
-        std::ignore = world.store().deleteNow(world.add(world.home.path(u"photos"_s)));
+        world.store().deleteNow(world.add(world.home.path(u"photos"_s)));
         world.time.advance(24h);
 
         world.store().purgeExpiredRecovery();

@@ -49,7 +49,7 @@ private slots:
     {
         StoreWorld world;
         world.add(world.home.makeFile(u"a.txt"_s));
-        std::ignore = world.store().deleteNow(world.item(world.home.path(u"a.txt"_s)));
+        world.store().deleteNow(world.item(world.home.path(u"a.txt"_s)));
         world.letSavesPass();
 
         QCOMPARE(world.home.names(u".local/share/Lapsa"_s),
@@ -174,6 +174,7 @@ private slots:
         {
             const LapsaStore store(settingsStore, {.clock = world.time,
                                                    .mainQueue = world.time,
+                                                   .lanes = world.lanes,
                                                    .fileWriter = world.fileWriter(),
                                                    .appearance = world.appearance,
                                                    .workspace = world.workspace,

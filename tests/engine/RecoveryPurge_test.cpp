@@ -74,7 +74,7 @@ private slots:
     {
         StoreWorld world;
         for (const QString& name : {u"purged"_s, u"deleted"_s, u"restored"_s}) {
-            std::ignore = world.store().deleteNow(world.add(world.home.makeFile(name, name.toUtf8())));
+            world.store().deleteNow(world.add(world.home.makeFile(name, name.toUtf8())));
         }
         world.letSavesPass();
         const QString old = world.home.path(recoveryFolder);

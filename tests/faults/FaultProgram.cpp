@@ -31,6 +31,7 @@ void FaultProgram::load()
     m_settingsStore.emplace(m_time, m_fileWriter);
     m_store.emplace(*m_settingsStore, LapsaStore::Environment{.clock = m_time,
                                                               .mainQueue = m_time,
+                                                              .lanes = m_lanes,
                                                               .fileWriter = m_fileWriter,
                                                               .appearance = m_appearance,
                                                               .workspace = m_workspace,

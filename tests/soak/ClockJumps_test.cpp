@@ -34,7 +34,7 @@ struct World final : test::StoreWorld
     World()
     {
         startService();
-        std::ignore = store().deleteNow(add(home.makeFile(u"copy.txt"_s)));
+        store().deleteNow(add(home.makeFile(u"copy.txt"_s)));
         copy = store().recoveryItems().constLast();
         longItem = add(home.makeFile(u"long.txt"_s), maxLifespanMinutes);
         lockedItem = add(home.makeFile(u"locked.txt"_s), 1);

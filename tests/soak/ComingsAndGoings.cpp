@@ -137,7 +137,7 @@ void ComingsAndGoings::touchItems()
 
     const LapsaItem disposed = anyItem();
     const QList<LapsaRecoveryItem> before = store.recoveryItems();
-    std::ignore = store.deleteNow(disposed);
+    store.deleteNow(disposed);
     followRecords(before);
     followDisposal(disposed);
 }

@@ -5,10 +5,13 @@
 
 #include "AddResult.h"
 #include "FileName.h"
+#include "LaneJob.h"
+#include "Lanes.h"
 #include "LapsaStore.h"
 #include "Localized.h"
 
 #include <QDeadlineTimer>
+#include <QPointer>
 
 #include <algorithm>
 #include <chrono>
@@ -21,7 +24,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// The panel waits for the count. Beyond these limits it would freeze noticeably, and a larger number is no more
+/// The message waits for the count. Beyond these limits it would come noticeably late, and a larger number is no more
 /// useful.
 constexpr std::int64_t mostCounted = 5000;
 constexpr auto patience = 100ms;
@@ -195,10 +198,21 @@ std::optional<QString> addMessage(const AddResult& result, const fileSystem::Cou
 
 void showAddMessage(LapsaStore& store, const AddResult& result)
 {
-    if (const std::optional<QString> message =
-            addMessage(result, {.most = mostCounted, .deadline = QDeadlineTimer(patience)})) {
-        store.setLastMessage(message);
+    const auto limits = [] {
+        return fileSystem::CountLimits{.most = mostCounted, .deadline = QDeadlineTimer(patience)};
+    };
+    const auto show = [store = QPointer(&store)](const std::optional<QString>& message) {
+        if (store && message) {
+            store->setLastMessage(message);
+        }
+    };
+    if (result.newFolders.isEmpty()) {
+        show(addMessage(result, limits()));
+        return;
     }
+    store.lanes().run(result.newFolders.constFirst(), [result, limits, show](LaneJob&) -> Lanes::Report {
+        return [show, message = addMessage(result, limits())] { show(message); };
+    });
 }
 
 } // namespace lapsa

@@ -11,10 +11,14 @@ using namespace Qt::StringLiterals;
 
 void FileRowView::deleteNow()
 {
-    if (m_store.deleteNow(m_item) == LapsaStore::DeleteOutcome::HoldsLockedItem) {
-        m_store.setLastMessage(Localized::text(u"“%1” holds a locked file."_s, u"“%1” contiene un file bloccato."_s)
-                                   .arg(m_item.displayName));
-    }
+    // The row may be gone by then, but not the store.
+    LapsaStore& store = m_store;
+    m_store.deleteNow(m_item, [&store, name = m_item.displayName](LapsaStore::DeleteOutcome outcome) {
+        if (outcome == LapsaStore::DeleteOutcome::HoldsLockedItem) {
+            store.setLastMessage(
+                Localized::text(u"“%1” holds a locked file."_s, u"“%1” contiene un file bloccato."_s).arg(name));
+        }
+    });
 }
 
 } // namespace lapsa

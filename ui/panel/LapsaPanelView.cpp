@@ -218,11 +218,32 @@ void LapsaPanelView::applyTheme()
 void LapsaPanelView::addDroppedFiles(const QList<QUrl>& urls)
 {
     // One by one, but with one message for the whole drop.
-    AddResult dropped;
+    struct Drop
+    {
+        qsizetype waitingFor = 0;
+        AddResult result;
+    };
+
+    const auto drop = std::make_shared<Drop>(Drop{.waitingFor = urls.size(), .result = {}});
     for (const QUrl& url : urls) {
-        dropped.append(m_environment.store.addFiles({url}));
+        m_environment.store.addFiles({url}, {}, [drop, view = QPointer(this)](const AddResult& added) {
+            drop->result.append(added);
+            --drop->waitingFor;
+            // Less than 0: a file of a slow disk came later.
+            if (drop->waitingFor <= 0 && view) {
+                view->showAdded(drop->waitingFor == 0 ? drop->result : added);
+            }
+        });
     }
-    showAdded(dropped);
+}
+
+void LapsaPanelView::addChosenFiles(const QList<QUrl>& urls)
+{
+    m_environment.store.addFiles(urls, {}, [view = QPointer(this)](const AddResult& added) {
+        if (view) {
+            view->showAdded(added);
+        }
+    });
 }
 
 void LapsaPanelView::showAdded(const AddResult& result)
@@ -241,8 +262,7 @@ void LapsaPanelView::showChooser()
     m_chooser = new FileChooser(m_lastFolder, window());
     m_chooser->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_chooser, &QDialog::finished, this, [this] { m_lastFolder = m_chooser->folder(); });
-    connect(m_chooser, &QDialog::accepted, this,
-            [this] { showAdded(m_environment.store.addFiles(m_chooser->chosen())); });
+    connect(m_chooser, &QDialog::accepted, this, [this] { addChosenFiles(m_chooser->chosen()); });
     m_chooser->open();
 }
 

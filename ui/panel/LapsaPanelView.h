@@ -76,6 +76,7 @@ private:
     void tick();
     void applyTheme();
     void addDroppedFiles(const QList<QUrl>& urls);
+    void addChosenFiles(const QList<QUrl>& urls);
     void showAdded(const AddResult& result);
     void showChooser();
     void showTimeSheet(const LapsaItem& item);

@@ -57,7 +57,7 @@ void expire(StoreWorld& world)
 
 LapsaRecoveryItem park(StoreWorld& world, const QString& relative, const QByteArray& content)
 {
-    std::ignore = world.store().deleteNow(world.add(world.home.makeFile(relative, content)));
+    world.store().deleteNow(world.add(world.home.makeFile(relative, content)));
     world.letSavesPass();
     return world.store().recoveryItems().last();
 }

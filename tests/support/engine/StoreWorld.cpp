@@ -24,6 +24,7 @@ void StoreWorld::start()
     m_settingsStore.emplace(time, *m_fileWriter);
     m_store.emplace(*m_settingsStore, LapsaStore::Environment{.clock = time,
                                                               .mainQueue = time,
+                                                              .lanes = lanes,
                                                               .fileWriter = *m_fileWriter,
                                                               .appearance = appearance,
                                                               .workspace = workspace,
@@ -35,6 +36,20 @@ void StoreWorld::stop()
     m_store.reset();
     m_settingsStore.reset();
     m_fileWriter.reset();
+}
+
+AddResult StoreWorld::added(const QList<QUrl>& urls)
+{
+    AddResult all;
+    store().addFiles(urls, {}, [&all](const AddResult& result) { all.append(result); });
+    return all;
+}
+
+LapsaStore::DeleteOutcome StoreWorld::deleted(const LapsaItem& item)
+{
+    std::optional<LapsaStore::DeleteOutcome> known;
+    store().deleteNow(item, [&known](LapsaStore::DeleteOutcome outcome) { known = outcome; });
+    return known.value();
 }
 
 void StoreWorld::changeSettings(const std::function<void(LapsaSettings&)>& change)

@@ -37,6 +37,10 @@ public:
     void changeSettings(const std::function<void(LapsaSettings&)>& change);
     /// Puts a file on countdown for that many minutes; the answer is its item.
     LapsaItem add(const QString& path, std::int64_t minutes = 10);
+    /// Adds the files; the answer is the result.
+    AddResult added(const QList<QUrl>& urls);
+    /// Deletes the item by hand; the answer is the outcome.
+    LapsaStore::DeleteOutcome deleted(const LapsaItem& item);
     /// The item of a path as it stands in the list now; ends the test program when there is none.
     [[nodiscard]] LapsaItem item(const QString& path) const;
     /// The display names of the items, in list order.
