@@ -179,7 +179,7 @@ void wholeDay(FaultProgram& program, const Desk& desk)
     program.pass();
     onLastCopy(program, &LapsaStore::restoreRecoveryItem);
     program.changeSettings(trashOnly);
-    onLastItem(program, &LapsaStore::deleteNow);
+    onLastItem(program, [](LapsaStore& store, const LapsaItem& item) { store.deleteNow(item); });
     program.quit();
 }
 
