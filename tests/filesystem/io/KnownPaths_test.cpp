@@ -31,9 +31,7 @@ void KnownPaths_test::whatAThreadSawIsAdopted()
     QCOMPARE(::chmod(home.path(u"open"_s).toUtf8().constData(), 0777), 0);
     fileSystem::KnownPaths known(home.path(u"known"_s));
     fileSystem::KnownPaths changed = known;
-    std::thread([&] {
-        changed.remember({seen, other});
-    }).join();
+    std::thread([&] { changed.remember({seen, other}); }).join();
 
     known.adopt(changed, {seen});
 
