@@ -17,6 +17,24 @@ void CopyProgress::begin()
     }
 }
 
+void CopyProgress::expect(std::int64_t bytes)
+{
+    m_total = bytes;
+    if (isLarge()) {
+        m_priority.lower();
+    }
+}
+
+int CopyProgress::finishWriting()
+{
+    int error = 0;
+    while (error == 0 && !m_writeBehind.isEmpty()) {
+        error = m_writeBehind.finishOne();
+        error = error == 0 ? goOn() : error;
+    }
+    return error;
+}
+
 int CopyProgress::goOn(std::int64_t bytes)
 {
     tell(bytes);
@@ -25,6 +43,10 @@ int CopyProgress::goOn(std::int64_t bytes)
 
 void CopyProgress::tell(std::int64_t bytes)
 {
+    constexpr int shortWork = 1000; // files, about
+    if (++m_steps == shortWork) {
+        m_priority.lower();
+    }
     if (m_observer == nullptr) {
         return;
     }

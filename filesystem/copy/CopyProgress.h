@@ -3,6 +3,9 @@
 
 #pragma once
 
+#include "LowIoPriority.h"
+#include "WriteBehind.h"
+
 #include <cstdint>
 #include <functional>
 #include <utility>
@@ -13,7 +16,8 @@ namespace fileSystem {
 class WorkObserver;
 } // namespace fileSystem
 
-/// How far one copy to another file system is. Tells its observer, and asks it whether the copy is to end.
+/// How far one copy to another file system is. Tells its observer, and asks it whether the copy is to end. A long copy
+/// lets others on the disks go first. Stays on one thread.
 class CopyProgress final
 {
 public:
@@ -27,7 +31,16 @@ public:
     void begin();
 
     /// How many bytes the copy will have.
-    void expect(std::int64_t bytes) { m_total = bytes; }
+    void expect(std::int64_t bytes);
+
+    /// Whether the copy is so large that it must spare the page cache.
+    [[nodiscard]] bool isLarge() const { return m_total >= large; }
+
+    /// What was copied and is being written to the disk.
+    [[nodiscard]] WriteBehind& writeBehind() { return m_writeBehind; }
+
+    /// Waits until the disk has it. Returns an `errno` value.
+    [[nodiscard]] int finishWriting();
 
     /// Tells the observer that the copy goes on, with so many bytes more. Returns an `errno` value: ECANCELED if the
     /// copy is to be withdrawn.
@@ -37,10 +50,15 @@ public:
     void tell(std::int64_t bytes = 0);
 
 private:
+    static constexpr std::int64_t large = std::int64_t{32} << 20;
+
     std::function<void()> m_begins;
     fileSystem::WorkObserver* m_observer;
     std::int64_t m_copied = 0;
     std::int64_t m_total = 0;
+    int m_steps = 0;
+    LowIoPriority m_priority;
+    WriteBehind m_writeBehind;
 };
 
 } // namespace lapsa

@@ -9,6 +9,7 @@
 #include "FileAttributes.h"
 #include "FileCopy.h"
 #include "FolderRemoval.h"
+#include "FreeRoom.h"
 #include "InterruptedCopies.h"
 #include "SourceFile.h"
 #include "SystemCalls.h"
@@ -96,6 +97,9 @@ int moveRegularFile(const AtPath& from, const struct statx& status, const AtPath
     if (!source) {
         return source.error().code;
     }
+    if (isSureNotToFit(leastRoomOf(status), to.folder.get())) {
+        return ENOSPC;
+    }
     progress.begin();
     progress.expect(std::int64_t(status.stx_size));
     int error = progress.goOn();
@@ -156,6 +160,9 @@ int copyFolder(TreeCopy& tree, const struct statx& status, const AtPath& to, Cop
     const AtPath copy{.folder = to.folder, .name = interruptedName()};
     int error = tree.run(copy);
     if (error == 0) {
+        error = progress.finishWriting();
+    }
+    if (error == 0) {
         error = finishFolder(copy, status, to, progress);
     }
     if (error != 0) {
@@ -168,11 +175,14 @@ int copyFolder(TreeCopy& tree, const struct statx& status, const AtPath& to, Cop
 int moveFolder(const AtPath& from, const struct statx& status, const AtPath& to, CopyProgress& progress)
 {
     progress.begin();
-    const Result<std::int64_t> size = sizeOfTree(from, identityOf(status), progress);
+    const Result<TreeSize> size = sizeOfTree(from, identityOf(status), progress);
     if (!size) {
         return size.error().code;
     }
-    progress.expect(size.value());
+    if (isSureNotToFit(size.value().leastRoom, to.folder.get())) {
+        return ENOSPC;
+    }
+    progress.expect(size.value().bytes);
     TreeCopy tree(from, status, progress);
     if (const int error = copyFolder(tree, status, to, progress)) {
         return error;

@@ -3,17 +3,19 @@
 
 #include "FileContent.h"
 
+#include "CachedParts.h"
 #include "CopyProgress.h"
 #include "FileDescriptor.h"
 #include "SourceFile.h"
+#include "StepLength.h"
 
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace lapsa {
@@ -22,38 +24,13 @@ namespace {
 
 constexpr std::size_t bufferSize = std::size_t{256} * 1024;
 
+/// The least stretch, in bytes, that is kept out of the page cache: smaller ones are not worth the calls.
+constexpr off_t leastSpared = off_t{64} << 10;
+
 struct Range
 {
     off_t start = 0;
     off_t end = 0;
-};
-
-/// How much to copy in one step: a writer of the source has to wait for the end of a step only, and however slow the
-/// disks are, the observer must hear of every step well within a second.
-class StepLength final
-{
-public:
-    [[nodiscard]] off_t bytes() const { return m_bytes; }
-
-    void begin() { m_began = std::chrono::steady_clock::now(); }
-
-    void end()
-    {
-        using namespace std::chrono_literals;
-        const auto took = std::chrono::steady_clock::now() - m_began;
-        if (took < 50ms) {
-            m_bytes = std::min(longest, m_bytes * 2);
-        } else if (took > 200ms) {
-            m_bytes = std::max(shortest, m_bytes / 4);
-        }
-    }
-
-private:
-    static constexpr off_t shortest = off_t{64} << 10;
-    static constexpr off_t longest = off_t{16} << 20;
-
-    off_t m_bytes = bufferSize;
-    std::chrono::steady_clock::time_point m_began;
 };
 
 int writeAt(int to, const char* bytes, std::size_t count, off_t place)
@@ -88,6 +65,7 @@ public:
     [[nodiscard]] int tellUpTo(off_t place) { return m_progress.goOn(place - std::exchange(m_told, place)); }
 
 private:
+    [[nodiscard]] ssize_t copyStep(Range range);
     [[nodiscard]] ssize_t copyInKernel(Range range);
     [[nodiscard]] ssize_t copyThroughMemory(Range range);
 
@@ -105,16 +83,26 @@ private:
 /// end the copy.
 int ContentCopy::copy(Range range)
 {
+    std::optional<CachedParts> cached;
+    if (m_progress.isLarge() && range.end - range.start >= leastSpared) {
+        cached.emplace(m_from, range.start, range.end);
+    }
+    off_t written = range.start;
     while (range.start < range.end) {
-        const Range step{.start = range.start, .end = std::min(range.end, range.start + m_step.bytes())};
+        const off_t most = std::min(m_step.bytes(), m_progress.writeBehind().mostBytes());
         m_step.begin();
-        const ssize_t copied = m_buffer ? copyThroughMemory(step) : copyInKernel(step);
+        const ssize_t copied = copyStep({.start = range.start, .end = std::min(range.end, range.start + most)});
         if (copied < 0) {
             return errno;
         }
         m_step.end();
         range.start += copied;
-        if (const int error = tellUpTo(range.start)) {
+        int error = tellUpTo(range.start);
+        if (error == 0 && cached && (range.start == range.end || range.start - written >= most)) {
+            cached->dropUpTo(range.start);
+            error = m_progress.writeBehind().add(m_to, std::exchange(written, range.start), range.start);
+        }
+        if (error != 0) {
             return error;
         }
         if (range.start < range.end && m_source.wanted()) {
@@ -125,6 +113,11 @@ int ContentCopy::copy(Range range)
 }
 
 /// Returns how many bytes were copied, or -1.
+ssize_t ContentCopy::copyStep(Range range)
+{
+    return m_buffer ? copyThroughMemory(range) : copyInKernel(range);
+}
+
 ssize_t ContentCopy::copyInKernel(Range range)
 {
     off_t readingAt = range.start;

@@ -32,8 +32,11 @@ int linkInPlace(int open, const AtPath& to)
 /// Makes a copy durable; the last moment to stop it. Returns an `errno` value.
 int syncFile(int file, CopyProgress& progress)
 {
-    const int error = errorOf([&] { return ::fsync(file); });
-    return error != 0 ? error : progress.goOn();
+    int error = progress.finishWriting();
+    if (error == 0) {
+        error = errorOf([&] { return ::fsync(file); });
+    }
+    return error == 0 ? progress.goOn() : error;
 }
 
 /// Copies to a file that gets its name only when it is complete: if the process ends earlier, nothing is left of it.

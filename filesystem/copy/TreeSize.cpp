@@ -6,6 +6,7 @@
 #include "CopyProgress.h"
 #include "DirectoryStack.h"
 #include "FolderListing.h"
+#include "FreeRoom.h"
 
 #include <unordered_set>
 #include <vector>
@@ -26,7 +27,7 @@ public:
     /// Returns an `errno` value.
     [[nodiscard]] int run(const AtPath& place, const FileIdentity& identity);
 
-    [[nodiscard]] std::int64_t bytes() const { return m_bytes; }
+    [[nodiscard]] const TreeSize& size() const { return m_size; }
 
 private:
     [[nodiscard]] int look();
@@ -34,7 +35,7 @@ private:
 
     DirectoryStack m_stack;
     CopyProgress& m_progress;
-    std::int64_t m_bytes = 0;
+    TreeSize m_size;
     /// Files with several names.
     std::unordered_set<FileIdentity, FileIdentityHash> m_counted;
     /// For each folder on the way down, the names of the subfolders still to enter.
@@ -86,19 +87,20 @@ int SizeWalk::look()
 void SizeWalk::count(const struct statx& status)
 {
     if (S_ISREG(status.stx_mode) && (status.stx_nlink == 1 || m_counted.insert(identityOf(status)).second)) {
-        m_bytes += static_cast<std::int64_t>(status.stx_size);
+        m_size.bytes += static_cast<std::int64_t>(status.stx_size);
+        m_size.leastRoom += leastRoomOf(status);
     }
 }
 
 } // namespace
 
-Result<std::int64_t> sizeOfTree(const AtPath& place, const FileIdentity& identity, CopyProgress& progress)
+Result<TreeSize> sizeOfTree(const AtPath& place, const FileIdentity& identity, CopyProgress& progress)
 {
     SizeWalk walk(place, progress);
     if (const int error = walk.run(place, identity)) {
         return FileError::fromErrno(error);
     }
-    return walk.bytes();
+    return walk.size();
 }
 
 } // namespace lapsa

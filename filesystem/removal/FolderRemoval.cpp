@@ -54,8 +54,11 @@ void FolderRemoval::tellObserver()
 
 void FolderRemoval::countRemoved()
 {
+    constexpr std::int64_t shortWork = 1000; // entries
     m_removedAnything = true;
-    ++m_removed;
+    if (++m_removed == shortWork) {
+        m_priority.lower();
+    }
 }
 
 void FolderRemoval::enter(const QByteArray& name)

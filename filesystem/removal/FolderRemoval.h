@@ -5,6 +5,7 @@
 
 #include "AtPath.h"
 #include "DirectoryStack.h"
+#include "LowIoPriority.h"
 
 #include <QByteArray>
 
@@ -21,7 +22,7 @@ class WorkObserver;
 } // namespace fileSystem
 
 /// Removes a folder with all its contents. Follows no links, crosses no mounts, and continues with the rest if an entry
-/// cannot be removed.
+/// cannot be removed. A long removal lets others on the disk go first. Stays on one thread.
 class FolderRemoval final
 {
 public:
@@ -67,6 +68,7 @@ private:
     std::int64_t m_removed = 0;
     bool m_removedAnything = false;
     bool m_stopped = false;
+    LowIoPriority m_priority;
 };
 
 } // namespace lapsa
