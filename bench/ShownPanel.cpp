@@ -48,11 +48,11 @@ ShownPanel::~ShownPanel() = default;
 
 void ShownPanel::makeAnew()
 {
-    m_controller.emplace(
-        PanelController::Environment{{m_world.store(), m_world.time, m_world.time, FileIconProvider::shared()},
-                                     m_folderPicker,
-                                     *m_windowSystem,
-                                     *m_pointer});
+    m_controller.emplace(PanelController::Environment{
+        {m_world.store(), m_world.time, m_world.time, FileIconProvider::shared(), m_world.kinds},
+        m_folderPicker,
+        *m_windowSystem,
+        *m_pointer});
 }
 
 void ShownPanel::open()

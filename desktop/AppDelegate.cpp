@@ -12,6 +12,7 @@
 #include "FinderSelectionReader.h"
 #include "HiddenWindows.h"
 #include "HotKeyManager.h"
+#include "ItemKinds.h"
 #include "LapsaStore.h"
 #include "Localized.h"
 #include "MainQueue.h"
@@ -70,6 +71,7 @@ void AppDelegate::applicationDidFinishLaunching()
 
     m_fileWriter = std::make_unique<FileWriter>(m_environment.lanes);
     m_settingsStore = std::make_unique<SettingsStore>(m_environment.mainQueue, *m_fileWriter);
+    m_itemKinds = std::make_unique<ItemKinds>(m_environment.lanes);
     m_store = std::make_unique<LapsaStore>(
         *m_settingsStore,
         LapsaStore::Environment{m_environment.clock, m_environment.mainQueue, m_environment.lanes, *m_fileWriter,
@@ -77,18 +79,7 @@ void AppDelegate::applicationDidFinishLaunching()
     m_notificationService = std::make_unique<NotificationService>(m_environment.notificationCentre);
     m_cleanupService = std::make_unique<CleanupService>(
         *m_store, *m_notificationService, CleanupService::Environment{m_environment.clock, m_environment.mainQueue});
-    m_panelController =
-        std::make_unique<PanelController>(PanelController::Environment{.panel = {.store = *m_store,
-                                                                                 .clock = m_environment.clock,
-                                                                                 .mainQueue = m_environment.mainQueue,
-                                                                                 .icons = FileIconProvider::shared()},
-                                                                       .folderPicker = m_environment.folderPicker,
-                                                                       .windowSystem = m_environment.windowSystem,
-                                                                       .pointer = m_environment.pointer});
-    connect(m_panelController.get(), &PanelController::popoverDidClose, this, [this] {
-        clearStatusButtonHighlight();
-        giveBackMemoryAfter(restBeforeTidying);
-    });
+    makePanelController();
     m_hotKeyManager = std::make_unique<HotKeyManager>(m_environment.hotKeys, [delegate = QPointer(this)] {
         if (delegate) {
             delegate->addFinderSelectionFromShortcut();
@@ -102,6 +93,23 @@ void AppDelegate::applicationDidFinishLaunching()
     giveBackMemoryAfter(std::chrono::duration_cast<std::chrono::milliseconds>(splashDuration) + restBeforeTidying);
     m_cleanupService->start();
     m_hotKeyManager->registerHotKey();
+}
+
+void AppDelegate::makePanelController()
+{
+    m_panelController =
+        std::make_unique<PanelController>(PanelController::Environment{.panel = {.store = *m_store,
+                                                                                 .clock = m_environment.clock,
+                                                                                 .mainQueue = m_environment.mainQueue,
+                                                                                 .icons = FileIconProvider::shared(),
+                                                                                 .kinds = *m_itemKinds},
+                                                                       .folderPicker = m_environment.folderPicker,
+                                                                       .windowSystem = m_environment.windowSystem,
+                                                                       .pointer = m_environment.pointer});
+    connect(m_panelController.get(), &PanelController::popoverDidClose, this, [this] {
+        clearStatusButtonHighlight();
+        giveBackMemoryAfter(restBeforeTidying);
+    });
 }
 
 void AppDelegate::setUpStatusItem()

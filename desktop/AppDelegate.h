@@ -21,6 +21,7 @@ namespace lapsa {
 class CleanupService;
 class FileWriter;
 class HotKeyManager;
+class ItemKinds;
 class LapsaStore;
 class NotificationService;
 class PanelController;
@@ -74,6 +75,7 @@ public:
     [[nodiscard]] bool quitting() const { return m_quitting; }
 
 private:
+    void makePanelController();
     void setUpStatusItem();
     [[nodiscard]] StatusButton* statusButton() const; // null if the desktop has none
     void notificationClicked(const QHash<QString, QString>& userInfo);
@@ -85,6 +87,7 @@ private:
     bool m_quitting = false;
     std::unique_ptr<FileWriter> m_fileWriter;
     std::unique_ptr<SettingsStore> m_settingsStore;
+    std::unique_ptr<ItemKinds> m_itemKinds;
     std::unique_ptr<LapsaStore> m_store;
     std::unique_ptr<NotificationService> m_notificationService;
     std::unique_ptr<CleanupService> m_cleanupService;

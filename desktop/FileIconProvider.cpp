@@ -6,7 +6,6 @@
 #include "FileName.h"
 #include "Picture.h"
 
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QMimeDatabase>
 #include <QPainter>
@@ -96,22 +95,31 @@ FileIconProvider& FileIconProvider::shared()
     return provider;
 }
 
-QIcon FileIconProvider::icon(const QUrl& url)
+QIcon FileIconProvider::icon(const QUrl& url, ItemKind kind)
 {
     const QString key = keyOf(url);
-    const auto known = m_cache.constFind(key);
-    return known != m_cache.cend() ? *known : *m_cache.insert(key, m_lookup(url));
+    if (const auto known = m_cache.constFind(key); known != m_cache.cend()) {
+        return *known;
+    }
+    if (kind == ItemKind::Folder) {
+        m_provisional.remove(key);
+        return *m_cache.insert(key, m_lookup(url, kind));
+    }
+    if (!m_provisional.contains(key)) {
+        m_provisional.insert(key, m_lookup(url, kind));
+    }
+    return kind == ItemKind::Unknown ? m_provisional.value(key) : *m_cache.insert(key, m_provisional.take(key));
 }
 
-QIcon themedFileIcon(const QUrl& url)
+QIcon themedFileIcon(const QUrl& url, ItemKind kind)
 {
-    const QString path = url.toLocalFile();
-    if (QFileInfo(path).isDir()) {
+    if (kind == ItemKind::Folder) {
         const QIcon icon = fromTheme({u"folder"_s, u"inode-directory"_s});
         return icon.isNull() ? drawn(u"folder"_s) : icon;
     }
     // By name only: file contents are not read to choose an icon.
-    const QMimeType type = QMimeDatabase().mimeTypeForFile(lastPathComponent(path), QMimeDatabase::MatchExtension);
+    const QMimeType type =
+        QMimeDatabase().mimeTypeForFile(lastPathComponent(url.toLocalFile()), QMimeDatabase::MatchExtension);
     const QIcon icon = fromTheme({type.iconName(), type.genericIconName(), u"text-x-generic"_s});
     return icon.isNull() ? drawn(u"page"_s) : icon;
 }

@@ -28,12 +28,15 @@ QIcon square(const QColor& color)
 class NotedLookups final
 {
 public:
-    QIcon icon(const QString& path) { return provider.icon(QUrl::fromLocalFile(path)); }
+    QIcon icon(const QString& path, ItemKind kind = ItemKind::File)
+    {
+        return provider.icon(QUrl::fromLocalFile(path), kind);
+    }
 
     QStringList asked;
-    FileIconProvider provider{[this](const QUrl& url) {
+    FileIconProvider provider{[this](const QUrl& url, ItemKind kind) {
         asked.push_back(url.toLocalFile());
-        return square(Qt::red);
+        return square(kind == ItemKind::Folder ? Qt::blue : Qt::red);
     }};
 };
 
@@ -98,7 +101,7 @@ private slots:
     {
         NotedLookups lookups;
 
-        const QIcon folder = lookups.icon(u"/home/me/Documents"_s);
+        const QIcon folder = lookups.icon(u"/home/me/Documents"_s, ItemKind::Folder);
         const QIcon file = lookups.icon(u"/home/me/Makefile"_s);
 
         QCOMPARE(folder.cacheKey(), file.cacheKey());
@@ -131,6 +134,26 @@ private slots:
         QCOMPARE(lookups.asked.size(), 2);
     }
 
+    void aPathOfUnknownKindDoesNotDecideForItsExtension()
+    {
+        NotedLookups lookups;
+
+        QCOMPARE(centreOf(lookups.icon(u"/dead/Documents"_s, ItemKind::Unknown)), QColor(Qt::red));
+        QCOMPARE(centreOf(lookups.icon(u"/home/me/Documents"_s, ItemKind::Folder)), QColor(Qt::blue));
+        QCOMPARE(centreOf(lookups.icon(u"/dead/Documents"_s, ItemKind::Unknown)), QColor(Qt::blue));
+    }
+
+    void aFileKeepsItsIconWhenItsKindIsFound()
+    {
+        NotedLookups lookups;
+
+        const QIcon before = lookups.icon(u"/home/me/a.txt"_s, ItemKind::Unknown);
+        const QIcon after = lookups.icon(u"/home/me/a.txt"_s, ItemKind::File);
+
+        QCOMPARE(before.cacheKey(), after.cacheKey());
+        QCOMPARE(lookups.asked.size(), 1);
+    }
+
     void thereIsOneSharedProvider() { QCOMPARE(&FileIconProvider::shared(), &FileIconProvider::shared()); }
 
     void theThemeIsAskedByTheTypeThatTheNameTells()
@@ -140,8 +163,9 @@ private slots:
         // Nothing in it is a PDF: what a file holds is not read.
         const QString file = home.makeFile(u"notes.pdf"_s, "plain text\n");
 
-        QCOMPARE(centreOf(themedFileIcon(QUrl::fromLocalFile(file))), QColor(Qt::green));
-        QCOMPARE(centreOf(themedFileIcon(QUrl::fromLocalFile(u"/is/not/there.pdf"_s))), QColor(Qt::green));
+        QCOMPARE(centreOf(themedFileIcon(QUrl::fromLocalFile(file), ItemKind::File)), QColor(Qt::green));
+        QCOMPARE(centreOf(themedFileIcon(QUrl::fromLocalFile(u"/is/not/there.pdf"_s), ItemKind::Unknown)),
+                 QColor(Qt::green));
     }
 
     void aFolderShowsTheFolderOfTheTheme()
@@ -149,7 +173,8 @@ private slots:
         const TemporaryHome home;
         const OneIconTheme theme(home, u"folder"_s, Qt::blue, 24);
 
-        QCOMPARE(centreOf(themedFileIcon(QUrl::fromLocalFile(home.makeFolder(u"Pictures.pdf"_s)))), QColor(Qt::blue));
+        QCOMPARE(centreOf(themedFileIcon(QUrl::fromLocalFile(u"/home/me/Pictures.pdf"_s), ItemKind::Folder)),
+                 QColor(Qt::blue));
     }
 
     void anIconIs24PointsWideAndHigh_data()
@@ -165,7 +190,8 @@ private slots:
         const TemporaryHome home;
         const OneIconTheme theme(home, u"text-x-generic"_s, Qt::cyan, size);
 
-        const QPixmap pixmap = themedFileIcon(QUrl::fromLocalFile(u"/a.unknown"_s)).pixmap(QSize(24, 24), 2);
+        const QPixmap pixmap =
+            themedFileIcon(QUrl::fromLocalFile(u"/a.unknown"_s), ItemKind::File).pixmap(QSize(24, 24), 2);
 
         QCOMPARE(pixmap.deviceIndependentSize(), QSizeF(24, 24));
         QCOMPARE(pixmap.toImage().pixelColor(24, 24), QColor(Qt::cyan));
@@ -176,8 +202,8 @@ private slots:
         const TemporaryHome home;
         const OneIconTheme theme(home, u"nothing-of-use"_s, Qt::red, 24);
 
-        const QIcon page = themedFileIcon(QUrl::fromLocalFile(home.makeFile(u"a.txt"_s)));
-        const QIcon folder = themedFileIcon(QUrl::fromLocalFile(home.makeFolder(u"b"_s)));
+        const QIcon page = themedFileIcon(QUrl::fromLocalFile(u"/a.txt"_s), ItemKind::File);
+        const QIcon folder = themedFileIcon(QUrl::fromLocalFile(u"/b"_s), ItemKind::Folder);
 
         for (const QIcon& icon : {page, folder}) {
             QCOMPARE(icon.pixmap(QSize(24, 24)).size(), QSize(24, 24));

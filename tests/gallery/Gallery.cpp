@@ -15,7 +15,7 @@ namespace lapsa::test {
 
 using namespace Qt::StringLiterals;
 
-QIcon ThemeIcons::icon(const QUrl& url)
+QIcon ThemeIcons::icon(const QUrl& url, ItemKind)
 {
     const QMimeType type = QMimeDatabase().mimeTypeForFile(url.toLocalFile());
     QIcon& icon = m_icons[type.name()];

@@ -29,7 +29,7 @@ namespace lapsa::test {
 class ThemeIcons final : public FileIconSource
 {
 public:
-    [[nodiscard]] QIcon icon(const QUrl& url) override;
+    [[nodiscard]] QIcon icon(const QUrl& url, ItemKind kind) override;
 
 private:
     QHash<QString, QIcon> m_icons;

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "ItemKinds.h"
+
 class QIcon;
 class QUrl;
 
@@ -17,8 +19,9 @@ public:
     FileIconSource& operator=(const FileIconSource&) = delete;
     virtual ~FileIconSource() = default;
 
-    /// The icon for a file URL, to be drawn at 24 x 24. Never null, even if the file does not exist.
-    [[nodiscard]] virtual QIcon icon(const QUrl& url) = 0;
+    /// The icon for a file URL, to be drawn at 24 x 24. Accesses nothing there; never null. While the kind is unknown,
+    /// it is the icon of a file, and may be another one once the kind is known.
+    [[nodiscard]] virtual QIcon icon(const QUrl& url, ItemKind kind) = 0;
 };
 
 } // namespace lapsa

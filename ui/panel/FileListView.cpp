@@ -3,7 +3,6 @@
 
 #include "FileListView.h"
 
-#include "FileIconSource.h"
 #include "FileRowView.h"
 #include "FocusRing.h"
 #include "LapsaStore.h"
@@ -32,10 +31,10 @@ constexpr int linesPerRow = 3;
 
 } // namespace
 
-FileListView::FileListView(LapsaStore& store, FileIconSource& icons, QWidget* parent)
+FileListView::FileListView(const RowEnvironment& environment, QWidget* parent)
     : QWidget(parent)
-    , m_store(store)
-    , m_icons(icons)
+    , m_store(environment.store)
+    , m_rowEnvironment(environment)
     , m_spotlight(new Spotlight(this))
     , m_empty(new TextLabel(Localized::nothingHere(), captionText, ColorRole::Secondary, this))
     , m_bar(new QScrollBar(Qt::Vertical, parent))

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "LapsaItem.h"
+#include "RowEnvironment.h"
 #include "Time.h"
 
 #include <QList>
@@ -16,9 +17,7 @@ class QAccessibleInterface;
 
 namespace lapsa {
 
-class FileIconSource;
 class FileRowView;
-class LapsaStore;
 class ScrollFade;
 class Spotlight;
 class TextLabel;
@@ -34,7 +33,7 @@ class FileListView final : public QWidget
     Q_OBJECT
 
 public:
-    FileListView(LapsaStore& store, FileIconSource& icons, QWidget* parent);
+    FileListView(const RowEnvironment& environment, QWidget* parent);
 
     /// Reads the store's items again; visible rows stay in place when something changes above them.
     void refresh();
@@ -102,7 +101,7 @@ private:
     void updateFades();
 
     LapsaStore& m_store;
-    FileIconSource& m_icons;
+    RowEnvironment m_rowEnvironment;
     TimePoint m_now;
     std::vector<Row> m_rows;
     std::vector<Row> m_spare;

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "FileIconSource.h"
 #include "FileListView.h"
 #include "FileRowView.h"
 #include "LapsaStore.h"
@@ -106,7 +105,7 @@ FileRowView* FileListView::spareRow(std::vector<Row>& from)
             return view;
         }
     }
-    auto* const view = new FileRowView(m_store, m_icons, this);
+    auto* const view = new FileRowView(m_rowEnvironment, this);
     connect(view, &FileRowView::timeSheetRequested, this, [this, view] { emit timeSheetRequested(view->item()); });
     view->installEventFilter(this);
     for (QWidget* const child : view->findChildren<QWidget*>()) {

@@ -7,6 +7,7 @@
 #include "FileIconSource.h"
 #include "FileIconView.h"
 #include "FocusRing.h"
+#include "ItemKinds.h"
 #include "LapsaStore.h"
 #include "Localized.h"
 #include "Material.h"
@@ -58,10 +59,9 @@ int textHeight()
 
 } // namespace
 
-FileRowView::FileRowView(LapsaStore& store, FileIconSource& icons, QWidget* parent)
+FileRowView::FileRowView(const RowEnvironment& environment, QWidget* parent)
     : QWidget(parent)
-    , m_store(store)
-    , m_icons(icons)
+    , m_environment(environment)
     , m_icon(new FileIconView(this))
     , m_name(new ElidedLabel(headlineText, ColorRole::Primary, this))
     , m_remaining(new ElidedLabel(calloutText, ColorRole::Secondary, this))
@@ -73,6 +73,7 @@ FileRowView::FileRowView(LapsaStore& store, FileIconSource& icons, QWidget* pare
     arrange();
     setFocusRadius(*this, cornerRadius);
     setTabStop(false);
+    connect(&m_environment.kinds, &ItemKinds::found, this, &FileRowView::showKind);
 }
 
 void FileRowView::setItem(const LapsaItem& item)
@@ -86,7 +87,8 @@ void FileRowView::setItem(const LapsaItem& item)
     }
     m_item = item;
     if (another) {
-        m_icon->setIcon(m_icons.icon(item.url()));
+        m_environment.kinds.lookUpOnce(item.path);
+        showKind();
     }
     refresh();
 }
@@ -126,10 +128,10 @@ int FileRowView::rowHeight()
 
 void FileRowView::fillContextMenu(QMenu& menu)
 {
-    const bool folder = m_item.isDirectory();
+    const bool folder = m_environment.kinds.kindOf(m_item.path) == ItemKind::Folder;
     const auto add = [this, &menu](const QString& text, void (LapsaStore::*operation)(const LapsaItem&)) {
-        connect(menu.addAction(text), &QAction::triggered, &m_store,
-                [&store = m_store, item = m_item, operation] { (store.*operation)(item); });
+        connect(menu.addAction(text), &QAction::triggered, &m_environment.store,
+                [&store = m_environment.store, item = m_item, operation] { (store.*operation)(item); });
     };
     add(folder ? Localized::text(u"Open folder"_s, u"Apri cartella"_s)
                : Localized::text(u"Open file"_s, u"Apri file"_s),
@@ -184,6 +186,12 @@ void FileRowView::contextMenuEvent(QContextMenuEvent* event)
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->setFont(fontFor(bodyText));
     fillContextMenu(*menu);
+    // What is at the path may have changed since the row was made.
+    connect(&m_environment.kinds, &ItemKinds::found, menu, [this, menu] {
+        menu->clear();
+        fillContextMenu(*menu);
+    });
+    m_environment.kinds.lookUp(m_item.path);
     const bool byKeyboard = event->reason() == QContextMenuEvent::Keyboard;
     menu->popup(byKeyboard ? mapToGlobal(QPoint(padding, height() - padding)) : event->globalPos());
 }
@@ -225,8 +233,8 @@ void FileRowView::makeButtons()
     m_focusOrder = {this, m_timerButton, m_lockButton, m_removeButton, m_deleteButton};
 
     connect(m_timerButton, &RowIconButton::clicked, this, &FileRowView::timeSheetRequested);
-    connect(m_lockButton, &RowIconButton::clicked, this, [this] { m_store.toggleLock(m_item); });
-    connect(m_removeButton, &RowIconButton::clicked, this, [this] { m_store.removeFromList(m_item); });
+    connect(m_lockButton, &RowIconButton::clicked, this, [this] { m_environment.store.toggleLock(m_item); });
+    connect(m_removeButton, &RowIconButton::clicked, this, [this] { m_environment.store.removeFromList(m_item); });
     connect(m_deleteButton, &RowIconButton::clicked, this, &FileRowView::deleteNow);
 }
 
@@ -260,6 +268,12 @@ void FileRowView::arrange()
     for (RowIconButton* const button : {m_timerButton, m_lockButton, m_removeButton, m_deleteButton}) {
         buttons->addWidget(button, 0, Qt::AlignVCenter);
     }
+}
+
+/// Any answer may decide on the icon, which all paths with the same extension share.
+void FileRowView::showKind()
+{
+    m_icon->setIcon(m_environment.icons.icon(m_item.url(), m_environment.kinds.kindOf(m_item.path)));
 }
 
 void FileRowView::refresh()

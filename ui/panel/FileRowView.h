@@ -5,6 +5,7 @@
 
 #include "ItemWork.h"
 #include "LapsaItem.h"
+#include "RowEnvironment.h"
 #include "Time.h"
 
 #include <QColor>
@@ -20,9 +21,7 @@ class QMenu;
 namespace lapsa {
 
 class ElidedLabel;
-class FileIconSource;
 class FileIconView;
-class LapsaStore;
 class RowIconButton;
 class WorkBar;
 
@@ -33,7 +32,7 @@ class FileRowView final : public QWidget
     Q_OBJECT
 
 public:
-    FileRowView(LapsaStore& store, FileIconSource& icons, QWidget* parent = nullptr);
+    explicit FileRowView(const RowEnvironment& environment, QWidget* parent = nullptr);
 
     /// Shows an item, which may be a different one than before.
     void setItem(const LapsaItem& item);
@@ -62,7 +61,7 @@ public:
     /// The height of every row at the current text size.
     [[nodiscard]] static int rowHeight();
 
-    /// Fills `menu` with the actions for the item's file. Accesses the file once, to find out whether it is a folder.
+    /// Fills `menu` with the actions for the item's file, as far as its kind is known.
     void fillContextMenu(QMenu& menu);
 
     /// Whether Tab stops here and at the buttons; true only for the list's current row. A click focuses none of them:
@@ -93,13 +92,13 @@ private:
     void arrange();
     void refresh();
     void refreshRemaining();
+    void showKind();
     void refreshWork();
     [[nodiscard]] bool waitsForDisk() const;
     /// Moves the focus along the row and its buttons; false at either end.
     bool moveFocusAlong(int step);
 
-    LapsaStore& m_store;
-    FileIconSource& m_icons;
+    RowEnvironment m_environment;
     LapsaItem m_item;
     TimePoint m_now;
     std::optional<ItemWork> m_work;

@@ -51,7 +51,7 @@ QString FileRowView::stateText() const
     if (m_work) {
         return workTexts::textFor(*m_work);
     }
-    const bool waits = !m_item.locked && m_item.isExpired(m_now) && m_store.isInUse(m_item.id);
+    const bool waits = !m_item.locked && m_item.isExpired(m_now) && m_environment.store.isInUse(m_item.id);
     return waits ? Localized::text(u"In use"_s, u"In uso"_s) : remainingText(m_item, m_now);
 }
 

@@ -160,7 +160,7 @@ QWidget* LapsaPanelView::makeCount()
 
 QWidget* LapsaPanelView::makeList()
 {
-    m_list = new FileListView(m_environment.store, m_environment.icons, this);
+    m_list = new FileListView({m_environment.store, m_environment.icons, m_environment.kinds}, this);
     return m_list;
 }
 

@@ -22,6 +22,7 @@ class DropZone;
 class FileChooser;
 class FileIconSource;
 class FileListView;
+class ItemKinds;
 struct LapsaItem;
 class LapsaStore;
 class MainQueue;
@@ -43,6 +44,7 @@ public:
         const Clock& clock;
         MainQueue& mainQueue;
         FileIconSource& icons;
+        ItemKinds& kinds;
     };
 
     LapsaPanelView(const Environment& environment, std::function<void()> openPreferences, QWidget* parent = nullptr);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "FileWriter.h"
+#include "ItemKinds.h"
 #include "LapsaStore.h"
 #include "ManualLanes.h"
 #include "ManualTime.h"
@@ -52,6 +53,7 @@ public:
     ManualTime time;
     /// They run at once, until a test says otherwise.
     ManualLanes lanes{ManualLanes::Runs::AtOnce};
+    ItemKinds kinds{lanes};
     RecordingAppearance appearance;
     RecordingWorkspace workspace;
     RecordingPasteboard pasteboard;

@@ -27,16 +27,15 @@ constexpr int iconEdge = 24;
 
 } // namespace
 
-QIcon RecordingIcons::icon(const QUrl& url)
+QIcon RecordingIcons::icon(const QUrl&, ItemKind kind)
 {
-    asked.push_back(url);
     QPixmap pixmap(iconEdge, iconEdge);
-    pixmap.fill(color);
+    pixmap.fill(kind == ItemKind::Folder ? folderColor : color);
     return QIcon(pixmap);
 }
 
 PanelWorld::PanelWorld()
-    : panel({store(), time, time, icons}, [this] { ++preferencesOpened; })
+    : panel({store(), time, time, icons, kinds}, [this] { ++preferencesOpened; })
 {
     panel.show();
     panel.activateWindow();

@@ -22,14 +22,14 @@ class RowIconButton;
 
 namespace lapsa::test {
 
-/// Gives every file the same square and notes what it was asked for.
+/// Gives every file the same square, and every folder another one.
 class RecordingIcons final : public FileIconSource
 {
 public:
-    [[nodiscard]] QIcon icon(const QUrl& url) override;
+    [[nodiscard]] QIcon icon(const QUrl& url, ItemKind kind) override;
 
-    QList<QUrl> asked;
     const QColor color = Qt::magenta;
+    const QColor folderColor = Qt::cyan;
 };
 
 /// The shown panel over the real store. Call once before it: setUpApplication().

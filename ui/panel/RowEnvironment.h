@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+namespace lapsa {
+
+class FileIconSource;
+class ItemKinds;
+class LapsaStore;
+
+/// What the rows need. All of it outlives them.
+struct RowEnvironment
+{
+    LapsaStore& store;
+    FileIconSource& icons;
+    ItemKinds& kinds;
+};
+
+} // namespace lapsa
