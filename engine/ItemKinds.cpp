@@ -66,7 +66,7 @@ void ItemKinds::look(const QString& folder)
 {
     const QStringList paths = std::exchange(m_folders[folder].waiting, {});
     m_folders[folder].underWay = {paths.begin(), paths.end()};
-    m_lanes.run(folder, [self = QPointer(this), folder, paths](LaneJob& job) -> Lanes::Report {
+    m_lanes.look(folder, [self = QPointer(this), folder, paths](LaneJob& job) -> Lanes::Report {
         return [self, folder, kinds = kindsOf(paths, job)] {
             if (self) {
                 self->note(folder, kinds);

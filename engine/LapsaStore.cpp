@@ -241,7 +241,7 @@ void LapsaStore::rememberEarlierItems()
                 }
             };
         };
-        m_environment.lanes.run(group.path, work);
+        m_environment.lanes.look(group.path, work);
     }
 }
 

@@ -118,6 +118,8 @@ void LapsaStore::addFiles(const QList<QUrl>& urls, const AddOptions& options, co
             paths.push_back(*path);
         }
     }
+    // What is about to be taken is to stay: it gets another time as soon as it was looked at.
+    m_disposals.stopAt({paths.cbegin(), paths.cend()});
     const auto round = std::make_shared<AddRound>();
     round->options = options;
     round->added = added;
@@ -167,6 +169,7 @@ void LapsaStore::look(const std::shared_ptr<AddRound>& round, const QStringList&
         round->series.push_back(std::make_unique<LaneSeries>(
             m_environment.lanes, LaneSeries::Plan{.path = paths[group.entries.front()],
                                                   .count = group.entries.size(),
+                                                  .onlyLooks = true,
                                                   .makeStep = makeStep,
                                                   .settled = [this, weak = std::weak_ptr(round)] {
                                                       const auto alive = weak.lock();

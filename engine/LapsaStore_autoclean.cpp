@@ -71,7 +71,7 @@ void LapsaStore::scanFolder(const LapsaAutoCleanFolderRule& rule)
             }
         };
     };
-    m_environment.lanes.run(rule.folderPath, work);
+    m_environment.lanes.look(rule.folderPath, work);
 }
 
 /// On a lane.
@@ -160,7 +160,7 @@ void LapsaStore::addAutoCleanFolder(const QUrl& url)
     }
     changed.autoCleanFolders.push_back({.folderPath = *path, .createdAt = m_environment.clock.now()});
     setSettings(changed);
-    m_environment.lanes.run(*path, [folder = *path, store = QPointer(this)](LaneJob&) -> Lanes::Report {
+    m_environment.lanes.look(*path, [folder = *path, store = QPointer(this)](LaneJob&) -> Lanes::Report {
         return [folder, store, steps = fileSystem::stepsTowards(folder)] {
             if (store) {
                 store->m_knownPaths.noteFolder(folder, steps);

@@ -105,6 +105,7 @@ void LapsaStore::askWhatIsFree(const std::shared_ptr<FreeRound>& round, const QL
             m_environment.lanes,
             LaneSeries::Plan{.path = group.path,
                              .count = std::size_t(asked.size()),
+                             .onlyLooks = true,
                              .makeStep = [asked, locked, weak = std::weak_ptr(round),
                                           store = QPointer(this)] { return freeStep(asked, locked, weak, store); },
                              .settled = settled}));

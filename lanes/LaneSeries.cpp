@@ -51,6 +51,7 @@ struct LaneSeries::Job
 LaneSeries::LaneSeries(Lanes& lanes, Plan plan)
     : m_lanes(lanes)
     , m_path(std::move(plan.path))
+    , m_onlyLooks(plan.onlyLooks)
     , m_shared(std::make_shared<Shared>())
 {
     m_shared->count = plan.count;
@@ -78,8 +79,9 @@ void LaneSeries::submit()
 {
     auto mine = std::make_shared<Job>();
     m_jobs.push_back(mine);
+    const auto work = [shared = m_shared, mine](LaneJob& job) { return run(shared, *mine, job); };
     // With lanes that run at once, the series may be gone when this returns.
-    mine->job = m_lanes.run(m_path, [shared = m_shared, mine](LaneJob& job) { return run(shared, *mine, job); });
+    mine->job = m_onlyLooks ? m_lanes.look(m_path, work) : m_lanes.run(m_path, work);
 }
 
 Lanes::Report LaneSeries::run(const std::shared_ptr<Shared>& shared, Job& mine, LaneJob& job)

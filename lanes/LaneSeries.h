@@ -27,6 +27,8 @@ public:
         /// Names the lane.
         QString path;
         std::size_t count = 0;
+        /// Whether it only looks; see Lanes::look().
+        bool onlyLooks = false;
         /// Called on the lane by each job that begins an entry: what a step keeps open belongs to one thread.
         std::function<Step()> makeStep;
         /// Called on the main thread when all entries that were begun have reported, except those that hang; again each
@@ -71,6 +73,7 @@ private:
 
     Lanes& m_lanes;
     QString m_path;
+    bool m_onlyLooks;
     std::shared_ptr<Shared> m_shared;
     std::vector<std::shared_ptr<Job>> m_jobs;
     std::size_t m_ended = 0;

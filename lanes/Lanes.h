@@ -39,6 +39,10 @@ public:
     /// Runs work on the lane of the mount that holds the absolute path `path`. Does not access the path itself.
     virtual std::shared_ptr<LaneJob> run(const QString& path, Work work) = 0;
 
+    /// The same for work that only looks at files and soon ends: it does not wait behind the copies and removals of its
+    /// mount.
+    virtual std::shared_ptr<LaneJob> look(const QString& path, Work work) = 0;
+
     /// The lane of an absolute path: equal for paths on the same mount, judged by their text.
     [[nodiscard]] virtual QString laneOf(const QString& path) = 0;
 

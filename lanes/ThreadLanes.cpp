@@ -25,6 +25,14 @@ constexpr std::chrono::milliseconds longestWatchInterval = 500ms;
 /// In milliseconds. Reports run on the main thread, which also draws: after this time, the rest wait for its next turn.
 constexpr qint64 longestTurn = 4;
 
+/// Before the mount point, in the name of its lane for looks. No mount point begins with a colon.
+const QString lookLane = QStringLiteral(":looks ");
+
+QString mountPointOf(const QString& lane)
+{
+    return lane.startsWith(lookLane) ? lane.sliced(lookLane.size()) : lane;
+}
+
 } // namespace
 
 ThreadLanes::ThreadLanes(MainQueue& mainQueue, const Bounds& bounds)
@@ -58,6 +66,11 @@ void ThreadLanes::askToEnd()
 std::shared_ptr<LaneJob> ThreadLanes::run(const QString& path, Work work)
 {
     return enqueue(m_mountPoints.holding(path), std::move(work), AtTheEnd::Drop);
+}
+
+std::shared_ptr<LaneJob> ThreadLanes::look(const QString& path, Work work)
+{
+    return enqueue(lookLane + m_mountPoints.holding(path), std::move(work), AtTheEnd::Drop);
 }
 
 QString ThreadLanes::laneOf(const QString& path)
@@ -164,7 +177,7 @@ void ThreadLanes::noteFinished(const std::shared_ptr<Shared>& shared, const Lane
 {
     shared->finished.push_back({.lane = lane.name, .report = std::move(report)});
     if (lane.setAside) {
-        const auto isBack = [lanes = shared->lanes, name = lane.name] {
+        const auto isBack = [lanes = shared->lanes, name = mountPointOf(lane.name)] {
             if (lanes->m_isBack) {
                 lanes->m_isBack(name);
             }
@@ -242,7 +255,7 @@ void ThreadLanes::watch()
             if (!lane->setAside && !lane->keepsOrder && lane->current &&
                 lane->current->silentFor(m_shared->bounds.hangsAfter)) {
                 setAside(lane);
-                hanging << lane->name;
+                hanging << mountPointOf(lane->name);
             }
         }
     }

@@ -40,6 +40,7 @@ public:
     ~ThreadLanes() override;
 
     std::shared_ptr<LaneJob> run(const QString& path, Work work) override;
+    std::shared_ptr<LaneJob> look(const QString& path, Work work) override;
     [[nodiscard]] QString laneOf(const QString& path) override;
     std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) override;
     bool await(const QString& lane, std::chrono::milliseconds patience) override;
@@ -49,8 +50,9 @@ public:
     /// this.
     bool finish(std::chrono::milliseconds patience);
 
-    /// Calls `hangs` when work on a lane begins to hang, and `isBack` when it has returned.
-    void onHanging(std::function<void(const QString& lane)> hangs, std::function<void(const QString& lane)> isBack)
+    /// Calls `hangs` with the mount point when work on a lane of it begins to hang, and `isBack` when it has returned.
+    void onHanging(std::function<void(const QString& mountPoint)> hangs,
+                   std::function<void(const QString& mountPoint)> isBack)
     {
         m_hangs = std::move(hangs);
         m_isBack = std::move(isBack);
@@ -80,8 +82,8 @@ private:
     std::shared_ptr<Shared> m_shared;
     /// Exists while there is work.
     std::unique_ptr<ScheduledTask> m_watch;
-    std::function<void(const QString& lane)> m_hangs;
-    std::function<void(const QString& lane)> m_isBack;
+    std::function<void(const QString& mountPoint)> m_hangs;
+    std::function<void(const QString& mountPoint)> m_isBack;
 };
 
 } // namespace lapsa

@@ -195,6 +195,17 @@ void Disposals::stop(const QString& id)
     }
 }
 
+void Disposals::stopAt(const QSet<QString>& paths)
+{
+    for (const std::shared_ptr<Disposal>& disposal : m_underWay) {
+        for (std::size_t order = 0; order < disposal->end; ++order) {
+            if (paths.contains(disposal->plan->items[qsizetype(order)].path)) {
+                disposal->plan->stops[order] = true;
+            }
+        }
+    }
+}
+
 void Disposals::stopFoldersAbove(const QString& path)
 {
     for (const std::shared_ptr<Disposal>& disposal : m_underWay) {

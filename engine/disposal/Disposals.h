@@ -69,6 +69,8 @@ public:
 
     /// The file of the item stays where it is, as far as it is still there.
     void stop(const QString& id);
+    /// The same for the items at these standardised paths.
+    void stopAt(const QSet<QString>& paths);
     /// The same for folders that hold this path, judged by its text.
     void stopFoldersAbove(const QString& path);
     /// The same for all that was not begun by the user's hand.

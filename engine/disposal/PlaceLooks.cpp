@@ -113,10 +113,12 @@ void PlaceLooks::begin(const std::shared_ptr<Round>& round, const QStringList& p
                 };
             };
         };
-        round->series.push_back(std::make_unique<LaneSeries>(
-            m_lanes,
-            LaneSeries::Plan{
-                .path = group.path, .count = std::size_t(asked.size()), .makeStep = makeStep, .settled = [] {}}));
+        round->series.push_back(
+            std::make_unique<LaneSeries>(m_lanes, LaneSeries::Plan{.path = group.path,
+                                                                   .count = std::size_t(asked.size()),
+                                                                   .onlyLooks = true,
+                                                                   .makeStep = makeStep,
+                                                                   .settled = [] {}}));
     }
     for (std::size_t next = 0; next < round->series.size(); ++next) {
         round->series[next]->start();

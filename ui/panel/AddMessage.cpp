@@ -210,7 +210,7 @@ void showAddMessage(LapsaStore& store, const AddResult& result)
         show(addMessage(result, limits()));
         return;
     }
-    store.lanes().run(result.newFolders.constFirst(), [result, limits, show](LaneJob&) -> Lanes::Report {
+    store.lanes().look(result.newFolders.constFirst(), [result, limits, show](LaneJob&) -> Lanes::Report {
         return [show, message = addMessage(result, limits())] { show(message); };
     });
 }

@@ -55,18 +55,30 @@ Lanes::Report ManualLanes::workOnNext()
         auto [job, work] = std::move(m_waiting.front());
         m_waiting.pop_front();
         if (!job->stopRequested()) {
-            Report last = work(*job);
-            return [told = std::exchange(m_told, {}), last = std::move(last)] {
-                for (const Report& message : told) {
-                    message();
-                }
-                if (last) {
-                    last();
-                }
-            };
+            return workOn(*job, work);
         }
     }
     return {};
+}
+
+Lanes::Report ManualLanes::workOn(LaneJob& job, const Work& work)
+{
+    Report last = work(job);
+    return [told = std::exchange(m_told, {}), last = std::move(last)] {
+        for (const Report& message : told) {
+            message();
+        }
+        if (last) {
+            last();
+        }
+    };
+}
+
+Lanes::Report ManualLanes::takeNext()
+{
+    auto [job, work] = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    return [this, job = std::move(job), work = std::move(work)] { workOn(*job, work)(); };
 }
 
 void ManualLanes::runNext()

@@ -7,6 +7,7 @@
 
 #include <QStringList>
 
+#include <cstddef>
 #include <deque>
 #include <utility>
 
@@ -29,6 +30,9 @@ public:
     {}
 
     std::shared_ptr<LaneJob> run(const QString& path, Work work) override;
+
+    std::shared_ptr<LaneJob> look(const QString& path, Work work) override { return run(path, std::move(work)); }
+
     /// The longest of the mounts that the test has named, or "/".
     [[nodiscard]] QString laneOf(const QString& path) override;
     std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) override;
@@ -43,14 +47,22 @@ public:
 
     /// The work of the oldest job; the answer is what it tells and reports, to be called by the test.
     [[nodiscard]] Report workOnNext();
+    /// Takes the oldest job out of its turn; the answer does its work, and its report.
+    [[nodiscard]] Report takeNext();
     /// The work of the oldest job, and its report.
     void runNext();
     /// All jobs, also those that reports hand over.
     void runAll();
+
+    /// How many jobs wait.
+    [[nodiscard]] std::size_t waiting() const { return m_waiting.size(); }
+
     /// Whether nothing waits that was not stopped.
     [[nodiscard]] bool isIdle() const;
 
 private:
+    [[nodiscard]] Report workOn(LaneJob& job, const Work& work);
+
     std::deque<std::pair<std::shared_ptr<LaneJob>, Work>> m_waiting;
     /// What the work under way tells, when the test takes its report into its own hands.
     std::deque<Report> m_told;
