@@ -202,6 +202,7 @@ signals:
 
 private:
     struct FoundFile;
+    struct AskedPaths;
     struct AddRound;
     struct FreeRound;
     struct Scan;
@@ -214,6 +215,8 @@ private:
     void noteEarlierItems(const QStringList& paths, const fileSystem::KnownPaths& remembered);
     void loadRecoveryItems();
     static void keepRecoveryList();
+    [[nodiscard]] LaneSeries::Step lookStep(const AskedPaths& asked, const fileSystem::KnownPaths& known,
+                                            const std::weak_ptr<AddRound>& weak);
     void look(const std::shared_ptr<AddRound>& round, const QStringList& paths);
     void seen(const std::shared_ptr<AddRound>& round, qsizetype request, const std::optional<FoundFile>& found);
     void addSeen(const std::shared_ptr<AddRound>& round);

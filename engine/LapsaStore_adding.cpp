@@ -88,6 +88,13 @@ std::optional<fileSystem::Refusal> refusalOf(const QString& path)
 
 } // namespace
 
+/// Paths of one lane: some of those that were named.
+struct LapsaStore::AskedPaths
+{
+    QStringList paths;
+    std::vector<qsizetype> entries;
+};
+
 /// The files of one add.
 struct LapsaStore::AddRound
 {
@@ -140,43 +147,51 @@ void LapsaStore::addFiles(const QList<QUrl>& urls, const AddOptions& options, co
     }
 }
 
+/// On a lane.
+LaneSeries::Step LapsaStore::lookStep(const AskedPaths& asked, const fileSystem::KnownPaths& known,
+                                      const std::weak_ptr<AddRound>& weak)
+{
+    const auto steps = std::make_shared<fileSystem::KnownPathsLook>(known);
+    return [this, asked, steps, weak](std::size_t entry, LaneJob&) -> Lanes::Report {
+        const qsizetype number = asked.entries[entry];
+        const QString& path = asked.paths[number];
+        std::optional<FoundFile> found;
+        if (const fileSystem::Status status = fileSystem::status(path); status.exists) {
+            found = FoundFile{.path = path, .isDirectory = status.isDirectory};
+            // Only these can be refused, so a drop of thousands of files costs one look-up each.
+            found->refusal = status.isDirectory || status.isMountPoint ? refusalOf(path) : std::nullopt;
+            found->steps = steps->at(path);
+        }
+        return [this, weak, number, found] {
+            if (const auto alive = weak.lock()) {
+                seen(alive, number, found);
+            }
+        };
+    };
+}
+
 /// Asks the lanes about each path.
 void LapsaStore::look(const std::shared_ptr<AddRound>& round, const QStringList& paths)
 {
     const std::vector<LaneGroup> groups =
         groupByLane(m_environment.lanes, paths.size(), [&](qsizetype path) -> const QString& { return paths[path]; });
     for (const LaneGroup& group : groups) {
-        const auto makeStep = [this, paths, requests = group.entries, known = m_knownPaths,
-                               weak = std::weak_ptr(round)]() -> LaneSeries::Step {
-            const auto steps = std::make_shared<fileSystem::KnownPathsLook>(known);
-            return [this, paths, requests, steps, weak](std::size_t entry, LaneJob&) -> Lanes::Report {
-                const qsizetype request = requests[entry];
-                const QString& path = paths[request];
-                std::optional<FoundFile> found;
-                if (const fileSystem::Status status = fileSystem::status(path); status.exists) {
-                    found = FoundFile{.path = path, .isDirectory = status.isDirectory};
-                    // Only these can be refused, so a drop of thousands of files costs one look-up each.
-                    found->refusal = status.isDirectory || status.isMountPoint ? refusalOf(path) : std::nullopt;
-                    found->steps = steps->at(path);
-                }
-                return [this, weak, request, found] {
-                    if (const auto alive = weak.lock()) {
-                        seen(alive, request, found);
-                    }
-                };
-            };
-        };
         round->series.push_back(std::make_unique<LaneSeries>(
             m_environment.lanes, LaneSeries::Plan{.path = paths[group.entries.front()],
                                                   .count = group.entries.size(),
                                                   .onlyLooks = true,
-                                                  .makeStep = makeStep,
-                                                  .settled = [this, weak = std::weak_ptr(round)] {
-                                                      const auto alive = weak.lock();
-                                                      if (alive && alive->late) {
-                                                          addSeen(alive);
-                                                      }
-                                                  }}));
+                                                  .makeStep =
+                                                      [this, paths, requests = group.entries, known = m_knownPaths,
+                                                       weak = std::weak_ptr(round)] {
+                                                          return lookStep({paths, requests}, known, weak);
+                                                      },
+                                                  .settled =
+                                                      [this, weak = std::weak_ptr(round)] {
+                                                          const auto alive = weak.lock();
+                                                          if (alive && alive->late) {
+                                                              addSeen(alive);
+                                                          }
+                                                      }}));
     }
     for (std::size_t next = 0; next < round->series.size(); ++next) {
         round->series[next]->start();

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "LaneJob.h"
+#include "ThreadLanes_state.h"
+
+#include <algorithm>
+
+namespace lapsa {
+
+bool ThreadLanes::await(const QString& lane, std::chrono::milliseconds patience)
+{
+    const QString name = u':' + lane;
+    std::unique_lock lock(m_shared->mutex);
+    const auto isOfLane = [&name](const auto& active) { return active->name == name; };
+    const bool ended = m_shared->threadEnded.wait_for(lock, patience,
+                                                      [&] { return std::ranges::none_of(m_shared->active, isOfLane); });
+    lock.unlock();
+    while (const Report report = nextReport(&name)) {
+        report();
+    }
+    return ended;
+}
+
+bool ThreadLanes::finish(std::chrono::milliseconds patience)
+{
+    std::unique_lock lock(m_shared->mutex);
+    askToEnd();
+    const bool ended =
+        m_shared->threadEnded.wait_for(lock, patience, [&] { return m_shared->threads == m_shared->threadsSetAside; });
+    lock.unlock();
+    while (const Report report = nextReport()) {
+        report();
+    }
+    return ended;
+}
+
+} // namespace lapsa
