@@ -49,7 +49,7 @@ ShownPanel::~ShownPanel() = default;
 void ShownPanel::makeAnew()
 {
     m_controller.emplace(PanelController::Environment{
-        {m_world.store(), m_world.time, m_world.time, FileIconProvider::shared(), m_world.kinds},
+        {m_world.store(), m_world.time, m_world.time, FileIconProvider::shared(), m_world.kinds, m_world.store()},
         m_folderPicker,
         *m_windowSystem,
         *m_pointer});

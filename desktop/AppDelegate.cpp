@@ -102,7 +102,8 @@ void AppDelegate::makePanelController()
                                                                                  .clock = m_environment.clock,
                                                                                  .mainQueue = m_environment.mainQueue,
                                                                                  .icons = FileIconProvider::shared(),
-                                                                                 .kinds = *m_itemKinds},
+                                                                                 .kinds = *m_itemKinds,
+                                                                                 .work = *m_store},
                                                                        .folderPicker = m_environment.folderPicker,
                                                                        .windowSystem = m_environment.windowSystem,
                                                                        .pointer = m_environment.pointer});

@@ -7,7 +7,7 @@
 #include "BusyItems.h"
 #include "DebouncedTask.h"
 #include "Disposals.h"
-#include "ItemWork.h"
+#include "ItemWorkSource.h"
 #include "KnownPaths.h"
 #include "LaneSeries.h"
 #include "LapsaItem.h"
@@ -50,7 +50,7 @@ class Workspace;
 ///
 /// The lanes do what concerns files. What they find or did is heard later, on the main thread; the lists and the disk
 /// show it in the promised order. An item stays on the list until what became of its file is known.
-class LapsaStore final : public QObject
+class LapsaStore final : public QObject, public ItemWorkSource
 {
     Q_OBJECT
 
@@ -164,11 +164,9 @@ public:
     /// Whether the item is due, but its file was being written to when it was to be copied to another file system.
     [[nodiscard]] bool isInUse(const QString& id) const { return m_inUse.contains(id); }
 
-    /// What a lane has been doing with the item's file for more than half a second.
-    [[nodiscard]] std::optional<ItemWork> workOn(const QString& id) const { return m_disposals.workOn(id); }
+    [[nodiscard]] std::optional<ItemWork> workOn(const QString& id) const override { return m_disposals.workOn(id); }
 
-    /// Whether workOn() is worth asking.
-    [[nodiscard]] bool isWorking() const { return m_disposals.isWorking(); }
+    [[nodiscard]] bool isWorking() const override { return m_disposals.isWorking(); }
 
     /// Calls `found` with those of the items that no lock holds back, by themselves or by what they hold.
     void findFree(const QList<LapsaItem>& items, const std::function<void(const QList<LapsaItem>& free)>& found);

@@ -39,7 +39,7 @@ public:
     RecordingFolderPicker folderPicker;
     PlainWindowSystem windowSystem;
     PlayedPointer pointer;
-    PanelController controller{{{store(), time, time, icons, kinds}, folderPicker, windowSystem, pointer}};
+    PanelController controller{{{store(), time, time, icons, kinds, store()}, folderPicker, windowSystem, pointer}};
 };
 
 } // namespace lapsa::test

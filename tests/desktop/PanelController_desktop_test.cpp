@@ -53,7 +53,7 @@ public:
     RecordingFolderPicker folderPicker;
     std::unique_ptr<WindowSystem> windowSystem = makeWindowSystem();
     std::unique_ptr<PointerMonitor> pointer = makePointerMonitor();
-    PanelController controller{{{store(), time, time, icons, kinds}, folderPicker, *windowSystem, *pointer}};
+    PanelController controller{{{store(), time, time, icons, kinds, store()}, folderPicker, *windowSystem, *pointer}};
 };
 
 } // namespace

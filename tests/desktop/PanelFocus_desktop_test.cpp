@@ -66,7 +66,7 @@ public:
     RecordingFolderPicker folderPicker;
     std::unique_ptr<WindowSystem> windowSystem = makeWindowSystem();
     std::unique_ptr<PointerMonitor> pointer = makePointerMonitor();
-    PanelController controller{{{store(), time, time, icons, kinds}, folderPicker, *windowSystem, *pointer}};
+    PanelController controller{{{store(), time, time, icons, kinds, store()}, folderPicker, *windowSystem, *pointer}};
 };
 
 /// Clicks twice, and waits until a widget has got the second click.

@@ -35,10 +35,10 @@ constexpr std::int64_t day = 1440;
 
 std::unique_ptr<LapsaPanelView> shownPanel(Scene& scene)
 {
-    auto panel =
-        std::make_unique<LapsaPanelView>(LapsaPanelView::Environment{scene.world.store(), scene.world.time,
-                                                                     scene.world.time, scene.icons, scene.world.kinds},
-                                         [] {});
+    auto panel = std::make_unique<LapsaPanelView>(LapsaPanelView::Environment{scene.world.store(), scene.world.time,
+                                                                              scene.world.time, scene.icons,
+                                                                              scene.world.kinds, scene.world.store()},
+                                                  [] {});
     panel->setAttribute(Qt::WA_TranslucentBackground);
     panel->show();
     QTest::mouseMove(panel.get(), {2, 2}); // nothing is hovered

@@ -5,6 +5,7 @@
 
 #include "FileRowView.h"
 #include "FocusRing.h"
+#include "ItemWorkSource.h"
 #include "LapsaStore.h"
 #include "Localized.h"
 #include "ScrollFade.h"
@@ -61,6 +62,7 @@ void FileListView::setNow(TimePoint now)
 {
     m_now = now;
     for (const Row& row : m_rows) {
+        row.view->setWork(m_rowEnvironment.work.workOn(row.view->item().id));
         row.view->setNow(now);
     }
 }

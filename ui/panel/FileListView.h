@@ -22,9 +22,8 @@ class ScrollFade;
 class Spotlight;
 class TextLabel;
 
-/// The scrolling list of items. Only the rows on screen exist: a row is bound to an item by its id and moves with it,
-/// so that hover and focus stay with the item while the list changes around it. The cost does not depend on the number
-/// of items.
+/// The scrolling list of items. Only the rows on screen exist. A row moves with the item to which it is bound, and so
+/// do hover and focus. The cost does not depend on the number of items.
 ///
 /// One row is current: Tab stops at it and its buttons, the arrow keys make another row current. The list itself can
 /// have the focus, but is not a Tab stop: from there the arrow keys move to its rows.
@@ -37,6 +36,7 @@ public:
 
     /// Reads the store's items again; visible rows stay in place when something changes above them.
     void refresh();
+    /// Shows the remaining times at this time, and what the lanes are doing now.
     void setNow(TimePoint now);
     /// The rows on screen, from top to bottom.
     [[nodiscard]] QList<FileRowView*> visibleRows() const;
@@ -97,6 +97,7 @@ private:
     void scrollTo(qsizetype index);
     void scrollToBlock(qsizetype first, qsizetype last);
     void showLight();
+    [[nodiscard]] QString stateOf(const LapsaItem& item) const;
     void placeBar();
     void updateFades();
 

@@ -3,8 +3,10 @@
 
 #include "FileListView.h"
 #include "FileRowView.h"
+#include "ItemWorkSource.h"
 #include "LapsaStore.h"
 #include "TextLabel.h"
+#include "WorkTexts.h"
 
 #include <QAccessibleWidget>
 #include <QHash>
@@ -69,7 +71,7 @@ public:
         case QAccessible::Name:
             return item.displayName;
         case QAccessible::Description:
-            return FileRowView::remainingText(item, m_list->m_now);
+            return m_list->stateOf(item);
         default:
             return {};
         }
@@ -203,6 +205,12 @@ private:
     /// The most recently requested items, oldest first.
     mutable QQueue<std::pair<QString, QAccessible::Id>> m_order;
 };
+
+QString FileListView::stateOf(const LapsaItem& item) const
+{
+    const std::optional<ItemWork> work = m_rowEnvironment.work.workOn(item.id);
+    return work ? workTexts::textFor(*work) : FileRowView::remainingText(item, m_now);
+}
 
 QAccessibleInterface* FileListView::makeAccessible()
 {

@@ -3,6 +3,7 @@
 
 #include "FileListView.h"
 #include "FileRowView.h"
+#include "ItemWorkSource.h"
 #include "LapsaStore.h"
 
 #include <QApplication>
@@ -34,6 +35,7 @@ void FileListView::bindRows()
     const QList<LapsaItem>& items = m_store.items();
     for (const Row& row : m_rows) {
         row.view->setItem(items[row.index]);
+        row.view->setWork(m_rowEnvironment.work.workOn(items[row.index].id));
         row.view->setNow(m_now);
         place(row);
     }

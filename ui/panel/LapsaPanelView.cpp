@@ -117,6 +117,7 @@ void LapsaPanelView::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
     m_clock.reset();
+    m_workClock.reset();
     m_due.clear();
     // The user has read it, and it may no longer be true when the panel opens again.
     if (!event->spontaneous() && !m_message->isHidden()) {
@@ -160,7 +161,8 @@ QWidget* LapsaPanelView::makeCount()
 
 QWidget* LapsaPanelView::makeList()
 {
-    m_list = new FileListView({m_environment.store, m_environment.icons, m_environment.kinds}, this);
+    m_list =
+        new FileListView({m_environment.store, m_environment.icons, m_environment.kinds, m_environment.work}, this);
     return m_list;
 }
 
@@ -198,6 +200,7 @@ void LapsaPanelView::refresh()
     }
     m_list->setNow(m_environment.clock.now());
     m_list->refresh();
+    followWork();
     announceGoneItems();
     dismissSheetOfVanishedItem();
 }
@@ -205,6 +208,7 @@ void LapsaPanelView::refresh()
 void LapsaPanelView::tick()
 {
     m_list->setNow(m_environment.clock.now());
+    followWork();
 }
 
 void LapsaPanelView::applyTheme()

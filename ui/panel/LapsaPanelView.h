@@ -4,6 +4,7 @@
 #pragma once
 
 #include "LapsaTheme.h"
+#include "WorkAnnouncements.h"
 
 #include <QHash>
 #include <QPointer>
@@ -23,6 +24,7 @@ class FileChooser;
 class FileIconSource;
 class FileListView;
 class ItemKinds;
+class ItemWorkSource;
 struct LapsaItem;
 class LapsaStore;
 class MainQueue;
@@ -45,6 +47,7 @@ public:
         MainQueue& mainQueue;
         FileIconSource& icons;
         ItemKinds& kinds;
+        const ItemWorkSource& work;
     };
 
     LapsaPanelView(const Environment& environment, std::function<void()> openPreferences, QWidget* parent = nullptr);
@@ -76,6 +79,8 @@ private:
     void announceGoneItems();
     void refresh();
     void tick();
+    void followWork();
+    void showWork();
     void applyTheme();
     void addDroppedFiles(const QList<QUrl>& urls);
     void addChosenFiles(const QList<QUrl>& urls);
@@ -87,6 +92,9 @@ private:
     Environment m_environment;
     std::function<void()> m_openPreferences;
     std::unique_ptr<ScheduledTask> m_clock;
+    /// Exists while work on files is on the screen.
+    std::unique_ptr<ScheduledTask> m_workClock;
+    WorkAnnouncements m_workAnnouncements;
     std::optional<LapsaTheme> m_appliedTheme;
     bool m_changeNoted = false;
     /// The names, by id, of items that may be removed automatically by the noted change.

@@ -7,6 +7,7 @@ namespace lapsa {
 
 class FileIconSource;
 class ItemKinds;
+class ItemWorkSource;
 class LapsaStore;
 
 /// What the rows need. All of it outlives them.
@@ -15,6 +16,7 @@ struct RowEnvironment
     LapsaStore& store;
     FileIconSource& icons;
     ItemKinds& kinds;
+    const ItemWorkSource& work;
 };
 
 } // namespace lapsa

@@ -30,7 +30,7 @@ ManyItems::ManyItems(int count, const std::function<std::chrono::seconds(int)>& 
     world.home.writeDataFile(u"state.json"_s, JSONEncoder::lapsa().encode(items));
     world.start();
     panel = std::make_unique<LapsaPanelView>(
-        LapsaPanelView::Environment{world.store(), world.time, world.time, icons, world.kinds}, [] {});
+        LapsaPanelView::Environment{world.store(), world.time, world.time, icons, world.kinds, world.store()}, [] {});
     panel->show();
     panel->activateWindow();
     std::ignore = QTest::qWaitForWindowActive(panel.get()); // on a real display the window manager decides when

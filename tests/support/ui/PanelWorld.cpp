@@ -34,8 +34,14 @@ QIcon RecordingIcons::icon(const QUrl&, ItemKind kind)
     return QIcon(pixmap);
 }
 
+std::optional<ItemWork> PlayedWork::workOn(const QString& id) const
+{
+    const auto found = works.constFind(id);
+    return found != works.cend() ? std::optional(*found) : std::nullopt;
+}
+
 PanelWorld::PanelWorld()
-    : panel({store(), time, time, icons, kinds}, [this] { ++preferencesOpened; })
+    : panel({store(), time, time, icons, kinds, work}, [this] { ++preferencesOpened; })
 {
     panel.show();
     panel.activateWindow();

@@ -4,13 +4,15 @@
 #pragma once
 
 #include "FileIconSource.h"
+#include "ItemWorkSource.h"
 #include "LapsaPanelView.h"
 #include "StoreWorld.h"
 
 #include <QColor>
+#include <QHash>
 #include <QImage>
-#include <QList>
-#include <QUrl>
+
+#include <optional>
 
 namespace lapsa {
 
@@ -30,6 +32,19 @@ public:
 
     const QColor color = Qt::magenta;
     const QColor folderColor = Qt::cyan;
+};
+
+/// What the lanes seem to be doing: real work is over too soon.
+class PlayedWork final : public ItemWorkSource
+{
+public:
+    [[nodiscard]] std::optional<ItemWork> workOn(const QString& id) const override;
+
+    [[nodiscard]] bool isWorking() const override { return working; }
+
+    /// By the ids of the items.
+    QHash<QString, ItemWork> works;
+    bool working = false;
 };
 
 /// The shown panel over the real store. Call once before it: setUpApplication().
@@ -52,6 +67,7 @@ public:
     [[nodiscard]] RowIconButton& button(qsizetype row, const QString& help);
 
     RecordingIcons icons;
+    PlayedWork work;
     int preferencesOpened = 0;
     LapsaPanelView panel;
 };

@@ -154,7 +154,7 @@ void FileListView_test::twoItemsWithOneIdAreTwoRows()
     world.home.writeDataFile(u"state.json"_s, JSONEncoder::lapsa().encode(QList<LapsaItem>{item, other}));
     world.start();
     test::RecordingIcons icons;
-    LapsaPanelView panel({world.store(), world.time, world.time, icons, world.kinds}, [] {});
+    LapsaPanelView panel({world.store(), world.time, world.time, icons, world.kinds, world.store()}, [] {});
     panel.show();
     PanelWorld::settle();
 

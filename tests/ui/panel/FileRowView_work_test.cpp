@@ -58,7 +58,7 @@ struct ShownRow
 
     test::StoreWorld world;
     test::RecordingIcons icons;
-    FileRowView row{{world.store(), icons, world.kinds}};
+    FileRowView row{{world.store(), icons, world.kinds, world.store()}};
 };
 
 } // namespace
