@@ -44,7 +44,7 @@ MAY_USE = {
 
     # The two surfaces never meet.
     "panel": {"engine", "disposal", "model", "lanes", "io", "platform", "base"} | INTERFACE,
-    "preferences": {"engine", "model", "io", "platform", "base"} | INTERFACE,
+    "preferences": {"engine", "model", "lanes", "io", "platform", "base"} | INTERFACE,
 
     # It wires everything, but only the program itself makes the real facilities.
     "desktop": {"panel", "preferences", "engine", "model", "lanes", "io", "platform", "base"} | INTERFACE,

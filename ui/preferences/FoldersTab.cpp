@@ -23,7 +23,7 @@ FoldersTab::FoldersTab(LapsaStore& store, FolderPicker& folderPicker, QWidget* p
               new PushButton(Localized::text(u"Add folder"_s, u"Aggiungi cartella"_s), PushButton::Kind::Plain), parent)
     , m_store(store)
     , m_folderPicker(folderPicker)
-    , m_empty(new NoFoldersView)
+    , m_empty(new NoFoldersView(store.lanes()))
 {
     addButton().setSymbol(u"folder.badge.plus"_s);
     column().addWidget(m_empty);

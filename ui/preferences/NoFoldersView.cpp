@@ -4,11 +4,14 @@
 #include "NoFoldersView.h"
 
 #include "Card.h"
+#include "Lanes.h"
 #include "Localized.h"
 #include "PushButton.h"
 #include "TextLabel.h"
 #include "UserFolders.h"
 
+#include <QDir>
+#include <QPointer>
 #include <QVBoxLayout>
 
 namespace lapsa {
@@ -21,8 +24,9 @@ constexpr int stackSpacing = 12;
 
 } // namespace
 
-NoFoldersView::NoFoldersView(QWidget* parent)
+NoFoldersView::NoFoldersView(Lanes& lanes, QWidget* parent)
     : QWidget(parent)
+    , m_lanes(lanes)
     , m_button(new PushButton({}, PushButton::Kind::Plain))
 {
     auto* const column = new QVBoxLayout(this);
@@ -44,21 +48,31 @@ NoFoldersView::NoFoldersView(QWidget* parent)
     m_button->setSymbol(u"folder.badge.plus"_s);
     lines->addWidget(m_button, 0, Qt::AlignLeading);
     card->addRow(stack);
-    offer();
+    m_button->hide();
     connect(m_button, &PushButton::clicked, this, [this] { emit chosen(m_offered); });
 }
 
 void NoFoldersView::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    offer();
+    lookForDownloads();
 }
 
-void NoFoldersView::offer()
+void NoFoldersView::lookForDownloads()
 {
-    const QString path = userFolders::downloads();
-    m_offered = QUrl::fromLocalFile(path);
-    m_button->setVisible(!path.isEmpty());
+    m_lanes.run(QDir::homePath(), [view = QPointer(this)](LaneJob&) -> Lanes::Report {
+        return [view, folder = userFolders::downloads()] {
+            if (view) {
+                view->offer(folder);
+            }
+        };
+    });
+}
+
+void NoFoldersView::offer(const QString& folder)
+{
+    m_offered = QUrl::fromLocalFile(folder);
+    m_button->setVisible(!folder.isEmpty());
     m_button->setText(singleLine(Localized::text(u"Add “%1”"_s, u"Aggiungi “%1”"_s).arg(m_offered.fileName())));
     m_button->updateGeometry();
 }

@@ -8,6 +8,7 @@
 
 namespace lapsa {
 
+class Lanes;
 class PushButton;
 
 /// What the folders tab shows while no folder is watched: what watching does, and a button that adds the downloads
@@ -17,7 +18,8 @@ class NoFoldersView final : public QWidget
     Q_OBJECT
 
 public:
-    explicit NoFoldersView(QWidget* parent = nullptr);
+    /// `lanes` must outlive the view.
+    explicit NoFoldersView(Lanes& lanes, QWidget* parent = nullptr);
 
 signals:
     /// The user asked to watch that folder.
@@ -27,9 +29,12 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    /// Offers the current downloads folder.
-    void offer();
+    /// Looks on a lane for the current downloads folder, and offers it.
+    void lookForDownloads();
+    /// Empty if there is none.
+    void offer(const QString& folder);
 
+    Lanes& m_lanes;
     QUrl m_offered;
     PushButton* m_button;
 };
