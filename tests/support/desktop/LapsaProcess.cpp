@@ -24,13 +24,15 @@ constexpr int patience = 60'000;
 
 } // namespace
 
-LapsaProcess::LapsaProcess(const QStringList& arguments, const QString& workingFolder)
+LapsaProcess::LapsaProcess(const QStringList& command, const QStringList& arguments, const QString& workingFolder)
 {
     m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     if (!workingFolder.isEmpty()) {
         m_process.setWorkingDirectory(workingFolder);
     }
-    m_process.start(program(), arguments);
+    QStringList line = command + QStringList{program()} + arguments;
+    const QString first = line.takeFirst();
+    m_process.start(first, line);
     if (!m_process.waitForStarted(patience)) {
         qFatal("cannot start Lapsa");
     }

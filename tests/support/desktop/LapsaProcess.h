@@ -16,7 +16,13 @@ class TemporaryHome;
 class LapsaProcess final
 {
 public:
-    explicit LapsaProcess(const QStringList& arguments = {}, const QString& workingFolder = {});
+    explicit LapsaProcess(const QStringList& arguments = {}, const QString& workingFolder = {})
+        : LapsaProcess(QStringList(), arguments, workingFolder)
+    {}
+
+    /// Started by another command, which becomes the program (`strace -D`).
+    [[nodiscard]] static LapsaProcess startedBy(const QStringList& command) { return {command, {}, {}}; }
+
     LapsaProcess(const LapsaProcess&) = delete;
     LapsaProcess& operator=(const LapsaProcess&) = delete;
     ~LapsaProcess();
@@ -38,6 +44,8 @@ public:
     [[nodiscard]] QByteArray standardError() { return m_process.readAllStandardError(); }
 
 private:
+    LapsaProcess(const QStringList& command, const QStringList& arguments, const QString& workingFolder);
+
     QProcess m_process;
 };
 
