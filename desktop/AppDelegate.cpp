@@ -20,7 +20,6 @@
 #include "NotificationCentre.h"
 #include "NotificationService.h"
 #include "PanelController.h"
-#include "RecoveryFolder.h"
 #include "SettingsStore.h"
 #include "SplashWindowController.h"
 #include "StatusButton.h"
@@ -66,9 +65,6 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    // Before anything else may move a file there.
-    RecoveryFolder::removeInterruptedCopies();
-
     m_fileWriter = std::make_unique<FileWriter>(m_environment.lanes);
     m_settingsStore = std::make_unique<SettingsStore>(m_environment.mainQueue, *m_fileWriter);
     m_itemKinds = std::make_unique<ItemKinds>(m_environment.lanes);

@@ -15,6 +15,7 @@
 #include "LaneJob.h"
 #include "Lanes.h"
 #include "MainQueue.h"
+#include "RecoveryFolder.h"
 #include "RecoveryNames.h"
 #include "RestoreNote.h"
 #include "SettingsStore.h"
@@ -66,11 +67,47 @@ LapsaStore::LapsaStore(SettingsStore& settingsStore, const Environment& environm
     applyCurrentTheme();
     loadItems();
     loadRecoveryItems();
-    restoreNote::removeLeftovers(m_environment.clock.now());
-    purgeExpiredRecovery();
+    tidyRecovery();
 }
 
 LapsaStore::~LapsaStore() = default;
+
+/// Removes what moves that the end of the process cut short have left, before anything else moves files there.
+void LapsaStore::tidyRecovery()
+{
+    m_tidying = true;
+    const auto work = [now = m_environment.clock.now(), store = QPointer(this)](LaneJob& job) -> Lanes::Report {
+        RecoveryFolder::removeInterruptedCopies();
+        job.alive();
+        return [store, noted = restoreNote::noted(now)] {
+            if (!store) {
+                return;
+            }
+            for (const LapsaRecoveryItem& record : noted) {
+                // Before any restore to the same disk: its lane keeps the order.
+                store->m_environment.lanes.run(record.originalPath, [record](LaneJob&) -> Lanes::Report {
+                    restoreNote::removeLeftoversOf(record);
+                    return {};
+                });
+            }
+            store->m_tidying = false;
+            store->purgeExpiredRecovery();
+            store->goOnWithRecovery();
+        };
+    };
+    m_environment.lanes.run(AppPaths::recoveryDirectory().toLocalFile(), work);
+}
+
+/// What has waited for Recovery to be free.
+void LapsaStore::goOnWithRecovery()
+{
+    if (m_tidying || m_purging) {
+        return;
+    }
+    for (const auto& work : std::exchange(m_waitingForRecovery, {})) {
+        work();
+    }
+}
 
 void LapsaStore::setLastMessage(const std::optional<QString>& message)
 {

@@ -212,6 +212,8 @@ private:
     void rememberEarlierItems();
     void noteEarlierItems(const QStringList& paths, const fileSystem::KnownPaths& remembered);
     void loadRecoveryItems();
+    void tidyRecovery();
+    void goOnWithRecovery();
     static void keepRecoveryList();
     [[nodiscard]] LaneSeries::Step lookStep(const AskedPaths& asked, const fileSystem::KnownPaths& known,
                                             const std::weak_ptr<AddRound>& weak);
@@ -270,8 +272,10 @@ private:
     /// The ids of the items whose disk has not told yet whether a lock holds them back.
     QSet<QString> m_unanswered;
     std::shared_ptr<RecoveryNames> m_recoveryNames;
+    bool m_tidying = false;
     bool m_purging = false;
-    QList<std::function<void()>> m_afterPurge;
+    /// Runs when neither is under way any more.
+    QList<std::function<void()>> m_waitingForRecovery;
     /// Names of new copies that have a record by now, but were claimed while a purge was under way.
     QStringList m_namesToRelease;
     /// The watched folders, by the rule's id, that a lane is listing.

@@ -22,6 +22,10 @@ using namespace Qt::StringLiterals;
 
 void LapsaStore::deleteExpiredItems()
 {
+    if (m_tidying) {
+        m_waitingForRecovery.push_back([this] { deleteExpiredItems(); });
+        return;
+    }
     // First, even while everything is paused.
     purgeExpiredRecovery();
     if (settings().pauseAllCountdowns || m_passWaits) {
@@ -67,6 +71,10 @@ void LapsaStore::handOverDue(const QStringList& lockedPaths, const QList<SeenPla
 // Checks neither the item's own lock nor the time left, on purpose: the user asked for it now.
 void LapsaStore::deleteNow(const LapsaItem& item, const std::function<void(DeleteOutcome outcome)>& done)
 {
+    if (m_tidying) {
+        m_waitingForRecovery.push_back([this, item, done] { deleteNow(item, done); });
+        return;
+    }
     // Not by its lane as well: it may wait there for its turn.
     m_disposals.stop(item.id);
     withLockedPlaces([this, item, done](const QStringList& paths, const QList<SeenPlace>& seen) {

@@ -122,8 +122,8 @@ Restored restore(const LapsaRecoveryItem& item, RecoveryNames& names, LaneJob& j
 
 void LapsaStore::restoreRecoveryItem(const LapsaRecoveryItem& item)
 {
-    if (m_purging) {
-        m_afterPurge.push_back([this, item] { restoreRecoveryItem(item); });
+    if (m_tidying || m_purging) {
+        m_waitingForRecovery.push_back([this, item] { restoreRecoveryItem(item); });
         return;
     }
     const auto work = [item, names = m_recoveryNames, store = QPointer(this)](LaneJob& job) -> Lanes::Report {
@@ -148,8 +148,8 @@ void LapsaStore::restoreRecoveryItem(const LapsaRecoveryItem& item)
 // removed anyway.
 void LapsaStore::deleteRecoveryItem(const LapsaRecoveryItem& item)
 {
-    if (m_purging) {
-        m_afterPurge.push_back([this, item] { deleteRecoveryItem(item); });
+    if (m_tidying || m_purging) {
+        m_waitingForRecovery.push_back([this, item] { deleteRecoveryItem(item); });
         return;
     }
     const auto work = [item, names = m_recoveryNames, store = QPointer(this)](LaneJob& job) -> Lanes::Report {
@@ -179,7 +179,7 @@ void LapsaStore::purgeExpiredRecovery()
 {
     const TimePoint now = m_environment.clock.now();
     const auto due = [now](const LapsaRecoveryItem& item) { return item.purgeAfter <= now; };
-    if (m_purging || std::ranges::none_of(std::as_const(m_recoveryItems), due)) {
+    if (m_tidying || m_purging || std::ranges::none_of(std::as_const(m_recoveryItems), due)) {
         return;
     }
     m_purging = true;
@@ -223,11 +223,7 @@ void LapsaStore::purge(const RecoveryPurge::KeptItems& kept, TimePoint now)
 void LapsaStore::dropPurged(const QList<LapsaRecoveryItem>& dropped)
 {
     m_purging = false;
-    const auto next = qScopeGuard([waiting = std::exchange(m_afterPurge, {})] {
-        for (const auto& work : waiting) {
-            work();
-        }
-    });
+    const auto next = qScopeGuard([this] { goOnWithRecovery(); });
     for (const QString& name : std::exchange(m_namesToRelease, {})) {
         m_recoveryNames->release(name);
     }

@@ -13,6 +13,7 @@
 
 #include <QList>
 
+#include <mutex>
 #include <tuple>
 
 namespace lapsa::restoreNote {
@@ -26,7 +27,14 @@ QString path()
     return AppPaths::restoringURL().toLocalFile();
 }
 
-QList<LapsaRecoveryItem> noted()
+/// One change after the other: restores run on several lanes.
+std::mutex& changing()
+{
+    static std::mutex mutex;
+    return mutex;
+}
+
+QList<LapsaRecoveryItem> stored()
 {
     const Result<QByteArray> bytes = fileSystem::read(path());
     return bytes
@@ -55,35 +63,42 @@ QList<LapsaRecoveryItem> without(QList<LapsaRecoveryItem> records, const LapsaRe
 
 void write(const LapsaRecoveryItem& record)
 {
-    save(without(noted(), record) << record);
+    const std::lock_guard lock(changing());
+    save(without(stored(), record) << record);
 }
 
 void drop(const LapsaRecoveryItem& record)
 {
-    save(without(noted(), record));
+    const std::lock_guard lock(changing());
+    save(without(stored(), record));
 }
 
-void removeLeftovers(TimePoint now)
+QList<LapsaRecoveryItem> noted(TimePoint now)
 {
+    const std::lock_guard lock(changing());
     bool found = false;
     const auto listed =
         fileSystem::forEachName(AppPaths::applicationSupportDirectory().toLocalFile(),
                                 [&found](const QString& name) { found = found || name.contains("restoring.json"_L1); });
     if (!listed || !found) {
-        return;
+        return {};
     }
-    QList<LapsaRecoveryItem> records = noted();
-    records.removeIf([now](const LapsaRecoveryItem& record) {
-        const QString folder = parentPath(record.originalPath);
-        const bool isThere = fileSystem::isDirectory(folder);
-        if (isThere) {
-            fileSystem::removeInterruptedCopies(folder);
-        }
-        return isThere || record.purgeAfter <= now;
-    });
+    const QList<LapsaRecoveryItem> all = stored();
     // A write also removes what an earlier, interrupted write has left.
-    std::ignore = fileSystem::writeAtomically(path(), JSONEncoder::lapsa().encode(records));
-    save(records);
+    std::ignore = fileSystem::writeAtomically(path(), JSONEncoder::lapsa().encode(all));
+    QList<LapsaRecoveryItem> left = all;
+    left.removeIf([now](const LapsaRecoveryItem& record) { return record.purgeAfter <= now; });
+    save(left);
+    return all;
+}
+
+void removeLeftoversOf(const LapsaRecoveryItem& record)
+{
+    const QString folder = parentPath(record.originalPath);
+    if (fileSystem::isDirectory(folder)) {
+        fileSystem::removeInterruptedCopies(folder);
+        drop(record);
+    }
 }
 
 } // namespace lapsa::restoreNote

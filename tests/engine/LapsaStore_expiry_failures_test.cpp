@@ -6,6 +6,7 @@
 #include "ReadOnlyWorld.h"
 #include "StoreSetup.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTest>
@@ -79,6 +80,7 @@ private slots:
     {
         StoreWorld world;
         const LapsaItem item = world.add(world.home.makeFile(u"a.txt"_s), 1);
+        QVERIFY(QDir().rmdir(world.home.path(recoveryFolder)));
         world.home.writeDataFile(u"Recovery"_s, "in the way");
         const LogCapture log;
 

@@ -4,7 +4,6 @@
 #include "FaultProgram.h"
 
 #include "JSONEncoder.h"
-#include "RecoveryFolder.h"
 #include "VersionLog.h"
 
 namespace lapsa::test {
@@ -27,7 +26,6 @@ void FaultProgram::load()
 {
     VersionLog& log = VersionLog::shared();
     log.setStarting(true);
-    RecoveryFolder::removeInterruptedCopies();
     m_settingsStore.emplace(m_time, m_fileWriter);
     m_store.emplace(*m_settingsStore, LapsaStore::Environment{.clock = m_time,
                                                               .mainQueue = m_time,
