@@ -41,7 +41,7 @@ namespace {
 constexpr std::chrono::duration<double> splashDuration{1.35};
 constexpr int statusIconSize = 18;
 /// The longest wait for the disk when the program ends: quitting must not hang on a slow disk.
-constexpr std::chrono::seconds longestEnd{1};
+constexpr std::chrono::milliseconds longestEnd{1000};
 /// After a window has closed: longer than its fade-out, and long enough for a user who wants it back at once.
 constexpr std::chrono::seconds restBeforeTidying{2};
 
@@ -208,7 +208,7 @@ void AppDelegate::saveEverything()
     if (m_settingsStore->savePending()) {
         m_settingsStore->saveNow();
     }
-    m_fileWriter->flush(longestEnd);
+    m_fileWriter->flush(longestEnd / 2);
 }
 
 void AppDelegate::applicationWillTerminate()
@@ -219,6 +219,8 @@ void AppDelegate::applicationWillTerminate()
     m_terminated = true;
     made(m_cleanupService, "cleanup service").stop();
     made(m_hotKeyManager, "hot key manager").unregister();
+    // First, so that what the lanes have done is saved as well.
+    m_environment.lanes.finish(longestEnd / 2);
     saveEverything();
 }
 

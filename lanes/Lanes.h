@@ -49,6 +49,11 @@ public:
     /// Runs work on the named lane, which belongs to no mount.
     virtual std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) = 0;
 
+    /// Ends the work: drops work that has not begun, except AtTheEnd::Run; asks running work to end; runs the reports
+    /// of finished work. Returns whether all work but what hangs ended within `patience`. From then on, only work with
+    /// AtTheEnd::Run begins.
+    virtual bool finish(std::chrono::milliseconds patience) = 0;
+
     /// Waits at most `patience` until all work on the named lane has run, and runs its reports. False if some has not,
     /// or hangs.
     virtual bool await(const QString& lane, std::chrono::milliseconds patience) = 0;

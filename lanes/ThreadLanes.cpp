@@ -93,6 +93,9 @@ std::shared_ptr<LaneJob> ThreadLanes::enqueue(const QString& name, Work work, At
         m_watch = m_mainQueue.repeatEvery(interval, [this] { watch(); });
     }
     const std::lock_guard lock(m_shared->mutex);
+    if (m_shared->ending && atTheEnd == AtTheEnd::Drop) {
+        return job;
+    }
     auto& active = m_shared->active;
     auto found = std::ranges::find_if(active, [&](const auto& lane) { return !lane->setAside && lane->name == name; });
     if (found == active.end()) {

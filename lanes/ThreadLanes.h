@@ -45,10 +45,7 @@ public:
     std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) override;
     bool await(const QString& lane, std::chrono::milliseconds patience) override;
 
-    /// Ends the work: drops work that has not begun, except AtTheEnd::Run; asks running work to end; runs the reports
-    /// of finished work. Returns whether all work but what hangs ended within `patience`. Hand over no more work after
-    /// this.
-    bool finish(std::chrono::milliseconds patience);
+    bool finish(std::chrono::milliseconds patience) override;
 
     /// Calls `hangs` with the mount point when work on a lane of it begins to hang, and `isBack` when it has returned.
     void onHanging(std::function<void(const QString& mountPoint)> hangs,

@@ -25,6 +25,7 @@ bool ThreadLanes::await(const QString& lane, std::chrono::milliseconds patience)
 bool ThreadLanes::finish(std::chrono::milliseconds patience)
 {
     std::unique_lock lock(m_shared->mutex);
+    m_shared->ending = true;
     askToEnd();
     const bool ended =
         m_shared->threadEnded.wait_for(lock, patience, [&] { return m_shared->threads == m_shared->threadsSetAside; });

@@ -52,6 +52,7 @@ struct ThreadLanes::Shared
     std::vector<std::shared_ptr<Lane>> active;
     std::deque<Finished> finished;
     bool mainThreadCalled = false;
+    bool ending = false;
     std::size_t threads = 0;
     std::size_t threadsSetAside = 0;
     Bounds bounds;

@@ -16,7 +16,7 @@ std::shared_ptr<LaneJob> ManualLanes::run(const QString& path, Work work)
     return runOn(path, std::move(work), AtTheEnd::Drop);
 }
 
-std::shared_ptr<LaneJob> ManualLanes::runOn(const QString&, Work work, AtTheEnd)
+std::shared_ptr<LaneJob> ManualLanes::runOn(const QString&, Work work, AtTheEnd atTheEnd)
 {
     auto job = std::make_shared<LaneJob>([this](Report message) {
         if (m_runs == Runs::AtOnce) {
@@ -25,7 +25,10 @@ std::shared_ptr<LaneJob> ManualLanes::runOn(const QString&, Work work, AtTheEnd)
             m_told.push_back(std::move(message));
         }
     });
-    m_waiting.emplace_back(job, std::move(work));
+    if (m_ending && atTheEnd == AtTheEnd::Drop) {
+        return job;
+    }
+    m_waiting.push_back({.job = job, .work = std::move(work), .atTheEnd = atTheEnd});
     if (m_runs == Runs::AtOnce) {
         runNext();
     }
@@ -43,6 +46,13 @@ QString ManualLanes::laneOf(const QString& path)
     return lane;
 }
 
+bool ManualLanes::finish(std::chrono::milliseconds)
+{
+    m_ending = true;
+    std::erase_if(m_waiting, [](const Waiting& waiting) { return waiting.atTheEnd == AtTheEnd::Drop; });
+    return true;
+}
+
 bool ManualLanes::await(const QString&, std::chrono::milliseconds)
 {
     runAll();
@@ -52,7 +62,7 @@ bool ManualLanes::await(const QString&, std::chrono::milliseconds)
 Lanes::Report ManualLanes::workOnNext()
 {
     while (!m_waiting.empty()) {
-        auto [job, work] = std::move(m_waiting.front());
+        auto [job, work, atTheEnd] = std::move(m_waiting.front());
         m_waiting.pop_front();
         if (!job->stopRequested()) {
             return workOn(*job, work);
@@ -76,7 +86,7 @@ Lanes::Report ManualLanes::workOn(LaneJob& job, const Work& work)
 
 Lanes::Report ManualLanes::takeNext()
 {
-    auto [job, work] = std::move(m_waiting.front());
+    auto [job, work, atTheEnd] = std::move(m_waiting.front());
     m_waiting.pop_front();
     return [this, job = std::move(job), work = std::move(work)] { workOn(*job, work)(); };
 }
@@ -97,7 +107,7 @@ void ManualLanes::runAll()
 
 bool ManualLanes::isIdle() const
 {
-    return std::ranges::all_of(m_waiting, [](const auto& waiting) { return waiting.first->stopRequested(); });
+    return std::ranges::all_of(m_waiting, [](const auto& waiting) { return waiting.job->stopRequested(); });
 }
 
 } // namespace lapsa::test

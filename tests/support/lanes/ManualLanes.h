@@ -9,7 +9,6 @@
 
 #include <cstddef>
 #include <deque>
-#include <utility>
 
 namespace lapsa::test {
 
@@ -37,6 +36,8 @@ public:
     [[nodiscard]] QString laneOf(const QString& path) override;
     std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) override;
 
+    /// Drops everything that was not begun.
+    bool finish(std::chrono::milliseconds patience) override;
     /// Runs everything.
     bool await(const QString& lane, std::chrono::milliseconds patience) override;
 
@@ -63,7 +64,15 @@ public:
 private:
     [[nodiscard]] Report workOn(LaneJob& job, const Work& work);
 
-    std::deque<std::pair<std::shared_ptr<LaneJob>, Work>> m_waiting;
+    struct Waiting
+    {
+        std::shared_ptr<LaneJob> job;
+        Work work;
+        AtTheEnd atTheEnd = AtTheEnd::Drop;
+    };
+
+    std::deque<Waiting> m_waiting;
+    bool m_ending = false;
     /// What the work under way tells, when the test takes its report into its own hands.
     std::deque<Report> m_told;
     QStringList m_mounts;
