@@ -185,5 +185,4 @@ void LapsaStore::stopWhatIsNotWanted(const LapsaSettings& changed)
     }
 }
 
-
 } // namespace lapsa
