@@ -66,7 +66,8 @@ std::optional<QStringList> fileNames(const LapsaAutoCleanFolderRule& rule, qsize
 
 Outlook outlook(const LapsaStore& store, const LapsaAutoCleanFolderRule& rule, const QStringList& files)
 {
-    const QSet<QStringView> known = namesOnCountdown(store.items(), pathOf(rule).value_or(QString()));
+    const QString folder = fileSystem::standardizedPath(rule.folderPath).value_or(QString());
+    const QSet<QStringView> known = namesOnCountdown(store.items(), folder);
     const AddedLifespans lifespans(store.settings(), addOptions(rule));
     Outlook outlook{.present = files.size()};
     for (const QString& name : files) {

@@ -7,15 +7,18 @@
 #include "DurationEditor.h"
 #include "EditorLine.h"
 #include "FolderTexts.h"
+#include "Lanes.h"
 #include "Localized.h"
 #include "PushButton.h"
 #include "TextLabel.h"
 #include "Toggle.h"
 
 #include <QEvent>
+#include <QPointer>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace lapsa {
 
@@ -135,12 +138,26 @@ Toggle* AutoCleanFolderView::makeToggle(const QString& text, bool LapsaAutoClean
 
 void AutoCleanFolderView::look()
 {
-    if (const auto rule = ruleOf(m_store, m_id)) {
-        // One more than the maximum shows that there are more.
-        m_files = watchedFolder::fileNames(*rule, folderTexts::mostFiles + 1);
-        m_looked = true;
-        refreshTexts();
+    const auto rule = ruleOf(m_store, m_id);
+    if (!rule || rule->folderPath.isEmpty() || std::exchange(m_looking, true)) {
+        return;
     }
+    m_store.lanes().look(rule->folderPath, [view = QPointer(this), rule = *rule](LaneJob&) -> Lanes::Report {
+        // One more than the maximum shows that there are more.
+        return [view, files = watchedFolder::fileNames(rule, folderTexts::mostFiles + 1)] {
+            if (view) {
+                view->showFiles(files);
+            }
+        };
+    });
+}
+
+void AutoCleanFolderView::showFiles(const std::optional<QStringList>& files)
+{
+    m_looking = false;
+    m_looked = true;
+    m_files = files;
+    refreshTexts();
 }
 
 void AutoCleanFolderView::refreshTexts()

@@ -43,8 +43,9 @@ private:
 
     void makeControls(QWidget* stack);
     [[nodiscard]] Toggle* makeToggle(const QString& text, bool LapsaAutoCleanFolderRule::*field, QWidget* stack);
-    /// Lists the folder and shows how many files it has.
+    /// Has the folder listed on a lane, and then shows how many files it has. Only one look is under way at a time.
     void look();
+    void showFiles(const std::optional<QStringList>& files);
     void refreshTexts();
     [[nodiscard]] QString existingFilesText(const LapsaAutoCleanFolderRule& rule) const;
 
@@ -56,6 +57,7 @@ private:
     TextLabel* m_existingFiles = nullptr;
     TextLabel* m_byTheRules = nullptr;
     DurationEditor* m_lifespan = nullptr;
+    bool m_looking = false;
     bool m_looked = false;
     /// The files in the folder at the last look; no value if it could not be listed.
     std::optional<QStringList> m_files;

@@ -159,6 +159,65 @@ private slots:
         QVERIFY(world.shows(u"This folder cannot be read now."_s));
     }
 
+    void filesAreCountedOnALaneWhileTheCardIsUsable()
+    {
+        FolderWorld world;
+        world.lanes.setRuns(ManualLanes::Runs::WhenTheTestSaysSo);
+        world.home.makeFile(u"Incoming/a.txt"_s);
+
+        world.pointAtTheSwitch();
+        QVERIFY(world.shows(u"No files here."_s)); // as it was
+        named<Toggle>(world.card(), u"Apply file type rules"_s).click();
+        world.settle();
+        QVERIFY(!world.settings().autoCleanFolders.constFirst().applyFileTypeRules);
+        world.lanes.runAll();
+
+        QVERIFY(world.shows(u"1 file here, it would go in 7d."_s));
+    }
+
+    void aFolderThatDoesNotAnswerIsAskedOnce()
+    {
+        FolderWorld world;
+        world.lanes.setRuns(ManualLanes::Runs::WhenTheTestSaysSo);
+        world.pointAtTheSwitch();
+        const Lanes::Report hangs = world.lanes.workOnNext();
+        QVERIFY(hangs);
+
+        for (int times = 0; times < 50; ++times) {
+            world.pointAtTheSwitch();
+        }
+
+        QVERIFY(world.lanes.isIdle());
+    }
+
+    void anAnswerForACardThatIsGoneChangesNothing()
+    {
+        FolderWorld world;
+        world.lanes.setRuns(ManualLanes::Runs::WhenTheTestSaysSo);
+        world.pointAtTheSwitch();
+        const Lanes::Report report = world.lanes.workOnNext();
+        QVERIFY(report);
+
+        world.store().removeAutoCleanFolder(world.settings().autoCleanFolders.constFirst().id);
+        world.settle();
+        report();
+
+        QCOMPARE(world.view.findChild<AutoCleanFolderView*>(), nullptr);
+    }
+
+    void theDownloadsAreOfferedAsSoonAsALaneHasFoundThem()
+    {
+        PreferencesWorld world;
+        world.home.makeFolder(u"Downloads"_s);
+        world.lanes.setRuns(ManualLanes::Runs::WhenTheTestSaysSo);
+
+        world.view.showTab(PreferencesView::Tab::Folders);
+        QVERIFY(!offersDownloads(world));
+        world.lanes.runAll();
+
+        QVERIFY(offersDownloads(world));
+    }
+
     void theEmptyTabExplainsItselfAndOffersTheDownloads()
     {
         PreferencesWorld world;
