@@ -29,9 +29,9 @@ bool isSureNotToFit(std::int64_t bytes, int folder)
         std::ranges::find(plain, static_cast<unsigned long>(room.f_type)) == plain.end()) {
         return false;
     }
+    const std::uint64_t needed = static_cast<std::uint64_t>(bytes) / static_cast<std::uint64_t>(room.f_frsize);
     // Only the administrator may use the blocks that are kept in reserve.
-    const std::uint64_t blocks = ::geteuid() == 0 ? room.f_bfree : room.f_bavail;
-    return static_cast<std::uint64_t>(bytes) / static_cast<std::uint64_t>(room.f_frsize) > blocks;
+    return needed > room.f_bavail && (needed > room.f_bfree || ::geteuid() != 0);
 }
 
 } // namespace lapsa
