@@ -13,6 +13,7 @@
 #include "FreedesktopMotionPreference.h"
 #include "FreedesktopNotificationCentre.h"
 #include "FreedesktopWorkspace.h"
+#include "HangingMounts.h"
 #include "HotKeys.h"
 #include "LapsaStyle.h"
 #include "LaunchArguments.h"
@@ -163,7 +164,10 @@ int runApplication(const QApplication& application, SessionApplication& session,
 {
     SystemClock clock;
     QtMainQueue mainQueue;
+    HangingMounts hangingMounts(mainQueue);
     ThreadLanes lanes(mainQueue);
+    lanes.onHanging([&hangingMounts](const QString& mountPoint) { hangingMounts.hangs(mountPoint); },
+                    [&hangingMounts](const QString& mountPoint) { hangingMounts.isBack(mountPoint); });
     // The desktop's accent is read before our palette replaces the desktop's.
     FreedesktopAppearance appearance(
         [accent = accentOf(QApplication::palette())](ColorScheme scheme) { return themePalette(scheme, accent); });
