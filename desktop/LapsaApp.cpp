@@ -42,6 +42,7 @@
 #include <chrono>
 #include <climits>
 #include <cstdlib>
+#include <future>
 #include <memory>
 #include <optional>
 
@@ -58,6 +59,8 @@ const ProgramIdentity program{.id = u"org.lapsa.Lapsa"_s,
 
 /// How long to wait for a previous process to end: it still has to save its files.
 constexpr std::chrono::milliseconds predecessorPatience{2000};
+
+constexpr std::chrono::milliseconds longestTelling{1000};
 
 /// The arguments of the start, and the folder that relative paths are resolved against.
 struct StartArguments
@@ -83,29 +86,39 @@ StartArguments startArguments(int argc, char** argv)
 }
 
 /// Tells a user who typed the command about the result. Starts by the desktop have no terminal and no reader.
-void tellWhatNamesNothing(const StartArguments& arguments)
+std::future<void> tellWhatNamesNothing(const StartArguments& arguments)
 {
-    if (::isatty(STDERR_FILENO) == 0) {
-        return;
-    }
-    for (const QString& argument : argumentsThatNameNothing(arguments.given, arguments.workingFolder)) {
-        systemLog(u"Lapsa found no file to add: \""_s + argument + u'"');
-    }
+    return ::isatty(STDERR_FILENO) == 0 ? std::future<void>()
+                                        : logWhatNamesNothing(arguments.given, arguments.workingFolder);
+}
+
+/// How the process ends.
+struct End
+{
+    int status = EXIT_SUCCESS;
+    /// A disk may not respond to them. Then nothing that they use may be destroyed.
+    bool threadsEnded = true;
+};
+
+/// The files are somebody else's now. The user still learns which arguments name nothing, if their disks respond.
+End endAfterHandingOver(const StartArguments& arguments)
+{
+    const std::future<void> told = tellWhatNamesNothing(arguments);
+    return {.threadsEnded = !told.valid() || told.wait_for(longestTelling) == std::future_status::ready};
 }
 
 /// Nothing can be shown without a display, but an application elsewhere in the session can take the files.
-int handOverOnly(int argc, char** argv)
+End handOverOnly(int argc, char** argv)
 {
     const StartArguments given = startArguments(argc, argv);
     int arguments = 1;
     const QCoreApplication application(arguments, argv);
     SessionApplication session(program);
     if (session.handOver(given.files) == SessionApplication::Role::HandedOver) {
-        tellWhatNamesNothing(given);
-        return EXIT_SUCCESS;
+        return endAfterHandingOver(given);
     }
     systemLog(u"Lapsa cannot start: there is no display"_s);
-    return EXIT_FAILURE;
+    return {.status = EXIT_FAILURE};
 }
 
 /// Terminates the delegate if the process exits while this lives. The toolkit calls exit() when the X server goes away,
@@ -160,7 +173,7 @@ int runDelegate(const QApplication& application, AppDelegate& delegate, SessionA
     return status;
 }
 
-int runApplication(const QApplication& application, SessionApplication& session, const QList<QUrl>& files)
+End runApplication(const QApplication& application, SessionApplication& session, const QList<QUrl>& files)
 {
     SystemClock clock;
     QtMainQueue mainQueue;
@@ -188,11 +201,7 @@ int runApplication(const QApplication& application, SessionApplication& session,
                           *hotKeys, *fileManagerSelection, *folderPicker, *windowSystem, *pointer});
 
     const int status = runDelegate(application, delegate, session, files);
-    if (!lanes.finish(std::chrono::milliseconds::zero())) {
-        // A disk does not respond. Do not destroy what a thread still uses.
-        std::_Exit(status);
-    }
-    return status;
+    return {.status = status, .threadsEnded = lanes.finish(std::chrono::milliseconds::zero())};
 }
 
 /// Why Lapsa cannot work in the data folder; empty if it can. Removes other users' access if they can only read it.
@@ -227,23 +236,23 @@ std::optional<int> statusOfClaim(SessionApplication::Role role)
     return std::nullopt;
 }
 
-int runOnDataFolder(const QApplication& application, SessionApplication& session, const StartArguments& given)
+End runOnDataFolder(const QApplication& application, SessionApplication& session, const StartArguments& given)
 {
     const QString dataFolder = AppPaths::applicationSupportDirectory().toLocalFile();
     if (const QString refusal = refusalOfDataFolder(dataFolder); !refusal.isEmpty()) {
         systemLog(refusal);
-        return EXIT_FAILURE;
+        return {.status = EXIT_FAILURE};
     }
     const DataFolderLock lock(dataFolder, predecessorPatience);
     if (lock.takenByAnother()) {
         systemLog(u"Lapsa cannot start: another one works on the same data folder"_s);
-        return EXIT_FAILURE;
+        return {.status = EXIT_FAILURE};
     }
-    tellWhatNamesNothing(given);
+    const std::future<void> told = tellWhatNamesNothing(given); // nobody waits for it
     return runApplication(application, session, given.files);
 }
 
-int launch(int argc, char** argv)
+End launch(int argc, char** argv)
 {
     TerminationSignals::hold();
     QuietMessages::install();
@@ -267,10 +276,7 @@ int launch(int argc, char** argv)
 
     SessionApplication session(program);
     if (const std::optional<int> status = statusOfClaim(session.claim(given.files))) {
-        if (*status == EXIT_SUCCESS) {
-            tellWhatNamesNothing(given);
-        }
-        return *status;
+        return *status == EXIT_SUCCESS ? endAfterHandingOver(given) : End{.status = *status};
     }
     return runOnDataFolder(*application, session, given);
 }
@@ -281,5 +287,10 @@ int launch(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
-    return lapsa::launch(argc, argv);
+    const lapsa::End end = lapsa::launch(argc, argv);
+    if (!end.threadsEnded) {
+        // Everything that others wait for has been released: the lock, the name on the bus, the display.
+        std::_Exit(end.status);
+    }
+    return end.status;
 }

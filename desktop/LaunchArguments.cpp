@@ -5,11 +5,17 @@
 
 #include "FileSystem.h"
 #include "FileUri.h"
+#include "SystemLog.h"
 
 #include <algorithm>
 #include <optional>
+#include <system_error>
+#include <thread>
+#include <utility>
 
 namespace lapsa {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -61,6 +67,24 @@ QStringList argumentsThatNameNothing(const QList<QByteArray>& arguments, const Q
         }
     }
     return nothing;
+}
+
+std::future<void> logWhatNamesNothing(const QList<QByteArray>& arguments, const QByteArray& workingFolder)
+{
+    std::promise<void> done;
+    std::future<void> result = done.get_future();
+    const auto work = [arguments, workingFolder](std::promise<void> promise) {
+        for (const QString& argument : argumentsThatNameNothing(arguments, workingFolder)) {
+            systemLog(u"Lapsa found no file to add: \""_s + argument + u'"');
+        }
+        promise.set_value();
+    };
+    try {
+        std::thread(work, std::move(done)).detach();
+    } catch (const std::system_error&) {
+        // No thread is to be had: nobody is told, and the start goes on.
+    }
+    return result;
 }
 
 } // namespace lapsa

@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <future>
+
 namespace lapsa {
 
 /// The files named by the launch arguments, in order: file URLs, and paths, which are relative to `workingFolder`
@@ -18,5 +20,10 @@ namespace lapsa {
 /// The arguments that name nothing Lapsa could add, in order and as given: the file does not exist, or cannot be named
 /// here. Bytes that are not UTF-8 appear as replacement characters.
 [[nodiscard]] QStringList argumentsThatNameNothing(const QList<QByteArray>& arguments, const QByteArray& workingFolder);
+
+/// Logs the arguments that name nothing. Looks at them on a thread of its own, because a disk may not respond; it goes
+/// on after the future is gone.
+[[nodiscard]] std::future<void> logWhatNamesNothing(const QList<QByteArray>& arguments,
+                                                    const QByteArray& workingFolder);
 
 } // namespace lapsa
