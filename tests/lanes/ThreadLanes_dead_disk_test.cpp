@@ -44,7 +44,7 @@ Lanes::Work moving(const QString& from, const QString& to, QStringList& notes)
 } // namespace
 
 /// Lanes with real work on a mount that stops answering.
-class ThreadLanes_dead_disk_test final : public QObject
+class ThreadLanesDeadDiskTest final : public QObject
 {
     Q_OBJECT
 
@@ -78,7 +78,7 @@ private:
     }
 };
 
-void ThreadLanes_dead_disk_test::initTestCase()
+void ThreadLanesDeadDiskTest::initTestCase()
 {
     if (!SteeredDisk::available()) {
         QSKIP("no steered disk");
@@ -86,7 +86,7 @@ void ThreadLanes_dead_disk_test::initTestCase()
 }
 
 // disk/ shows behind/, which has a folder with one file each.
-void ThreadLanes_dead_disk_test::init()
+void ThreadLanesDeadDiskTest::init()
 {
     m_home = std::make_unique<TemporaryHome>();
     for (const QString& name : {u"one"_s, u"two"_s, u"three"_s}) {
@@ -100,13 +100,13 @@ void ThreadLanes_dead_disk_test::init()
     m_back.clear();
 }
 
-void ThreadLanes_dead_disk_test::cleanup()
+void ThreadLanesDeadDiskTest::cleanup()
 {
     m_disk.reset();
     m_home.reset();
 }
 
-void ThreadLanes_dead_disk_test::otherMountsGoOn()
+void ThreadLanesDeadDiskTest::otherMountsGoOn()
 {
     const auto made = lanes();
     m_disk->stopAnswering();
@@ -123,7 +123,7 @@ void ThreadLanes_dead_disk_test::otherMountsGoOn()
     QCOMPARE(dead->state(), LaneJob::State::Hanging);
 }
 
-void ThreadLanes_dead_disk_test::theRestOfTheMountGoesOnBehindTheDeadPath()
+void ThreadLanesDeadDiskTest::theRestOfTheMountGoesOnBehindTheDeadPath()
 {
     const auto made = lanes();
     m_disk->stopAnsweringOn(u"in-one/one"_s);
@@ -140,7 +140,7 @@ void ThreadLanes_dead_disk_test::theRestOfTheMountGoesOnBehindTheDeadPath()
     QCOMPARE(m_home->names(u"behind/in-one"_s), QStringList{u"moved"_s});
 }
 
-void ThreadLanes_dead_disk_test::whatHungComesBackWhenTheDiskAnswers()
+void ThreadLanesDeadDiskTest::whatHungComesBackWhenTheDiskAnswers()
 {
     const auto made = lanes();
     m_disk->stopAnswering();
@@ -156,7 +156,7 @@ void ThreadLanes_dead_disk_test::whatHungComesBackWhenTheDiskAnswers()
     QCOMPARE(m_home->names(u"gone"_s), QStringList{u"one"_s});
 }
 
-void ThreadLanes_dead_disk_test::theEndDoesNotWaitForADeadDisk()
+void ThreadLanesDeadDiskTest::theEndDoesNotWaitForADeadDisk()
 {
     auto made = lanes();
     m_disk->stopAnswering();
@@ -173,7 +173,7 @@ void ThreadLanes_dead_disk_test::theEndDoesNotWaitForADeadDisk()
 
 } // namespace lapsa::test
 
-using lapsa::test::ThreadLanes_dead_disk_test;
+using lapsa::test::ThreadLanesDeadDiskTest;
 
-QTEST_GUILESS_MAIN(ThreadLanes_dead_disk_test)
+QTEST_GUILESS_MAIN(ThreadLanesDeadDiskTest)
 #include "ThreadLanes_dead_disk_test.moc"

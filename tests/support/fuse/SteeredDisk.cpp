@@ -17,6 +17,7 @@
 #include <array>
 #include <csignal>
 #include <cstdio>
+#include <tuple>
 #include <utility>
 
 namespace lapsa::test {
@@ -36,13 +37,19 @@ constexpr const char* serverProgram = nullptr;
 /// The number of the control socket in the server.
 constexpr int controlOfServer = 3;
 
-std::pair<FileDescriptor, FileDescriptor> connectedSockets()
+struct Sockets
+{
+    FileDescriptor own;
+    FileDescriptor ofServer;
+};
+
+Sockets connectedSockets()
 {
     std::array<int, 2> ends = {-1, -1};
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
         qFatal("socketpair: %s", qPrintable(qt_error_string(errno)));
     }
-    return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+    return {.own = FileDescriptor(ends[0]), .ofServer = FileDescriptor(ends[1])};
 }
 
 pid_t startServer(QByteArray folder, QByteArray mountPoint, int control)
@@ -86,10 +93,10 @@ SteeredDisk::SteeredDisk(const QString& folder, const QString& mountPoint)
     if (!QDir().mkpath(folder) || !QDir().mkpath(mountPoint)) {
         qFatal("no folders for a steered disk");
     }
-    auto [own, ofServer] = connectedSockets();
-    m_control = std::move(own);
-    m_server = startServer(folder.toUtf8(), m_mountPoint, ofServer.get());
-    ofServer = {};
+    Sockets sockets = connectedSockets();
+    m_server = startServer(folder.toUtf8(), m_mountPoint, sockets.ofServer.get());
+    std::ignore = sockets.ofServer.close(); // so that its end is noticed
+    m_control = std::move(sockets.own);
     tell("ready?");
 }
 
