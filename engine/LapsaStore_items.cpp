@@ -3,6 +3,9 @@
 
 #include "Clock.h"
 #include "FileName.h"
+#include "FileSystem.h"
+#include "LaneJob.h"
+#include "Lanes.h"
 #include "LapsaStore.h"
 #include "MainQueue.h"
 #include "Pasteboard.h"
@@ -100,7 +103,14 @@ void LapsaStore::copyFilePath(const LapsaItem& item)
 
 void LapsaStore::copyFolderPath(const LapsaItem& item)
 {
-    m_environment.pasteboard.setText(item.isDirectory() ? item.path : parentPath(item.path));
+    const auto work = [path = item.path, store = QPointer(this)](LaneJob&) -> Lanes::Report {
+        return [store, folder = fileSystem::isDirectory(path) ? path : parentPath(path)] {
+            if (store) {
+                store->m_environment.pasteboard.setText(folder);
+            }
+        };
+    };
+    m_environment.lanes.look(item.path, work);
 }
 
 QList<LapsaItem>::iterator LapsaStore::firstItem(const QString& id)
