@@ -84,27 +84,31 @@ LapsaStore::Scan LapsaStore::scanned(const LapsaAutoCleanFolderRule& rule, const
     }
     const QString folder = *path == u"/" ? QString() : *path;
     const QSet<QStringView> listed = watchedFolder::namesOnCountdown(items, *path);
-    Scan scan;
+    QStringList taken;
     const auto visited = fileSystem::forEachVisibleEntry(*path, known, [&](const fileSystem::FolderEntry& entry) {
         job.alive();
         // Entries that may never be taken are skipped silently: nobody asked for them.
         if (!listed.contains(entry.name()) && watchedFolder::mayBeTaken(entry.status()) && isNewFor(rule, entry)) {
-            scan.found.push_back({.path = folder + u'/' + entry.name()});
+            taken.push_back(folder + u'/' + entry.name());
         }
     });
     // A folder that cannot be listed completely now is scanned again in the next pass: silent on purpose.
     if (!visited) {
         return {};
     }
+    Scan scan;
     fileSystem::KnownPaths remembered = known;
     if (!remembered.stepsInto(*path)) {
         scan.folderSteps = fileSystem::stepsTowards(*path); // watched before this was remembered
         remembered.noteFolder(*path, scan.folderSteps);
     }
     fileSystem::KnownPathsLook look(std::move(remembered));
-    for (FoundFile& file : scan.found) {
+    for (const QString& file : std::as_const(taken)) {
         job.alive();
-        file.steps = look.at(file.path);
+        FoundFile found;
+        found.path = file;
+        found.steps = look.at(file);
+        scan.found.push_back(found);
     }
     return scan;
 }
