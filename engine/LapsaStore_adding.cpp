@@ -193,8 +193,8 @@ void LapsaStore::look(const std::shared_ptr<AddRound>& round, const QStringList&
                                                           }
                                                       }}));
     }
-    for (std::size_t next = 0; next < round->series.size(); ++next) {
-        round->series[next]->start();
+    for (const auto& series : round->series) {
+        series->start();
     }
 }
 

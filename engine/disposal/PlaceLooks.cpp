@@ -99,7 +99,7 @@ void PlaceLooks::begin(const std::shared_ptr<Round>& round, const QStringList& p
         const auto makeStep = [asked, state = std::weak_ptr(m_state), weak = std::weak_ptr(round)]() {
             return [asked, state, weak, look = std::make_shared<PlaceLook>()](std::size_t entry,
                                                                               LaneJob&) -> Lanes::Report {
-                const QString path = asked[qsizetype(entry)];
+                const QString& path = asked[qsizetype(entry)];
                 return [state, weak, path, seen = look->at(path)] {
                     const auto alive = state.lock();
                     const auto asking = weak.lock();
@@ -120,8 +120,8 @@ void PlaceLooks::begin(const std::shared_ptr<Round>& round, const QStringList& p
                                                                    .makeStep = makeStep,
                                                                    .settled = [] {}}));
     }
-    for (std::size_t next = 0; next < round->series.size(); ++next) {
-        round->series[next]->start();
+    for (const auto& series : round->series) {
+        series->start();
     }
 }
 
