@@ -75,8 +75,6 @@ void LapsaStore::deleteNow(const LapsaItem& item, const std::function<void(Delet
         m_waitingForRecovery.push_back([this, item, done] { deleteNow(item, done); });
         return;
     }
-    // Not by its lane as well: it may wait there for its turn.
-    m_disposals.stop(item.id);
     withLockedPlaces([this, item, done](const QStringList& paths, const QList<SeenPlace>& seen) {
         DisposalPlan plan = planFor({item}, paths, seen);
         plan.byHand = true;
@@ -161,7 +159,8 @@ bool LapsaStore::heardOfDeletion(const LapsaItem& item, const DisposalOutcome& o
     if (handled) {
         removeItems(item.id);
         saveSoon();
-    } else if (const auto found = firstItem(item.id); outcome.fate == Fate::InUse && found != m_items.end()) {
+    } else if (const auto found = firstItem(item.id);
+               outcome.fate == Fate::InUse && !outcome.cameTooLate && found != m_items.end()) {
         emit willChange();
         found->locked = false;
         found->expiresAt = std::min(found->expiresAt, m_environment.clock.now());

@@ -126,6 +126,7 @@ private slots:
         QTest::newRow("the file gone") << Happens(fileGone) << BeforeTheWork << false << false << 0;
         QTest::newRow("the file replaced") << Happens(fileReplaced) << BeforeTheWork << false << false << 1;
         QTest::newRow("by hand as well, before") << Happens(deletedByHand) << BeforeTheWork << false << false << 1;
+        QTest::newRow("by hand as well, after") << Happens(deletedByHand) << BeforeTheReport << false << false << 1;
         QTest::newRow("locked and unlocked") << Happens(lockedAndUnlocked) << BeforeTheWork << false << false << 1;
     }
 
