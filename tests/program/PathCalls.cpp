@@ -16,7 +16,9 @@ using namespace Qt::StringLiterals;
 QStringList traceOfPaths(const QString& file)
 {
     // With -D, the tracer is the child, and the program has the process ID that was started.
-    return {u"strace"_s, u"-D"_s, u"-f"_s, u"--seccomp-bpf"_s, u"-y"_s, u"-o"_s, file, u"-e"_s, u"trace=%file"_s};
+    const QStringList calls{u"-f"_s, u"--seccomp-bpf"_s, u"-y"_s, u"-o"_s, file, u"-e"_s, u"trace=%file"_s};
+    // The leak checker of the address sanitizer is a tracer itself, and ends a traced program with an error.
+    return QStringList{u"strace"_s, u"-D"_s, u"-E"_s, u"LSAN_OPTIONS=detect_leaks=0"_s} + calls;
 }
 
 std::optional<PathCall> pathCallOf(const QString& line)
