@@ -43,6 +43,7 @@ LapsaStore::LapsaStore(SettingsStore& settingsStore, const Environment& environm
     , m_placeLooks(environment.lanes, environment.mainQueue)
     , m_recoveryNames(std::make_shared<RecoveryNames>())
     , m_disposals(environment.lanes)
+    , m_recoveryActions(environment.lanes)
 {
     setSettings(settings());
     subscribeToSettings();

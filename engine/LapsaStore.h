@@ -14,8 +14,11 @@
 #include "LapsaRecoveryItem.h"
 #include "LapsaSettings.h"
 #include "PlaceLooks.h"
+#include "RecoveryActions.h"
+#include "RecoveryContent.h"
 #include "RecoveryPurge.h"
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -177,9 +180,35 @@ public:
 
     // ---- Recovery
 
-    /// Moves a copy back to its original place, under a free name. It is an ordinary file again, not on countdown.
+    /// Hears what became of the copies, in the order in which they were named; again for those on a disk that takes
+    /// longer to answer.
+    using RecoveryDone = std::function<void(const QList<RecoveryResult>& results)>;
+
+    /// Moves copies back to their original places, under free names; folders that are gone are made again. They are
+    /// ordinary files again, not on countdown. After a failure, the record and the copy stay. Unknown ids get no
+    /// result.
+    void putBack(const QList<QUuid>& ids, const RecoveryDone& done = {});
+    /// The same for records that need not be on the list, as those of RecoveryContent::withoutRecord.
+    void putBackItems(const QList<LapsaRecoveryItem>& items, const RecoveryDone& done = {});
     void restoreRecoveryItem(const LapsaRecoveryItem& item);
+    /// Removes copies for good. The records go too, even if a copy could not be removed.
+    void deleteRecoveryItems(const QList<LapsaRecoveryItem>& items, const RecoveryDone& done = {});
     void deleteRecoveryItem(const LapsaRecoveryItem& item);
+
+    /// Looks into the Recovery folder and calls `found`, on the lane for looks.
+    void findRecoveryContent(const std::function<void(const RecoveryContent& content)>& found);
+    /// Calls `measured` with the sizes, in bytes, of those folders in Recovery that have one of the names, a few at a
+    /// time, until the job is stopped.
+    std::shared_ptr<LaneJob>
+    measureRecoveryFolders(const QStringList& names,
+                           const std::function<void(const QHash<QString, std::int64_t>& sizes)>& measured);
+
+    /// What is being done with copies.
+    [[nodiscard]] const RecoveryActions& recoveryActions() const { return m_recoveryActions; }
+
+    /// The copy stays in Recovery, as far as it is still there.
+    void stopRecoveryAction(const QUuid& id) { m_recoveryActions.stop(id); }
+
     /// Removes the copies whose retention has expired and that nothing else keeps (see RecoveryPurge). A record is
     /// dropped even if its copy could not be removed.
     void purgeExpiredRecovery();
@@ -244,7 +273,11 @@ private:
     void takeOffTheList(const Disposals::Handled& handled);
     void saveBeforeLongWork(std::int64_t bytes);
     void saveAgedRecords();
-    void removeRecoveryRecords(QUuid id);
+    [[nodiscard]] QList<LapsaRecoveryItem> recordsOf(const QList<QUuid>& ids) const;
+    void act(RecoveryWay way, const QList<LapsaRecoveryItem>& items, const RecoveryDone& done);
+    void heardOfCopy(RecoveryWay way, const RecoveryResult& result);
+    void dropHandled();
+    void leaveOutNewCopies(RecoveryContent& content) const;
     void dropPurged(const QList<LapsaRecoveryItem>& dropped);
     void purge(const RecoveryPurge::KeptItems& kept, TimePoint now);
     void scanFolder(const LapsaAutoCleanFolderRule& rule);
@@ -285,6 +318,11 @@ private:
     bool m_usedTrash = true;
     std::unique_ptr<ScheduledTask> m_longWork;
     Disposals m_disposals;
+    RecoveryActions m_recoveryActions;
+    /// The ids of the records whose copies were put back or deleted, until they are dropped, and since when there are
+    /// any.
+    QSet<QUuid> m_handledCopies;
+    TimePoint m_handledSince;
 };
 
 } // namespace lapsa

@@ -4,17 +4,11 @@
 #include "AppPaths.h"
 #include "Clock.h"
 #include "FileBatch.h"
-#include "FileName.h"
-#include "FileSystem.h"
-#include "FreeNameMove.h"
-#include "FreeNames.h"
 #include "LaneJob.h"
 #include "Lanes.h"
 #include "LapsaStore.h"
-#include "RecoveryFolder.h"
 #include "RecoveryNames.h"
 #include "RecoveryPurge.h"
-#include "RestoreNote.h"
 #include "SystemLog.h"
 #include "WorkObserver.h"
 
@@ -24,10 +18,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <functional>
-#include <optional>
-#include <tuple>
 #include <utility>
 
 namespace lapsa {
@@ -59,120 +52,117 @@ private:
     LaneJob& m_job;
 };
 
-/// Moves the copy to the original path of its record.
-Result<void> putBack(const LapsaRecoveryItem& item, const fileSystem::BatchEntry& copy, fileSystem::Batch& batch)
-{
-    FreeNames freeNames;
-    const QString folder = parentPath(item.originalPath);
-    if (auto made = fileSystem::createDirectory(folder, fileSystem::Access::Default); !made) {
-        return made;
-    }
-    const auto moved = moveToFreeName(batch, copy, item.originalPath, freeNames);
-    return moved ? Result<void>() : Result<void>(moved.error());
-}
-
-/// What became of a copy that was to be put back.
-struct Restored
-{
-    bool moved = false;
-    /// Without it and not moved, the copy is gone; its record stays until its retention has expired.
-    std::optional<FileError> error = std::nullopt;
-};
-
-/// On a lane. `saveRecords` runs on the main thread.
-Restored restore(const LapsaRecoveryItem& item, RecoveryNames& names, LaneJob& job,
-                 const std::function<void()>& saveRecords)
-{
-    RecoveryFolder recovery;
-    const std::optional<QString> name = recovery.nameOf(item.recoveryPath);
-    if (!name && fileSystem::exists(item.recoveryPath)) {
-        // Not one of our copies, whatever the record says.
-        return {.error = FileError::fromErrno(EPERM)};
-    }
-    // A purge that begins now must not take it.
-    if (name && !names.claim(*name)) {
-        return {.error = FileError::fromErrno(EBUSY)};
-    }
-    const auto claim = qScopeGuard([&] { names.release(name.value_or(QString())); });
-    fileSystem::Batch batch(protection());
-    JobObserver observer(job);
-    batch.observe(&observer);
-    bool noted = false;
-    batch.announceLongWork([&](std::int64_t) {
-        if (!std::exchange(noted, true)) {
-            restoreNote::write(item);
-        }
-        job.tell(saveRecords);
-    });
-    const auto copy = name ? std::optional(batch.find(recovery.held(), *name)) : std::nullopt;
-    if (!copy || !copy->exists()) {
-        return {};
-    }
-    const Result<void> restored = putBack(item, *copy, batch);
-    if (!restored) {
-        return {.error = restored.error()};
-    }
-    if (noted) {
-        restoreNote::drop(item);
-    }
-    return {.moved = true};
-}
-
 } // namespace
 
 void LapsaStore::restoreRecoveryItem(const LapsaRecoveryItem& item)
 {
-    if (m_tidying || m_purging) {
-        m_waitingForRecovery.push_back([this, item] { restoreRecoveryItem(item); });
-        return;
-    }
-    const auto work = [item, names = m_recoveryNames, store = QPointer(this)](LaneJob& job) -> Lanes::Report {
-        const Restored restored = restore(item, *names, job, [store] {
-            if (store && store->m_recordUnsavedSince) {
-                store->saveRecoveryNow();
-            }
-        });
-        return [item, store, restored] {
-            if (restored.error) {
-                systemLog(u"Lapsa recovery restore failed: "_s + restored.error->description);
-            } else if (restored.moved && store) {
-                store->removeRecoveryRecords(item.id);
-                store->saveRecoverySoon();
-            }
-        };
-    };
-    m_environment.lanes.run(item.originalPath, work);
+    putBackItems({item});
 }
 
-// Failures are silent on purpose, including a copy that is already gone and a path outside Recovery: the record is
-// removed anyway.
+void LapsaStore::putBack(const QList<QUuid>& ids, const RecoveryDone& done)
+{
+    putBackItems(recordsOf(ids), done);
+}
+
+void LapsaStore::putBackItems(const QList<LapsaRecoveryItem>& items, const RecoveryDone& done)
+{
+    act(RecoveryWay::PutBack, items, done);
+}
+
 void LapsaStore::deleteRecoveryItem(const LapsaRecoveryItem& item)
 {
+    deleteRecoveryItems({item});
+}
+
+void LapsaStore::deleteRecoveryItems(const QList<LapsaRecoveryItem>& items, const RecoveryDone& done)
+{
+    act(RecoveryWay::Delete, items, done);
+}
+
+/// The first record of each id, in the order of the ids.
+QList<LapsaRecoveryItem> LapsaStore::recordsOf(const QList<QUuid>& ids) const
+{
+    QHash<QUuid, qsizetype> places;
+    for (qsizetype place = m_recoveryItems.size() - 1; place >= 0; --place) {
+        places.insert(m_recoveryItems[place].id, place);
+    }
+    QList<LapsaRecoveryItem> records;
+    for (const QUuid& id : ids) {
+        if (const auto found = places.constFind(id); found != places.cend()) {
+            records.push_back(m_recoveryItems[*found]);
+            places.erase(found); // asked for once
+        }
+    }
+    return records;
+}
+
+void LapsaStore::act(RecoveryWay way, const QList<LapsaRecoveryItem>& items, const RecoveryDone& done)
+{
     if (m_tidying || m_purging) {
-        m_waitingForRecovery.push_back([this, item] { deleteRecoveryItem(item); });
+        m_waitingForRecovery.push_back([this, way, items, done] { act(way, items, done); });
         return;
     }
-    const auto work = [item, names = m_recoveryNames, store = QPointer(this)](LaneJob& job) -> Lanes::Report {
-        RecoveryFolder recovery;
-        const std::optional<QString> name = recovery.nameOf(item.recoveryPath);
-        if (name && !names->claim(*name)) {
-            return {}; // it is being put back
+    if (items.isEmpty()) {
+        if (done) {
+            done({});
         }
-        fileSystem::Batch batch(protection());
-        JobObserver observer(job);
-        batch.observe(&observer);
-        if (name) {
-            std::ignore = batch.remove(batch.find(recovery.held(), *name));
-            names->release(*name);
-        }
-        return [item, store] {
-            if (store) {
-                store->removeRecoveryRecords(item.id);
-                store->saveRecoverySoon();
-            }
-        };
-    };
-    m_environment.lanes.run(AppPaths::recoveryDirectory().toLocalFile(), work);
+        return;
+    }
+    emit willChange();
+    m_recoveryActions.handOver({.records = items, .way = way, .names = m_recoveryNames, .stops = nullptr},
+                               {.result = [this, way](const RecoveryResult& result) { heardOfCopy(way, result); },
+                                .longWork =
+                                    [this] {
+                                        dropHandled();
+                                        if (m_recordUnsavedSince) {
+                                            saveRecoveryNow();
+                                        }
+                                    },
+                                .done =
+                                    [this, done](const QList<RecoveryResult>& results) {
+                                        dropHandled();
+                                        if (done) {
+                                            done(results);
+                                        }
+                                    }});
+}
+
+void LapsaStore::heardOfCopy(RecoveryWay way, const RecoveryResult& result)
+{
+    if (way == RecoveryWay::PutBack && result.error && result.error->code != ECANCELED) {
+        systemLog(u"Lapsa recovery restore failed: "_s + result.error->description);
+    }
+    // A deletion that fails is silent on purpose, including that of a path outside Recovery: the record goes anyway.
+    // The record of a copy that is gone stays after a restore, until its retention has expired.
+    const bool stays = way == RecoveryWay::PutBack
+                           ? result.error || result.copyGone
+                           : result.error && (result.error->code == ECANCELED || result.error->code == EBUSY);
+    if (stays) {
+        return;
+    }
+    const TimePoint now = m_environment.clock.now();
+    if (m_handledCopies.isEmpty()) {
+        m_handledSince = now;
+    }
+    m_handledCopies.insert(result.id);
+    // The list is long where many are handled: not once for each.
+    constexpr std::chrono::milliseconds oldest{300};
+    if (now - m_handledSince >= oldest) {
+        dropHandled();
+    }
+}
+
+/// Drops the records of the copies that were put back or deleted.
+void LapsaStore::dropHandled()
+{
+    if (m_handledCopies.isEmpty()) {
+        return;
+    }
+    emit willChange();
+    m_recoveryItems.removeIf([handled = std::exchange(m_handledCopies, {})](const LapsaRecoveryItem& item) {
+        return handled.contains(item.id);
+    });
+    saveRecoverySoon();
 }
 
 void LapsaStore::purgeExpiredRecovery()
@@ -240,13 +230,6 @@ void LapsaStore::dropPurged(const QList<LapsaRecoveryItem>& dropped)
         return found != paths.cend() && *found == item.recoveryPath;
     });
     saveRecoverySoon();
-}
-
-// The id is passed by value: it may belong to a record in the list, which moves while removeIf() closes the gaps.
-void LapsaStore::removeRecoveryRecords(QUuid id)
-{
-    emit willChange();
-    m_recoveryItems.removeIf([id](const LapsaRecoveryItem& item) { return item.id == id; });
 }
 
 } // namespace lapsa

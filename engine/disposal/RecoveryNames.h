@@ -27,6 +27,13 @@ public:
         return m_names.size() > before;
     }
 
+    [[nodiscard]] bool isClaimed(const QString& name)
+    {
+        const QString folded = foldedSpelling(name);
+        const std::lock_guard lock(m_mutex);
+        return m_names.contains(folded);
+    }
+
     void release(const QString& name)
     {
         const QString folded = foldedSpelling(name);
