@@ -14,12 +14,13 @@ function(lapsa_add_room NAME)
     target_link_libraries(lapsa_${NAME}
         PUBLIC ${ROOM_USES}
         PRIVATE Lapsa::compiler ${ROOM_PRIVATELY_USES})
+    lapsa_precompile(lapsa_${NAME})
 endfunction()
 
 # lapsa_add_test(NAME USES target... [LABELS label...] [TIMEOUT seconds] [ENVIRONMENT name=value...])
 #
 # Creates a Qt Test executable from NAME.cpp of the current folder. The timeout only ends a test that hangs; Qt Test has
-# its own for each function, five minutes by default.
+# its own for each function, five minutes by default. Tests that need no display get the label "offscreen".
 function(lapsa_add_test NAME)
     cmake_parse_arguments(PARSE_ARGV 1 TEST "" "TIMEOUT" "USES;LABELS;ENVIRONMENT")
     if(NOT TEST_TIMEOUT)
@@ -29,11 +30,15 @@ function(lapsa_add_test NAME)
     add_executable(${NAME} ${NAME}.cpp)
     set_target_properties(${NAME} PROPERTIES AUTOMOC ON)
     target_link_libraries(${NAME} PRIVATE Lapsa::compiler Lapsa::testcompiler Qt6::Test ${TEST_USES})
+    lapsa_precompile(${NAME})
     add_test(NAME ${NAME} COMMAND ${NAME})
     set_tests_properties(${NAME} PROPERTIES
         TIMEOUT ${TEST_TIMEOUT}
         LABELS "${TEST_LABELS}"
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;QTEST_FUNCTION_TIMEOUT=${limit};${TEST_ENVIRONMENT}")
+    if(NOT "desktop" IN_LIST TEST_LABELS)
+        lapsa_label_tests(offscreen ${NAME})
+    endif()
 endfunction()
 
 # lapsa_label_tests(LABEL test...)

@@ -32,6 +32,17 @@ is_checkout() {
     [[ "$(git -C "$root" rev-parse --show-toplevel 2>/dev/null)" -ef "$root" ]]
 }
 
+# The commit that this work builds upon, or nothing where there is none.
+upon() {
+    local head base
+    head=$(git -C "$root" rev-parse HEAD)
+    base=$(git -C "$root" merge-base HEAD origin/main 2>/dev/null || true)
+    if [[ -z $base || $base == "$head" ]]; then
+        base=$(git -C "$root" rev-list -1 --before="$(($(git -C "$root" log -1 --format=%ct HEAD) - 4 * 60 * 60))" HEAD)
+    fi
+    printf '%s\n' "$base"
+}
+
 as_root() {
     if [[ $EUID -eq 0 ]]; then
         "$@"
