@@ -27,8 +27,11 @@ function(lapsa_add_test NAME)
         set(TEST_TIMEOUT 300)
     endif()
     math(EXPR limit "${TEST_TIMEOUT} * 1000")
-    add_executable(${NAME} ${NAME}.cpp)
-    set_target_properties(${NAME} PROPERTIES AUTOMOC ON)
+    # One call of moc instead of AUTOMOC, which takes three steps for a target: a quarter of the time of a build.
+    set(moc "${CMAKE_CURRENT_BINARY_DIR}/${NAME}_moc/${NAME}.moc")
+    qt_generate_moc(${NAME}.cpp "${moc}")
+    add_executable(${NAME} ${NAME}.cpp "${moc}")
+    target_include_directories(${NAME} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${NAME}_moc")
     target_link_libraries(${NAME} PRIVATE Lapsa::compiler Lapsa::testcompiler Qt6::Test ${TEST_USES})
     lapsa_precompile(${NAME})
     add_test(NAME ${NAME} COMMAND ${NAME})
@@ -39,6 +42,14 @@ function(lapsa_add_test NAME)
     if(NOT "desktop" IN_LIST TEST_LABELS)
         lapsa_label_tests(offscreen ${NAME})
     endif()
+endfunction()
+
+# lapsa_add_test_object(NAME HEADER)
+#
+# For a header of the current folder, with objects of its own, that the test includes.
+function(lapsa_add_test_object NAME HEADER)
+    qt_wrap_cpp(moc ${HEADER})
+    target_sources(${NAME} PRIVATE ${HEADER} ${moc})
 endfunction()
 
 # lapsa_label_tests(LABEL test...)
