@@ -76,8 +76,9 @@ void LapsaStore::saveNow()
 {
     m_saveWorkItem.cancel();
     saveKnownPaths(); // first, so that no saved item lacks what is known about its path
-    m_environment.fileWriter.write(AppPaths::stateURL().toLocalFile(), JSONEncoder::lapsa().encode(m_items),
-                                   logged(u"Lapsa state save failed"_s));
+    m_environment.fileWriter.write(
+        AppPaths::stateURL().toLocalFile(), [items = m_items] { return JSONEncoder::lapsa().encode(items); },
+        logged(u"Lapsa state save failed"_s));
     saveRecoveryNow();
 }
 
@@ -94,17 +95,17 @@ void LapsaStore::saveKnownPaths()
         }
         m_knownPaths.keepOnly(paths, folders);
     }
-    const std::optional<QByteArray> changed = m_knownPaths.takeChanges();
-    if (!changed) {
+    if (!m_knownPaths.takeChanges()) {
         return;
     }
-    m_environment.fileWriter.write(AppPaths::knownPathsURL().toLocalFile(), *changed,
-                                   [store = QPointer(this)](const FileError& error) {
-                                       logged(u"Lapsa state save failed"_s)(error);
-                                       if (store) {
-                                           store->m_knownPaths.changesWereLost();
-                                       }
-                                   });
+    m_environment.fileWriter.write(
+        AppPaths::knownPathsURL().toLocalFile(), [known = m_knownPaths] { return known.content(); },
+        [store = QPointer(this)](const FileError& error) {
+            logged(u"Lapsa state save failed"_s)(error);
+            if (store) {
+                store->m_knownPaths.changesWereLost();
+            }
+        });
 }
 
 void LapsaStore::saveSoon()
@@ -116,9 +117,10 @@ void LapsaStore::saveRecoveryNow()
 {
     m_recoverySaveWorkItem.cancel();
     m_recordUnsavedSince.reset();
-    m_environment.fileWriter.write(AppPaths::recoveryStateURL().toLocalFile(),
-                                   JSONEncoder::lapsa().encode(m_recoveryItems),
-                                   logged(u"Lapsa recovery save failed"_s));
+    m_environment.fileWriter.write(
+        AppPaths::recoveryStateURL().toLocalFile(),
+        [records = m_recoveryItems] { return JSONEncoder::lapsa().encode(records); },
+        logged(u"Lapsa recovery save failed"_s));
 }
 
 void LapsaStore::saveRecoverySoon()

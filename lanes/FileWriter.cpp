@@ -24,17 +24,17 @@ FileWriter::FileWriter(Lanes& lanes)
     : m_lanes(lanes)
 {}
 
-void FileWriter::write(const QString& path, QByteArray bytes, Failure failure)
+void FileWriter::write(const QString& path, Content content, Failure failure)
 {
     if (const auto last = m_last.value(path)) {
         last->stop(); // a write that has begun ignores this: half a file is useless
     }
     m_last[path] = m_lanes.runOn(
         laneName,
-        [path, bytes = std::move(bytes), failure = std::move(failure)](LaneJob&) -> Lanes::Report {
+        [path, content = std::move(content), failure = std::move(failure)](LaneJob&) -> Lanes::Report {
             // If this fails, the write reports why.
             std::ignore = fileSystem::createDirectory(QFileInfo(path).path(), fileSystem::Access::OwnerOnly);
-            const Result<void> written = fileSystem::writeAtomically(path, bytes);
+            const Result<void> written = fileSystem::writeAtomically(path, content());
             if (written) {
                 return {};
             }

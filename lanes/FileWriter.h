@@ -23,15 +23,18 @@ class Lanes;
 class FileWriter final
 {
 public:
+    /// Makes what a file is to hold. Runs on the lane, so that a long list does not hold up the main thread: it must
+    /// capture values only.
+    using Content = std::function<QByteArray()>;
     using Failure = std::function<void(const FileError& error)>;
 
     /// `lanes` must outlive the writer.
     explicit FileWriter(Lanes& lanes);
 
-    /// Replaces content that is still waiting to be written to the same file. On failure only, `failure` is called
-    /// later on the main thread; it must check that what it needs still exists. The content is written even if the
-    /// lanes end before its turn.
-    void write(const QString& path, QByteArray bytes, Failure failure);
+    /// Replaces content that is still waiting to be written to the same file; that is never made. On failure only,
+    /// `failure` is called later on the main thread; it must check that what it needs still exists. The content is
+    /// written even if the lanes end before its turn.
+    void write(const QString& path, Content content, Failure failure);
 
     /// Waits at most `patience` until every write has succeeded or failed. False if some have not.
     bool flush(std::chrono::milliseconds patience);

@@ -132,18 +132,19 @@ void ThreadLanes::work(const std::shared_ptr<Shared>& shared, const std::shared_
     while (!lane->waiting.empty() && !lane->setAside) {
         Piece piece = std::move(lane->waiting.front());
         lane->waiting.pop_front();
-        Report report;
-        if (!piece.job->stopRequested()) {
+        const bool runs = !piece.job->stopRequested();
+        if (runs) {
             piece.job->alive();
             piece.job->m_state = LaneJob::State::Running;
             lane->current = piece.job;
             lane->keepsOrder = piece.atTheEnd == AtTheEnd::Run;
-            lock.unlock();
-            report = piece.work(*piece.job);
-            piece.work = nullptr; // destroys its captures here, not on the main thread
-            lock.lock();
-            lane->current.reset();
         }
+        lock.unlock();
+        Report report = runs ? piece.work(*piece.job) : Report();
+        // What it captured can be long lists: freed here, and without the mutex, it holds up nobody.
+        piece.work = nullptr;
+        lock.lock();
+        lane->current.reset();
         piece.job->m_state = LaneJob::State::Finished;
         if (shared->lanes != nullptr) {
             noteFinished(shared, *lane, std::move(report));

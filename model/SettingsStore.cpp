@@ -64,7 +64,8 @@ void SettingsStore::saveNow()
 {
     m_saveWorkItem.cancel();
     m_fileWriter.write(
-        AppPaths::settingsURL().toLocalFile(), JSONEncoder::lapsa().encode(m_settings),
+        AppPaths::settingsURL().toLocalFile(),
+        [settings = m_settings] { return JSONEncoder::lapsa().encode(settings); },
         [](const FileError& error) { systemLog(u"Lapsa settings save failed: "_s + error.description); });
 }
 

@@ -69,8 +69,10 @@ public:
 
     [[nodiscard]] bool isEmpty() const { return m_steps.isEmpty(); }
 
-    /// The file's new content, if anything has changed since it was read or last taken.
-    [[nodiscard]] std::optional<QByteArray> takeChanges();
+    /// Whether anything has changed since it was read or last taken. Then content() is to be written.
+    [[nodiscard]] bool takeChanges();
+    /// What the file is to hold. Takes long for many paths: have a copy of this object do it on a lane.
+    [[nodiscard]] QByteArray content() const;
 
     /// Call this if the content taken last could not be written, so that it can be taken again.
     void changesWereLost() { m_changed = true; }

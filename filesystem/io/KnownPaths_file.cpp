@@ -89,11 +89,13 @@ void KnownPaths::read()
     }
 }
 
-std::optional<QByteArray> KnownPaths::takeChanges()
+bool KnownPaths::takeChanges()
 {
-    if (!std::exchange(m_changed, false)) {
-        return std::nullopt;
-    }
+    return std::exchange(m_changed, false);
+}
+
+QByteArray KnownPaths::content() const
+{
     QHash<QByteArray, QJsonArray> pathsByWay;
     for (const auto& [path, steps] : m_steps.asKeyValueRange()) {
         pathsByWay[keyOf(steps)].append(path);

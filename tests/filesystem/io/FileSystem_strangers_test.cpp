@@ -105,7 +105,8 @@ int FileSystem_strangers_test::save(fileSystem::KnownPaths& known) const
 {
     const QString file = knownPathsFile();
     const auto made = fileSystem::createDirectory(file.left(file.lastIndexOf(u'/')), fileSystem::Access::OwnerOnly);
-    return codeOf(made ? fileSystem::writeAtomically(file, known.takeChanges().value_or(QByteArray())) : made);
+    return codeOf(made ? fileSystem::writeAtomically(file, known.takeChanges() ? known.content() : QByteArray())
+                       : made);
 }
 
 void FileSystem_strangers_test::cleanup()
