@@ -210,7 +210,11 @@ class Picture:
         half, other = self.shares(width, ["theme"], ["l10n"])
         theme, l10n = self.box("theme", "interface", x, half), self.box("l10n", "interface", x + half + GUTTER, other)
         theme.height = l10n.height = max(theme.height, l10n.height)
-        return [[self.box("dialogs", "interface", x, width)], [self.box("widgets", "interface", x, width)], [theme, l10n]]
+        left, right = self.shares(width, ["rows"], ["dialogs"])
+        rows, dialogs = self.box("rows", "interface", x, left), self.box("dialogs", "interface", x + left + GUTTER, right)
+        rows.height = dialogs.height = max(rows.height, dialogs.height)
+        return [[rows, dialogs],
+                [self.box("widgets", "interface", x, width)], [theme, l10n]]
 
     def place_facilities(self, x, width, bottom):
         """Three columns on the floor that ends at bottom."""

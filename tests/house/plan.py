@@ -42,8 +42,11 @@ MAY_USE = {
     "widgets": {"theme", "l10n", "platform", "base"},
     "dialogs": {"widgets", "theme", "l10n", "platform", "base"},
 
-    # The two surfaces never meet.
-    "panel": {"engine", "disposal", "model", "lanes", "io", "platform", "base"} | INTERFACE,
+    # What the rows of two surfaces share.
+    "rows": {"widgets", "theme", "l10n", "disposal", "base"},
+
+    # The surfaces never meet.
+    "panel": {"rows", "engine", "disposal", "model", "lanes", "io", "platform", "base"} | INTERFACE,
     "preferences": {"engine", "model", "lanes", "io", "platform", "base"} | INTERFACE,
 
     # It wires everything, but only the program itself makes the real facilities.

@@ -10,12 +10,11 @@
 #include "ItemKinds.h"
 #include "LapsaStore.h"
 #include "Localized.h"
-#include "Material.h"
 #include "RowIconButton.h"
+#include "RowLook.h"
 #include "WorkBar.h"
 
 #include <QContextMenuEvent>
-#include <QFontMetrics>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QMenu>
@@ -23,39 +22,23 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace lapsa {
 
 using namespace Qt::StringLiterals;
 
+using rowLook::buttonSpacing;
+using rowLook::cornerRadius;
+using rowLook::lineSpacing;
+using rowLook::padding;
+using rowLook::spacing;
+using rowLook::stacked;
+
 namespace {
 
-constexpr int padding = 12;
-constexpr int spacing = 10;
-constexpr int lineSpacing = 3;
-constexpr int buttonSpacing = 6;
-constexpr int buttonExtent = 30;
-constexpr int cornerRadius = 16;
 /// Keeps the bar off the row's hairline.
 constexpr int barInset = 1;
-constexpr double groundWhite = 0.1;
-constexpr double groundAccent = 0.035;
-/// Faint enough that text in every role keeps its contrast.
-constexpr double lightAccent = 0.1;
-/// From this text scale on, the buttons are below the text, which needs the whole width.
-constexpr double stackedScale = 1.3;
-
-bool stacked()
-{
-    return textScale() > stackedScale;
-}
-
-int textHeight()
-{
-    return QFontMetrics(fontFor(headlineText)).height() + lineSpacing + QFontMetrics(fontFor(calloutText)).height();
-}
 
 } // namespace
 
@@ -93,37 +76,9 @@ void FileRowView::setItem(const LapsaItem& item)
     refresh();
 }
 
-QColor FileRowView::baseFor(const QPalette& palette)
-{
-    return themeColor(schemeOf(palette) == ColorScheme::Dark ? ColorRole::Window : ColorRole::Surface, palette);
-}
-
-QLinearGradient FileRowView::groundFor(const QRectF& rect, const QPalette& palette)
-{
-    // Lit from above. The gradient starts above the row, so that text and symbols keep their contrast in its upper
-    // part.
-    QLinearGradient gradient(rect.topLeft() - QPointF(0, rect.height()), rect.bottomLeft());
-    gradient.setColorAt(0, withOpacity(Qt::white, groundWhite));
-    gradient.setColorAt(1, withOpacity(themeColor(ColorRole::Accent, palette), groundAccent));
-    return gradient;
-}
-
-QColor FileRowView::lightFor(const QPalette& palette, double strength)
-{
-    return withOpacity(themeColor(ColorRole::Accent, palette), lightAccent * strength);
-}
-
-QColor FileRowView::borderFor(const QPalette& palette, double strength)
-{
-    return mixed(themeColor(ColorRole::Separator, palette), themeColor(ColorRole::Accent, palette), strength);
-}
-
 int FileRowView::rowHeight()
 {
-    if (stacked()) {
-        return 2 * padding + std::max(FileIconView::extent, textHeight()) + spacing + buttonExtent;
-    }
-    return 2 * padding + std::max({FileIconView::extent, textHeight(), buttonExtent});
+    return rowLook::height();
 }
 
 void FileRowView::fillContextMenu(QMenu& menu)
@@ -164,13 +119,8 @@ void FileRowView::setLight(double strength)
 void FileRowView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    painter.setOpacity(waitsForDisk() ? waitingOpacity : 1);
-    material::paintShape(painter, rect(), cornerRadius, baseFor(palette()));
-    material::paintShape(painter, rect(), cornerRadius, groundFor(rect(), palette()));
-    if (m_light > 0) {
-        material::paintShape(painter, rect(), cornerRadius, lightFor(palette(), m_light));
-    }
-    material::paintBorder(painter, rect(), cornerRadius, QPen(borderFor(palette(), m_light), 1));
+    painter.setOpacity(waitsForDisk() ? rowLook::waitingOpacity : 1);
+    rowLook::paintGround(painter, rect(), palette(), m_light);
 }
 
 void FileRowView::resizeEvent(QResizeEvent* event)

@@ -51,13 +51,6 @@ public:
     [[nodiscard]] QString stateText() const;
     /// The remaining time in whole minutes, rounded up and at least one, or a text that the item is locked.
     [[nodiscard]] static QString remainingText(const LapsaItem& item, TimePoint now);
-    /// The colour under a row's gradient. In the dark scheme it is the window's, because the gradient alone makes the
-    /// row as light as a surface; a lighter one would reduce the contrast of red symbols too much.
-    [[nodiscard]] static QColor baseFor(const QPalette& palette);
-    [[nodiscard]] static QLinearGradient groundFor(const QRectF& rect, const QPalette& palette);
-    /// The colour over a lit row's ground, and the line around it. `strength` is 0 to 1.
-    [[nodiscard]] static QColor lightFor(const QPalette& palette, double strength);
-    [[nodiscard]] static QColor borderFor(const QPalette& palette, double strength);
     /// The height of every row at the current text size.
     [[nodiscard]] static int rowHeight();
 
@@ -69,7 +62,6 @@ public:
     void setTabStop(bool stop);
 
     /// How strongly a row is drawn while its disk does not answer, apart from its text and buttons.
-    static constexpr double waitingOpacity = 0.6;
 
     /// How strongly the row is lit, 0 to 1.
     void setLight(double strength);

@@ -7,6 +7,7 @@
 #include "FileRowView.h"
 #include "LapsaStore.h"
 #include "Localized.h"
+#include "RowLook.h"
 #include "WorkBar.h"
 #include "WorkTexts.h"
 
@@ -83,7 +84,7 @@ void FileRowView::refreshWork()
 {
     m_workBar->setProgress(m_work ? workTexts::progressOf(*m_work) : std::nullopt);
     m_workBar->setVisible(m_work && !waitsForDisk());
-    m_icon->setOpacity(waitsForDisk() ? waitingOpacity : 1);
+    m_icon->setOpacity(waitsForDisk() ? rowLook::waitingOpacity : 1);
     // As faint as text may be.
     m_name->setRole(waitsForDisk() ? ColorRole::Secondary : ColorRole::Primary);
 }

@@ -9,6 +9,7 @@
 #include "Motion.h"
 #include "PanelWorld.h"
 #include "PushButton.h"
+#include "RowLook.h"
 #include "ScrollFade.h"
 #include "ThemePalette.h"
 
@@ -258,10 +259,10 @@ void FileListView_reveal_test::textKeepsItsContrastOnALitRow()
     QFETCH(const ColorScheme, scheme);
     const QPalette palette = themePalette(scheme);
     QImage row(1, FileRowView::rowHeight(), QImage::Format_RGB32);
-    row.fill(FileRowView::baseFor(palette));
+    row.fill(rowLook::baseFor(palette));
     QPainter painter(&row);
-    painter.fillRect(row.rect(), FileRowView::groundFor(row.rect(), palette));
-    painter.fillRect(row.rect(), FileRowView::lightFor(palette, 1));
+    painter.fillRect(row.rect(), rowLook::groundFor(row.rect(), palette));
+    painter.fillRect(row.rect(), rowLook::lightFor(palette, 1));
     painter.end();
 
     for (int y = 0; y < row.height(); ++y) {
@@ -280,7 +281,7 @@ void FileListView_reveal_test::aLitRowLooksLit()
     world.drop({u"old 1.txt"_s});
 
     const QColor lit = world.row(1).grab().toImage().pixelColor(30, 5);
-    const QColor expected = blended(FileRowView::lightFor(world.panel.palette(), 1), dark);
+    const QColor expected = blended(rowLook::lightFor(world.panel.palette(), 1), dark);
     QVERIFY(std::abs(lit.red() - expected.red()) <= 2);
     QVERIFY(lit != dark);
 }

@@ -6,6 +6,7 @@
 #include "FileRowView.h"
 #include "PanelWorld.h"
 #include "RowIconButton.h"
+#include "RowLook.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -95,7 +96,7 @@ void FileRowView_test::theGroundRunsFromWhiteToAccent()
     for (const ColorScheme scheme : {ColorScheme::Light, ColorScheme::Dark}) {
         const QPalette palette = themePalette(scheme);
 
-        const auto stops = FileRowView::groundFor(QRectF(0, 0, 382, 58), palette).stops();
+        const auto stops = rowLook::groundFor(QRectF(0, 0, 382, 58), palette).stops();
 
         QCOMPARE(stops.first().second, withOpacity(Qt::white, 0.1));
         QCOMPARE(stops.last().second, withOpacity(themeColor(ColorRole::Accent, palette), 0.035));

@@ -3,6 +3,7 @@
 
 #include "FileRowView.h"
 #include "RowIconButton.h"
+#include "RowLook.h"
 #include "ThemePalette.h"
 
 #include <QImage>
@@ -39,8 +40,8 @@ constexpr ColorScheme dark = ColorScheme::Dark;
 QList<QColor> rowGrounds(const QPalette& palette)
 {
     QImage picture(1, FileRowView::rowHeight(), QImage::Format_ARGB32);
-    picture.fill(FileRowView::baseFor(palette));
-    QPainter(&picture).fillRect(picture.rect(), FileRowView::groundFor(picture.rect(), palette));
+    picture.fill(rowLook::baseFor(palette));
+    QPainter(&picture).fillRect(picture.rect(), rowLook::groundFor(picture.rect(), palette));
     QList<QColor> grounds;
     for (int y = 0; y < picture.height(); ++y) {
         grounds.push_back(picture.pixelColor(0, y));
