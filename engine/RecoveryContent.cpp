@@ -119,6 +119,8 @@ RecoveryContent lookIntoRecovery(const QList<LapsaRecoveryItem>& records, LaneJo
         if (entry != entries.cend()) {
             content.copies.insert(record.id, entry->copy);
             recorded.insert(*name);
+        } else {
+            content.withoutCopy.insert(record.id);
         }
     }
     const QString place = placeForUnknown();

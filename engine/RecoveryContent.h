@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QUuid>
@@ -34,8 +35,10 @@ struct RecoveryCopy
 /// What one look into this Lapsa's Recovery folder found.
 struct RecoveryContent
 {
-    /// By the ids of their records, and of the records below. A record without an entry has lost its copy.
+    /// By the ids of their records, and of the records below.
     QHash<QUuid, RecoveryCopy> copies;
+    /// The ids of the records whose copies are gone, or lie elsewhere.
+    QSet<QUuid> withoutCopy;
     /// Made up for what has no record: nobody purges it. `originalPath` is a place for it in the user's download
     /// folder, else in the home folder, `deletedAt` when it came. A name has the same id in every look.
     QList<LapsaRecoveryItem> withoutRecord;
