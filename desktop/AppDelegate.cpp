@@ -157,6 +157,11 @@ void AppDelegate::openPreferences()
     made(m_panelController, "panel controller").showPreferences();
 }
 
+void AppDelegate::openRecovery()
+{
+    made(m_panelController, "panel controller").showRecovery();
+}
+
 void AppDelegate::addFinderSelectionFromShortcut()
 {
     const QList<QUrl> urls =
@@ -193,6 +198,7 @@ void AppDelegate::performAction(const QString& name)
     static const QHash<QString, void (AppDelegate::*)()> actions{
         {u"open-lapsa"_s, &AppDelegate::openPanel},
         {u"preferences"_s, &AppDelegate::openPreferences},
+        {u"recovery"_s, &AppDelegate::openRecovery},
         {u"add-selection"_s, &AppDelegate::addFinderSelectionMenu},
         {u"open-data-folder"_s, &AppDelegate::openDataFolder},
         {u"quit"_s, &AppDelegate::quit},

@@ -52,6 +52,8 @@ public:
     /// Opens the panel at the status button; never closes it.
     void openPanel();
     void openPreferences();
+    /// Opens the window with the files in Recovery.
+    void openRecovery();
     /// Puts the file manager's selection on countdown, with the file type rules applied, and opens the panel.
     void addFinderSelectionFromShortcut();
     void addFinderSelectionMenu();

@@ -4,11 +4,13 @@
 #include "PanelController.h"
 
 #include "AlertDialog.h"
+#include "FileIconProvider.h"
 #include "LapsaStore.h"
 #include "Localized.h"
 #include "MainQueue.h"
 #include "Material.h"
 #include "PreferencesView.h"
+#include "RecoveryView.h"
 #include "StatusButton.h"
 #include "WindowFrame.h"
 #include "WindowSystem.h"
@@ -16,6 +18,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QUrl>
 
 #include <chrono>
 #include <utility>
@@ -40,6 +43,11 @@ const QScreen& currentScreen()
 {
     const QScreen* const screen = QGuiApplication::screenAt(QCursor::pos());
     return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
+}
+
+QPoint middleOfScreen(const QWidget& window)
+{
+    return centredFrame(window, currentScreen().availableGeometry()).topLeft();
 }
 
 void bringToFront(QWidget& window)
@@ -89,8 +97,11 @@ void PanelController::showAt(StatusButton* button, const std::optional<QRect>& i
     m_popover->setBehavior(behavior());
     const QRect workArea = screenOf(icon).availableGeometry();
     m_popover->present(popoverPlacement(icon, workArea, m_popover->content().size()), workArea);
-    if (m_preferencesWindow && m_preferencesWindow->isVisible()) {
-        putBesidePanel(*m_preferencesWindow);
+    for (QWidget* const window :
+         {static_cast<QWidget*>(m_preferencesWindow.get()), static_cast<QWidget*>(m_recoveryWindow.get())}) {
+        if (window != nullptr && window->isVisible()) {
+            putBesidePanel(*window);
+        }
     }
     button->setHighlighted(true);
 }
@@ -121,12 +132,26 @@ void PanelController::showPreferences()
     material::setTranslucencyAvailable(m_environment.windowSystem.compositingAvailable());
     if (!m_preferencesWindow) {
         makePreferencesWindow();
-        const QRect middle = centredFrame(*m_preferencesWindow, currentScreen().availableGeometry());
-        m_preferencesWindow->move(middle.topLeft());
+        m_preferencesWindow->move(middleOfScreen(*m_preferencesWindow));
     }
-    putBesidePanel(*m_preferencesWindow);
-    applyTheme(m_preferencesWindow.get());
-    bringToFront(*m_preferencesWindow);
+    present(*m_preferencesWindow);
+}
+
+void PanelController::showRecovery()
+{
+    material::setTranslucencyAvailable(m_environment.windowSystem.compositingAvailable());
+    if (!m_recoveryWindow) {
+        makeRecoveryWindow();
+        m_recoveryWindow->move(middleOfScreen(*m_recoveryWindow));
+    }
+    present(*m_recoveryWindow);
+}
+
+void PanelController::present(QWidget& window)
+{
+    putBesidePanel(window);
+    applyTheme(&window);
+    bringToFront(window);
 }
 
 void PanelController::applyTheme(const QWidget* window)
@@ -166,6 +191,18 @@ void PanelController::makePreferencesWindow()
                                         Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                                         Qt::WindowMinimizeButtonHint);
     m_preferencesWindow->setWindowTitle(Localized::preferences());
+    connect(m_preferencesWindow.get(), &PreferencesView::recoveryRequested, this, &PanelController::showRecovery);
+}
+
+void PanelController::makeRecoveryWindow()
+{
+    m_recoveryWindow = std::make_unique<RecoveryView>(RecoveryView::Environment{
+        .store = m_environment.panel.store,
+        .clock = m_environment.panel.clock,
+        .mainQueue = m_environment.panel.mainQueue,
+        .icons = [](const QString& name, bool isFolder) {
+            return themedFileIcon(QUrl::fromLocalFile(u'/' + name), isFolder ? ItemKind::Folder : ItemKind::File);
+        }});
 }
 
 /// A panel that closes by itself needs no room beside it: it closes.

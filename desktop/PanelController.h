@@ -17,12 +17,13 @@ class AlertDialog;
 class FolderPicker;
 class PointerMonitor;
 class PreferencesView;
+class RecoveryView;
 class ScheduledTask;
 class StatusButton;
 class WindowSystem;
 
-/// Owns the panel under the status button and the preferences window. Each is created when first asked for and then
-/// kept.
+/// Owns the panel under the status button, the preferences and the Recovery window. Each is created when first asked
+/// for and then kept.
 class PanelController final : public QObject
 {
     Q_OBJECT
@@ -53,6 +54,8 @@ public:
     void announceLocked(const QStringList& ids);
     /// Opens the preferences, or brings them to the front.
     void showPreferences();
+    /// Opens the Recovery window, or brings it to the front.
+    void showRecovery();
     /// Applies the current theme to that window, and with it to all windows, so that they never differ. Does nothing if
     /// `window` is null.
     void applyTheme(const QWidget* window);
@@ -61,6 +64,8 @@ public:
     [[nodiscard]] PopoverWindow* popover() const { return m_popover.get(); }
 
     [[nodiscard]] PreferencesView* preferencesWindow() const { return m_preferencesWindow.get(); }
+
+    [[nodiscard]] RecoveryView* recoveryWindow() const { return m_recoveryWindow.get(); }
 
     /// The alert while it is open, else null.
     [[nodiscard]] AlertDialog* alert() const;
@@ -73,6 +78,8 @@ private:
     void showAt(StatusButton* button, const std::optional<QRect>& icon);
     void ensurePopover();
     void makePreferencesWindow();
+    void makeRecoveryWindow();
+    void present(QWidget& window);
     void putBesidePanel(QWidget& window);
     void showAlert();
     void reactToClose(PopoverWindow::CloseReason reason);
@@ -81,6 +88,7 @@ private:
     Environment m_environment;
     std::unique_ptr<PopoverWindow> m_popover;
     std::unique_ptr<PreferencesView> m_preferencesWindow;
+    std::unique_ptr<RecoveryView> m_recoveryWindow;
     QPointer<AlertDialog> m_alert;
     /// Set while a click may still be the one that took the focus away.
     std::unique_ptr<ScheduledTask> m_justClosed;

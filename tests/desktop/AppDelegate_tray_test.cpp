@@ -6,6 +6,7 @@
 #include "PanelWorld.h"
 #include "PopoverWindow.h"
 #include "PreferencesView.h"
+#include "RecoveryView.h"
 
 #include <QTest>
 
@@ -140,6 +141,8 @@ private slots:
         QVERIFY(DelegateWorld::shows<PopoverWindow>());
         program.delegate->performAction(u"preferences"_s);
         QVERIFY(DelegateWorld::shows<PreferencesView>());
+        program.delegate->performAction(u"recovery"_s);
+        QVERIFY(DelegateWorld::shows<RecoveryView>());
         program.delegate->performAction(u"open-data-folder"_s);
         QCOMPARE(program.workspace.revealed, QList{QUrl::fromLocalFile(program.home.dataPath())});
         program.selection.answer = file;
@@ -162,6 +165,7 @@ private slots:
 
         QVERIFY(!DelegateWorld::shows<PopoverWindow>());
         QVERIFY(!DelegateWorld::shows<PreferencesView>());
+        QVERIFY(!DelegateWorld::shows<RecoveryView>());
         QCOMPARE(program.workspace.revealed, QList<QUrl>());
         QVERIFY(!program.delegate->quitting());
     }

@@ -175,7 +175,6 @@ TABLE = {
 
     "lapsa ~/Downloads/report.zip": Run(adds_a_file),
     "lapsa": Run(starts),
-    "ls ~/.local/share/Lapsa/Recovery": Run(shows_recovery),
     "ls -l ~/.local/share/Lapsa/Recovery": Run(shows_recovery),
     "cat ~/.local/share/Lapsa/recovery.json": Run(shows_records),
     "mv ~/.local/share/Lapsa/Recovery/report.zip ~/Downloads/": Run(takes_back),
@@ -185,6 +184,7 @@ TABLE = {
     "gapplication action org.lapsa.Lapsa add-selection": Run(acts),
     "gapplication action org.lapsa.Lapsa open-lapsa": Run(acts),
     "gapplication action org.lapsa.Lapsa preferences": Run(acts),
+    "gapplication action org.lapsa.Lapsa recovery": Run(acts),
     "gapplication action org.lapsa.Lapsa open-data-folder": Run(acts),
     "gapplication action org.lapsa.Lapsa quit": Run(quits),
     "gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus "

@@ -46,6 +46,8 @@ void Gallery::paintEverything()
         paintWork();
         paintSheet();
         paintPreferences();
+        paintRecovery();
+        paintRecoveryVariants();
         paintAlert();
         paintChoosers();
         paintControls();

@@ -20,6 +20,7 @@ class QLineEdit;
 namespace lapsa {
 
 class LapsaPanelView;
+class RecoveryView;
 
 } // namespace lapsa
 
@@ -65,6 +66,10 @@ private:
     void paintWork();
     void paintSheet();
     void paintPreferences();
+    void paintRecovery();
+    void paintRecoveryMessages(Scene& scene, RecoveryView& window);
+    /// Right to left, large text, and the row of the preferences.
+    void paintRecoveryVariants();
     void paintAlert();
     void paintChoosers();
     void paintFieldMenu(QLineEdit& field);

@@ -213,7 +213,7 @@ class Picture:
         left, right = self.shares(width, ["rows"], ["dialogs"])
         rows, dialogs = self.box("rows", "interface", x, left), self.box("dialogs", "interface", x + left + GUTTER, right)
         rows.height = dialogs.height = max(rows.height, dialogs.height)
-        return [[rows, dialogs],
+        return [[self.box("recovery", "interface", x, width)], [rows, dialogs],
                 [self.box("widgets", "interface", x, width)], [theme, l10n]]
 
     def place_facilities(self, x, width, bottom):

@@ -48,9 +48,10 @@ MAY_USE = {
     # The surfaces never meet.
     "panel": {"rows", "engine", "disposal", "model", "lanes", "io", "platform", "base"} | INTERFACE,
     "preferences": {"engine", "model", "lanes", "io", "platform", "base"} | INTERFACE,
+    "recovery": {"rows", "engine", "disposal", "model", "lanes", "io", "platform", "base"} | INTERFACE,
 
     # It wires everything, but only the program itself makes the real facilities.
-    "desktop": {"panel", "preferences", "engine", "model", "lanes", "io", "platform", "base"} | INTERFACE,
+    "desktop": {"panel", "preferences", "recovery", "engine", "model", "lanes", "io", "platform", "base"} | INTERFACE,
 }
 
 # The program: desktop/LapsaApp.cpp.

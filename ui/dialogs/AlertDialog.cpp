@@ -12,6 +12,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace lapsa {
 
 using namespace Qt::StringLiterals;
@@ -25,11 +27,39 @@ constexpr int pictureExtent = 64;
 constexpr int pictureSpacing = 16;
 constexpr int textSpacing = 6;
 constexpr int buttonSpacing = 24;
+constexpr int besideSpacing = 8;
 
 } // namespace
 
 AlertDialog::AlertDialog(const QString& message, const QString& information, QWidget* parent)
     : QDialog(parent)
+{
+    auto* const button = new PushButton(u"OK"_s, PushButton::Kind::Default, this);
+    makeTexts(message, information)->addWidget(button);
+    button->setFocus();
+    connect(button, &PushButton::clicked, this, &QDialog::accept);
+    finish();
+}
+
+AlertDialog::AlertDialog(const Question& question, QWidget* parent)
+    : QDialog(parent)
+{
+    auto* const cancel = new PushButton(question.cancel, PushButton::Kind::Plain, this);
+    auto* const action = new PushButton(question.action, PushButton::Kind::Destructive, this);
+    const int needed = 2 * std::max(cancel->sizeHint().width(), action->sizeHint().width()) + besideSpacing;
+    auto* const buttons =
+        new QBoxLayout(needed > dialogWidth - 2 * margin ? QBoxLayout::BottomToTop : QBoxLayout::LeftToRight);
+    buttons->setSpacing(besideSpacing);
+    buttons->addWidget(cancel, 1);
+    buttons->addWidget(action, 1);
+    makeTexts(question.message, question.information)->addLayout(buttons);
+    cancel->setFocus();
+    connect(cancel, &PushButton::clicked, this, &QDialog::reject);
+    connect(action, &PushButton::clicked, this, &QDialog::accept);
+    finish();
+}
+
+QVBoxLayout* AlertDialog::makeTexts(const QString& message, const QString& information)
 {
     setWindowTitle(message);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -47,14 +77,15 @@ AlertDialog::AlertDialog(const QString& message, const QString& information, QWi
     text->setAlignment(Qt::AlignCenter);
     column->addWidget(text);
     column->addSpacing(buttonSpacing);
-    auto* const button = new PushButton(u"OK"_s, PushButton::Kind::Default, this);
-    column->addWidget(button);
-    setFixedWidth(dialogWidth);
-    setFixedHeight(column->totalHeightForWidth(dialogWidth));
     setAccessibleDescription(information);
+    return column;
+}
+
+void AlertDialog::finish()
+{
+    setFixedWidth(dialogWidth);
+    setFixedHeight(layout()->totalHeightForWidth(dialogWidth));
     new FocusRing(*this);
-    button->setFocus();
-    connect(button, &PushButton::clicked, this, &QDialog::accept);
 }
 
 void AlertDialog::paintEvent(QPaintEvent*)

@@ -11,6 +11,15 @@ namespace lapsa {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+QLocale shownLocale()
+{
+    return QLocale(Localized::isItalian() ? QLocale::Italian : QLocale::English);
+}
+
+} // namespace
+
 bool Localized::isItalian()
 {
     return currentLanguageCode() == "it"_L1;
@@ -23,7 +32,22 @@ QString Localized::text(const QString& english, const QString& italian)
 
 QString Localized::number(std::int64_t number)
 {
-    return QLocale(isItalian() ? QLocale::Italian : QLocale::English).toString(qlonglong{number});
+    return shownLocale().toString(qlonglong{number});
+}
+
+QString Localized::fileCount(std::int64_t files)
+{
+    return files == 1 ? u"1 file"_s : text(u"%1 files"_s, u"%1 file"_s).arg(number(files));
+}
+
+QString Localized::dataSize(std::int64_t bytes)
+{
+    constexpr int decimals = 1;
+    constexpr std::int64_t unit = 1024;
+    if (bytes < unit) {
+        return bytes == 1 ? u"1 byte"_s : text(u"%1 bytes"_s, u"%1 byte"_s).arg(number(bytes));
+    }
+    return shownLocale().formattedDataSize(bytes, decimals, QLocale::DataSizeTraditionalFormat);
 }
 
 QString Localized::openLapsa()

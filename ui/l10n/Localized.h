@@ -23,6 +23,11 @@ public:
     /// A whole number with the separators of the current language: "5,000", Italian "5.000".
     [[nodiscard]] static QString number(std::int64_t number);
 
+    /// "1 file", "3 files", Italian "3 file".
+    [[nodiscard]] static QString fileCount(std::int64_t files);
+    /// "1.2 GB", Italian "1,2 GB". A unit is 1024 times the one before.
+    [[nodiscard]] static QString dataSize(std::int64_t bytes);
+
     [[nodiscard]] static QString openLapsa();
     [[nodiscard]] static QString preferences();
     [[nodiscard]] static QString addFinderSelection();

@@ -8,6 +8,7 @@
 #include "DurationFormatter.h"
 #include "LapsaStore.h"
 #include "Localized.h"
+#include "PushButton.h"
 #include "SegmentedControl.h"
 #include "SettingBinding.h"
 #include "Stepper.h"
@@ -90,17 +91,30 @@ QWidget* makeStack(QWidget* parent, int spacing)
 GeneralTab::GeneralTab(LapsaStore& store, const QString& name, QWidget* parent)
     : ScrollPage(name, parent)
     , m_store(store)
+    , m_recovery(store)
 {
     sections().addWidget(makeGeneralSection(widget()));
     sections().addWidget(makeNotificationsSection(widget()));
     sections().addWidget(makeRecoverySection(widget()));
     sections().addStretch();
+    connect(&m_recovery, &RecoveryOverview::changed, this, &GeneralTab::refreshRecoveryContent);
+    connect(&m_recovery, &RecoveryOverview::measured, this, &GeneralTab::refreshRecoveryContent);
 }
 
 void GeneralTab::refresh()
 {
     for (const auto& showSetting : m_refreshers) {
         showSetting();
+    }
+}
+
+void GeneralTab::watchRecovery(bool watched)
+{
+    if (watched) {
+        m_recovery.watch();
+        refreshRecoveryContent();
+    } else {
+        m_recovery.stopWatching();
     }
 }
 
@@ -164,6 +178,7 @@ FormSection* GeneralTab::makeRecoverySection(QWidget* page)
     FormSection* const section = makeSection(Localized::recovery(), page);
     section->card().addRow(makeRecoveryToggle());
     section->card().addRow(makeRetention());
+    section->card().addRow(makeRecoveryContent());
     return section;
 }
 
@@ -229,6 +244,32 @@ QWidget* GeneralTab::makeRetention()
         stepper->setValue(static_cast<int>(hours));
     });
     return row;
+}
+
+/// What lies in Recovery; only while there is something.
+QWidget* GeneralTab::makeRecoveryContent()
+{
+    m_recoveryRow = new QWidget(this);
+    auto* const line = new QHBoxLayout(m_recoveryRow);
+    line->setContentsMargins({});
+    line->setSpacing(controlSpacing);
+    m_recoveryText = new TextLabel({}, bodyText, ColorRole::Primary, m_recoveryRow);
+    auto* const show =
+        new PushButton(Localized::text(u"Show…"_s, u"Mostra…"_s), PushButton::Kind::Plain, m_recoveryRow);
+    line->addWidget(m_recoveryText, 1, Qt::AlignVCenter);
+    line->addWidget(show, 0, Qt::AlignVCenter);
+    connect(show, &PushButton::clicked, this, &GeneralTab::recoveryRequested);
+    m_recoveryRow->hide();
+    return m_recoveryRow;
+}
+
+void GeneralTab::refreshRecoveryContent()
+{
+    const qsizetype files = m_recovery.count();
+    const std::optional<std::int64_t> bytes = m_recovery.bytes();
+    const QString count = Localized::text(u"In Recovery: %1"_s, u"In Recupero: %1"_s).arg(Localized::fileCount(files));
+    m_recoveryText->setText(bytes ? count + u", "_s + Localized::dataSize(*bytes) : count);
+    m_recoveryRow->setVisible(files > 0);
 }
 
 } // namespace lapsa

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "LapsaSettings.h"
+#include "RecoveryOverview.h"
 #include "ScrollPage.h"
 
 #include <QList>
@@ -15,6 +16,7 @@ namespace lapsa {
 class Card;
 class FormSection;
 class LapsaStore;
+class TextLabel;
 
 /// The preferences that do not belong to a single rule or folder, in sections.
 class GeneralTab final : public ScrollPage
@@ -27,6 +29,12 @@ public:
 
     /// Shows the current settings.
     void refresh();
+    /// Whether to look what is in Recovery: only while the window is shown.
+    void watchRecovery(bool watched);
+
+signals:
+    /// The user wants to see what is in Recovery.
+    void recoveryRequested();
 
 private:
     [[nodiscard]] FormSection* makeGeneralSection(QWidget* page);
@@ -36,8 +44,13 @@ private:
     [[nodiscard]] QWidget* makeThemePicker();
     [[nodiscard]] QWidget* makeRecoveryToggle();
     [[nodiscard]] QWidget* makeRetention();
+    [[nodiscard]] QWidget* makeRecoveryContent();
+    void refreshRecoveryContent();
 
     LapsaStore& m_store;
+    RecoveryOverview m_recovery;
+    QWidget* m_recoveryRow = nullptr;
+    TextLabel* m_recoveryText = nullptr;
     /// One per control; each shows its setting.
     QList<std::function<void()>> m_refreshers;
 };

@@ -16,6 +16,7 @@
 #include "SymbolTabBar.h"
 
 #include <QEvent>
+#include <QHideEvent>
 #include <QPainter>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -56,6 +57,7 @@ PreferencesView::PreferencesView(LapsaStore& store, FolderPicker& folderPicker, 
     }
     new FocusRing(*this);
 
+    connect(m_general, &GeneralTab::recoveryRequested, this, &PreferencesView::recoveryRequested);
     connect(m_tabs, &QTabBar::currentChanged, m_pages, &QStackedWidget::setCurrentIndex);
     connect(&m_store, &LapsaStore::willChange, this, &PreferencesView::noteChange);
     connect(&m_store.settingsStore(), &SettingsStore::settingsChanged, this, &PreferencesView::noteChange);
@@ -90,7 +92,16 @@ bool PreferencesView::event(QEvent* event)
 void PreferencesView::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
+    m_general->watchRecovery(true);
     refresh();
+}
+
+void PreferencesView::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    if (!event->spontaneous()) {
+        m_general->watchRecovery(false);
+    }
 }
 
 QLayout* PreferencesView::makeTabs()

@@ -43,10 +43,15 @@ public:
 
     static constexpr QSize extent{620, 620};
 
+signals:
+    /// The user wants to see what is in Recovery.
+    void recoveryRequested();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     [[nodiscard]] QLayout* makeTabs();

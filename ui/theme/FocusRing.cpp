@@ -16,6 +16,7 @@ namespace lapsa {
 namespace {
 
 constexpr char radiusProperty[] = "lapsaFocusRadius";
+constexpr char ownFocusProperty[] = "lapsaOwnFocus";
 constexpr int ringWidth = 2;
 
 bool movedByKeyboard(Qt::FocusReason reason)
@@ -33,6 +34,11 @@ bool isText(const QWidget& widget)
 void setFocusRadius(QWidget& widget, int radius)
 {
     widget.setProperty(radiusProperty, radius);
+}
+
+void drawFocusByItself(QWidget& widget)
+{
+    widget.setProperty(ownFocusProperty, true);
 }
 
 FocusRing::FocusRing(QWidget& window)
@@ -100,6 +106,10 @@ void FocusRing::paintEvent(QPaintEvent*)
 
 void FocusRing::follow(QWidget* target)
 {
+    if (target != nullptr && target->property(ownFocusProperty).toBool()) {
+        hide();
+        return;
+    }
     m_target = target;
     place();
 }

@@ -11,6 +11,9 @@ namespace lapsa {
 /// Sets the corner radius of a widget's focus ring, measured at the widget's edge.
 void setFocusRadius(QWidget& widget, int radius);
 
+/// The widget shows by itself which of its parts has the focus: it gets no ring.
+void drawFocusByItself(QWidget& widget);
+
 /// The ring around a window's focused control, drawn outside the control and on top of everything. Shown from the first
 /// focus change by keyboard until the window closes; for text fields, always.
 class FocusRing final : public QWidget

@@ -37,6 +37,11 @@ void TextLabel::setStyle(const TextStyle& style)
     setFont(fontFor(style));
 }
 
+void TextLabel::setRole(ColorRole role)
+{
+    setForegroundRole(paletteRole(role));
+}
+
 void TextLabel::setMaximumLines(int lines)
 {
     m_maximumLines = lines;

@@ -20,6 +20,7 @@ public:
               QWidget* parent = nullptr);
 
     void setStyle(const TextStyle& style);
+    void setRole(ColorRole role);
     /// Further lines are cut off; the last visible one then ends with an ellipsis.
     void setMaximumLines(int lines);
     /// Digits of equal width, for changing numbers: on one line, never narrower than the text or than `leastWidth`.
