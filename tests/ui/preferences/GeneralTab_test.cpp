@@ -13,7 +13,6 @@
 
 #include <QApplication>
 #include <QRadioButton>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <algorithm>
@@ -269,26 +268,6 @@ private slots:
 
         QVERIFY(last.hasFocus());
         QCOMPARE(last.visibleRegion().boundingRect(), last.rect());
-    }
-
-    void whatIsInRecoveryIsCountedOnlyWhileThereIsSomething()
-    {
-        PreferencesWorld world;
-        auto& show = named<PushButton>(world.view, u"Show…"_s);
-        QVERIFY(!show.isVisible());
-
-        park(world, u"a.txt"_s);
-        world.settle();
-        QVERIFY(show.isVisible());
-        QVERIFY(shows(world.view, u"In Recovery: 1 file, 5 bytes"_s));
-        QSignalSpy requests(&world.view, &PreferencesView::recoveryRequested);
-        show.setFocus();
-        pressKey(world.view, Qt::Key_Space);
-        QCOMPARE(requests.size(), 1);
-
-        world.store().restoreRecoveryItem(world.store().recoveryItems().constFirst());
-        world.settle();
-        QVERIFY(!show.isVisible());
     }
 
     void theArrowKeysChooseATheme()
