@@ -97,7 +97,7 @@ private:
 
 } // namespace
 
-void systemLog(const QString& text)
+QString onOneLine(const QString& text)
 {
     QString line;
     line.reserve(text.size() + 1);
@@ -110,11 +110,14 @@ void systemLog(const QString& text)
             line += isHalfAlone(text, index) ? QChar(u'?') : c;
         }
     }
-    line += u'\n';
+    return line;
+}
 
+void systemLog(const QString& text)
+{
     // In one call if possible, so that lines of several processes do not mix. The part that cannot be written now is
     // lost: there is nowhere else to report it, and work on files must not wait for the reader of the log.
-    const QByteArray bytes = line.toUtf8();
+    const QByteArray bytes = onOneLine(text).toUtf8() + '\n';
     const ErrorStream stream;
     QByteArrayView rest = bytes;
     while (!rest.isEmpty()) {
