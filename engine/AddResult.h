@@ -11,7 +11,7 @@
 
 namespace lapsa {
 
-/// The outcome of an add. Files that do not exist appear in none of its lists.
+/// The outcome of an add.
 struct AddResult
 {
     /// A path that Lapsa never takes, so it was not put on countdown.
@@ -30,6 +30,8 @@ struct AddResult
     /// The paths of the folders that were not yet on countdown, in the same order.
     QStringList newFolders;
     QList<Refused> refused;
+    /// The standardised paths at which nothing exists, in the same order.
+    QStringList missing = {};
 
     /// Appends the outcome of a later add of the same gesture.
     void append(const AddResult& later)
@@ -37,6 +39,7 @@ struct AddResult
         ids += later.ids;
         newFolders += later.newFolders;
         refused += later.refused;
+        missing += later.missing;
     }
 
     friend bool operator==(const AddResult&, const AddResult&) = default;

@@ -103,6 +103,8 @@ struct LapsaStore::AddRound
     std::vector<std::unique_ptr<LaneSeries>> series;
     /// By their position in the request; those that exist and are not on the list yet.
     std::map<qsizetype, FoundFile> found;
+    /// The paths at which nothing exists.
+    std::map<qsizetype, QString> missing;
     qsizetype waitingFor = 0;
     /// Set once the first files are on the list: later ones come from slow disks.
     bool late = false;
@@ -154,7 +156,7 @@ LaneSeries::Step LapsaStore::lookStep(const AskedPaths& asked, const fileSystem:
     const auto steps = std::make_shared<fileSystem::KnownPathsLook>(known);
     return [this, asked, steps, weak](std::size_t entry, LaneJob&) -> Lanes::Report {
         const qsizetype number = asked.entries[entry];
-        const QString& path = asked.paths[number];
+        const QString path = asked.paths[number];
         std::optional<FoundFile> found;
         if (const fileSystem::Status status = fileSystem::status(path); status.exists) {
             found = FoundFile{.path = path, .isDirectory = status.isDirectory};
@@ -162,8 +164,11 @@ LaneSeries::Step LapsaStore::lookStep(const AskedPaths& asked, const fileSystem:
             found->refusal = status.isDirectory || status.isMountPoint ? refusalOf(path) : std::nullopt;
             found->steps = steps->at(path);
         }
-        return [this, weak, number, found] {
+        return [this, weak, number, path, found] {
             if (const auto alive = weak.lock()) {
+                if (!found) {
+                    alive->missing.emplace(number, path);
+                }
                 seen(alive, number, found);
             }
         };
@@ -226,6 +231,9 @@ void LapsaStore::addSeen(const std::shared_ptr<AddRound>& round)
     }
     AddResult result = addFound(files, round->options);
     result.refused = std::move(refused);
+    for (const auto& [request, path] : std::exchange(round->missing, {})) {
+        result.missing.push_back(path);
+    }
     if (round->added) {
         round->added(result);
     }

@@ -38,7 +38,10 @@ private slots:
         const AddResult result = world.added(urlsOf({fresh, world.home.path(u"missing"_s), listed, fresh}));
 
         const QString id = world.item(fresh).id;
-        QCOMPARE(result, (AddResult{.ids = {id, before.id, id}, .newFolders = {}, .refused = {}}));
+        QCOMPARE(result, (AddResult{.ids = {id, before.id, id},
+                                    .newFolders = {},
+                                    .refused = {},
+                                    .missing = {world.home.path(u"missing"_s)}}));
     }
 
     void aFolderIsNewOnce()
