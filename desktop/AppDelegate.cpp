@@ -142,6 +142,11 @@ void AppDelegate::applicationOpen(const QList<QUrl>& urls)
     });
 }
 
+LapsaStore& AppDelegate::store() const
+{
+    return made(m_store, "store");
+}
+
 void AppDelegate::togglePanel(const std::optional<QRect>& icon)
 {
     made(m_panelController, "panel controller").toggle(statusButton(), icon);

@@ -76,6 +76,8 @@ public:
 
     [[nodiscard]] bool quitting() const { return m_quitting; }
 
+    [[nodiscard]] LapsaStore& store() const;
+
 private:
     void makePanelController();
     void setUpStatusItem();

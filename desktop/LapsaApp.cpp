@@ -15,8 +15,10 @@
 #include "FreedesktopWorkspace.h"
 #include "HangingMounts.h"
 #include "HotKeys.h"
+#include "LapsaInterface.h"
 #include "LapsaStyle.h"
 #include "LaunchArguments.h"
+#include "ListService.h"
 #include "Motion.h"
 #include "PointerMonitor.h"
 #include "ProgramIdentity.h"
@@ -27,6 +29,7 @@
 #include "StatusItem.h"
 #include "SystemClock.h"
 #include "SystemLog.h"
+#include "TerminationAtExit.h"
 #include "TerminationSignals.h"
 #include "ThemePalette.h"
 #include "ThreadLanes.h"
@@ -121,36 +124,16 @@ End handOverOnly(int argc, char** argv)
     return {.status = EXIT_FAILURE};
 }
 
-/// Terminates the delegate if the process exits while this lives. The toolkit calls exit() when the X server goes away,
-/// and then main() never returns. The pointer is global because std::atexit() takes a function without a context.
-class TerminationAtExit final
+/// What other programs of the session reach this one by.
+struct SessionEnds
 {
-public:
-    explicit TerminationAtExit(AppDelegate& delegate)
-    {
-        s_delegate = &delegate;
-        std::atexit(terminate);
-    }
-
-    TerminationAtExit(const TerminationAtExit&) = delete;
-    TerminationAtExit& operator=(const TerminationAtExit&) = delete;
-
-    ~TerminationAtExit() { s_delegate = nullptr; }
-
-private:
-    static void terminate()
-    {
-        if (s_delegate != nullptr) {
-            s_delegate->applicationWillTerminate();
-        }
-    }
-
-    static inline AppDelegate* s_delegate = nullptr;
+    SessionApplication& application;
+    LapsaInterface& interface;
 };
 
 /// Runs the event loop until the program ends.
-int runDelegate(const QApplication& application, AppDelegate& delegate, SessionApplication& session,
-                const QList<QUrl>& files)
+int runDelegate(const QApplication& application, AppDelegate& delegate, MainQueue& mainQueue,
+                const SessionEnds& session, const QList<QUrl>& files)
 {
     const TerminationSignals terminationSignals;
     QObject::connect(&terminationSignals, &TerminationSignals::received, &delegate, &AppDelegate::quit);
@@ -163,9 +146,12 @@ int runDelegate(const QApplication& application, AppDelegate& delegate, SessionA
     if (!files.isEmpty()) {
         delegate.applicationOpen(files);
     }
-    session.setHandlers({.open = [&delegate](const QList<QUrl>& urls) { delegate.applicationOpen(urls); },
-                         .activate = [&delegate] { delegate.openPanel(); },
-                         .activateAction = [&delegate](const QString& name) { delegate.performAction(name); }});
+    ListService listService(delegate.store(), mainQueue);
+    session.interface.serve(listService);
+    session.application.setHandlers(
+        {.open = [&delegate](const QList<QUrl>& urls) { delegate.applicationOpen(urls); },
+         .activate = [&delegate] { delegate.openPanel(); },
+         .activateAction = [&delegate](const QString& name) { delegate.performAction(name); }});
     QuietMessages::startupDone();
 
     const int status = delegate.quitting() ? EXIT_SUCCESS : QApplication::exec();
@@ -173,7 +159,7 @@ int runDelegate(const QApplication& application, AppDelegate& delegate, SessionA
     return status;
 }
 
-End runApplication(const QApplication& application, SessionApplication& session, const QList<QUrl>& files)
+End runApplication(const QApplication& application, const SessionEnds& session, const QList<QUrl>& files)
 {
     SystemClock clock;
     QtMainQueue mainQueue;
@@ -200,7 +186,7 @@ End runApplication(const QApplication& application, SessionApplication& session,
     AppDelegate delegate({clock, mainQueue, lanes, appearance, workspace, pasteboard, notificationCentre, *statusBar,
                           *hotKeys, *fileManagerSelection, *folderPicker, *windowSystem, *pointer});
 
-    const int status = runDelegate(application, delegate, session, files);
+    const int status = runDelegate(application, delegate, mainQueue, session, files);
     return {.status = status, .threadsEnded = lanes.finish(std::chrono::milliseconds::zero())};
 }
 
@@ -236,7 +222,7 @@ std::optional<int> statusOfClaim(SessionApplication::Role role)
     return std::nullopt;
 }
 
-End runOnDataFolder(const QApplication& application, SessionApplication& session, const StartArguments& given)
+End runOnDataFolder(const QApplication& application, const SessionEnds& session, const StartArguments& given)
 {
     const QString dataFolder = AppPaths::applicationSupportDirectory().toLocalFile();
     if (const QString refusal = refusalOfDataFolder(dataFolder); !refusal.isEmpty()) {
@@ -275,10 +261,11 @@ End launch(int argc, char** argv)
         QIcon::fromTheme(program.id, QIcon(u"%1/%2.svg"_s.arg(program.drawings, program.id))));
 
     SessionApplication session(program);
+    LapsaInterface interface(session.busObject());
     if (const std::optional<int> status = statusOfClaim(session.claim(given.files))) {
         return *status == EXIT_SUCCESS ? endAfterHandingOver(given) : End{.status = *status};
     }
-    return runOnDataFolder(*application, session, given);
+    return runOnDataFolder(*application, {session, interface}, given);
 }
 
 } // namespace

@@ -154,11 +154,14 @@ class Picture:
         wing = WIDTH - MARGIN - AROUND - right
 
         lapsa = self.box("lapsa", "top", left, files + GUTTER + views)
-        desktop = self.box("desktop", "top", left, files + GUTTER + views)
+        side = 150
+        desktop = self.box("desktop", "top", left, files + views - side)
+        scripting = self.box("scripting", "top", desktop.right + GUTTER, side)
         panel = self.box("panel", "interface", left, files)
         preferences = self.box("preferences", "interface", middle, views)
         lapsa.y = MARGIN
-        desktop.y = lapsa.bottom + GAP
+        desktop.y = scripting.y = lapsa.bottom + GAP
+        scripting.height = desktop.height
         panel.y = preferences.y = desktop.bottom + GAP
         panel.height = preferences.height = max(panel.height, preferences.height)
 
@@ -181,7 +184,8 @@ class Picture:
         base = self.box("base", "ground-floor", MARGIN, WIDTH - 2 * MARGIN)
         base.y = bottom + 12
         self.height = base.bottom + MARGIN
-        self.via |= {("model", "platform"): (left + files + GUTTER / 2, 16),
+        self.via |= {("scripting", "engine"): (left + files + GUTTER / 2, 16),
+                     ("model", "platform"): (left + files + GUTTER / 2, 16),
                      ("disposal", "platform"): (left + files + GUTTER / 2, 16),
                      ("engine", "platform"): (left + files + GUTTER / 2, 16),
                      ("lanes", "platform"): (left + files + GUTTER / 2, 16),

@@ -36,6 +36,9 @@ MAY_USE = {
     "disposal": {"model", "lanes", "filesystem", "platform", "base"} | FILES,
     "engine": {"disposal", "model", "lanes", "filesystem", "platform", "base"} | FILES,
 
+    # What other programs of the session may ask; the bus is its only facility of a desktop.
+    "scripting": {"engine", "model", "removal", "io", "platform", "base"},
+
     # What the controls look like and say; none of these knows the model or the engine.
     "theme": {"platform", "base"},
     "l10n": {"base"},

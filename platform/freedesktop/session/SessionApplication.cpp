@@ -110,6 +110,11 @@ SessionApplication::~SessionApplication()
     bus.unregisterObject(m_identity.objectPath());
 }
 
+QObject& SessionApplication::busObject() const
+{
+    return *m_interface;
+}
+
 SessionApplication::Role SessionApplication::claim(const QList<QUrl>& files)
 {
     auto bus = QDBusConnection::sessionBus();
@@ -117,7 +122,8 @@ SessionApplication::Role SessionApplication::claim(const QList<QUrl>& files)
         return Role::NoBus;
     }
     // Register the object first: a caller that finds the name must also find the object.
-    bus.registerObject(m_identity.objectPath(), m_interface.get(), QDBusConnection::ExportScriptableSlots);
+    bus.registerObject(m_identity.objectPath(), m_interface.get(),
+                       QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportAdaptors);
     const QDeadlineTimer deadline(patience);
     while (!deadline.hasExpired()) {
         const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = bus.interface()->registerService(

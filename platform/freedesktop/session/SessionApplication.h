@@ -51,6 +51,9 @@ public:
     explicit SessionApplication(const ProgramIdentity& identity);
     ~SessionApplication() override;
 
+    /// The object at the program's path on the bus. Adaptors for further interfaces become its children before claim().
+    [[nodiscard]] QObject& busObject() const;
+
     /// Becomes the session's application, or hands `files` to the running one and waits for its answer. Calls that
     /// arrive from now on are kept until setHandlers().
     [[nodiscard]] Role claim(const QList<QUrl>& files);
