@@ -90,6 +90,47 @@ def quits(world, command):
     assert lapsa.wait(60) == 0
 
 
+def lists_by_lapsactl(world, command):
+    lapsa = world.start_lapsa()
+    said = world.shell(command)
+    if " list" in command:
+        assert said == ""
+        world.shell(f"lapsactl add {world.file}")
+        said = world.shell(command)
+    assert said.endswith(f"  {world.file}\n"), said
+    world.end(lapsa)
+
+
+def locks_by_lapsactl(world, command):
+    lapsa = world.start_lapsa(f"lapsa {world.file}")
+    until("the file on the list", lambda: world.shell("lapsactl list"))
+    world.shell(command)
+    assert "  locked  " in world.shell("lapsactl list")
+    world.end(lapsa)
+
+
+def lists_recovered(world, command):
+    world.expire()
+    lapsa = world.start_lapsa()
+    assert world.shell(command).endswith(f"  {world.file}\n")
+    world.end(lapsa)
+
+
+def puts_back(world, command):
+    world.expire()
+    lapsa = world.start_lapsa()
+    assert world.shell(command) == f"{world.file}\n"
+    assert world.file.read_text() == "the report"
+    world.end(lapsa)
+
+
+def tells_the_interface(world, command):
+    lapsa = world.start_lapsa()
+    said = world.shell(command)
+    assert "interface org.lapsa.Lapsa1 {" in said and "PutBack(" in said
+    world.end(lapsa)
+
+
 def tells_whether_it_runs(world, command):
     assert world.shell(command) == "(false,)\n"
     lapsa = world.start_lapsa()
@@ -175,6 +216,12 @@ TABLE = {
 
     "lapsa ~/Downloads/report.zip": Run(adds_a_file),
     "lapsa": Run(starts),
+    "lapsactl add --for 2h ~/Downloads/report.zip": Run(lists_by_lapsactl),
+    "lapsactl list": Run(lists_by_lapsactl),
+    "lapsactl lock report.zip": Run(locks_by_lapsactl),
+    "lapsactl recovered": Run(lists_recovered),
+    "lapsactl put-back report.zip": Run(puts_back),
+    "gdbus introspect --session --dest org.lapsa.Lapsa --object-path /org/lapsa/Lapsa": Run(tells_the_interface),
     "ls -l ~/.local/share/Lapsa/Recovery": Run(shows_recovery),
     "cat ~/.local/share/Lapsa/recovery.json": Run(shows_records),
     "mv ~/.local/share/Lapsa/Recovery/report.zip ~/Downloads/": Run(takes_back),

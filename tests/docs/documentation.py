@@ -25,7 +25,7 @@ from world import World  # noqa: E402
 
 # What begins a command in the middle of a text.
 STARTERS = ("apt", "build/release/lapsa", "cat", "cmake", "cp", "ctest", "dpkg", "findmnt", "gapplication", "gdbus",
-            "gio", "journalctl", "lapsa", "ls", "mv", "stat", "sudo", "systemctl", "xargs")
+            "gio", "journalctl", "lapsa", "lapsactl", "ls", "mv", "stat", "sudo", "systemctl", "xargs")
 # What these say of the source is compared with it.
 DEVELOPER_PAGES = ("CONTRIBUTING.md", "docs/architecture.md", "docs/porting.md", "platform/README.md")
 SYNOPSIS = re.compile(r"tools/[\w-]+( \[.*)?")

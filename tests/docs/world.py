@@ -38,6 +38,7 @@ class World:
             (self.folder / name).mkdir(parents=True)
         (self.folder / "runtime").chmod(0o700)
         (self.folder / "programs/lapsa").symlink_to(self.program)
+        (self.folder / "programs/lapsactl").symlink_to(self.program.parent / "lapsactl")
         for service in Path("/usr/share/dbus-1/services").glob("org.gtk.vfs.*.service"):
             (self.folder / "services" / service.name).symlink_to(service)
         self.file = self.home / "Downloads/report.zip"

@@ -85,6 +85,9 @@ class Walls:
         program = self.house.targets[plan.PROGRAM]
         for room in sorted(program.rooms - plan.PROGRAM_MAY_USE):
             self.fail(f"{program.folder}/CMakeLists.txt", f"the program links {room}")
+        control = self.house.targets[plan.CONTROL]
+        for library in sorted((control.rooms - plan.CONTROL_MAY_USE) | (control.outside - plan.CONTROL_LIBRARIES)):
+            self.fail(f"{control.folder}/CMakeLists.txt", f"{plan.CONTROL} links {library}")
 
     def check_files(self):
         """What lies in a room is compiled there, and no two headers share a name."""
@@ -105,12 +108,14 @@ class Walls:
 
     def check_includes(self):
         """Each include goes along an arrow of the room's own link line, and along each arrow goes an include."""
-        for target in [*self.house.rooms, self.house.targets[plan.PROGRAM]]:
+        for target in [*self.house.rooms, self.house.targets[plan.PROGRAM], self.house.targets[plan.CONTROL]]:
             used = set()
             for name, header in self.house.includes(target):
                 place = f"{target.folder}/{name}"
                 room = self.house.room_of.get(Path(header).name)
                 self.counts["includes"] += 1
+                if header in target.headers:
+                    continue
                 if room is None:
                     self.fail(place, f'includes "{header}", which is in no room')
                 elif room != target.name:

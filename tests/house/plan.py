@@ -61,6 +61,11 @@ MAY_USE = {
 PROGRAM = "lapsa"
 PROGRAM_MAY_USE = set(MAY_USE) | {"resources"}
 
+# The command for scripts, control/: a client of the bus, beside the house.
+CONTROL = "lapsactl"
+CONTROL_MAY_USE = {"l10n", "platform", "base"}
+CONTROL_LIBRARIES = {"Qt6::Core", "Qt6::DBus"}
+
 # Rooms that run without a display, a session bus or a window, and the libraries that they may link besides.
 WITHOUT_DESKTOP = {"base", "io", "removal", "copy", "trash", "filesystem", "platform", "process", "lanes", "model", "disposal", "engine"}
 CORE = {"Qt6::Core", "Threads::Threads", "simdjson::simdjson"}

@@ -54,6 +54,8 @@ private slots:
         const QStringList warnings{u"--warnings"_s, u"-E"_s, u"UTF-8"_s, u"-l"_s, u"-Tutf8"_s, u"-Z"_s};
         QTest::newRow("the man page") << u"man"_s << warnings << u"usr/share/man/man1/lapsa.1"_s;
         QTest::newRow("the Italian man page") << u"man"_s << warnings << u"usr/share/man/it/man1/lapsa.1"_s;
+        QTest::newRow("lapsactl's man page") << u"man"_s << warnings << u"usr/share/man/man1/lapsactl.1"_s;
+        QTest::newRow("its Italian man page") << u"man"_s << warnings << u"usr/share/man/it/man1/lapsactl.1"_s;
     }
 
     void itsCheckerHasNothingToSay()
@@ -95,6 +97,8 @@ private slots:
 
         QTest::newRow("man page") << u"usr/share/man/man1/lapsa.1"_s;
         QTest::newRow("Italian man page") << u"usr/share/man/it/man1/lapsa.1"_s;
+        QTest::newRow("lapsactl's man page") << u"usr/share/man/man1/lapsactl.1"_s;
+        QTest::newRow("its Italian man page") << u"usr/share/man/it/man1/lapsactl.1"_s;
         QTest::newRow("AppStream data") << u"usr/share/metainfo/org.lapsa.Lapsa.metainfo.xml"_s;
     }
 
