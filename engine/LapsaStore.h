@@ -142,9 +142,23 @@ public:
         Stopped,
     };
 
+    /// What became of a deletion by hand.
+    struct Deletion
+    {
+        DeleteOutcome outcome = DeleteOutcome::OffTheList;
+        LapsaItem item;
+        /// The id of its record if the file is in Recovery now; else null.
+        QUuid record = {};
+        /// Where the file is if it is in the Trash now.
+        std::optional<fileSystem::TrashedEntry> trashed = std::nullopt;
+    };
+
     /// Disposes of the file as the settings say, locked or not, and removes the item from the list. If it is a folder,
     /// unlocked items inside it are removed from the list too. Calls `done` when that has happened.
-    void deleteNow(const LapsaItem& item, const std::function<void(DeleteOutcome outcome)>& done = {});
+    void deleteNow(const LapsaItem& item, const std::function<void(const Deletion& deletion)>& done = {});
+    /// Takes exactly this entry back from the Trash to where it was, under a free name. It is an ordinary file again.
+    /// Calls `done` with its path; ENOENT if the entry is not in the Trash any more. Only if there is such an entry.
+    void takeBackFromTrash(const Deletion& deletion, const std::function<void(const Result<QString>& path)>& done = {});
     void toggleLock(const LapsaItem& item);
     void lockItem(const QString& id);
     /// The same for many at once: the first item of each id.
@@ -268,7 +282,7 @@ private:
     void showLongWork();
     bool heardOf(const LapsaItem& item, const DisposalOutcome& outcome);
     bool heardOfDeletion(const LapsaItem& item, const DisposalOutcome& outcome,
-                         const std::function<void(DeleteOutcome outcome)>& done);
+                         const std::function<void(const Deletion& deletion)>& done);
     void makeRecord(const LapsaItem& item, const QString& recoveryPath);
     void takeOffTheList(const Disposals::Handled& handled);
     void saveBeforeLongWork(std::int64_t bytes);

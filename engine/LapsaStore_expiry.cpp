@@ -69,7 +69,7 @@ void LapsaStore::handOverDue(const QStringList& lockedPaths, const QList<SeenPla
 }
 
 // Checks neither the item's own lock nor the time left, on purpose: the user asked for it now.
-void LapsaStore::deleteNow(const LapsaItem& item, const std::function<void(DeleteOutcome outcome)>& done)
+void LapsaStore::deleteNow(const LapsaItem& item, const std::function<void(const Deletion& deletion)>& done)
 {
     if (m_tidying) {
         m_waitingForRecovery.push_back([this, item, done] { deleteNow(item, done); });
@@ -152,7 +152,7 @@ bool LapsaStore::heardOf(const LapsaItem& item, const DisposalOutcome& outcome)
 }
 
 bool LapsaStore::heardOfDeletion(const LapsaItem& item, const DisposalOutcome& outcome,
-                                 const std::function<void(DeleteOutcome outcome)>& done)
+                                 const std::function<void(const Deletion& deletion)>& done)
 {
     using Fate = DisposalOutcome::Fate;
     const bool handled = heardOf(item, outcome);
@@ -167,10 +167,14 @@ bool LapsaStore::heardOfDeletion(const LapsaItem& item, const DisposalOutcome& o
         saveSoon();
     }
     if (done) {
-        done(handled                            ? DeleteOutcome::OffTheList
-             : outcome.fate == Fate::InUse      ? DeleteOutcome::InUse
-             : outcome.fate == Fate::HeldByLock ? DeleteOutcome::HoldsLockedItem
-                                                : DeleteOutcome::Stopped);
+        const bool inRecovery = handled && !outcome.recoveryPath.isEmpty();
+        done({.outcome = handled                            ? DeleteOutcome::OffTheList
+                         : outcome.fate == Fate::InUse      ? DeleteOutcome::InUse
+                         : outcome.fate == Fate::HeldByLock ? DeleteOutcome::HoldsLockedItem
+                                                            : DeleteOutcome::Stopped,
+              .item = item,
+              .record = inRecovery ? m_recoveryItems.constLast().id : QUuid(),
+              .trashed = handled ? outcome.trashed : std::nullopt});
     }
     return handled;
 }

@@ -168,9 +168,17 @@ int BatchOperations::take(const LocatedEntry& entry, TrashFolder& trash)
     if (!folder) {
         return folder.error().code;
     }
-    return trash.contains(folder.value(), entry.place, entry.status)
-               ? EPERM
-               : trash.take(folder.value(), entry.place, identityOf(entry.status));
+    if (trash.contains(folder.value(), entry.place, entry.status)) {
+        return EPERM;
+    }
+    const int error = trash.take(folder.value(), entry.place, identityOf(entry.status));
+    if (error == 0) {
+        m_lastTrashed = {.path = nameText(trash.lastTaken()),
+                         .recordPath = nameText(trash.recordOfLastTaken()),
+                         .identity = identityOf(entry.status),
+                         .recordIdentity = {}};
+    }
+    return error;
 }
 
 Result<TrashFolder>& BatchOperations::homeTrash()

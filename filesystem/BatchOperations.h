@@ -6,6 +6,7 @@
 #include "ParentCache.h"
 #include "Protection.h"
 #include "Result.h"
+#include "TrashedEntry.h"
 
 #include <QString>
 #include <QStringList>
@@ -59,6 +60,9 @@ public:
     [[nodiscard]] int moveToTrash(const LocatedEntry& entry);
     [[nodiscard]] int remove(const LocatedEntry& entry);
 
+    /// Of the last successful moveToTrash(), without the identity of the record; empty paths if they are not UTF-8.
+    [[nodiscard]] const fileSystem::TrashedEntry& lastTrashed() const { return m_lastTrashed; }
+
 private:
     [[nodiscard]] LocatedEntry locate(const QString& path);
     [[nodiscard]] int checkUnprotected(const LocatedEntry& entry) const;
@@ -74,6 +78,7 @@ private:
     ParentCache m_destination;
     std::unique_ptr<Result<TrashFolder>> m_homeTrash;
     int m_homeTrashSharing = 0;
+    fileSystem::TrashedEntry m_lastTrashed;
     QStringList m_expected;
     /// The position of the next expected path.
     qsizetype m_expectedPosition = 0;

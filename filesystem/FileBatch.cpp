@@ -90,6 +90,17 @@ Result<void> Batch::moveToTrash(const QString& path)
     return moveToTrash(find(path));
 }
 
+std::optional<TrashedEntry> Batch::lastTrashed()
+{
+    TrashedEntry trashed = m_operations->lastTrashed();
+    const std::optional<EntryInfo> record = find(trashed.recordPath).info();
+    if (trashed.path.isEmpty() || !record) {
+        return std::nullopt;
+    }
+    trashed.recordIdentity = record->identity;
+    return trashed;
+}
+
 Result<void> Batch::remove(const BatchEntry& entry)
 {
     return resultOf(m_operations->remove(*entry.m_located));

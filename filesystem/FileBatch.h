@@ -6,6 +6,7 @@
 #include "HeldFolder.h"
 #include "Protection.h"
 #include "Result.h"
+#include "TrashedEntry.h"
 
 #include <QString>
 #include <QStringList>
@@ -89,6 +90,9 @@ public:
     /// After a failure the file is where it was and nothing is in the trash.
     Result<void> moveToTrash(const BatchEntry& entry);
     Result<void> moveToTrash(const QString& path);
+
+    /// What the last successful moveToTrash() made. Nothing if a path of it is not valid UTF-8, or it is gone already.
+    [[nodiscard]] std::optional<TrashedEntry> lastTrashed();
 
     /// Removes a file, link or whole folder permanently. Follows no links and crosses no mount points. ECANCELED if the
     /// observer stopped the removal of a folder: what is gone is gone, the rest stays.

@@ -126,8 +126,13 @@ Result<void> DisposalWork::goTheWay(const LapsaItem& item, const fileSystem::Bat
                                     DisposalOutcome& outcome)
 {
     switch (m_plan->way) {
-    case DisposalWay::Trash:
-        return m_batch.moveToTrash(entry);
+    case DisposalWay::Trash: {
+        Result<void> moved = m_batch.moveToTrash(entry);
+        if (moved && m_plan->byHand) {
+            outcome.trashed = m_batch.lastTrashed();
+        }
+        return moved;
+    }
     case DisposalWay::ForGood:
         return m_batch.remove(entry);
     case DisposalWay::Recovery:

@@ -70,6 +70,8 @@ struct DisposalOutcome
     Fate fate = Fate::Done;
     /// Where it is in Recovery now, if it is there. The name is claimed until the record has been made.
     QString recoveryPath = {};
+    /// Where it is in the Trash now, if the user deleted it by hand and it is there.
+    std::optional<fileSystem::TrashedEntry> trashed = std::nullopt;
     bool wasFolder = false;
     /// Whether much was copied, even if in vain.
     bool wasCopied = false;

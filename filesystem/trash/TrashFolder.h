@@ -42,6 +42,11 @@ public:
     /// entry is where it was and the trash is unchanged.
     [[nodiscard]] int take(const QByteArray& folder, const AtPath& place, const FileIdentity& identity);
 
+    /// The real paths of what the last successful take() made.
+    [[nodiscard]] QByteArray lastTaken() const { return m_filesPath + m_lastName; }
+
+    [[nodiscard]] QByteArray recordOfLastTaken() const { return m_infoPath + m_lastName + ".trashinfo"; }
+
 private:
     TrashFolder() = default;
 
@@ -62,6 +67,7 @@ private:
     /// The real paths of both, with a trailing slash.
     QByteArray m_filesPath;
     QByteArray m_infoPath;
+    QByteArray m_lastName;
     /// The real path of the volume's top folder, which recorded paths start from; empty for the home trash.
     QByteArray m_top;
     /// The date for a record made now, and the second since 1970 that it is for.

@@ -141,6 +141,7 @@ int TrashFolder::takeAs(const AtPath& place, const FileIdentity& identity, Trash
     }
     if (error == 0) {
         record.keep();
+        m_lastName = record.name();
     }
     return error;
 }

@@ -83,7 +83,7 @@ private slots:
         const QList<LapsaItem> items = world.store.items();
         int done = 0;
         for (const LapsaItem& item : items) {
-            world.store.deleteNow(item, [&done](LapsaStore::DeleteOutcome) { ++done; });
+            world.store.deleteNow(item, [&done](const LapsaStore::Deletion&) { ++done; });
         }
 
         QTRY_COMPARE_WITH_TIMEOUT(done, files, patience);
@@ -117,7 +117,7 @@ private slots:
         const LapsaItem item = world.store.items().constFirst();
         disk.answerAfter(20ms);
         std::optional<LapsaStore::DeleteOutcome> outcome;
-        world.store.deleteNow(item, [&outcome](LapsaStore::DeleteOutcome known) { outcome = known; });
+        world.store.deleteNow(item, [&outcome](const LapsaStore::Deletion& known) { outcome = known.outcome; });
 
         const auto isSeen = [&] {
             const std::optional<ItemWork> work = world.store.workOn(item.id);
@@ -150,7 +150,7 @@ private slots:
         disk.stopAnswering();
         int done = 0;
         for (const LapsaItem& item : items) {
-            world.store.deleteNow(item, [&done](LapsaStore::DeleteOutcome) { ++done; });
+            world.store.deleteNow(item, [&done](const LapsaStore::Deletion&) { ++done; });
         }
 
         const auto waits = [&](const LapsaItem& item) {
@@ -177,7 +177,7 @@ private slots:
         world.store.lockItem(world.store.items().constFirst().id);
         disk.stopAnswering();
         bool done = false;
-        world.store.deleteNow(world.store.items().constLast(), [&done](LapsaStore::DeleteOutcome) { done = true; });
+        world.store.deleteNow(world.store.items().constLast(), [&done](const LapsaStore::Deletion&) { done = true; });
 
         QTRY_VERIFY_WITH_TIMEOUT(done, patience);
         QCOMPARE(world.store.items().size(), 1);

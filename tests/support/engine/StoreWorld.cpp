@@ -48,7 +48,7 @@ AddResult StoreWorld::added(const QList<QUrl>& urls)
 LapsaStore::DeleteOutcome StoreWorld::deleted(const LapsaItem& item)
 {
     std::optional<LapsaStore::DeleteOutcome> known;
-    store().deleteNow(item, [&known](LapsaStore::DeleteOutcome outcome) { known = outcome; });
+    store().deleteNow(item, [&known](const LapsaStore::Deletion& deletion) { known = deletion.outcome; });
     return known.value();
 }
 
