@@ -59,6 +59,8 @@ private:
     /// A panel with several items: added to, hovered, focused, dragged over.
     void paintPanelStates(Scene& scene, LapsaPanelView& panel);
     void paintPanelMessage(Scene& scene, LapsaPanelView& panel);
+    /// What "Delete now" offers to put back.
+    void paintPanelUndo();
     /// Names that no row can show as they are, at the usual text size and at twice of it.
     void paintPanelNames();
     void paintInUse();

@@ -91,6 +91,7 @@ void Gallery::paintPanel()
         paintPanelMessage(scene, *panel);
     }
     paintPanelNames();
+    paintPanelUndo();
     Scene mirrored;
     fill(mirrored);
     mirrored.world.time.setClock(mirrored.world.time.now() + std::chrono::minutes(60)); // two are overdue
@@ -142,6 +143,25 @@ void Gallery::paintPanelMessage(Scene& scene, LapsaPanelView& panel)
                            .refused = {{.path = u"/home/ada"_s, .reason = fileSystem::Refusal::Home}}});
     QApplication::processEvents();
     save(panel, u"panel-locked-message"_s);
+}
+
+void Gallery::paintPanelUndo()
+{
+    Scene scene;
+    fill(scene);
+    const auto panel = shownPanel(scene);
+    const auto deleteRow = [&panel](qsizetype index) {
+        QTest::mouseClick(row(*panel, index)->findChildren<RowIconButton*>().constLast(), Qt::LeftButton);
+        QTest::mouseMove(panel.get(), {2, 2});
+        QApplication::processEvents();
+    };
+    deleteRow(0);
+    save(*panel, u"panel-deleted"_s);
+    scene.world.changeSettings([](LapsaSettings& settings) { settings.useRecoveryWindow = false; });
+    deleteRow(0);
+    deleteRow(0);
+    panel->setLayoutDirection(Qt::RightToLeft);
+    save(*panel, u"panel-deleted-right-to-left"_s);
 }
 
 void Gallery::paintPanelNames()

@@ -8,6 +8,7 @@
 #include "AddResult.h"
 #include "Announcer.h"
 #include "Clock.h"
+#include "DeletionUndo.h"
 #include "DropZone.h"
 #include "FileChooser.h"
 #include "FileIconSource.h"
@@ -15,6 +16,7 @@
 #include "FocusRing.h"
 #include "ItemTimeView.h"
 #include "LapsaStore.h"
+#include "LinkButton.h"
 #include "Localized.h"
 #include "MainQueue.h"
 #include "Material.h"
@@ -25,6 +27,7 @@
 
 #include <QHideEvent>
 #include <QPainter>
+#include <QShortcut>
 #include <QShowEvent>
 #include <QVBoxLayout>
 
@@ -41,7 +44,6 @@ namespace {
 constexpr QSize panelSize(430, 560);
 constexpr int padding = 24;
 constexpr int spacing = 18;
-constexpr int messageLines = 2;
 constexpr auto tickInterval = 1000ms;
 
 } // namespace
@@ -55,6 +57,7 @@ LapsaPanelView::LapsaPanelView(const Environment& environment, std::function<voi
     installPanelAccessibility();
     setFixedSize(panelSize);
     setWindowTitle(u"Lapsa"_s);
+    m_undo = new DeletionUndo(environment.store, this);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(padding, padding, padding, padding);
     column->setSpacing(spacing);
@@ -67,6 +70,8 @@ LapsaPanelView::LapsaPanelView(const Environment& environment, std::function<voi
     new FocusRing(*this);
 
     connect(&m_environment.store, &LapsaStore::willChange, this, &LapsaPanelView::noteChange);
+    connect(m_undoLink, &LinkButton::clicked, m_undo, &DeletionUndo::undo);
+    connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, m_undo, &DeletionUndo::undo);
     connect(m_dropZone, &DropZone::clicked, this, &LapsaPanelView::showChooser);
     connect(m_dropZone, &DropZone::filesDropped, this, &LapsaPanelView::addDroppedFiles);
     connect(m_list, &FileListView::timeSheetRequested, this, &LapsaPanelView::showTimeSheet);
@@ -120,7 +125,7 @@ void LapsaPanelView::hideEvent(QHideEvent* event)
     m_workClock.reset();
     m_due.clear();
     // The user has read it, and it may no longer be true when the panel opens again.
-    if (!event->spontaneous() && !m_message->isHidden()) {
+    if (!event->spontaneous() && !m_messageRow->isHidden()) {
         m_environment.store.setLastMessage({});
     }
 }
@@ -144,14 +149,6 @@ QWidget* LapsaPanelView::makeDropZone()
     return m_dropZone;
 }
 
-QWidget* LapsaPanelView::makeMessage()
-{
-    m_message = new TextLabel({}, captionText, ColorRole::Notice, this);
-    m_message->setMaximumLines(messageLines);
-    m_message->hide();
-    return m_message;
-}
-
 QWidget* LapsaPanelView::makeCount()
 {
     m_count = new TextLabel({}, countText, ColorRole::Primary, this);
@@ -161,8 +158,8 @@ QWidget* LapsaPanelView::makeCount()
 
 QWidget* LapsaPanelView::makeList()
 {
-    m_list =
-        new FileListView({m_environment.store, m_environment.icons, m_environment.kinds, m_environment.work}, this);
+    m_list = new FileListView(
+        {m_environment.store, m_environment.icons, m_environment.kinds, m_environment.work, *m_undo}, this);
     return m_list;
 }
 
@@ -191,7 +188,8 @@ void LapsaPanelView::refresh()
     const qsizetype count = store.items().size();
     m_dropZone->setDefaultExpiry(store.settings().defaultExpirationMinutes);
     m_message->setText(store.lastMessage().value_or(QString()));
-    m_message->setVisible(store.lastMessage().has_value());
+    m_messageRow->setVisible(store.lastMessage().has_value());
+    showUndo();
     const QString present =
         u"%1 %2"_s.arg(count).arg(count == 1 ? Localized::filePresent() : Localized::filesPresent());
     m_count->setText(present);

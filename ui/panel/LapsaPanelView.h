@@ -19,6 +19,7 @@ namespace lapsa {
 struct AddResult;
 class Announcer;
 class Clock;
+class DeletionUndo;
 class DropZone;
 class FileChooser;
 class FileIconSource;
@@ -27,6 +28,7 @@ class ItemKinds;
 class ItemWorkSource;
 struct LapsaItem;
 class LapsaStore;
+class LinkButton;
 class MainQueue;
 class ScheduledTask;
 class Sheet;
@@ -85,6 +87,7 @@ private:
     void addDroppedFiles(const QList<QUrl>& urls);
     void addChosenFiles(const QList<QUrl>& urls);
     void showAdded(const AddResult& result);
+    void showUndo();
     void showChooser();
     void showTimeSheet(const LapsaItem& item);
     void dismissSheetOfVanishedItem();
@@ -100,7 +103,10 @@ private:
     /// The names, by id, of items that may be removed automatically by the noted change.
     QHash<QString, QString> m_due;
     DropZone* m_dropZone = nullptr;
+    DeletionUndo* m_undo = nullptr;
+    QWidget* m_messageRow = nullptr;
     TextLabel* m_message = nullptr;
+    LinkButton* m_undoLink = nullptr;
     TextLabel* m_count = nullptr;
     FileListView* m_list = nullptr;
     Announcer* m_announcer = nullptr;

@@ -5,6 +5,7 @@
 
 namespace lapsa {
 
+class DeletionUndo;
 class FileIconSource;
 class ItemKinds;
 class ItemWorkSource;
@@ -17,6 +18,7 @@ struct RowEnvironment
     FileIconSource& icons;
     ItemKinds& kinds;
     const ItemWorkSource& work;
+    DeletionUndo& undo;
 };
 
 } // namespace lapsa
