@@ -110,11 +110,19 @@ RecoveryResult RecoveryWork::handle(const LapsaRecoveryItem& record, const QStri
 
 RecoveryResult RecoveryWork::putBack(const LapsaRecoveryItem& record, const fileSystem::BatchEntry& copy)
 {
-    if (const auto made = fileSystem::createDirectory(parentPath(record.originalPath), fileSystem::Access::Default);
-        !made) {
-        return {.id = record.id, .error = made.error()};
+    const QString folder = parentPath(record.originalPath);
+    const bool known = std::exchange(m_lastFolder, folder) == folder;
+    Result<QString> moved = FileError::fromErrno(ENOENT);
+    if (known) {
+        moved = moveToFreeName(m_batch, copy, record.originalPath, m_freeNames);
     }
-    Result<QString> moved = moveToFreeName(m_batch, copy, record.originalPath, m_freeNames);
+    // The first in its folder, or the folder has gone since.
+    if (!moved && moved.error().code == ENOENT) {
+        if (const auto made = fileSystem::createDirectory(folder, fileSystem::Access::Default); !made) {
+            return {.id = record.id, .error = made.error()};
+        }
+        moved = moveToFreeName(m_batch, copy, record.originalPath, m_freeNames);
+    }
     if (!moved) {
         m_noted.reset(); // stays on disk: something may be left in the folder
         return {.id = record.id, .error = moved.error()};

@@ -83,6 +83,8 @@ private:
     RecoveryFolder m_recovery;
     fileSystem::Batch m_batch;
     FreeNames m_freeNames;
+    /// To which the last copy went: it need not be made again.
+    std::optional<QString> m_lastFolder;
     /// The one that is worked on.
     const LapsaRecoveryItem* m_current = nullptr;
     /// The record that stands in the note on disk for the folder to which copies are being moved.

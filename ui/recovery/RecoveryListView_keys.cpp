@@ -39,6 +39,16 @@ void RecoveryListView::keyPressEvent(QKeyEvent* event)
         }
         return;
     }
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        // The first of these selects the current row, and lets a screen reader tell which one that is.
+        if (selectionModel()->selection().isEmpty() && m_model.rowCount() > 0) {
+            const QModelIndex index = currentIndex().isValid() ? currentIndex() : m_model.index(0);
+            selectionModel()->clearCurrentIndex();
+            setCurrentIndex(index);
+            return;
+        }
+        break;
     default:
         break;
     }

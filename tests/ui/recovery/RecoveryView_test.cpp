@@ -160,6 +160,18 @@ private slots:
         QVERIFY(QFile::exists(world.home.path(u"d"_s)) && QFile::exists(world.home.path(u"b"_s)));
     }
 
+    void theFirstArrowSelectsTheFirstRow()
+    {
+        RecoveryWorld world;
+        world.parkFiles({u"a"_s, u"b"_s});
+        world.show();
+
+        world.press(Qt::Key_Down);
+        QCOMPARE(world.selected(), QStringList{u"b"_s});
+        world.press(Qt::Key_Down);
+        QCOMPARE(world.selected(), QStringList{u"a"_s});
+    }
+
     void everythingIsSelectedByItsKey()
     {
         RecoveryWorld world;
