@@ -29,7 +29,7 @@ QWidget* LapsaPanelView::makeMessage()
     row->setContentsMargins({});
     m_message = new TextLabel({}, captionText, ColorRole::Notice, m_messageRow);
     m_message->setMaximumLines(messageLines);
-    m_undoLink = new LinkButton(Localized::text(u"Put back"_s, u"Ripristina"_s), captionText, m_messageRow);
+    m_undoLink = new LinkButton(Localized::text(u"Put back"_s, u"Ripristina"_s), m_messageRow);
     row->addWidget(m_message, 1);
     row->addWidget(m_undoLink, 0, Qt::AlignTop);
     m_messageRow->hide();

@@ -5,6 +5,7 @@
 
 #include "FocusRing.h"
 #include "Painting.h"
+#include "TextStyle.h"
 #include "ThemePalette.h"
 
 #include <QEvent>
@@ -20,13 +21,12 @@ constexpr int padding = 2;
 
 } // namespace
 
-LinkButton::LinkButton(const QString& text, const TextStyle& style, QWidget* parent)
+LinkButton::LinkButton(const QString& text, QWidget* parent)
     : HoverButton(parent)
-    , m_style(style)
 {
     setText(text);
     setAccessibleName(text);
-    setFont(fontFor(style));
+    setFont(fontFor(captionText));
     setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setFocusRadius(*this, focusRadius);
@@ -51,7 +51,7 @@ void LinkButton::paintEvent(QPaintEvent*)
 bool LinkButton::event(QEvent* event)
 {
     if (event->type() == QEvent::ApplicationFontChange) {
-        setFont(fontFor(m_style));
+        setFont(fontFor(captionText));
         updateGeometry();
     }
     return HoverButton::event(event);
