@@ -65,9 +65,10 @@ QList<QVariantMap> meant(const QString& argument, const QList<QVariantMap>& know
                                              {pathKey, pathOf(argument)},
                                              {u"name"_s, argument}};
     QList<QVariantMap> found;
-    for (const auto& [key, text] : ways) {
-        std::ranges::copy_if(known, std::back_inserter(found),
-                             [&](const QVariantMap& dictionary) { return dictionary[key].toString() == text; });
+    for (const auto& way : ways) {
+        std::ranges::copy_if(known, std::back_inserter(found), [&way](const QVariantMap& dictionary) {
+            return dictionary[way.first].toString() == way.second;
+        });
         if (!found.isEmpty()) {
             break;
         }
