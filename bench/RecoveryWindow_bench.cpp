@@ -39,6 +39,7 @@ public:
                                .deletedAt = m_world.time.now(),
                                .purgeAfter = m_world.time.now() + 24h});
         }
+        m_world.home.writeDataFile(u"state.json"_s, "[]\n");
         m_world.home.writeDataFile(u"recovery.json"_s, JSONEncoder::lapsa().encode(records));
         m_world.start();
         m_world.lanes.setRuns(test::ManualLanes::Runs::WhenTheTestSaysSo);
