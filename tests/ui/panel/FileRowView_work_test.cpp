@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "DeletionUndo.h"
 #include "ElidedLabel.h"
 #include "FileIconView.h"
 #include "FileRowView.h"
@@ -58,7 +59,8 @@ struct ShownRow
 
     test::StoreWorld world;
     test::RecordingIcons icons;
-    FileRowView row{{world.store(), icons, world.kinds, world.store()}};
+    DeletionUndo undo{world.store()};
+    FileRowView row{{world.store(), icons, world.kinds, world.store(), undo}};
 };
 
 } // namespace
