@@ -58,8 +58,11 @@ private slots:
         QFETCH(const QByteArray, locale);
         QFETCH(const QString, key);
         const DesktopGroups groups = groupsOf(entryPath());
+        QStringList actions = groups[u"Desktop Entry"_s][u"Actions"_s].split(u';', Qt::SkipEmptyParts);
+        // The Recovery window opens from here, and has no entry in the menu.
+        QCOMPARE(actions.removeAll(u"recovery"_s), 1);
         QStringList names;
-        for (const QString& action : groups[u"Desktop Entry"_s][u"Actions"_s].split(u';', Qt::SkipEmptyParts)) {
+        for (const QString& action : actions) {
             names.push_back(groups[u"Desktop Action "_s + action][key]);
         }
 
