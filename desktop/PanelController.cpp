@@ -185,7 +185,8 @@ void PanelController::ensurePopover()
 
 void PanelController::makePreferencesWindow()
 {
-    m_preferencesWindow = std::make_unique<PreferencesView>(m_environment.panel.store, m_environment.folderPicker);
+    m_preferencesWindow = std::make_unique<PreferencesView>(m_environment.panel.store, m_environment.folderPicker,
+                                                            m_environment.panel.mainQueue);
     // With a title, close and minimise buttons, but not resizable.
     m_preferencesWindow->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                         Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |

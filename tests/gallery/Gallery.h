@@ -74,6 +74,7 @@ private:
     void paintRecoveryVariants();
     void paintAlert();
     void paintChoosers();
+    void paintWaitingChooser(const QString& folder);
     void paintFieldMenu(QLineEdit& field);
     void paintSplash();
     void paintControls();

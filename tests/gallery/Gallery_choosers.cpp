@@ -5,6 +5,8 @@
 #include "FolderChooser.h"
 #include "Gallery.h"
 #include "Localized.h"
+#include "ManualLanes.h"
+#include "ManualTime.h"
 #include "Material.h"
 
 #include <QApplication>
@@ -70,8 +72,11 @@ void Gallery::paintChoosers()
 {
     const TemporaryHome home;
     furnish(home);
+    ManualLanes lanes(ManualLanes::Runs::AtOnce);
+    ManualTime time;
+    const ChooserEnvironment environment{lanes, time};
     {
-        FileChooser chooser(home.path(u"Documents"_s), nullptr);
+        FileChooser chooser(environment, home.path(u"Documents"_s), nullptr);
         chooser.show();
         QTreeView& names = loadedNames(chooser, 7);
         save(chooser, u"chooser-files"_s);
@@ -79,13 +84,28 @@ void Gallery::paintChoosers()
         select(names, 4);
         save(chooser, u"chooser-files-selected"_s);
     }
-    FolderChooser chooser({}, nullptr);
+    FolderChooser chooser(environment, {}, nullptr);
     chooser.show();
     QTreeView& names = loadedNames(chooser, 6);
     save(chooser, u"chooser-folder"_s);
     select(names, 2);
     save(chooser, u"chooser-folder-selected"_s);
     paintFieldMenu(*chooser.findChild<QLineEdit*>());
+    paintWaitingChooser(home.path(u"Documents"_s));
+}
+
+/// Its disk does not answer.
+void Gallery::paintWaitingChooser(const QString& folder)
+{
+    ManualLanes lanes;
+    ManualTime time;
+    FileChooser chooser({lanes, time}, folder, nullptr);
+    chooser.show();
+    lanes.runNext(); // the names of the places
+    const Lanes::Report reading = lanes.takeNext();
+    lanes.runAll();
+    time.advance(std::chrono::seconds(1));
+    save(chooser, u"chooser-files-waiting"_s);
 }
 
 void Gallery::paintFieldMenu(QLineEdit& field)

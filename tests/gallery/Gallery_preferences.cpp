@@ -67,7 +67,7 @@ void Gallery::paintPreferences()
     scene.world.store().addFileTypeRule();
     scene.world.letSavesPass();
     RecordingFolderPicker folderPicker;
-    PreferencesView view(scene.world.store(), folderPicker);
+    PreferencesView view(scene.world.store(), folderPicker, scene.world.time);
     view.resize(PreferencesView::extent);
     view.show();
     view.showTab(Tab::General);

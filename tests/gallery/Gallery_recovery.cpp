@@ -151,7 +151,7 @@ void Gallery::paintRecoveryVariants()
     QApplication::setFont(usual);
 
     RecordingFolderPicker folderPicker;
-    PreferencesView preferences(scene.world.store(), folderPicker);
+    PreferencesView preferences(scene.world.store(), folderPicker, scene.world.time);
     preferences.resize(PreferencesView::extent);
     preferences.show();
     preferences.showTab(PreferencesView::Tab::General);

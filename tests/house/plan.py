@@ -43,7 +43,7 @@ MAY_USE = {
     "theme": {"platform", "base"},
     "l10n": {"base"},
     "widgets": {"theme", "l10n", "platform", "base"},
-    "dialogs": {"widgets", "theme", "l10n", "platform", "base"},
+    "dialogs": {"widgets", "theme", "l10n", "lanes", "io", "platform", "base"},
 
     # What the rows of two surfaces share.
     "rows": {"widgets", "theme", "l10n", "disposal", "base"},

@@ -4,28 +4,27 @@
 #include "Chooser.h"
 
 #include "ChooserModel.h"
+#include "ChooserPathRow.h"
 #include "ChooserPlaces.h"
-#include "ElidedLabel.h"
 #include "FocusRing.h"
+#include "FolderWatch.h"
 #include "Localized.h"
 #include "Material.h"
+#include "PathCompleter.h"
 #include "PushButton.h"
-#include "SymbolButton.h"
 #include "TextLabel.h"
+#include "TypedPath.h"
+#include "WaitingLine.h"
 
 #include <QAction>
-#include <QCompleter>
 #include <QDir>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
 #include <QShortcut>
-#include <QSignalBlocker>
 #include <QTreeView>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace lapsa {
 
@@ -38,18 +37,19 @@ constexpr QSize folderExtent(640, 460);
 constexpr QSize leastExtent(480, 340);
 constexpr int margin = 20;
 constexpr int spacing = 12;
-constexpr int navigationSpacing = 6;
 constexpr int buttonSpacing = 10;
-constexpr int navigationExtent = 30;
-constexpr double navigationSymbol = 13;
 constexpr QSize iconExtent(20, 20);
 
 } // namespace
 
-Chooser::Chooser(const Purpose& purpose, const QString& startFolder, QWidget* parent)
+Chooser::Chooser(const ChooserEnvironment& environment, const ChooserPurpose& purpose, const QString& startFolder,
+                 QWidget* parent)
     : QDialog(parent)
+    , m_environment(environment)
     , m_oneFolder(purpose.oneFolder)
-    , m_model(new ChooserModel(purpose.oneFolder, this))
+    , m_model(new ChooserModel(environment.lanes, purpose.oneFolder, this))
+    , m_typed(new TypedPath(environment.lanes, this))
+    , m_path(new ChooserPathRow(this))
 {
     setWindowTitle(purpose.title);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -58,19 +58,32 @@ Chooser::Chooser(const Purpose& purpose, const QString& startFolder, QWidget* pa
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(margin, margin, margin, margin);
     column->setSpacing(spacing);
-    column->addLayout(makePathRow());
+    column->addWidget(m_path);
     column->addLayout(makeListRow(), 1);
     column->addLayout(makeFieldRow(purpose.fieldLabel));
     column->addLayout(makeButtonRow());
     makeShortcuts();
     new FocusRing(*this);
-    showFolder(QDir(startFolder).exists() && !startFolder.isEmpty() ? startFolder : QDir::homePath(), false);
+    new FolderWatch(environment.mainQueue, *m_model, *this);
     m_field->setFocus();
+    connectParts();
+    showWay({.folder = startFolder.isEmpty() ? QDir::homePath() : QDir::cleanPath(startFolder)});
+}
+
+void Chooser::connectParts()
+{
+    connect(m_model, &ChooserModel::grew, this, &Chooser::noteGrowth);
+    connect(m_model, &ChooserModel::noFolder, this, &Chooser::leaveMissingFolder);
+    connect(m_typed, &TypedPath::answered, this, &Chooser::noteTyped);
     connect(m_field, &QLineEdit::textEdited, m_names, &QTreeView::clearSelection);
-    connect(m_field, &QLineEdit::textChanged, this, &Chooser::refreshButtons);
+    connect(m_field, &QLineEdit::textChanged, this, &Chooser::textChanged);
     connect(m_field, &QLineEdit::returnPressed, this, &Chooser::openTyped);
+    connect(m_names->selectionModel(), &QItemSelectionModel::selectionChanged, this, &Chooser::fillField);
     connect(m_names, &QTreeView::doubleClicked, this, &Chooser::enterSelected);
     connect(m_places, &ChooserPlaces::chosen, this, &Chooser::goTo);
+    connect(m_path, &ChooserPathRow::back, this, &Chooser::goBack);
+    connect(m_path, &ChooserPathRow::forward, this, &Chooser::goForward);
+    connect(m_path, &ChooserPathRow::up, this, &Chooser::goUp);
 }
 
 bool Chooser::eventFilter(QObject* watched, QEvent* event)
@@ -98,32 +111,9 @@ void Chooser::paintEvent(QPaintEvent*)
     material::paintWindow(painter, rect().adjusted(-1, -1, 1, 1), 0, palette());
 }
 
-QHBoxLayout* Chooser::makePathRow()
-{
-    const auto button = [this](const QString& symbol, const QString& help, void (Chooser::*go)()) {
-        auto* const made = new SymbolButton(
-            {.symbol = symbol, .size = navigationSymbol, .weight = SymbolWeight::Semibold, .extent = navigationExtent},
-            help, this);
-        connect(made, &SymbolButton::clicked, this, go);
-        return made;
-    };
-    m_backButton = button(u"chevron.left"_s, Localized::text(u"Back"_s, u"Indietro"_s), &Chooser::goBack);
-    m_forwardButton = button(u"chevron.right"_s, Localized::text(u"Forward"_s, u"Avanti"_s), &Chooser::goForward);
-    m_upButton = button(u"arrow.up"_s, Localized::text(u"Enclosing folder"_s, u"Cartella superiore"_s), &Chooser::goUp);
-    m_path = new ElidedLabel(headlineText, ColorRole::Primary, this);
-    auto* const row = new QHBoxLayout;
-    row->setSpacing(navigationSpacing);
-    row->addWidget(m_backButton);
-    row->addWidget(m_forwardButton);
-    row->addWidget(m_upButton);
-    row->addSpacing(navigationSpacing);
-    row->addWidget(m_path, 1);
-    return row;
-}
-
 QHBoxLayout* Chooser::makeListRow()
 {
-    m_places = new ChooserPlaces(this);
+    m_places = new ChooserPlaces(m_environment.lanes, this);
     m_names = new QTreeView(this);
     setUpNames();
     auto* const row = new QHBoxLayout;
@@ -150,7 +140,6 @@ void Chooser::setUpNames()
     m_names->setAllColumnsShowFocus(true);
     m_names->setSortingEnabled(true);
     m_names->sortByColumn(ChooserModel::Name, Qt::AscendingOrder);
-    m_names->setColumnHidden(ChooserModel::Type, true);
     m_names->setColumnHidden(ChooserModel::Size, m_oneFolder);
     QHeaderView& header = *m_names->header();
     header.setFont(fontFor(calloutText));
@@ -159,7 +148,6 @@ void Chooser::setUpNames()
     header.setSectionResizeMode(QHeaderView::ResizeToContents);
     header.setSectionResizeMode(ChooserModel::Name, QHeaderView::Stretch);
     m_names->installEventFilter(this);
-    connect(m_names->selectionModel(), &QItemSelectionModel::selectionChanged, this, &Chooser::fillField);
 }
 
 QHBoxLayout* Chooser::makeFieldRow(const QString& label)
@@ -169,8 +157,7 @@ QHBoxLayout* Chooser::makeFieldRow(const QString& label)
     m_field->setObjectName(u"fileNameEdit"_s);
     m_field->setFont(fontFor(bodyText));
     m_field->setAccessibleName(QString(label).remove(u':'));
-    auto* const completer = new QCompleter(m_model, m_field);
-    m_field->setCompleter(completer);
+    m_completer = new PathCompleter(m_environment.lanes, m_oneFolder, *m_field);
     text->setBuddy(m_field);
     auto* const row = new QHBoxLayout;
     row->setSpacing(buttonSpacing);
@@ -184,10 +171,11 @@ QHBoxLayout* Chooser::makeButtonRow()
     auto* const cancel = new PushButton(Localized::text(u"Cancel"_s, u"Annulla"_s), PushButton::Kind::Plain, this);
     m_add = new PushButton(Localized::text(u"Add"_s, u"Aggiungi"_s), PushButton::Kind::Default, this);
     connect(cancel, &PushButton::clicked, this, &Chooser::reject);
-    connect(m_add, &PushButton::clicked, this, &Chooser::add);
+    connect(m_add, &PushButton::clicked, this, &Chooser::addAsked);
+    m_waiting = new WaitingLine(m_environment.mainQueue, this);
     auto* const row = new QHBoxLayout;
     row->setSpacing(buttonSpacing);
-    row->addStretch();
+    row->addWidget(m_waiting, 1);
     row->addWidget(cancel);
     row->addWidget(m_add);
     return row;
@@ -195,8 +183,8 @@ QHBoxLayout* Chooser::makeButtonRow()
 
 void Chooser::makeShortcuts()
 {
-    const auto shortcut = [this](const QKeySequence& keys, void (Chooser::*go)()) {
-        connect(new QShortcut(keys, this), &QShortcut::activated, this, go);
+    const auto shortcut = [this](const QKeySequence& keys, void (Chooser::*asked)()) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, asked);
     };
     shortcut(Qt::ALT | Qt::Key_Left, &Chooser::goBack);
     shortcut(Qt::ALT | Qt::Key_Right, &Chooser::goForward);
@@ -206,6 +194,7 @@ void Chooser::makeShortcuts()
     hidden->setShortcut(Qt::CTRL | Qt::Key_H);
     hidden->setShortcutContext(Qt::WindowShortcut);
     connect(hidden, &QAction::toggled, m_model, &ChooserModel::setHiddenShown);
+    connect(hidden, &QAction::toggled, m_completer, &PathCompleter::setHiddenShown);
     m_names->addAction(hidden);
     m_names->setContextMenuPolicy(Qt::ActionsContextMenu);
 }

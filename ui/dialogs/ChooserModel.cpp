@@ -22,7 +22,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QSize iconSize(20, 20);
-constexpr QDir::Filters folders = QDir::AllDirs | QDir::Drives | QDir::NoDotAndDotDot;
 
 /// Numbers are aligned to the end of their column.
 QVariant alignmentOf(int column)
@@ -53,25 +52,39 @@ QLocale shownLocale()
     return Localized::isItalian() && usual.language() != QLocale::Italian ? QLocale(QLocale::Italian) : usual;
 }
 
-/// The name on the disk; the model's own fileName() returns the displayed text.
-QString nameOf(const QModelIndex& index)
-{
-    return index.data(QFileSystemModel::FileNameRole).toString();
-}
-
 } // namespace
 
-ChooserModel::ChooserModel(bool foldersOnly, QObject* parent)
-    : QFileSystemModel(parent)
+ChooserModel::ChooserModel(Lanes& lanes, bool foldersOnly, QObject* parent)
+    : QAbstractTableModel(parent)
+    , m_lanes(lanes)
+    , m_foldersOnly(foldersOnly)
+    , m_look(lanes)
+{}
+
+QString ChooserModel::path(const QModelIndex& index) const
 {
-    setReadOnly(true);
-    setFilter(foldersOnly ? folders : folders | QDir::Files);
-    setOption(DontUseCustomDirectoryIcons);
+    return (m_folder.endsWith(u'/') ? m_folder : m_folder + u'/') + entryAt(index).name;
 }
 
-void ChooserModel::setHiddenShown(bool shown)
+bool ChooserModel::isFolder(const QModelIndex& index) const
 {
-    setFilter(shown ? filter() | QDir::Hidden : filter() & ~QDir::Filters(QDir::Hidden));
+    return entryAt(index).isFolder;
+}
+
+QModelIndex ChooserModel::indexOf(const QString& name) const
+{
+    const auto found = std::ranges::find(m_rows, name, [](const auto& entry) { return entry->name; });
+    return found != m_rows.end() ? index(static_cast<int>(found - m_rows.begin()), Name) : QModelIndex();
+}
+
+int ChooserModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+int ChooserModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : Changed + 1;
 }
 
 QVariant ChooserModel::data(const QModelIndex& index, int role) const
@@ -80,16 +93,18 @@ QVariant ChooserModel::data(const QModelIndex& index, int role) const
     case Qt::DisplayRole:
         return shownText(index);
     case Qt::DecorationRole:
-        return index.column() == Name ? iconOf(index) : QVariant();
+        return index.column() == Name ? iconOf(entryAt(index)) : QVariant();
     case Qt::TextAlignmentRole:
         return alignmentOf(index.column());
     case Qt::ForegroundRole:
         return index.column() == Name ? QVariant()
                                       : QVariant(themeColor(ColorRole::Secondary, QGuiApplication::palette()));
     case Qt::ToolTipRole:
-        return plainToolTip(nameOf(index));
+        return plainToolTip(entryAt(index).name);
+    case pathRole:
+        return path(index);
     default:
-        return QFileSystemModel::data(index, role);
+        return {};
     }
 }
 
@@ -99,7 +114,7 @@ QVariant ChooserModel::headerData(int section, Qt::Orientation orientation, int 
         return alignmentOf(section);
     }
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
-        return role == Qt::DecorationRole ? QVariant() : QFileSystemModel::headerData(section, orientation, role);
+        return {};
     }
     switch (section) {
     case Name:
@@ -115,34 +130,39 @@ QVariant ChooserModel::headerData(int section, Qt::Orientation orientation, int 
 
 Qt::ItemFlags ChooserModel::flags(const QModelIndex& index) const
 {
-    return QFileSystemModel::flags(index) & (Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren);
+    return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren : Qt::NoItemFlags;
+}
+
+const ListedEntry& ChooserModel::entryAt(const QModelIndex& index) const
+{
+    return *m_rows[std::size_t(index.row())];
 }
 
 QVariant ChooserModel::shownText(const QModelIndex& index) const
 {
+    const ListedEntry& entry = entryAt(index);
     switch (index.column()) {
     case Name:
-        return singleLine(nameOf(index));
+        return singleLine(entry.name);
     case Size:
-        return isDir(index) ? QString()
-                            : shownLocale().formattedDataSize(size(index), 1, QLocale::DataSizeTraditionalFormat);
+        return entry.isFolder ? QString()
+                              : shownLocale().formattedDataSize(entry.size, 1, QLocale::DataSizeTraditionalFormat);
     case Changed:
-        return shownLocale().toString(lastModified(index), QLocale::ShortFormat);
+        return shownLocale().toString(QDateTime::fromMSecsSinceEpoch(entry.changed), QLocale::ShortFormat);
     default:
         return {};
     }
 }
 
-QIcon ChooserModel::iconOf(const QModelIndex& index) const
+QIcon ChooserModel::iconOf(const ListedEntry& entry) const
 {
-    const bool folder = isDir(index);
     // By the name alone: no file is read to choose its icon.
     const QMimeType type =
-        folder ? QMimeType() : QMimeDatabase().mimeTypeForFile(nameOf(index), QMimeDatabase::MatchExtension);
+        entry.isFolder ? QMimeType() : QMimeDatabase().mimeTypeForFile(entry.name, QMimeDatabase::MatchExtension);
     QIcon& icon = m_icons[type.name()];
     if (icon.isNull()) {
-        icon = folder ? themed({u"folder"_s, u"inode-directory"_s}, u"folder"_s)
-                      : themed({type.iconName(), type.genericIconName(), u"text-x-generic"_s}, u"page"_s);
+        icon = entry.isFolder ? themed({u"folder"_s, u"inode-directory"_s}, u"folder"_s)
+                              : themed({type.iconName(), type.genericIconName(), u"text-x-generic"_s}, u"page"_s);
     }
     return icon;
 }

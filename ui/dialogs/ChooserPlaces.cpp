@@ -3,14 +3,18 @@
 
 #include "ChooserPlaces.h"
 
+#include "LaneJob.h"
+#include "Lanes.h"
 #include "Localized.h"
 #include "Symbols.h"
 #include "TextStyle.h"
 #include "ThemePalette.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QStandardPaths>
 
 namespace lapsa {
@@ -24,18 +28,28 @@ constexpr double symbolSize = 13;
 constexpr double markOpacity = 0.09;
 constexpr int folderRole = Qt::UserRole;
 constexpr int symbolRole = Qt::UserRole + 1;
+constexpr int rankRole = Qt::UserRole + 2;
+constexpr int lastRank = 100;
 
-/// One of the desktop's standard folders, under the name that users know.
+/// One of the desktop's standard folders, under the symbol that users know.
 struct UserPlace
 {
     QStandardPaths::StandardLocation location;
     QString symbol;
 };
 
+QList<UserPlace> userPlaces()
+{
+    return {{QStandardPaths::DesktopLocation, u"desktopcomputer"_s},    {QStandardPaths::DocumentsLocation, u"doc"_s},
+            {QStandardPaths::DownloadLocation, u"arrow.down.circle"_s}, {QStandardPaths::PicturesLocation, u"photo"_s},
+            {QStandardPaths::MusicLocation, u"music.note"_s},           {QStandardPaths::MoviesLocation, u"film"_s}};
+}
+
 } // namespace
 
-ChooserPlaces::ChooserPlaces(QWidget* parent)
+ChooserPlaces::ChooserPlaces(Lanes& lanes, QWidget* parent)
     : QListWidget(parent)
+    , m_lanes(lanes)
 {
     setObjectName(u"sidebar"_s);
     setAccessibleName(Localized::text(u"Places"_s, u"Posizioni"_s));
@@ -46,26 +60,56 @@ ChooserPlaces::ChooserPlaces(QWidget* parent)
     setEditTriggers(NoEditTriggers);
     viewport()->setAutoFillBackground(false);
     setFixedWidth(qRound(placesWidth * textScale()));
-    addPlace(Localized::text(u"Home"_s, u"Cartella home"_s), u"house"_s, QDir::homePath());
-    for (const UserPlace& place : {UserPlace{QStandardPaths::DesktopLocation, u"desktopcomputer"_s},
-                                   UserPlace{QStandardPaths::DocumentsLocation, u"doc"_s},
-                                   UserPlace{QStandardPaths::DownloadLocation, u"arrow.down.circle"_s},
-                                   UserPlace{QStandardPaths::PicturesLocation, u"photo"_s},
-                                   UserPlace{QStandardPaths::MusicLocation, u"music.note"_s},
-                                   UserPlace{QStandardPaths::MoviesLocation, u"film"_s}}) {
-        const QString folder = QStandardPaths::writableLocation(place.location);
-        if (folder != QDir::homePath() && QDir(folder).exists()) {
-            addPlace(singleLine(QDir(folder).dirName()), place.symbol, folder);
-        }
-    }
-    addPlace(Localized::text(u"Computer"_s, u"Computer"_s), u"internaldrive"_s, QDir::rootPath());
+    addPlace(
+        {.name = Localized::text(u"Home"_s, u"Cartella home"_s), .symbol = u"house"_s, .folder = QDir::homePath()});
+    addPlace({.name = Localized::text(u"Computer"_s, u"Computer"_s),
+              .symbol = u"internaldrive"_s,
+              .folder = QDir::rootPath(),
+              .rank = lastRank});
     quieten();
     connect(this, &QListWidget::itemClicked, this,
             [this](const QListWidgetItem* item) { emit chosen(item->data(folderRole).toString()); });
+    lookForFolders();
+}
+
+void ChooserPlaces::lookForFolders()
+{
+    m_lanes.look(QDir::homePath(), [places = QPointer(this)](LaneJob&) -> Lanes::Report {
+        QList<Place> found;
+        for (const UserPlace& place : userPlaces()) {
+            const QString folder = QDir::cleanPath(QStandardPaths::writableLocation(place.location));
+            found.push_back({.name = singleLine(QDir(folder).dirName()),
+                             .symbol = place.symbol,
+                             .folder = folder,
+                             .rank = static_cast<int>(found.size()) + 1});
+        }
+        return [places, found] {
+            for (const Place& place : found) {
+                if (places && !place.folder.isEmpty() && place.folder != QDir::homePath()) {
+                    places->lookAt(place);
+                }
+            }
+        };
+    });
+}
+
+/// Each by itself: one that does not answer holds up no other.
+void ChooserPlaces::lookAt(const Place& place)
+{
+    m_lanes.look(place.folder, [places = QPointer(this), place](LaneJob&) -> Lanes::Report {
+        return [places, place, exists = QFileInfo(place.folder).isDir()] {
+            if (places && exists) {
+                places->addPlace(place);
+                places->tintSymbols();
+                places->showPlace(places->m_shown);
+            }
+        };
+    });
 }
 
 void ChooserPlaces::showPlace(const QString& folder)
 {
+    m_shown = folder;
     clearSelection();
     for (int row = 0; row < count(); ++row) {
         if (item(row)->data(folderRole).toString() == folder) {
@@ -97,12 +141,18 @@ void ChooserPlaces::changeEvent(QEvent* event)
     }
 }
 
-void ChooserPlaces::addPlace(const QString& name, const QString& symbol, const QString& folder)
+void ChooserPlaces::addPlace(const Place& place)
 {
-    auto* const place = new QListWidgetItem(name, this);
-    place->setData(folderRole, folder);
-    place->setData(symbolRole, symbol);
-    place->setToolTip(plainToolTip(folder));
+    int row = 0;
+    while (row < count() && item(row)->data(rankRole).toInt() < place.rank) {
+        ++row;
+    }
+    auto* const added = new QListWidgetItem(place.name);
+    added->setData(folderRole, place.folder);
+    added->setData(symbolRole, place.symbol);
+    added->setData(rankRole, place.rank);
+    added->setToolTip(plainToolTip(place.folder));
+    insertItem(row, added);
 }
 
 /// Marks the current place without the accent colour, which is reserved for the selection.

@@ -3,18 +3,19 @@
 
 #include "Chooser.h"
 #include "ChooserModel.h"
+#include "ChooserPathRow.h"
 #include "ChooserPlaces.h"
-#include "ElidedLabel.h"
 #include "Localized.h"
 #include "PushButton.h"
-#include "SymbolButton.h"
+#include "TypedPath.h"
+#include "WaitingLine.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QTreeView>
 
 #include <algorithm>
+#include <utility>
 
 namespace lapsa {
 
@@ -22,80 +23,98 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A folder's path for display: relative to the home folder if it is inside it.
-QString wayTo(const QString& folder)
+/// By the text alone.
+QString parentOf(const QString& folder)
 {
-    const QString home = QDir::homePath();
-    if (folder != home && !folder.startsWith(home + u'/')) {
-        return folder;
-    }
-    QStringList parts = folder.sliced(home.size()).split(u'/', Qt::SkipEmptyParts);
-    parts.push_front(Localized::text(u"Home"_s, u"Cartella home"_s));
-    return parts.join(u" \u203A "_s);
+    return QDir::cleanPath(u'/' + folder.section(u'/', 0, -2));
 }
 
 } // namespace
 
-void Chooser::showFolder(const QString& folder, bool byUser)
+void Chooser::showWay(const ChooserWay& way)
 {
-    const QString left = m_folder;
-    m_folder = folder;
-    m_cameByUser = byUser;
-    m_names->setRootIndex(m_model->setRootPath(folder));
-    m_names->clearSelection();
+    const QString left = m_way.folder;
+    m_way = way;
+    const bool goesUp = !left.isEmpty() && left != way.folder && parentOf(left) == way.folder;
+    m_nameLeft = goesUp ? left.section(u'/', -1) : QString();
     m_names->scrollToTop();
-    // After going up, the keyboard continues at the folder left, which is not selected.
-    const QModelIndex before = m_model->index(left);
-    if (before.isValid() && before.parent() == m_names->rootIndex()) {
-        m_names->selectionModel()->setCurrentIndex(before, QItemSelectionModel::NoUpdate);
-    }
-    m_path->setText(wayTo(folder));
-    m_places->showPlace(folder);
+    m_path->showWay(way);
+    m_places->showPlace(way.folder);
+    m_wish = Wish::None;
+    m_waiting->begin();
+    m_names->clearSelection();
+    m_model->showFolder(way.folder);
     fillField();
+}
+
+void Chooser::go(const ChooserWay& way)
+{
+    m_wayBefore = m_way;
+    showWay(way);
 }
 
 void Chooser::goTo(const QString& folder)
 {
-    const QString path = QDir::cleanPath(folder);
-    if (!QFileInfo(path).isDir()) {
-        return;
-    }
-    if (path != m_folder) {
-        m_back.push_back(m_folder);
-        m_forward.clear();
-    }
-    showFolder(path, true);
+    go(m_way.to(QDir::cleanPath(folder)));
 }
 
 void Chooser::goUp()
 {
-    goTo(QFileInfo(m_folder).path());
+    goTo(parentOf(m_way.folder));
 }
 
 void Chooser::goBack()
 {
-    if (!m_back.isEmpty()) {
-        m_forward.push_back(m_folder);
-        showFolder(m_back.takeLast(), true);
+    if (!m_way.back.isEmpty()) {
+        go(m_way.backward());
     }
 }
 
 void Chooser::goForward()
 {
-    if (!m_forward.isEmpty()) {
-        m_back.push_back(m_folder);
-        showFolder(m_forward.takeLast(), true);
+    if (!m_way.forward.isEmpty()) {
+        go(m_way.onward());
+    }
+}
+
+void Chooser::leaveMissingFolder()
+{
+    if (m_wayBefore) {
+        showWay(*std::exchange(m_wayBefore, std::nullopt));
+    } else if (m_way.folder != QDir::homePath()) {
+        showWay({.folder = QDir::homePath()});
+    } else {
+        m_waiting->end();
+    }
+}
+
+void Chooser::noteGrowth()
+{
+    const QModelIndex left = m_nameLeft.isEmpty() ? QModelIndex() : m_model->indexOf(m_nameLeft);
+    if (left.isValid()) {
+        // After going up, the keyboard continues at the folder left, which is not selected.
+        m_nameLeft.clear();
+        if (!m_names->currentIndex().isValid()) {
+            m_names->selectionModel()->setCurrentIndex(left, QItemSelectionModel::NoUpdate);
+        }
+    }
+    if (!m_model->isRead()) {
+        return;
+    }
+    m_readFolder = m_model->folder();
+    if (m_wish == Wish::None) {
+        m_waiting->end();
     }
 }
 
 void Chooser::enterSelected()
 {
-    QStringList paths = selectedPaths();
-    if (paths.isEmpty() && m_names->currentIndex().isValid()) {
-        paths = {m_model->filePath(m_names->currentIndex())};
+    QModelIndexList rows = m_names->selectionModel()->selectedRows();
+    if (rows.isEmpty() && m_names->currentIndex().isValid()) {
+        rows = {m_names->currentIndex()};
     }
-    if (paths.size() == 1 && QFileInfo(paths.constFirst()).isDir()) {
-        goTo(paths.constFirst());
+    if (rows.size() == 1 && m_model->isFolder(rows.constFirst())) {
+        goTo(m_model->path(rows.constFirst()));
     } else if (!m_oneFolder) {
         add();
     }
@@ -103,11 +122,52 @@ void Chooser::enterSelected()
 
 void Chooser::openTyped()
 {
-    const QString path = typedPath();
-    if (QFileInfo(path).isDir()) {
-        goTo(path);
-    } else if (!m_oneFolder) {
+    m_wish = Wish::Open;
+    m_waiting->begin();
+    m_typed->lookAt(typedPath());
+}
+
+void Chooser::addAsked()
+{
+    if (!selectedPaths().isEmpty()) {
         add();
+        return;
+    }
+    m_wish = Wish::Add;
+    m_waiting->begin();
+    m_typed->lookAt(typedPath());
+}
+
+void Chooser::textChanged()
+{
+    m_wish = Wish::None;
+    if (m_model->isRead()) {
+        m_waiting->end();
+    }
+    lookAtTyped();
+    refreshButtons();
+}
+
+/// What is selected is known.
+void Chooser::lookAtTyped()
+{
+    if (m_wish == Wish::None) {
+        m_typed->lookAt(selectedPaths().isEmpty() ? typedPath() : QString());
+    }
+}
+
+void Chooser::noteTyped()
+{
+    const Wish wish = std::exchange(m_wish, Wish::None);
+    if (wish != Wish::None && m_model->isRead()) {
+        m_waiting->end();
+    }
+    if (wish == Wish::Open && m_typed->isFolder()) {
+        goTo(m_typed->found());
+    } else if (wish == Wish::Add || (wish == Wish::Open && !m_oneFolder)) {
+        add();
+    } else {
+        refreshButtons();
     }
 }
 
@@ -116,7 +176,9 @@ void Chooser::add()
     for (const QString& path : choice()) {
         m_chosen.push_back(QUrl::fromLocalFile(path));
     }
-    if (!m_chosen.isEmpty()) {
+    if (m_chosen.isEmpty()) {
+        refreshButtons();
+    } else {
         accept();
     }
 }
@@ -127,25 +189,24 @@ void Chooser::fillField()
 {
     const QStringList selected = selectedPaths();
     if (selected.isEmpty() && m_field->hasFocus() && !m_field->text().isEmpty() && m_field->isModified()) {
+        lookAtTyped();
         return; // keep the text that is being typed
     }
     const bool several = selected.size() > 1;
     m_field->setPlaceholderText(several ? Localized::text(u"%1 selected"_s, u"%1 selezionati"_s).arg(selected.size())
                                         : QString());
     if (selected.size() == 1) {
-        m_field->setText(QFileInfo(selected.constFirst()).fileName());
+        m_field->setText(selected.constFirst().section(u'/', -1));
     } else {
-        m_field->setText(m_oneFolder && m_cameByUser ? m_folder : QString());
+        m_field->setText(m_oneFolder && m_way.byUser ? m_way.folder : QString());
     }
+    lookAtTyped();
     refreshButtons();
 }
 
 void Chooser::refreshButtons()
 {
     m_add->setEnabled(!choice().isEmpty());
-    m_backButton->setEnabled(!m_back.isEmpty());
-    m_forwardButton->setEnabled(!m_forward.isEmpty());
-    m_upButton->setEnabled(m_folder != QDir::rootPath());
 }
 
 QStringList Chooser::choice() const
@@ -155,8 +216,8 @@ QStringList Chooser::choice() const
     if (!selected.isEmpty()) {
         return selected;
     }
-    const QString typed = typedPath();
-    return typed.isEmpty() || (m_oneFolder && !QFileInfo(typed).isDir()) ? QStringList() : QStringList{typed};
+    const QString& typed = m_typed->found();
+    return typed.isEmpty() || (m_oneFolder && !m_typed->isFolder()) ? QStringList() : QStringList{typed};
 }
 
 QStringList Chooser::selectedPaths() const
@@ -165,7 +226,7 @@ QStringList Chooser::selectedPaths() const
     std::ranges::sort(rows, {}, &QModelIndex::row);
     QStringList paths;
     for (const QModelIndex& row : rows) {
-        paths.push_back(m_model->filePath(row));
+        paths.push_back(m_model->path(row));
     }
     return paths;
 }
@@ -176,11 +237,11 @@ QString Chooser::typedPath() const
     if (text.isEmpty()) {
         return {};
     }
-    QString path = QDir::cleanPath(QDir(m_folder).absoluteFilePath(text));
-    if (!QFileInfo::exists(path) && (text == "~"_L1 || text.startsWith("~/"_L1))) {
-        path = QDir::cleanPath(QDir::homePath() + text.sliced(1));
+    const bool startsAtHome = text == "~"_L1 || text.startsWith("~/"_L1);
+    if (startsAtHome && !m_model->indexOf(u"~"_s).isValid()) {
+        return QDir::cleanPath(QDir::homePath() + text.sliced(1));
     }
-    return QFileInfo::exists(path) ? path : QString();
+    return QDir::cleanPath(text.startsWith(u'/') ? text : m_way.folder + u'/' + text);
 }
 
 } // namespace lapsa

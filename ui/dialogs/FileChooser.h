@@ -14,7 +14,7 @@ class FileChooser final : public Chooser
     Q_OBJECT
 
 public:
-    FileChooser(const QString& startFolder, QWidget* parent);
+    FileChooser(const ChooserEnvironment& environment, const QString& startFolder, QWidget* parent);
 };
 
 } // namespace lapsa

@@ -9,8 +9,9 @@ namespace lapsa {
 
 using namespace Qt::StringLiterals;
 
-FolderChooser::FolderChooser(const QString& startFolder, QWidget* parent)
-    : Chooser({.title = Localized::text(u"Add folder"_s, u"Aggiungi cartella"_s),
+FolderChooser::FolderChooser(const ChooserEnvironment& environment, const QString& startFolder, QWidget* parent)
+    : Chooser(environment,
+              {.title = Localized::text(u"Add folder"_s, u"Aggiungi cartella"_s),
                .fieldLabel = Localized::text(u"Folder:"_s, u"Cartella:"_s),
                .oneFolder = true},
               startFolder, parent)

@@ -13,7 +13,7 @@ class FolderChooser final : public Chooser
     Q_OBJECT
 
 public:
-    FolderChooser(const QString& startFolder, QWidget* parent);
+    FolderChooser(const ChooserEnvironment& environment, const QString& startFolder, QWidget* parent);
 };
 
 } // namespace lapsa

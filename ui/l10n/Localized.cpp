@@ -147,6 +147,11 @@ QString Localized::autoCleanFolders()
     return text(u"Auto-clean folders"_s, u"Pulizia automatica cartelle"_s);
 }
 
+QString Localized::waitingForDisk()
+{
+    return text(u"Waiting for the disk"_s, u"In attesa del disco"_s);
+}
+
 QString Localized::daysShort()
 {
     return text(u"d"_s, u"g"_s);

@@ -48,6 +48,7 @@ public:
     [[nodiscard]] static QString retention();
     [[nodiscard]] static QString fileTypeRules();
     [[nodiscard]] static QString autoCleanFolders();
+    [[nodiscard]] static QString waitingForDisk();
     [[nodiscard]] static QString daysShort();
     [[nodiscard]] static QString hoursShort();
     [[nodiscard]] static QString minutesShort();

@@ -261,7 +261,7 @@ void LapsaPanelView::showChooser()
         m_chooser->activateWindow();
         return;
     }
-    m_chooser = new FileChooser(m_lastFolder, window());
+    m_chooser = new FileChooser({m_environment.store.lanes(), m_environment.mainQueue}, m_lastFolder, window());
     m_chooser->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_chooser, &QDialog::finished, this, [this] { m_lastFolder = m_chooser->folder(); });
     connect(m_chooser, &QDialog::accepted, this, [this] { addChosenFiles(m_chooser->chosen()); });

@@ -18,11 +18,12 @@ namespace lapsa {
 
 using namespace Qt::StringLiterals;
 
-FoldersTab::FoldersTab(LapsaStore& store, FolderPicker& folderPicker, QWidget* parent)
+FoldersTab::FoldersTab(LapsaStore& store, FolderPicker& folderPicker, MainQueue& mainQueue, QWidget* parent)
     : ListTab(Localized::autoCleanFolders(),
               new PushButton(Localized::text(u"Add folder"_s, u"Aggiungi cartella"_s), PushButton::Kind::Plain), parent)
     , m_store(store)
     , m_folderPicker(folderPicker)
+    , m_mainQueue(mainQueue)
     , m_empty(new NoFoldersView(store.lanes()))
 {
     addButton().setSymbol(u"folder.badge.plus"_s);
@@ -78,7 +79,7 @@ void FoldersTab::folderPicked(const FolderPicker::Answer& answer)
 
 void FoldersTab::showFolderChooser()
 {
-    m_folderChooser = new FolderChooser(m_lastFolder, window());
+    m_folderChooser = new FolderChooser({m_store.lanes(), m_mainQueue}, m_lastFolder, window());
     m_folderChooser->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_folderChooser, &QDialog::finished, this, [this] { m_lastFolder = m_folderChooser->folder(); });
     connect(m_folderChooser, &QDialog::accepted, this, [this] {

@@ -16,6 +16,7 @@ namespace lapsa {
 class AutoCleanFolderView;
 class FolderChooser;
 class LapsaStore;
+class MainQueue;
 class NoFoldersView;
 
 /// The watched folders, one card each, and the dialog for choosing one.
@@ -24,8 +25,8 @@ class FoldersTab final : public ListTab
     Q_OBJECT
 
 public:
-    /// Store and picker must outlive the tab.
-    FoldersTab(LapsaStore& store, FolderPicker& folderPicker, QWidget* parent = nullptr);
+    /// Store, picker and queue must outlive the tab.
+    FoldersTab(LapsaStore& store, FolderPicker& folderPicker, MainQueue& mainQueue, QWidget* parent = nullptr);
 
     /// Shows the current folder rules.
     void refresh();
@@ -42,6 +43,7 @@ private:
 
     LapsaStore& m_store;
     FolderPicker& m_folderPicker;
+    MainQueue& m_mainQueue;
     NoFoldersView* m_empty;
     QList<AutoCleanFolderView*> m_cards;
     std::unique_ptr<FolderQuestion> m_folderQuestion;

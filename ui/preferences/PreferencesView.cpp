@@ -35,7 +35,7 @@ constexpr int tabsToPage = 4;
 
 } // namespace
 
-PreferencesView::PreferencesView(LapsaStore& store, FolderPicker& folderPicker, QWidget* parent)
+PreferencesView::PreferencesView(LapsaStore& store, FolderPicker& folderPicker, MainQueue& mainQueue, QWidget* parent)
     : QWidget(parent)
     , m_store(store)
     , m_tabs(new SymbolTabBar(this))
@@ -50,7 +50,7 @@ PreferencesView::PreferencesView(LapsaStore& store, FolderPicker& folderPicker, 
     column->addWidget(m_pages, 1);
     m_general = new GeneralTab(store, m_tabs->tabText(static_cast<int>(Tab::General)), m_pages);
     m_rules = new RulesTab(store, m_pages);
-    m_folders = new FoldersTab(store, folderPicker, m_pages);
+    m_folders = new FoldersTab(store, folderPicker, mainQueue, m_pages);
     for (QWidget* const page :
          {static_cast<QWidget*>(m_general), static_cast<QWidget*>(m_rules), static_cast<QWidget*>(m_folders)}) {
         m_pages->addWidget(page);

@@ -17,6 +17,7 @@ class FolderPicker;
 class FoldersTab;
 class GeneralTab;
 class LapsaStore;
+class MainQueue;
 class RulesTab;
 class SymbolTabBar;
 
@@ -35,7 +36,7 @@ public:
     };
 
     /// Store and picker must outlive the view.
-    PreferencesView(LapsaStore& store, FolderPicker& folderPicker, QWidget* parent = nullptr);
+    PreferencesView(LapsaStore& store, FolderPicker& folderPicker, MainQueue& mainQueue, QWidget* parent = nullptr);
 
     void showTab(Tab tab);
     /// Whether a folder is being chosen, in the desktop's dialog or in our own.

@@ -44,7 +44,7 @@ QString textFor(const ItemWork& work)
     case ItemWork::Kind::Removing:
         return removingText(work.done);
     case ItemWork::Kind::WaitingForDisk:
-        return Localized::text(u"Waiting for the disk"_s, u"In attesa del disco"_s);
+        return Localized::waitingForDisk();
     }
     return {};
 }

@@ -9,7 +9,7 @@
 namespace lapsa::test {
 
 PreferencesWorld::PreferencesWorld()
-    : view(store(), folderPicker)
+    : view(store(), folderPicker, time)
 {
     view.show();
     view.activateWindow();

@@ -232,7 +232,7 @@ private slots:
         world.start();
 
         RecordingFolderPicker folderPicker;
-        PreferencesView view(world.store(), folderPicker);
+        PreferencesView view(world.store(), folderPicker, world.time);
         view.show();
 
         QVERIFY(shows(view, u"Recovery retention: 168 h"_s));

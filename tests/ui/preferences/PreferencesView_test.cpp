@@ -63,7 +63,7 @@ private slots:
         StoreWorld world;
         world.changeSettings([](LapsaSettings& settings) { settings.theme = LapsaTheme::Light; });
         RecordingFolderPicker folderPicker;
-        PreferencesView view(world.store(), folderPicker);
+        PreferencesView view(world.store(), folderPicker, world.time);
         world.appearance.forced.clear();
 
         view.show();
