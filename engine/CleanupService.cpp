@@ -7,10 +7,12 @@
 #include "ExpiryWarnings.h"
 #include "LapsaStore.h"
 #include "MainQueue.h"
+#include "RememberedItems.h"
 
-#include <QHash>
-
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <vector>
 
 namespace lapsa {
 
@@ -90,33 +92,29 @@ void CleanupService::sendDueWarnings(LapsaStore& store)
 
 void CleanupService::warn(const QList<LapsaItem>& items, std::int64_t leadMinutes)
 {
-    QHash<QString, TimePoint> due;
-    for (const LapsaItem& item : items) {
-        due.insert(item.id, item.expiresAt);
-    }
     const QList<LapsaItem> snapshot = m_store->items();
-    QSet<QString> warned;
-    QList<LapsaItem> others;
-    for (const LapsaItem& item : snapshot) {
+    const std::vector<qsizetype> askedAt = positionsOfRemembered(snapshot, items);
+    QList<LapsaItem> warned;
+    for (qsizetype position = 0; position < snapshot.size(); ++position) {
+        const qsizetype asked = askedAt[std::size_t(position)];
+        const LapsaItem& item = snapshot[position];
         // The user may have changed the item while the disk was asked.
-        const auto found = due.constFind(item.id);
-        if (found == due.cend() || *found != item.expiresAt || item.locked || item.fiveMinuteWarningSent) {
-            continue;
+        if (asked >= 0 && items[asked].expiresAt == item.expiresAt && !item.locked && !item.fiveMinuteWarningSent) {
+            warned.push_back(item);
         }
-        // States the setting, not the time left, on purpose, even if less time is left.
-        if (warned.size() < mostSingleWarnings) {
-            m_notificationService.sendWarning(item, leadMinutes);
-        } else {
-            others.push_back(item);
-        }
-        warned.insert(item.id);
     }
-    if (!others.isEmpty()) {
-        m_notificationService.sendJointWarning(others, leadMinutes);
+    if (warned.isEmpty()) {
+        return;
     }
-    if (!warned.isEmpty()) {
-        m_store->markWarningsSent(warned);
+    // States the setting, not the time left, on purpose, even if less time is left.
+    const qsizetype single = std::min(warned.size(), mostSingleWarnings);
+    for (qsizetype position = 0; position < single; ++position) {
+        m_notificationService.sendWarning(warned[position], leadMinutes);
     }
+    if (warned.size() > single) {
+        m_notificationService.sendJointWarning(warned.sliced(single), leadMinutes);
+    }
+    m_store->markWarningsSent(warned);
 }
 
 } // namespace lapsa

@@ -16,6 +16,8 @@ namespace lapsa {
 /// What a lane found at a path that is to be put on countdown.
 struct LapsaStore::FoundFile
 {
+    /// Its position among the paths that were named.
+    qsizetype request = 0;
     /// Standardised.
     QString path;
     bool isDirectory = false;

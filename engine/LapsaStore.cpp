@@ -74,6 +74,7 @@ void LapsaStore::setSettings(const LapsaSettings& settings)
 
 void LapsaStore::saveNow()
 {
+    finishAdding();
     m_saveWorkItem.cancel();
     saveKnownPaths(); // first, so that no saved item lacks what is known about its path
     m_environment.fileWriter.write(

@@ -28,6 +28,7 @@
 #include <QUuid>
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -189,8 +190,8 @@ public:
     void findFree(const QList<LapsaItem>& items, const std::function<void(const QList<LapsaItem>& free)>& found);
 
     void markWarningSent(const QString& id);
-    /// The same for many at once: the first item of each id.
-    void markWarningsSent(const QSet<QString>& ids);
+    /// The same for many at once, by id and path.
+    void markWarningsSent(const QList<LapsaItem>& items);
 
     // ---- Recovery
 
@@ -243,10 +244,13 @@ signals:
 
 private:
     struct FoundFile;
+    struct Adding;
     struct AskedPaths;
     struct AddRound;
     struct FreeRound;
     struct Scan;
+    /// Called on a lane: for many locked items it takes long.
+    using MakePlaces = std::function<std::shared_ptr<const ItemPlaces>()>;
 
     void subscribeToSettings();
     void reactToSettings(const LapsaSettings& changed);
@@ -261,9 +265,15 @@ private:
     [[nodiscard]] LaneSeries::Step lookStep(const AskedPaths& asked, const fileSystem::KnownPaths& known,
                                             const std::weak_ptr<AddRound>& weak);
     void look(const std::shared_ptr<AddRound>& round, const QStringList& paths);
-    void seen(const std::shared_ptr<AddRound>& round, qsizetype request, const std::optional<FoundFile>& found);
+    void takeIn(const std::shared_ptr<AddRound>& round);
+    void seen(const std::shared_ptr<AddRound>& round, const std::optional<FoundFile>& found);
     void addSeen(const std::shared_ptr<AddRound>& round);
-    AddResult addFound(const QList<FoundFile>& files, const AddOptions& options);
+    void addFound(std::deque<FoundFile> files, const AddOptions& options,
+                  const std::function<void(AddResult result)>& added);
+    void goOnAdding(const std::shared_ptr<Adding>& adding);
+    void finishAdding();
+    void addSlice(Adding& adding);
+    void addOne(Adding& adding, const FoundFile& file);
     [[nodiscard]] QList<LapsaItem>::iterator firstItem(const QString& id);
     /// Changes the first item of each id; announces this once and saves soon.
     void changeItems(QSet<QString> ids, const std::function<void(LapsaItem&)>& change);
@@ -275,7 +285,7 @@ private:
                                                    const std::weak_ptr<FreeRound>& round,
                                                    const QPointer<LapsaStore>& store);
     void askWhatIsFree(const std::shared_ptr<FreeRound>& round, const QList<LapsaItem>& items,
-                       const std::shared_ptr<const ItemPlaces>& locked);
+                       const MakePlaces& makePlaces);
     void handOverDue(const QStringList& lockedPaths, const QList<SeenPlace>& lockedPlaces);
     [[nodiscard]] DisposalPlan planFor(const QList<LapsaItem>& items, const QStringList& lockedPaths,
                                        const QList<SeenPlace>& lockedPlaces) const;
@@ -328,6 +338,9 @@ private:
     /// The watched folders, by the rule's id, that a lane is listing.
     QSet<QUuid> m_scanning;
     QList<std::shared_ptr<AddRound>> m_addRounds;
+    QList<std::shared_ptr<Adding>> m_adding;
+    /// How often items have left the list.
+    std::uint64_t m_removals = 0;
     bool m_usedRecoveryWindow = true;
     bool m_usedTrash = true;
     std::unique_ptr<ScheduledTask> m_longWork;

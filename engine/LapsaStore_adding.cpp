@@ -7,17 +7,19 @@
 #include "FileName.h"
 #include "FileSystem.h"
 #include "FoundFile.h"
+#include "ItemsByPath.h"
 #include "KnownPathsLook.h"
 #include "LaneGroups.h"
 #include "LaneJob.h"
 #include "LaneSeries.h"
 #include "MainQueue.h"
 
-#include <QHash>
+#include <QPointer>
 
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <deque>
 #include <map>
 #include <utility>
 #include <vector>
@@ -26,46 +28,8 @@ namespace lapsa {
 
 namespace {
 
-/// Finds the first item with a path. A table is built only for several look-ups; for one it does not pay.
-class ItemsByPath
-{
-public:
-    ItemsByPath(const QList<LapsaItem>& items, qsizetype expectedLookUps)
-        : m_items(items)
-        , m_indexed(expectedLookUps > 1)
-    {
-        if (!m_indexed) {
-            return;
-        }
-        m_positions.reserve(items.size() + expectedLookUps);
-        // From the back, so that the first of several equal paths wins.
-        for (qsizetype position = items.size() - 1; position >= 0; --position) {
-            m_positions.insert(items[position].path, position);
-        }
-    }
-
-    /// The position of the first item with that path, or -1.
-    [[nodiscard]] qsizetype find(const QString& path) const
-    {
-        if (m_indexed) {
-            return m_positions.value(path, -1);
-        }
-        const auto found = std::ranges::find(m_items, path, &LapsaItem::path);
-        return found == m_items.cend() ? -1 : found - m_items.cbegin();
-    }
-
-    void added(const QString& path, qsizetype position)
-    {
-        if (m_indexed) {
-            m_positions.insert(path, position);
-        }
-    }
-
-private:
-    const QList<LapsaItem>& m_items;
-    bool m_indexed;
-    QHash<QString, qsizetype> m_positions;
-};
+/// So many files are taken in, or put on the list, in one turn of the main loop.
+constexpr qsizetype slice = 4000;
 
 /// Reads the clock twice, once for each time in the record.
 LapsaItem newItem(const QString& path, std::int64_t minutes, const Clock& clock)
@@ -78,6 +42,16 @@ LapsaItem newItem(const QString& path, std::int64_t minutes, const Clock& clock)
         .addedAt = addedAt,
         .expiresAt = addingMinutes(clock.now(), minutes),
     };
+}
+
+/// As the files were named: a disk that does not answer lets others go first.
+template <typename Files>
+Files inOrder(Files files)
+{
+    if (!std::ranges::is_sorted(files, {}, &Files::value_type::request)) {
+        std::ranges::stable_sort(files, {}, &Files::value_type::request);
+    }
+    return files;
 }
 
 /// Why Lapsa never takes the entry at `path`, if so.
@@ -100,10 +74,15 @@ struct LapsaStore::AddRound
 {
     AddOptions options;
     Added added;
+    QList<QUrl> urls;
+    /// How many of the URLs have become paths.
+    qsizetype taken = 0;
+    QStringList paths;
     std::vector<std::unique_ptr<LaneSeries>> series;
-    /// By their position in the request; those that exist and are not on the list yet.
-    std::map<qsizetype, FoundFile> found;
-    /// The paths at which nothing exists.
+    /// Those that exist and are not on the list yet.
+    std::deque<FoundFile> found;
+    std::deque<FoundFile> refused;
+    /// The paths at which nothing exists, by their position in the request.
     std::map<qsizetype, QString> missing;
     qsizetype waitingFor = 0;
     /// Set once the first files are on the list: later ones come from slow disks.
@@ -118,27 +97,45 @@ void LapsaStore::addFiles(const QList<QUrl>& urls)
 
 void LapsaStore::addFiles(const QList<QUrl>& urls, const AddOptions& options, const Added& added)
 {
-    // Files of a disk that does not answer by then do not hold up the others.
-    constexpr std::chrono::milliseconds patience{300};
-    QStringList paths;
-    paths.reserve(urls.size());
-    for (const QUrl& url : urls) {
-        if (const std::optional<QString> path = fileSystem::standardizedPath(url)) {
-            paths.push_back(*path);
-        }
-    }
-    // What is about to be taken is to stay: it gets another time as soon as it was looked at.
-    m_disposals.stopAt({paths.cbegin(), paths.cend()});
     const auto round = std::make_shared<AddRound>();
     round->options = options;
     round->added = added;
-    round->waitingFor = paths.size();
-    if (paths.isEmpty()) {
+    round->urls = urls;
+    m_addRounds.push_back(round);
+    takeIn(round);
+}
+
+/// Makes paths of the URLs, then asks the lanes about them.
+void LapsaStore::takeIn(const std::shared_ptr<AddRound>& round)
+{
+    // Files of a disk that does not answer by then do not hold up the others.
+    constexpr std::chrono::milliseconds patience{300};
+    const qsizetype before = round->paths.size();
+    const qsizetype end = std::min(round->urls.size(), round->taken + slice);
+    for (; round->taken < end; ++round->taken) {
+        if (const std::optional<QString> path = fileSystem::standardizedPath(round->urls[round->taken])) {
+            round->paths.push_back(*path);
+        }
+    }
+    if (m_disposals.isWorking()) {
+        // What is about to be taken is to stay: it gets another time as soon as it was looked at.
+        m_disposals.stopAt({round->paths.cbegin() + before, round->paths.cend()});
+    }
+    if (end < round->urls.size()) {
+        m_environment.mainQueue.async([store = QPointer(this), weak = std::weak_ptr(round)] {
+            if (const auto alive = weak.lock(); store && alive) {
+                store->takeIn(alive);
+            }
+        });
+        return;
+    }
+    round->waitingFor = round->paths.size();
+    if (round->paths.isEmpty()) {
+        m_addRounds.removeOne(round);
         addSeen(round);
         return;
     }
-    m_addRounds.push_back(round);
-    look(round, paths);
+    look(round, round->paths);
     if (round->waitingFor > 0) {
         round->limit = m_environment.mainQueue.asyncAfter(patience, [this, weak = std::weak_ptr(round)] {
             if (const auto alive = weak.lock()) {
@@ -159,7 +156,7 @@ LaneSeries::Step LapsaStore::lookStep(const AskedPaths& asked, const fileSystem:
         const QString path = asked.paths[number];
         std::optional<FoundFile> found;
         if (const fileSystem::Status status = fileSystem::status(path); status.exists) {
-            found = FoundFile{.path = path, .isDirectory = status.isDirectory};
+            found = FoundFile{.request = number, .path = path, .isDirectory = status.isDirectory};
             // Only these can be refused, so a drop of thousands of files costs one look-up each.
             found->refusal = status.isDirectory || status.isMountPoint ? refusalOf(path) : std::nullopt;
             found->steps = steps->at(path);
@@ -169,7 +166,7 @@ LaneSeries::Step LapsaStore::lookStep(const AskedPaths& asked, const fileSystem:
                 if (!found) {
                     alive->missing.emplace(number, path);
                 }
-                seen(alive, number, found);
+                seen(alive, found);
             }
         };
     };
@@ -204,10 +201,10 @@ void LapsaStore::look(const std::shared_ptr<AddRound>& round, const QStringList&
 }
 
 /// A lane has looked at one path of the request; `found` is empty if nothing exists there.
-void LapsaStore::seen(const std::shared_ptr<AddRound>& round, qsizetype request, const std::optional<FoundFile>& found)
+void LapsaStore::seen(const std::shared_ptr<AddRound>& round, const std::optional<FoundFile>& found)
 {
     if (found) {
-        round->found.emplace(request, *found);
+        (found->refusal ? round->refused : round->found).push_back(*found);
     }
     --round->waitingFor;
     if (round->waitingFor == 0) {
@@ -220,58 +217,108 @@ void LapsaStore::seen(const std::shared_ptr<AddRound>& round, qsizetype request,
 void LapsaStore::addSeen(const std::shared_ptr<AddRound>& round)
 {
     round->limit.reset();
-    QList<FoundFile> files;
-    QList<AddResult::Refused> refused;
-    for (const auto& [request, found] : std::exchange(round->found, {})) {
-        if (found.refusal) {
-            refused.push_back({.path = found.path, .reason = *found.refusal});
-        } else {
-            files.push_back(found);
-        }
+    AddResult result;
+    for (const FoundFile& file : inOrder(std::exchange(round->refused, {}))) {
+        result.refused.push_back({.path = file.path, .reason = *file.refusal});
     }
-    AddResult result = addFound(files, round->options);
-    result.refused = std::move(refused);
     for (const auto& [request, path] : std::exchange(round->missing, {})) {
         result.missing.push_back(path);
     }
-    if (round->added) {
-        round->added(result);
+    addFound(inOrder(std::exchange(round->found, {})), round->options,
+             [added = round->added, others = result](AddResult found) {
+                 if (added) {
+                     found.refused = others.refused;
+                     found.missing = others.missing;
+                     added(found);
+                 }
+             });
+}
+
+/// Files that are being put on the list, a slice in each turn of the main loop.
+struct LapsaStore::Adding
+{
+    std::deque<FoundFile> files;
+    AddedLifespans lifespans;
+    ItemsByPath known;
+    std::function<void(AddResult)> added;
+    AddResult result = {};
+    bool begun = false;
+};
+
+void LapsaStore::addFound(std::deque<FoundFile> files, const AddOptions& options,
+                          const std::function<void(AddResult)>& added)
+{
+    const auto count = qsizetype(files.size());
+    const auto adding = std::make_shared<Adding>(Adding{.files = std::move(files),
+                                                        .lifespans = AddedLifespans(settings(), options),
+                                                        .known = ItemsByPath(count),
+                                                        .added = added});
+    adding->result.ids.reserve(count);
+    m_adding.push_back(adding);
+    goOnAdding(adding);
+}
+
+void LapsaStore::goOnAdding(const std::shared_ptr<Adding>& adding)
+{
+    addSlice(*adding);
+    if (adding->files.empty()) {
+        m_adding.removeOne(adding);
+        adding->added(std::move(adding->result));
+        return;
+    }
+    m_environment.mainQueue.async([store = QPointer(this), weak = std::weak_ptr(adding)] {
+        if (const auto alive = weak.lock(); store && alive) {
+            store->goOnAdding(alive);
+        }
+    });
+}
+
+/// At the end there are no more turns.
+void LapsaStore::finishAdding()
+{
+    for (const std::shared_ptr<Adding>& adding : std::exchange(m_adding, {})) {
+        while (!adding->files.empty()) {
+            addSlice(*adding);
+        }
+        adding->added(std::move(adding->result));
     }
 }
 
-AddResult LapsaStore::addFound(const QList<FoundFile>& files, const AddOptions& options)
+void LapsaStore::addSlice(Adding& adding)
 {
-    if (files.isEmpty()) {
-        return {};
+    if (adding.files.empty() || !adding.known.readOn(m_items, m_removals)) {
+        return;
     }
-    const AddedLifespans lifespans(settings(), options);
-    const Clock& clock = m_environment.clock;
-
     emit willChange();
-    AddResult result;
-    result.ids.reserve(files.size());
-    ItemsByPath known(m_items, files.size());
-    for (const FoundFile& file : files) {
-        m_knownPaths.note(file.path, file.steps);
-        const std::int64_t minutes = lifespans.minutesFor(lastPathComponent(file.path), file.isDirectory);
-        if (const qsizetype position = known.find(file.path); position >= 0) {
-            LapsaItem& item = m_items[position];
-            m_disposals.stop(item.id);
-            item.expiresAt = addingMinutes(clock.now(), minutes);
-            item.fiveMinuteWarningSent = false;
-            result.ids.push_back(item.id);
-            continue;
-        }
-        known.added(file.path, m_items.size());
-        m_items.push_back(newItem(file.path, minutes, clock));
-        result.ids.push_back(m_items.constLast().id);
-        if (file.isDirectory) {
-            result.newFolders.push_back(file.path);
-        }
+    if (!std::exchange(adding.begun, true)) {
+        m_lastMessage.reset();
     }
-    m_lastMessage.reset();
+    for (qsizetype file = 0; file < slice && !adding.files.empty(); ++file) {
+        addOne(adding, adding.files.front());
+        adding.files.pop_front();
+    }
     saveSoon();
-    return result;
+}
+
+void LapsaStore::addOne(Adding& adding, const FoundFile& file)
+{
+    const Clock& clock = m_environment.clock;
+    m_knownPaths.note(file.path, file.steps);
+    const std::int64_t minutes = adding.lifespans.minutesFor(lastPathComponent(file.path), file.isDirectory);
+    if (const qsizetype position = adding.known.find(m_items, file.path); position >= 0) {
+        LapsaItem& item = m_items[position];
+        m_disposals.stop(item.id);
+        item.expiresAt = addingMinutes(clock.now(), minutes);
+        item.fiveMinuteWarningSent = false;
+        adding.result.ids.push_back(item.id);
+        return;
+    }
+    m_items.push_back(newItem(file.path, minutes, clock));
+    adding.known.added(file.path, m_items.size() - 1);
+    adding.result.ids.push_back(m_items.constLast().id);
+    if (file.isDirectory) {
+        adding.result.newFolders.push_back(file.path);
+    }
 }
 
 } // namespace lapsa

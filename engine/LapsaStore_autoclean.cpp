@@ -135,10 +135,12 @@ void LapsaStore::takeScanned(const LapsaAutoCleanFolderRule& rule, const Scan& s
     for (const LapsaItem& item : std::as_const(m_items)) {
         paths.remove(item.path);
     }
-    QList<FoundFile> taken;
+    std::deque<FoundFile> taken;
     std::ranges::copy_if(scan.found, std::back_inserter(taken),
                          [&](const FoundFile& file) { return paths.contains(file.path); });
-    addFound(taken, watchedFolder::addOptions(rule));
+    if (!taken.empty()) {
+        addFound(std::move(taken), watchedFolder::addOptions(rule), [](const AddResult&) {});
+    }
 }
 
 void LapsaStore::addFileTypeRule()

@@ -4,17 +4,22 @@
 #include "Clock.h"
 #include "FileName.h"
 #include "FileSystem.h"
+#include "Freeing.h"
+#include "GoneFolders.h"
 #include "LapsaStore.h"
 #include "MainQueue.h"
 #include "RandomUuid.h"
 #include "RecoveryNames.h"
+#include "RememberedItems.h"
 #include "SystemLog.h"
 
 #include <QPointer>
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <utility>
+#include <vector>
 
 namespace lapsa {
 
@@ -210,25 +215,22 @@ void LapsaStore::takeOffTheList(const Disposals::Handled& handled)
     if (handled.items.isEmpty()) {
         return;
     }
-    const auto wentWithItsFolder = [&handled](const LapsaItem& item) {
-        const std::optional<QString> path = fileSystem::standardizedPath(item.path);
-        for (QString folder = parentPath(path.value_or(QString())); folder.size() > 1; folder = parentPath(folder)) {
-            if (handled.goneFolders.contains(folder)) {
-                return true;
-            }
-        }
-        return false;
-    };
-    QSet<std::pair<QString, QString>> gone;
-    gone.reserve(handled.items.size());
-    for (const LapsaItem& item : handled.items) {
-        gone.insert({item.id, item.path});
-    }
+    const std::vector<qsizetype> handledAt = positionsOfRemembered(m_items, handled.items);
+    GoneFolders gone(handled.goneFolders);
     emit willChange();
-    m_items.removeIf([&](const LapsaItem& item) {
-        return !item.locked &&
-               (gone.contains({item.id, item.path}) || (!handled.goneFolders.isEmpty() && wentWithItsFolder(item)));
-    });
+    ++m_removals;
+    // What stays is copied, not what goes removed: of a long list that goes, nothing is freed here.
+    QList<LapsaItem> kept;
+    for (qsizetype position = 0; position < m_items.size(); ++position) {
+        const LapsaItem& item = std::as_const(m_items)[position];
+        if (item.locked || (handledAt[std::size_t(position)] < 0 && !gone.hold(item.path))) {
+            kept.push_back(item);
+        }
+    }
+    QList<LapsaItem> before = std::exchange(m_items, std::move(kept));
+    if (before.size() - m_items.size() > soonFreed) {
+        freeOnALane(m_environment.lanes, std::move(before));
+    }
     saveSoon();
     if (!handled.byHand) {
         saveRecoverySoon();
@@ -237,12 +239,19 @@ void LapsaStore::takeOffTheList(const Disposals::Handled& handled)
 
 void LapsaStore::markWarningSent(const QString& id)
 {
-    markWarningsSent({id});
+    changeItems({id}, [](LapsaItem& item) { item.fiveMinuteWarningSent = true; });
 }
 
-void LapsaStore::markWarningsSent(const QSet<QString>& ids)
+void LapsaStore::markWarningsSent(const QList<LapsaItem>& items)
 {
-    changeItems(ids, [](LapsaItem& item) { item.fiveMinuteWarningSent = true; });
+    const std::vector<qsizetype> askedAt = positionsOfRemembered(m_items, items);
+    emit willChange();
+    for (qsizetype position = 0; position < m_items.size(); ++position) {
+        if (askedAt[std::size_t(position)] >= 0) {
+            m_items[position].fiveMinuteWarningSent = true;
+        }
+    }
+    saveSoon();
 }
 
 void LapsaStore::saveBeforeLongWork(std::int64_t bytes)

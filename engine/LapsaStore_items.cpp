@@ -71,12 +71,16 @@ void LapsaStore::keepWhatIsLocked(const QSet<QString>& ids)
     if (!m_disposals.isWorking()) {
         return;
     }
+    QSet<QString> locked;
+    QStringList paths;
     for (const LapsaItem& item : std::as_const(m_items)) {
         if (item.locked && ids.contains(item.id)) {
-            m_disposals.stop(item.id);
-            m_disposals.stopFoldersAbove(item.path);
+            locked.insert(item.id);
+            paths.push_back(item.path);
         }
     }
+    m_disposals.stop(locked);
+    m_disposals.stopFoldersAbove(paths);
     // A link can lead to a locked item as well: what has not begun is handed over anew, with this lock.
     m_disposals.closePasses();
     m_environment.mainQueue.async([store = QPointer(this)] {
@@ -140,6 +144,7 @@ void LapsaStore::changeItems(QSet<QString> ids, const std::function<void(LapsaIt
 void LapsaStore::removeItems(QString id) // NOLINT(performance-unnecessary-value-param)
 {
     emit willChange();
+    ++m_removals;
     m_items.removeIf([&id](const LapsaItem& item) { return item.id == id; });
 }
 

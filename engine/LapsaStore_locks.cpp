@@ -62,7 +62,7 @@ void LapsaStore::findFree(const QList<LapsaItem>& items, const std::function<voi
         }
         const auto round = std::make_shared<FreeRound>();
         round->found = found;
-        askWhatIsFree(round, asked, std::make_shared<const ItemPlaces>(paths, seen));
+        askWhatIsFree(round, asked, [paths, seen] { return std::make_shared<const ItemPlaces>(paths, seen); });
     });
 }
 
@@ -84,7 +84,7 @@ LaneSeries::Step LapsaStore::freeStep(const QList<LapsaItem>& asked, const std::
 }
 
 void LapsaStore::askWhatIsFree(const std::shared_ptr<FreeRound>& round, const QList<LapsaItem>& items,
-                               const std::shared_ptr<const ItemPlaces>& locked)
+                               const MakePlaces& makePlaces)
 {
     m_freeRounds.push_back(round);
     const std::vector<LaneGroup> groups = groupByLane(
@@ -103,12 +103,13 @@ void LapsaStore::askWhatIsFree(const std::shared_ptr<FreeRound>& round, const QL
         };
         round->series.push_back(std::make_unique<LaneSeries>(
             m_environment.lanes,
-            LaneSeries::Plan{.path = group.path,
-                             .count = std::size_t(asked.size()),
-                             .onlyLooks = true,
-                             .makeStep = [asked, locked, weak = std::weak_ptr(round),
-                                          store = QPointer(this)] { return freeStep(asked, locked, weak, store); },
-                             .settled = settled}));
+            LaneSeries::Plan{
+                .path = group.path,
+                .count = std::size_t(asked.size()),
+                .onlyLooks = true,
+                .makeStep = [asked, makePlaces, weak = std::weak_ptr(round),
+                             store = QPointer(this)] { return freeStep(asked, makePlaces(), weak, store); },
+                .settled = settled}));
     }
     for (const auto& series : round->series) {
         series->start();

@@ -129,6 +129,9 @@ void LaneSeries::jobEnded(bool goesOn)
         return;
     }
     m_settledAt = m_shared->reported;
+    if (isDone()) {
+        m_shared->makeStep = nullptr; // nothing asks for it any more; what it holds can be much
+    }
     const auto settled = m_shared->settled; // it may destroy the series
     settled();
 }

@@ -4,6 +4,7 @@
 #include "Disposals.h"
 
 #include "FileSystem.h"
+#include "Freeing.h"
 #include "LaneGroups.h"
 #include "LaneJob.h"
 #include "LaneSeries.h"
@@ -37,6 +38,8 @@ struct Disposals::Disposal
     /// From here on, nothing will begin.
     std::size_t end = 0;
     Handled handled;
+    /// The orders of the handled items.
+    std::vector<std::size_t> handledOrders;
 
     [[nodiscard]] bool isUnderWay(std::size_t order) const
     {
@@ -131,7 +134,7 @@ void Disposals::reported(Disposal& disposal, std::size_t order, DisposalOutcome&
     if (!disposal.reports.outcome(item, outcome)) {
         return;
     }
-    disposal.handled.items.push_back(item);
+    disposal.handledOrders.push_back(order);
     if (outcome.fate == DisposalOutcome::Fate::Done && outcome.wasFolder) {
         disposal.handled.goneFolders.insert(fileSystem::standardizedPath(item.path).value_or(item.path));
     }
@@ -139,12 +142,23 @@ void Disposals::reported(Disposal& disposal, std::size_t order, DisposalOutcome&
 
 void Disposals::settled(const std::shared_ptr<Disposal>& disposal)
 {
-    if (disposal->series->isDone()) {
+    const bool done = disposal->series->isDone();
+    if (done) {
         forget(disposal);
     }
-    const Handled handled =
+    Handled handled =
         std::exchange(disposal->handled, {.items = {}, .goneFolders = {}, .byHand = disposal->handled.byHand});
+    // What hung before comes last.
+    std::vector<std::size_t> orders = std::exchange(disposal->handledOrders, {});
+    std::ranges::sort(orders);
+    handled.items.reserve(qsizetype(orders.size()));
+    for (const std::size_t order : orders) {
+        handled.items.push_back(disposal->plan->items[qsizetype(order)]);
+    }
     disposal->reports.settled(handled);
+    if (done && handled.items.size() > soonFreed) {
+        freeOnALane(m_lanes, std::pair(std::move(disposal->plan), std::move(handled)));
+    }
 }
 
 void Disposals::forget(const std::shared_ptr<Disposal>& disposal)
@@ -184,11 +198,11 @@ std::optional<ItemWork> Disposals::workOn(const QString& id) const
     return std::nullopt;
 }
 
-void Disposals::stop(const QString& id)
+void Disposals::stop(const QSet<QString>& ids)
 {
     for (const std::shared_ptr<Disposal>& disposal : m_underWay) {
         for (std::size_t order = 0; order < disposal->end; ++order) {
-            if (disposal->plan->items[qsizetype(order)].id == id) {
+            if (ids.contains(disposal->plan->items[qsizetype(order)].id)) {
                 disposal->plan->stops[order] = true;
             }
         }
@@ -206,12 +220,23 @@ void Disposals::stopAt(const QSet<QString>& paths)
     }
 }
 
-void Disposals::stopFoldersAbove(const QString& path)
+void Disposals::stopFoldersAbove(const QStringList& paths)
 {
+    QSet<QStringView> folders;
+    for (const QString& path : paths) {
+        QStringView folder = path;
+        do {
+            folder = folder.left(folder.lastIndexOf(u'/'));
+            const qsizetype known = folders.size();
+            folders.insert(folder);
+            if (folders.size() == known) {
+                break; // and those above it
+            }
+        } while (!folder.isEmpty());
+    }
     for (const std::shared_ptr<Disposal>& disposal : m_underWay) {
         for (std::size_t order = 0; order < disposal->end; ++order) {
-            const QString& folder = disposal->plan->items[qsizetype(order)].path;
-            if (path.size() > folder.size() && path.startsWith(folder) && path[folder.size()] == u'/') {
+            if (folders.contains(disposal->plan->items[qsizetype(order)].path)) {
                 disposal->plan->stops[order] = true;
             }
         }

@@ -68,11 +68,14 @@ public:
     [[nodiscard]] std::optional<ItemWork> workOn(const QString& id) const;
 
     /// The file of the item stays where it is, as far as it is still there.
-    void stop(const QString& id);
+    void stop(const QString& id) { stop(QSet<QString>{id}); }
+
+    /// The same for many at once.
+    void stop(const QSet<QString>& ids);
     /// The same for the items at these standardised paths.
     void stopAt(const QSet<QString>& paths);
-    /// The same for folders that hold this path, judged by its text.
-    void stopFoldersAbove(const QString& path);
+    /// The same for folders that hold one of these paths, judged by their text.
+    void stopFoldersAbove(const QStringList& paths);
     /// The same for all that was not begun by the user's hand.
     void stopPasses();
     /// Of all that was not begun by the user's hand, nothing more begins.

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: The Lapsa authors
+// SPDX-License-Identifier: MIT
+
+#include "ItemsByPath.h"
+
+#include <algorithm>
+
+namespace lapsa {
+
+bool ItemsByPath::readOn(const QList<LapsaItem>& items, std::uint64_t removals)
+{
+    constexpr qsizetype mostInATurn = 20'000;
+    if (!m_indexed) {
+        return true;
+    }
+    if (m_removals != removals) {
+        m_removals = removals;
+        m_positions.clear();
+        m_read = 0;
+    }
+    const qsizetype end = std::min(items.size(), m_read + mostInATurn);
+    for (; m_read < end; ++m_read) {
+        const qsizetype known = m_positions.size();
+        qsizetype& position = m_positions[items[m_read].path];
+        if (m_positions.size() > known) { // the first of several equal paths wins
+            position = m_read;
+        }
+    }
+    return m_read == items.size();
+}
+
+qsizetype ItemsByPath::find(const QList<LapsaItem>& items, const QString& path) const
+{
+    if (m_indexed) {
+        return m_positions.value(path, -1);
+    }
+    const auto found = std::ranges::find(items, path, &LapsaItem::path);
+    return found == items.cend() ? -1 : found - items.cbegin();
+}
+
+} // namespace lapsa
