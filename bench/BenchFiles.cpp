@@ -124,6 +124,7 @@ QStringList BenchWorld::addFiles(const Layout& layout)
     QStringList paths = pathsOf(layout, world.home.path(u"files"_s));
     createFiles(paths);
     store().addFiles(urlsOf(paths), {.fixedLifespan = 10});
+    world.time.settle(); // many files take several turns
     require(store().items().size() == layout.count, "putting the files on countdown");
     return paths;
 }

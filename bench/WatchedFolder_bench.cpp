@@ -28,7 +28,10 @@ void scanOfKnownFiles(benchmark::State& state)
         BenchWorld world;
         const QStringList paths = world.addFiles({.count = state.range(0)});
         watch(world);
-        measure(state, [&] { world.store().scanAutoCleanFolders(); });
+        measure(state, [&] {
+            world.store().scanAutoCleanFolders();
+            world.world.time.settle();
+        });
         require(world.store().items().size() == paths.size(), "finding nothing new");
     }
 }
@@ -40,7 +43,10 @@ void scanOfNewFiles(benchmark::State& state)
         const QStringList paths = pathsOf({.count = state.range(0)}, world.world.home.path(u"files"_s));
         createFiles(paths);
         watch(world);
-        measure(state, [&] { world.store().scanAutoCleanFolders(); });
+        measure(state, [&] {
+            world.store().scanAutoCleanFolders();
+            world.world.time.settle();
+        });
         require(world.store().items().size() == paths.size(), "taking every file");
     }
 }
