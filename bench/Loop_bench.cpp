@@ -77,28 +77,27 @@ void nothingToDo(const Sizes&)
         "nothing", engine, [] {}, after(10s));
 }
 
-void adding(const Sizes& sizes)
+void add(const char* name, const Sizes& sizes, bool listed)
 {
     LiveEngine engine;
     const QStringList paths = pathsOf({.count = sizes.items}, engine.home().path(u"files"_s));
     createFiles(paths);
     const QList<QUrl> urls = urlsOf(paths);
+    engine.list(listed ? paths : QStringList(), 60);
+    bool added = false;
     report(
-        "many files added", engine, [&] { engine.store().addFiles(urls); },
-        [&] { return engine.store().items().size() == sizes.items; });
+        name, engine, [&] { engine.store().addFiles(urls, {}, [&](const AddResult&) { added = true; }); },
+        [&] { return added && engine.store().items().size() == sizes.items; });
+}
+
+void adding(const Sizes& sizes)
+{
+    add("many files added", sizes, false);
 }
 
 void addingAgain(const Sizes& sizes)
 {
-    LiveEngine engine;
-    const QStringList paths = pathsOf({.count = sizes.items}, engine.home().path(u"files"_s));
-    createFiles(paths);
-    const QList<QUrl> urls = urlsOf(paths);
-    engine.list(paths, 60);
-    bool added = false;
-    report(
-        "many listed files added again", engine,
-        [&] { engine.store().addFiles(urls, {}, [&](const AddResult&) { added = true; }); }, [&] { return added; });
+    add("many listed files added again", sizes, true);
 }
 
 void due(const char* name, const Sizes& sizes, const std::function<void(LapsaSettings&)>& way)
@@ -153,23 +152,6 @@ void warnings(const Sizes& sizes)
         [&] { return std::ranges::all_of(engine.store().items(), &LapsaItem::fiveMinuteWarningSent); });
 }
 
-void locking(const Sizes& sizes)
-{
-    LiveEngine engine;
-    engine.list(pathsOf({.count = sizes.items}, engine.home().path(u"files"_s)), 3);
-    report(
-        "many items locked", engine,
-        [&] {
-            QSet<QString> ids;
-            for (const LapsaItem& item : engine.store().items()) {
-                ids.insert(item.id);
-            }
-            engine.store().lockItems(ids);
-            engine.pass();
-        },
-        after(3s));
-}
-
 void copying(const char* name, const std::function<void(const QString& path)>& make)
 {
     const QTemporaryDir other(otherFileSystem() + u"/lapsa-bench-XXXXXX"_s);
@@ -212,6 +194,17 @@ void treeRemoved(const Sizes& sizes)
         name.constData(), engine, [&] { engine.pass(); }, listIsEmpty(engine));
 }
 
+void watch(const LiveEngine& engine, int folders)
+{
+    engine.set([&engine, folders](LapsaSettings& settings) {
+        for (int number = 0; number < folders; ++number) {
+            settings.autoCleanFolders.push_back(
+                {.folderPath = engine.home().makeFolder(u"disk/watched %1"_s.arg(number)),
+                 .includeExistingFiles = true});
+        }
+    });
+}
+
 /// A pass every second while the disk is dead; then it answers again.
 void deadDisk(const char* name, int folders)
 {
@@ -226,13 +219,7 @@ void deadDisk(const char* name, int folders)
     const QStringList local = pathsOf({.count = onDisk}, engine.home().path(u"files"_s));
     createFiles(remote + local);
     engine.list(remote + local, -1);
-    engine.set([&](LapsaSettings& settings) {
-        for (int number = 0; number < folders; ++number) {
-            settings.autoCleanFolders.push_back(
-                {.folderPath = engine.home().makeFolder(u"disk/watched %1"_s.arg(number)),
-                 .includeExistingFiles = true});
-        }
-    });
+    watch(engine, folders);
     QTimer passes;
     QElapsedTimer dead;
     passes.callOnTimeout([&] { engine.pass(); });
@@ -284,11 +271,10 @@ int run(const QStringList& arguments)
         }
     }
     const std::vector<std::pair<QString, void (*)(const Sizes&)>> situations = {
-        {u"nothing"_s, nothingToDo},       {u"adding"_s, adding},           {u"adding again"_s, addingAgain},
-        {u"due"_s, dueToRecovery},         {u"due for good"_s, dueForGood}, {u"due folders"_s, dueFoldersBeside},
-        {u"warnings"_s, warnings},         {u"locking"_s, locking},         {u"sparse"_s, copyOfSparse},
-        {u"full"_s, copyOfFull},           {u"tree"_s, treeRemoved},        {u"dead"_s, dyingDisk},
-        {u"watched"_s, watchedOnDyingDisk}};
+        {u"nothing"_s, nothingToDo}, {u"adding"_s, adding},           {u"adding again"_s, addingAgain},
+        {u"due"_s, dueToRecovery},   {u"due for good"_s, dueForGood}, {u"due folders"_s, dueFoldersBeside},
+        {u"warnings"_s, warnings},   {u"sparse"_s, copyOfSparse},     {u"full"_s, copyOfFull},
+        {u"tree"_s, treeRemoved},    {u"dead"_s, dyingDisk},          {u"watched"_s, watchedOnDyingDisk}};
     std::printf("| what Lapsa does (%lld items) | p99.9 between turns, ms | longest, ms | turns | took, s |\n"
                 "|---|--:|--:|--:|--:|\n",
                 static_cast<long long>(sizes.items));
