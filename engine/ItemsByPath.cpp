@@ -18,6 +18,9 @@ bool ItemsByPath::readOn(const QList<LapsaItem>& items, std::uint64_t removals)
         m_positions.clear();
         m_read = 0;
     }
+    if (m_read == 0) {
+        m_positions.reserve(items.size());
+    }
     const qsizetype end = std::min(items.size(), m_read + mostInATurn);
     for (; m_read < end; ++m_read) {
         const qsizetype known = m_positions.size();

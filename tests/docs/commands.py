@@ -202,6 +202,7 @@ TABLE = {
     "tools/bench --kept": ours("bench"),
     "tools/bench --cpu --growth --in /dev/shm": ours("bench"),
     "tools/bench --disk": ours("bench"),
+    "tools/bench --loop": ours("bench"),
     "tools/bench --panel": ours("bench"),
     'timeout -s INT 125 strace -f -tt -p "$(pgrep -x lapsa)"': Look(
         "takes two minutes, and a container need not let it trace",
