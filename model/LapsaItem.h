@@ -50,3 +50,6 @@ void write(JSONEncoder& encoder, const LapsaItem& item);
 void read(const JSONObject& object, LapsaItem& item);
 
 } // namespace lapsa
+
+// A list that grows then moves its memory, not each item.
+Q_DECLARE_TYPEINFO(lapsa::LapsaItem, Q_RELOCATABLE_TYPE);

@@ -33,3 +33,6 @@ void write(JSONEncoder& encoder, const LapsaRecoveryItem& item);
 void read(const JSONObject& object, LapsaRecoveryItem& item);
 
 } // namespace lapsa
+
+// A list that grows then moves its memory, not each record.
+Q_DECLARE_TYPEINFO(lapsa::LapsaRecoveryItem, Q_RELOCATABLE_TYPE);
