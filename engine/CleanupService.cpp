@@ -5,6 +5,7 @@
 
 #include "Clock.h"
 #include "ExpiryWarnings.h"
+#include "Freeing.h"
 #include "LapsaStore.h"
 #include "MainQueue.h"
 #include "RememberedItems.h"
@@ -83,21 +84,29 @@ void CleanupService::sendDueWarnings(LapsaStore& store)
         return;
     }
     // An item that a lock holds back will not be disposed of, so it gets no warning.
-    store.findFree(due, [service = QPointer(this), leadMinutes](const QList<LapsaItem>& free) {
-        if (service && service->m_store) {
-            service->warn(free, leadMinutes);
+    store.findFree(due, [this, alive = QPointer(this), leadMinutes](const QList<LapsaItem>& free) {
+        const auto warnOfThem = [this, alive, free, leadMinutes] {
+            if (alive && m_store) {
+                warn(free, leadMinutes);
+            }
+        };
+        if (free.size() <= soonFreed) {
+            warnOfThem();
+        } else if (alive) {
+            m_environment.mainQueue.async(warnOfThem); // this turn of the main loop was long enough
         }
     });
 }
 
 void CleanupService::warn(const QList<LapsaItem>& items, std::int64_t leadMinutes)
 {
-    const QList<LapsaItem> snapshot = m_store->items();
-    const std::vector<qsizetype> askedAt = positionsOfRemembered(snapshot, items);
+    const QList<LapsaItem>& list = m_store->items();
+    const std::vector<qsizetype> askedAt = positionsOfRemembered(list, items);
     QList<LapsaItem> warned;
-    for (qsizetype position = 0; position < snapshot.size(); ++position) {
+    warned.reserve(items.size());
+    for (qsizetype position = 0; position < list.size(); ++position) {
         const qsizetype asked = askedAt[std::size_t(position)];
-        const LapsaItem& item = snapshot[position];
+        const LapsaItem& item = list[position];
         // The user may have changed the item while the disk was asked.
         if (asked >= 0 && items[asked].expiresAt == item.expiresAt && !item.locked && !item.fiveMinuteWarningSent) {
             warned.push_back(item);
@@ -111,10 +120,11 @@ void CleanupService::warn(const QList<LapsaItem>& items, std::int64_t leadMinute
     for (qsizetype position = 0; position < single; ++position) {
         m_notificationService.sendWarning(warned[position], leadMinutes);
     }
-    if (warned.size() > single) {
-        m_notificationService.sendJointWarning(warned.sliced(single), leadMinutes);
-    }
     m_store->markWarningsSent(warned);
+    warned.remove(0, single);
+    if (!warned.isEmpty()) {
+        m_notificationService.sendJointWarning(warned, leadMinutes);
+    }
 }
 
 } // namespace lapsa
