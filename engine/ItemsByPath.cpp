@@ -3,13 +3,15 @@
 
 #include "ItemsByPath.h"
 
+#include "ShortTurn.h"
+
 #include <algorithm>
 
 namespace lapsa {
 
 bool ItemsByPath::readOn(const QList<LapsaItem>& items, std::uint64_t removals)
 {
-    constexpr qsizetype mostInATurn = 20'000;
+    constexpr ShortTurn::Bounds bounds{.atLeast = 5000, .atMost = 20'000};
     if (!m_indexed) {
         return true;
     }
@@ -19,10 +21,9 @@ bool ItemsByPath::readOn(const QList<LapsaItem>& items, std::uint64_t removals)
         m_read = 0;
     }
     if (m_read == 0) {
-        m_positions.reserve(items.size());
+        m_positions.reserve(items.size() + m_expected); // to grow it takes longer than a turn may
     }
-    const qsizetype end = std::min(items.size(), m_read + mostInATurn);
-    for (; m_read < end; ++m_read) {
+    for (ShortTurn turn(bounds); m_read < items.size() && !turn.isOver(); ++m_read) {
         const qsizetype known = m_positions.size();
         qsizetype& position = m_positions[items[m_read].path];
         if (m_positions.size() > known) { // the first of several equal paths wins

@@ -20,6 +20,7 @@ class ItemsByPath final
 public:
     explicit ItemsByPath(qsizetype expectedLookUps)
         : m_indexed(expectedLookUps > 1)
+        , m_expected(expectedLookUps)
     {}
 
     /// Reads on in the list, so much that a turn stays short, and returns whether all of it has been read; until then,
@@ -40,6 +41,7 @@ public:
 
 private:
     bool m_indexed;
+    qsizetype m_expected;
     qsizetype m_read = 0;
     std::uint64_t m_removals = 0;
     QHash<QString, qsizetype> m_positions;

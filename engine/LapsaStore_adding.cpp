@@ -9,6 +9,7 @@
 #include "LaneJob.h"
 #include "LaneSeries.h"
 #include "MainQueue.h"
+#include "ShortTurn.h"
 
 #include <QPointer>
 
@@ -23,9 +24,6 @@
 namespace lapsa {
 
 namespace {
-
-/// So many URLs become paths in one turn of the main loop.
-constexpr qsizetype slice = 4000;
 
 /// As the files were named: a disk that does not answer lets others go first.
 template <typename Files>
@@ -94,8 +92,8 @@ void LapsaStore::takeIn(const std::shared_ptr<AddRound>& round)
     // Files of a disk that does not answer by then do not hold up the others.
     constexpr std::chrono::milliseconds patience{300};
     const qsizetype before = round->paths.size();
-    const qsizetype end = std::min(round->urls.size(), round->taken + slice);
-    for (; round->taken < end; ++round->taken) {
+    ShortTurn turn({});
+    for (; round->taken < round->urls.size() && !turn.isOver(); ++round->taken) {
         if (const std::optional<QString> path = fileSystem::standardizedPath(round->urls[round->taken])) {
             round->paths.push_back(*path);
         }
@@ -104,7 +102,7 @@ void LapsaStore::takeIn(const std::shared_ptr<AddRound>& round)
         // What is about to be taken is to stay: it gets another time as soon as it was looked at.
         m_disposals.stopAt({round->paths.cbegin() + before, round->paths.cend()});
     }
-    if (end < round->urls.size()) {
+    if (round->taken < round->urls.size()) {
         m_environment.mainQueue.async([store = QPointer(this), weak = std::weak_ptr(round)] {
             if (const auto alive = weak.lock(); store && alive) {
                 store->takeIn(alive);

@@ -7,6 +7,7 @@
 #include "FoundFile.h"
 #include "ItemsByPath.h"
 #include "MainQueue.h"
+#include "ShortTurn.h"
 
 #include <QPointer>
 
@@ -19,9 +20,6 @@
 namespace lapsa {
 
 namespace {
-
-/// So many files are put on the list in one turn of the main loop.
-constexpr qsizetype slice = 4000;
 
 /// Reads the clock twice, once for each time in the record.
 LapsaItem newItem(const QString& path, std::int64_t minutes, const Clock& clock)
@@ -97,7 +95,7 @@ void LapsaStore::addSlice(Adding& adding)
     if (!std::exchange(adding.begun, true)) {
         m_lastMessage.reset();
     }
-    for (qsizetype file = 0; file < slice && !adding.files.empty(); ++file) {
+    for (ShortTurn turn({}); !adding.files.empty() && !turn.isOver();) {
         addOne(adding, adding.files.front());
         adding.files.pop_front();
     }

@@ -23,7 +23,7 @@ using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds longestWatchInterval = 500ms;
 /// In milliseconds. Reports run on the main thread, which also draws: after this time, the rest wait for its next turn.
-constexpr qint64 longestTurn = 4;
+constexpr qint64 longestTurn = 2;
 
 /// Before the mount point, in the name of its lane for looks. No mount point begins with a colon.
 const QString lookLane = QStringLiteral(":looks ");
