@@ -10,6 +10,7 @@
 #include "KnownPathsCheck.h"
 #include "ProtectionCheck.h"
 #include "TrashFolder.h"
+#include "UnsettledCopies.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -25,6 +26,7 @@ namespace lapsa {
 
 BatchOperations::BatchOperations(const fileSystem::Protection& protection)
     : m_protection(protection)
+    , m_unsettled(std::make_unique<UnsettledCopies>())
 {}
 
 BatchOperations::~BatchOperations() = default;
@@ -109,11 +111,19 @@ int BatchOperations::move(const LocatedEntry& entry, const QString& to)
     if (error == EXDEV) {
         CopyProgress progress([&] { announce(entry); }, m_observer);
         error = moveAcross(entry.place, entry.status, m_destination.place(), progress);
+        if (error == 0) {
+            m_unsettled->add(m_destination.place(), entry.place);
+        }
         // A long time may have passed.
         m_destination.letGo();
         m_source.letGo();
     }
     return error;
+}
+
+void BatchOperations::settleCopies()
+{
+    m_unsettled->settle();
 }
 
 int BatchOperations::rename(const LocatedEntry& entry)
@@ -171,11 +181,18 @@ int BatchOperations::take(const LocatedEntry& entry, TrashFolder& trash)
     if (trash.contains(folder.value(), entry.place, entry.status)) {
         return EPERM;
     }
-    const int error = trash.take(folder.value(), entry.place, identityOf(entry.status));
+    const FileIdentity identity = identityOf(entry.status);
+    int error = ENOENT;
+    if (!isFolder(entry.status) && entry.status.stx_nlink > 1) {
+        error = trash.finishTaking(folder.value(), entry.place, identity);
+    }
+    if (error == ENOENT) {
+        error = trash.take(folder.value(), entry.place, identity);
+    }
     if (error == 0) {
         m_lastTrashed = {.path = nameText(trash.lastTaken()),
                          .recordPath = nameText(trash.recordOfLastTaken()),
-                         .identity = identityOf(entry.status),
+                         .identity = identity,
                          .recordIdentity = {}};
     }
     return error;

@@ -20,6 +20,7 @@
 namespace lapsa {
 
 class TrashFolder;
+class UnsettledCopies;
 
 namespace fileSystem {
 class WorkObserver;
@@ -57,6 +58,9 @@ public:
     [[nodiscard]] static LocatedEntry findAt(AtPath place);
 
     [[nodiscard]] int move(const LocatedEntry& entry, const QString& to);
+
+    void settleCopies();
+
     [[nodiscard]] int moveToTrash(const LocatedEntry& entry);
     [[nodiscard]] int remove(const LocatedEntry& entry);
 
@@ -76,6 +80,7 @@ private:
     fileSystem::Protection m_protection;
     ParentCache m_source;
     ParentCache m_destination;
+    std::unique_ptr<UnsettledCopies> m_unsettled;
     std::unique_ptr<Result<TrashFolder>> m_homeTrash;
     int m_homeTrashSharing = 0;
     fileSystem::TrashedEntry m_lastTrashed;

@@ -80,6 +80,11 @@ Result<void> Batch::move(const QString& path, const QString& to)
     return move(find(path), to);
 }
 
+void Batch::settleCopies()
+{
+    m_operations->settleCopies();
+}
+
 Result<void> Batch::moveToTrash(const BatchEntry& entry)
 {
     return resultOf(m_operations->moveToTrash(*entry.m_located));

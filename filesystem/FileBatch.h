@@ -81,13 +81,19 @@ public:
     /// Moves a file or a whole folder, also to another file system, keeping times, modes, links and extended
     /// attributes. Never overwrites: EEXIST if `to` exists, even as a dangling link. A failed move leaves the source
     /// intact and nothing at `to`. ETXTBSY if it would have to copy a file that somebody is writing to: try again
-    /// later. ECANCELED if the observer stopped the copy, which is possible until it is complete.
+    /// later. ECANCELED if the observer stopped the copy, which is possible until it is complete. EINPROGRESS if the
+    /// source, or a part of it, could not be removed, nor the complete copy at `to`: both stay.
     Result<void> move(const BatchEntry& entry, const QString& to);
     Result<void> move(const QString& path, const QString& to);
 
+    /// Waits until the originals of all copies that were made are gone on the disk too. Until then a start after a
+    /// power cut can recognise the copies. The end of the batch waits as well.
+    void settleCopies();
+
     /// Moves a file, link or whole folder to the user's Trash, from which the desktop can restore it (freedesktop Trash
     /// rules 1.0: the home trash, or the trash folder of the volume that holds the file). Never copies across volumes.
-    /// After a failure the file is where it was and nothing is in the trash.
+    /// After a failure the file is where it was and nothing is in the trash; but EINPROGRESS if it is in both places,
+    /// because no name could be removed: trying again finishes it.
     Result<void> moveToTrash(const BatchEntry& entry);
     Result<void> moveToTrash(const QString& path);
 

@@ -3,8 +3,11 @@
 
 #pragma once
 
+#include "AtPath.h"
 #include "EntryCopy.h"
 #include "SourceFile.h"
+
+#include <QByteArray>
 
 #include <optional>
 
@@ -15,9 +18,18 @@ namespace lapsa {
 class CopiedOriginals final
 {
 public:
-    explicit CopiedOriginals(CopiedFiles files)
-        : m_files(std::move(files))
-    {}
+    struct Folders
+    {
+        const AtPath& from;
+        const AtPath& to;
+    };
+
+    CopiedOriginals(CopiedFiles files, const Folders& folders, CopyProgress& progress);
+    CopiedOriginals(const CopiedOriginals&) = delete;
+    CopiedOriginals& operator=(const CopiedOriginals&) = delete;
+
+    /// Waits for who may be writing to the last file.
+    ~CopiedOriginals() { settleLast(); }
 
     /// Whether an entry is a copied file, unchanged since, that nobody is writing to. Remove it before asking about the
     /// next one.
@@ -25,8 +37,13 @@ public:
 
 private:
     void settleLast();
+    void followWriter();
 
     CopiedFiles m_files;
+    /// Of the folder of the originals.
+    QByteArray m_path;
+    AtPath m_copy;
+    CopyProgress& m_progress;
     /// The last file, which may have more names: removing one changes its status, which must not count as a change by
     /// others.
     std::optional<SourceFile> m_last;

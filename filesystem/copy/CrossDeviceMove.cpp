@@ -4,6 +4,7 @@
 #include "CrossDeviceMove.h"
 
 #include "CopiedOriginals.h"
+#include "CopyMark.h"
 #include "CopyProgress.h"
 #include "EntryCopy.h"
 #include "FileAttributes.h"
@@ -11,6 +12,7 @@
 #include "FolderRemoval.h"
 #include "FreeRoom.h"
 #include "InterruptedCopies.h"
+#include "LateWriter.h"
 #include "SourceFile.h"
 #include "SystemCalls.h"
 #include "TreeCopy.h"
@@ -47,21 +49,15 @@ FoundEntry foundAt(const AtPath& place, const struct statx& status)
     return {.folder = place.folder.get(), .name = place.name.constData(), .status = status};
 }
 
-/// Makes the names in the folder durable.
-int syncNames(const AtPath& place)
-{
-    const int error = syncFolder(place.folder.get());
-    if (error == EACCES) {
-        ::sync(); // a drop box: it accepts files but cannot be opened
-        return 0;
-    }
-    return error;
-}
-
 int checkRemovable(const FoundEntry& entry)
 {
     const Result<struct statx> folder = statAt(entry.folder, "", STATX_BASIC_STATS);
     return folder ? removalForbidden(entry, folder.value()) : folder.error().code;
+}
+
+bool isGone(const AtPath& place)
+{
+    return lapsa::isGone(place.folder.get(), place.name.constData());
 }
 
 /// Removes a copy after a failure, but only if the source can be seen: otherwise the copy may be all that is left, and
@@ -69,31 +65,31 @@ int checkRemovable(const FoundEntry& entry)
 int takeBack(const AtPath& from, const AtPath& to, int error)
 {
     if (!statAt(from.folder.get(), from.name.constData(), STATX_TYPE)) {
-        return 0;
+        return isGone(from) ? 0 : moveUnfinished;
     }
-    ::unlinkat(to.folder.get(), to.name.constData(), 0);
-    return error;
+    const int removing = errorOf([&] { return ::unlinkat(to.folder.get(), to.name.constData(), 0); });
+    return removing == 0 || isGone(to) ? error : moveUnfinished;
 }
 
 /// Removes the source of a complete copy if `isStill` says that it is what was copied.
 template <typename IsStill>
 int removeSource(const AtPath& from, const struct statx& status, const AtPath& to, IsStill isStill)
 {
-    if (const int error = syncNames(to)) {
+    if (const int error = syncNames(to.folder.get())) {
         return takeBack(from, to, error);
     }
     if (!stands(from, identityOf(status)) || !isStill()) {
         return takeBack(from, to, ETXTBSY);
     }
     const int error = errorOf([&] { return ::unlinkat(from.folder.get(), from.name.constData(), 0); });
-    return error == 0 || !stands(from, identityOf(status)) ? 0 : takeBack(from, to, error);
+    return error == 0 || isGone(from) ? 0 : takeBack(from, to, error);
 }
 
 int moveRegularFile(const AtPath& from, const struct statx& status, const AtPath& to, CopyProgress& progress)
 {
     const FoundEntry entry = foundAt(from, status);
     // Stays open, and leased, until the end.
-    const Result<SourceFile> source = SourceFile::open(entry);
+    Result<SourceFile> source = SourceFile::open(entry);
     if (!source) {
         return source.error().code;
     }
@@ -106,7 +102,13 @@ int moveRegularFile(const AtPath& from, const struct statx& status, const AtPath
     if (error == 0) {
         error = copyFileTo(to, entry, source.value(), progress);
     }
-    return error != 0 ? error : removeSource(from, status, to, [&] { return source.value().isStill(status); });
+    if (error == 0) {
+        error = removeSource(from, status, to, [&] { return source.value().isStill(status); });
+    }
+    if (error == 0 && source.value().wanted()) {
+        followLateWriter(source.value(), ContentStamp::of(status), to, progress);
+    }
+    return error;
 }
 
 int moveSpecialFile(const AtPath& from, const struct statx& status, const AtPath& to, CopyProgress& progress)
@@ -131,6 +133,9 @@ int finishFolder(const AtPath& copy, const struct statx& status, const AtPath& t
         return opened.error().code;
     }
     const FileDescriptor& folder = opened.value();
+    if (const int error = markCopy(folder.get())) {
+        return error;
+    }
     // One call for the whole file system instead of one per file: much cheaper for folders with many files.
     if (const int error = errorOf([&] { return ::syncfs(folder.get()); })) {
         return error;
@@ -146,15 +151,17 @@ int finishFolder(const AtPath& copy, const struct statx& status, const AtPath& t
         error = errorOf([&] { return ::fsync(folder.get()); });
     }
     if (error == 0) {
-        error = syncNames(to);
+        error = syncNames(to.folder.get());
     }
     if (error != 0) {
         removeCopy(to);
+        return isGone(to) ? error : moveUnfinished;
     }
-    return error;
+    return 0;
 }
 
-/// Copies a folder to its destination. Returns an `errno` value; after a failure nothing is left of the copy.
+/// Copies a folder to its destination. Returns an `errno` value; after a failure nothing is left of the copy, but for
+/// moveUnfinished.
 int copyFolder(TreeCopy& tree, const struct statx& status, const AtPath& to, CopyProgress& progress)
 {
     const AtPath copy{.folder = to.folder, .name = interruptedName()};
@@ -188,15 +195,20 @@ int moveFolder(const AtPath& from, const struct statx& status, const AtPath& to,
         return error;
     }
     // Entries of the source that are new, or changed since they were copied, stay there.
-    CopiedOriginals originals(tree.copiedFiles());
+    CopiedOriginals originals(tree.copiedFiles(), {.from = from, .to = to}, progress);
     RemovalAside aside(progress);
     FolderRemoval removal([&](int folder, const char* name) { return originals.mayGo(folder, name); }, &aside);
     const int error = removal.run(from, identityOf(status));
-    if (error != 0 && !removal.removedAnything()) {
-        removeCopy(to, &aside);
-        return error == EBUSY ? ETXTBSY : error;
+    // A removal that finds nothing to remove has succeeded, but a failing disk can say so of what is there.
+    if (isGone(from) || (error == 0 && !stands(from, identityOf(status)))) {
+        return 0;
     }
-    return 0; // the copy is complete: the rest of the source is only a duplicate
+    if (removal.removedAnything()) {
+        return moveUnfinished;
+    }
+    removeCopy(to, &aside);
+    const int known = error == EBUSY ? ETXTBSY : error == 0 ? EIO : error;
+    return isGone(to) ? known : moveUnfinished;
 }
 
 } // namespace
@@ -209,10 +221,9 @@ int moveAcross(const AtPath& from, const struct statx& status, const AtPath& to,
     if (const int error = checkRemovable(foundAt(from, status))) {
         return error;
     }
-    if (S_ISREG(status.stx_mode)) {
-        return moveRegularFile(from, status, to, progress);
-    }
-    return isFolder(status) ? moveFolder(from, status, to, progress) : moveSpecialFile(from, status, to, progress);
+    return S_ISREG(status.stx_mode) ? moveRegularFile(from, status, to, progress)
+           : isFolder(status)       ? moveFolder(from, status, to, progress)
+                                    : moveSpecialFile(from, status, to, progress);
 }
 
 } // namespace lapsa

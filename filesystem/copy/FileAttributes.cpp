@@ -4,6 +4,7 @@
 #include "FileAttributes.h"
 
 #include "AtPath.h"
+#include "CopyMark.h"
 #include "FileDescriptor.h"
 
 #include <QList>
@@ -75,7 +76,8 @@ int copyExtendedAttributes(int from, int to)
         return error == EOPNOTSUPP ? 0 : error;
     }
     for (const QByteArray& name : names.split('\0')) {
-        if (const int failed = name.isEmpty() ? 0 : copyExtendedAttribute(fromPath, toPath, name)) {
+        // A mark of an earlier copy says nothing about this one.
+        if (const int failed = name.isEmpty() || name == copyMark ? 0 : copyExtendedAttribute(fromPath, toPath, name)) {
             return failed;
         }
     }

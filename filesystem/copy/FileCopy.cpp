@@ -3,6 +3,7 @@
 
 #include "FileCopy.h"
 
+#include "CopyMark.h"
 #include "CopyProgress.h"
 #include "FileAttributes.h"
 #include "InterruptedCopies.h"
@@ -29,10 +30,13 @@ int linkInPlace(int open, const AtPath& to)
     return status && stands(to, identityOf(status.value())) ? 0 : error;
 }
 
-/// Makes a copy durable; the last moment to stop it. Returns an `errno` value.
+/// Makes a marked copy durable; the last moment to stop it. Returns an `errno` value.
 int syncFile(int file, CopyProgress& progress)
 {
-    int error = progress.finishWriting();
+    int error = markCopy(file);
+    if (error == 0) {
+        error = progress.finishWriting();
+    }
     if (error == 0) {
         error = errorOf([&] { return ::fsync(file); });
     }
@@ -84,8 +88,8 @@ int copyUnderOtherName(const FoundEntry& entry, const SourceFile& from, const At
         return error;
     }
     error = copyAttributes(from.get(), file.get(), entry.status);
-    if (error != 0) {
-        ::unlinkat(to.folder.get(), to.name.constData(), 0);
+    if (error != 0 && ::unlinkat(to.folder.get(), to.name.constData(), 0) != 0) {
+        return moveUnfinished;
     }
     return error;
 }

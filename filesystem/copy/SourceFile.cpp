@@ -6,6 +6,7 @@
 #include "SystemCalls.h"
 
 #include <fcntl.h>
+#include <poll.h>
 
 #include <cerrno>
 #include <csignal>
@@ -59,6 +60,26 @@ bool SourceFile::isStill(const struct statx& status) const
 {
     const Result<struct statx> now = statAt(m_file.get(), "", STATX_BASIC_STATS);
     return now && !wanted() && ContentStamp::of(now.value()) == ContentStamp::of(status);
+}
+
+bool SourceFile::awaitWriters(std::chrono::milliseconds patience, const std::function<void()>& alive)
+{
+    if (!m_leased) {
+        return false;
+    }
+    constexpr int interval = 5; // milliseconds
+    ::fcntl(m_file.get(), F_SETLEASE, F_UNLCK);
+    m_leased = false;
+    const auto end = std::chrono::steady_clock::now() + patience;
+    // Whoever waits to open the file already counts as a writer.
+    while (!m_leased && std::chrono::steady_clock::now() < end) {
+        m_leased = lease(m_file.get()) == 0;
+        if (!m_leased) {
+            alive();
+            ::poll(nullptr, 0, interval);
+        }
+    }
+    return m_leased;
 }
 
 } // namespace lapsa

@@ -7,6 +7,9 @@
 #include "FileDescriptor.h"
 #include "Result.h"
 
+#include <chrono>
+#include <functional>
+
 namespace lapsa {
 
 /// A regular file, open to be copied or to be removed after that. While it is open, a read lease tells when somebody
@@ -26,6 +29,10 @@ public:
 
     /// Whether the file still looks like `status` and nobody can have written to it since it was opened.
     [[nodiscard]] bool isStill(const struct statx& status) const;
+
+    /// Gives the lease up, so that whoever waits to write can, and waits until nobody has the file open for writing;
+    /// then it is leased again. False if `patience` ends first. Calls `alive` now and then.
+    bool awaitWriters(std::chrono::milliseconds patience, const std::function<void()>& alive);
 
 private:
     SourceFile(FileDescriptor file, bool leased);

@@ -38,7 +38,7 @@ int relinked(const AtPath& from, const FileIdentity& identity, const AtPath& to)
         return 0;
     }
     ::unlinkat(to.folder.get(), toName, 0);
-    return error;
+    return stands(to, identity) ? moveUnfinished : error;
 }
 
 /// Checks with two calls that the place is free: if nothing else protects a file from being replaced, one wrong answer
@@ -156,6 +156,14 @@ bool stands(const AtPath& place, const FileIdentity& identity)
 {
     const Result<struct statx> found = statAt(place.folder.get(), place.name.constData(), STATX_INO);
     return found && identityOf(found.value()) == identity;
+}
+
+bool isGone(int folder, const char* name)
+{
+    const Result<struct statx> found = statAt(folder, name, STATX_TYPE);
+    struct stat status = {};
+    return !found && found.error().code == ENOENT &&
+           errorOf([&] { return ::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW); }) == ENOENT;
 }
 
 bool hasArrived(const AtPath& from, const FileIdentity& identity, const AtPath& to)

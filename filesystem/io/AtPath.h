@@ -12,6 +12,8 @@
 
 #include <sys/stat.h>
 
+#include <cerrno>
+
 namespace lapsa {
 
 /// The place of an entry: its open folder and its name in it. A look and an action through it happen in the same
@@ -46,6 +48,10 @@ struct AtPath
 /// example if the network lost the answer: check with this before undoing anything.
 [[nodiscard]] bool stands(const AtPath& place, const FileIdentity& identity);
 
+/// Whether nothing has this name any more; false if nobody can tell. Asks with two calls: one wrong answer of a failing
+/// disk or network must not be enough.
+[[nodiscard]] bool isGone(int folder, const char* name);
+
 /// Whether a rename that reported failure did happen.
 [[nodiscard]] bool hasArrived(const AtPath& from, const FileIdentity& identity, const AtPath& to);
 
@@ -65,8 +71,12 @@ struct AtPath
 /// The real path of an open folder.
 [[nodiscard]] Result<QByteArray> realPath(int folder);
 
+/// The error of a move that has reached its destination, but whose source, or a part of it, stands as well: neither
+/// could be removed.
+inline constexpr int moveUnfinished = EINPROGRESS;
+
 /// renameat2(2) with RENAME_NOREPLACE, or an equivalent if the file system does not support that flag. Never overwrites
-/// a file or a link. Returns an `errno` value.
+/// a file or a link. Returns an `errno` value; moveUnfinished if a file has both names.
 [[nodiscard]] int renameWithoutReplacing(const AtPath& from, const AtPath& to);
 
 } // namespace lapsa

@@ -64,7 +64,7 @@ private:
     {
         std::vector<QByteArray>& names = m_subfolders.emplace_back();
         const int error = forEachRawEntry(m_stack.folder(), [&](const dirent& entry) {
-            if (m_limits.deadline.hasExpired()) {
+            if (m_limits.deadline.hasExpired() || (m_limits.goesOn && !m_limits.goesOn())) {
                 stop();
             } else if (isFolderEntry(entry)) {
                 names.emplace_back(entry.d_name);

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 namespace lapsa::fileSystem {
@@ -27,6 +28,8 @@ struct CountLimits
     /// The most files, and the most subfolders, to count; one more ends the count.
     std::int64_t most = 0;
     QDeadlineTimer deadline;
+    /// If set, called for each entry; the answer "no" ends the count.
+    std::function<bool()> goesOn = {};
 };
 
 /// Nothing if `folder` is not a folder itself (a link to one is not) or is not accessible. Follows no links and enters

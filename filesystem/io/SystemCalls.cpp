@@ -50,4 +50,14 @@ int syncFolder(int folder)
     return readable ? errorOf([&] { return ::fsync(readable.value().get()); }) : readable.error().code;
 }
 
+int syncNames(int folder)
+{
+    const int error = syncFolder(folder);
+    if (error == EACCES) {
+        ::sync();
+        return 0;
+    }
+    return error;
+}
+
 } // namespace lapsa

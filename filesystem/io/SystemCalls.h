@@ -26,4 +26,7 @@ namespace lapsa {
 /// folder cannot be opened for reading.
 [[nodiscard]] int syncFolder(int folder);
 
+/// The same, also for a folder that accepts files but cannot be opened.
+[[nodiscard]] int syncNames(int folder);
+
 } // namespace lapsa

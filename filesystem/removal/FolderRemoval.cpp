@@ -147,7 +147,7 @@ void FolderRemoval::removeFile(const char* name)
     if (error == 0 || !statAt(m_stack->folder(), name, STATX_TYPE)) {
         countRemoved();
     }
-    if (error != 0 && error != ENOENT) {
+    if (error != 0 && error != ENOENT && !isGone(m_stack->folder(), name)) {
         fail(error);
     }
 }
@@ -156,8 +156,13 @@ void FolderRemoval::removeEmptyFolder(const QByteArray& name)
 {
     constexpr int mostRepetitions = 8;
     Level& level = m_levels.back();
+    const bool isTop = m_levels.size() == 1;
+    if (m_folderPermission && !isTop && !m_folderPermission(m_stack->folder(), name.constData())) {
+        fail(EBUSY);
+        return;
+    }
     const int error = errorOf([&] { return ::unlinkat(m_stack->folder(), name.constData(), AT_REMOVEDIR); });
-    if (error == 0) {
+    if (error == 0 || (error != ENOENT && isGone(m_stack->folder(), name.constData()))) {
         countRemoved();
     } else if (error == ENOTEMPTY && level.repetitions < mostRepetitions) {
         // Some file systems skip entries while other entries are removed, and others may be adding to the folder.

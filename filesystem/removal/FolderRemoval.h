@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <utility>
 #include <vector>
 
 struct dirent;
@@ -31,6 +32,9 @@ public:
 
     /// Without `permission`, removes everything. `observer` is borrowed; null for none.
     explicit FolderRemoval(Permission permission = {}, fileSystem::WorkObserver* observer = nullptr);
+
+    /// Also asks about each folder in it, before that is removed.
+    void askAboutFolders(Permission permission) { m_folderPermission = std::move(permission); }
 
     /// Removes the folder at `place` if it still has this identity. Returns the `errno` value of the first failure, or
     /// ECANCELED if the observer stopped it between two entries.
@@ -60,6 +64,7 @@ private:
     void fail(int error);
 
     Permission m_permission;
+    Permission m_folderPermission;
     fileSystem::WorkObserver* m_observer;
     FileIdentity m_identity;
     DirectoryStack* m_stack = nullptr;

@@ -39,8 +39,12 @@ public:
     void prepare(std::span<const QString> paths);
 
     /// Puts the entry of this identity into the trash under a free name. Returns an `errno` value; after a failure the
-    /// entry is where it was and the trash is unchanged.
+    /// entry is where it was and the trash is unchanged, but after moveUnfinished a file is in both places.
     [[nodiscard]] int take(const QByteArray& folder, const AtPath& place, const FileIdentity& identity);
+
+    /// The same for a file that has several names: if one of them is in the trash since an earlier take() from this
+    /// path could not remove the one here, removes that. ENOENT if none is.
+    [[nodiscard]] int finishTaking(const QByteArray& folder, const AtPath& place, const FileIdentity& identity);
 
     /// The real paths of what the last successful take() made.
     [[nodiscard]] QByteArray lastTaken() const { return m_filesPath + m_lastName; }

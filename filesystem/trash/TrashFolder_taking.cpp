@@ -7,6 +7,8 @@
 
 #include <QDateTime>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <utility>
@@ -21,6 +23,15 @@ QByteArray pathOf(const QByteArray& folder, const AtPath& place)
 {
     return (folder == "/" ? folder : folder + '/') + place.name;
 }
+
+/// Of a record: everything up to the date.
+QByteArray pathLineOf(const QByteArray& text)
+{
+    return text.first(text.indexOf("\nDeletionDate=") + 1);
+}
+
+/// So many files of one name in the trash are looked at.
+constexpr int mostLeftovers = 100;
 
 } // namespace
 
@@ -100,6 +111,29 @@ int TrashFolder::take(const QByteArray& folder, const AtPath& place, const FileI
     return error;
 }
 
+int TrashFolder::finishTaking(const QByteArray& folder, const AtPath& place, const FileIdentity& identity)
+{
+    const QByteArray text = textOf(folder, place);
+    TrashName name(m_infoIdentity, place.name);
+    for (int looked = 0; looked < mostLeftovers; ++looked, name.advance()) {
+        const Result<QByteArray> record = TrashRecord::read(m_info.get(), name.current());
+        if (!record) {
+            return ENOENT;
+        }
+        m_inFiles.name = name.current();
+        if (!stands(m_inFiles, identity) || !record.value().startsWith(pathLineOf(text))) {
+            continue;
+        }
+        const int error = errorOf([&] { return ::unlinkat(place.folder.get(), place.name.constData(), 0); });
+        if (error != 0 && stands(place, identity)) {
+            return moveUnfinished;
+        }
+        m_lastName = name.current();
+        return 0;
+    }
+    return ENOENT;
+}
+
 QByteArray TrashFolder::textOf(const QByteArray& folder, const AtPath& place)
 {
     QByteArray path = pathOf(folder, place);
@@ -138,6 +172,9 @@ int TrashFolder::takeAs(const AtPath& place, const FileIdentity& identity, Trash
     int error = renameWithoutReplacing(place, m_inFiles);
     if (error != 0 && hasArrived(place, identity, m_inFiles)) {
         error = 0;
+    }
+    if (error == moveUnfinished) {
+        record.keep();
     }
     if (error == 0) {
         record.keep();

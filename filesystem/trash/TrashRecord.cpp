@@ -9,11 +9,15 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <utility>
 
 namespace lapsa {
 
 namespace {
+
+/// In bytes: a path whose every byte is escaped, and a date.
+constexpr qsizetype longest = 3 * PATH_MAX + 100;
 
 int writeOut(int file, unsigned how)
 {
@@ -62,6 +66,22 @@ TrashRecord::~TrashRecord()
 QByteArray TrashRecord::fileName(const QByteArray& name)
 {
     return name + ".trashinfo";
+}
+
+Result<QByteArray> TrashRecord::read(int info, const QByteArray& name)
+{
+    // A pipe in its place must not make it wait.
+    const Result<FileDescriptor> file = openAt(info, fileName(name).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    if (!file) {
+        return file.error();
+    }
+    QByteArray text(longest, Qt::Uninitialized);
+    const ssize_t length = retrying([&] { return ::read(file.value().get(), text.data(), std::size_t(text.size())); });
+    if (length < 0) {
+        return FileError::fromErrno(errno);
+    }
+    text.truncate(length);
+    return text;
 }
 
 Result<TrashRecord> TrashRecord::make(int info, QByteArray name, QByteArrayView text)

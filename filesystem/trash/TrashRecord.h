@@ -18,6 +18,9 @@ public:
     /// open while the record exists.
     [[nodiscard]] static Result<TrashRecord> make(int info, QByteArray name, QByteArrayView text);
 
+    /// The beginning of the record of `name`, with every path that the kernel knows.
+    [[nodiscard]] static Result<QByteArray> read(int info, const QByteArray& name);
+
     TrashRecord(TrashRecord&& other) noexcept;
     TrashRecord& operator=(TrashRecord&& other) noexcept;
     ~TrashRecord();

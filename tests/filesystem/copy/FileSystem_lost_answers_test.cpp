@@ -33,6 +33,8 @@ enum class Answers
     LostWithoutRenaming,
     /// No removal and no change of a mode any more.
     Refused,
+    /// No removal any more on a file system that cannot rename without replacing.
+    RefusedWithoutRenaming,
 };
 
 Answers answers = Answers::True;
@@ -56,7 +58,8 @@ int refused(int error)
 
 extern "C" int unlinkat(int folder, const char* name, int flags) noexcept
 {
-    return answers == Answers::Refused ? refused(EIO) : answered(::syscall(SYS_unlinkat, folder, name, flags));
+    const bool isRefused = answers == Answers::Refused || answers == Answers::RefusedWithoutRenaming;
+    return isRefused ? refused(EIO) : answered(::syscall(SYS_unlinkat, folder, name, flags));
 }
 
 extern "C" int fchmod(int file, mode_t mode) noexcept
@@ -71,7 +74,7 @@ extern "C" int linkat(int from, const char* fromName, int to, const char* toName
 
 extern "C" int renameat2(int from, const char* fromName, int to, const char* toName, unsigned flags) noexcept
 {
-    return answers == Answers::LostWithoutRenaming
+    return answers == Answers::LostWithoutRenaming || answers == Answers::RefusedWithoutRenaming
                ? refused(EINVAL)
                : answered(::syscall(SYS_renameat2, from, fromName, to, toName, flags));
 }
@@ -94,6 +97,9 @@ private slots:
     void aFileMovedToAnotherFileSystemIsKept_data();
     void aFileMovedToAnotherFileSystemIsKept();
     void aFileInTheTrashKeepsItsRecord();
+    void aFileThatKeepsBothNamesIsTold();
+    void aSecondTryTakesTheNameThatIsLeftOfAFileInTheTrash();
+    void anotherFileInTheTrashDoesNotEndTheFirstTry();
     void whatIsLeftOfACopyIsKnownFromItsFirstMomentOn();
 
 private:
@@ -166,6 +172,50 @@ void FileSystem_lost_answers_test::aFileInTheTrashKeepsItsRecord()
     QVERIFY(moved);
     QCOMPARE(m_home->names(u".local/share/Trash/files"_s), QStringList{u"a.txt"_s});
     QCOMPARE(m_home->names(u".local/share/Trash/info"_s), QStringList{u"a.txt.trashinfo"_s});
+}
+
+void FileSystem_lost_answers_test::aFileThatKeepsBothNamesIsTold()
+{
+    const QString from = m_home->makeFile(u"a.txt"_s);
+
+    answers = Answers::RefusedWithoutRenaming;
+    const Result<void> moved = fileSystem::Batch({}).move(from, m_home->path(u"b.txt"_s));
+
+    QVERIFY(!moved);
+    QCOMPARE(moved.error().code, EINPROGRESS);
+    QCOMPARE(treeAt(m_home->path(u"b.txt"_s)), treeAt(from));
+}
+
+void FileSystem_lost_answers_test::aSecondTryTakesTheNameThatIsLeftOfAFileInTheTrash()
+{
+    const QString path = m_home->makeFile(u"a.txt"_s);
+
+    answers = Answers::RefusedWithoutRenaming;
+    const Result<void> first = fileSystem::Batch({}).moveToTrash(path);
+    answers = Answers::True;
+    const Result<void> second = fileSystem::Batch({}).moveToTrash(path);
+
+    QVERIFY(!first);
+    QCOMPARE(first.error().code, EINPROGRESS);
+    QVERIFY(second);
+    QVERIFY(treeAt(path).isEmpty());
+    QCOMPARE(m_home->names(u".local/share/Trash/files"_s), QStringList{u"a.txt"_s});
+    QCOMPARE(m_home->names(u".local/share/Trash/info"_s), QStringList{u"a.txt.trashinfo"_s});
+}
+
+void FileSystem_lost_answers_test::anotherFileInTheTrashDoesNotEndTheFirstTry()
+{
+    const QString path = m_home->makeFile(u"a.txt"_s);
+    const QString elsewhere = m_home->makeFile(u"elsewhere/a.txt"_s, "another");
+    const QString secondName = m_home->path(u"second name"_s);
+    QCOMPARE(::link(path.toUtf8().constData(), secondName.toUtf8().constData()), 0);
+
+    fileSystem::Batch batch({});
+    QVERIFY(batch.moveToTrash(elsewhere));
+    QVERIFY(batch.moveToTrash(secondName));
+    QVERIFY(batch.moveToTrash(path));
+
+    QCOMPARE(m_home->names(u".local/share/Trash/files"_s), (QStringList{u"a.2.txt"_s, u"a.txt"_s, u"second name"_s}));
 }
 
 void FileSystem_lost_answers_test::whatIsLeftOfACopyIsKnownFromItsFirstMomentOn()

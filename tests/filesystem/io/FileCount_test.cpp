@@ -100,6 +100,20 @@ private slots:
                  std::optional(FileCount{.files = 0, .whole = false}));
     }
 
+    void theCountEndsWhenItIsToldTo()
+    {
+        m_home->makeFile(u"folder/a"_s);
+        m_home->makeFile(u"folder/b"_s);
+        m_home->makeFile(u"folder/c"_s);
+        int entries = 0;
+        const std::optional<FileCount> counted =
+            fileSystem::countFiles(m_home->path(u"folder"_s), {.most = 1000,
+                                                               .deadline = QDeadlineTimer(QDeadlineTimer::Forever),
+                                                               .goesOn = [&entries] { return ++entries < 3; }});
+
+        QCOMPARE(counted, std::optional(FileCount{.files = 2, .whole = false}));
+    }
+
     void aFolderFarDownIsCounted()
     {
         constexpr int depth = 300;
