@@ -26,12 +26,14 @@ FileWriter::FileWriter(Lanes& lanes)
 
 void FileWriter::write(const QString& path, Content content, Failure failure)
 {
-    if (const auto last = m_last.value(path)) {
+    if (const auto last = m_last.value(path).job) {
         last->stop(); // a write that has begun ignores this: half a file is useless
     }
-    m_last[path] = m_lanes.runOn(
+    const auto begun = std::make_shared<std::atomic<bool>>(false);
+    const auto job = m_lanes.runOn(
         laneName,
-        [path, content = std::move(content), failure = std::move(failure)](LaneJob&) -> Lanes::Report {
+        [path, begun, content = std::move(content), failure = std::move(failure)](LaneJob&) -> Lanes::Report {
+            *begun = true;
             // If this fails, the write reports why.
             std::ignore = fileSystem::createDirectory(QFileInfo(path).path(), fileSystem::Access::OwnerOnly);
             const Result<void> written = fileSystem::writeAtomically(path, content());
@@ -41,6 +43,13 @@ void FileWriter::write(const QString& path, Content content, Failure failure)
             return [failure, error = written.error()] { failure(error); };
         },
         Lanes::AtTheEnd::Run);
+    m_last[path] = {.job = job, .begun = begun};
+}
+
+bool FileWriter::isWaiting(const QString& path) const
+{
+    const auto last = m_last.constFind(path);
+    return last != m_last.cend() && !*last->begun;
 }
 
 bool FileWriter::flush(std::chrono::milliseconds patience)

@@ -9,6 +9,7 @@
 #include <QHash>
 #include <QString>
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -36,12 +37,22 @@ public:
     /// written even if the lanes end before its turn.
     void write(const QString& path, Content content, Failure failure);
 
+    /// Whether content for the file was handed over that nobody has begun to write.
+    [[nodiscard]] bool isWaiting(const QString& path) const;
+
     /// Waits at most `patience` until every write has succeeded or failed. False if some have not.
     bool flush(std::chrono::milliseconds patience);
 
 private:
+    struct Last
+    {
+        std::shared_ptr<LaneJob> job;
+        /// Shared with the lane.
+        std::shared_ptr<std::atomic<bool>> begun;
+    };
+
     Lanes& m_lanes;
-    QHash<QString, std::shared_ptr<LaneJob>> m_last;
+    QHash<QString, Last> m_last;
 };
 
 } // namespace lapsa

@@ -49,6 +49,10 @@ public:
     /// Runs work on the named lane, which belongs to no mount.
     virtual std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) = 0;
 
+    /// Waits at most `patience` until no look is under way but those that hang, and runs the reports there are. For the
+    /// end: what was just named is still looked at. Returns whether no look is left.
+    virtual bool awaitLooks(std::chrono::milliseconds patience) = 0;
+
     /// Ends the work: drops work that has not begun, except AtTheEnd::Run; asks running work to end; runs the reports
     /// of finished work. Returns whether all work but what hangs ended within `patience`. From then on, only work with
     /// AtTheEnd::Run begins.

@@ -99,7 +99,8 @@ std::shared_ptr<LaneJob> ThreadLanes::enqueue(const QString& name, Work work, At
     auto& active = m_shared->active;
     auto found = std::ranges::find_if(active, [&](const auto& lane) { return !lane->setAside && lane->name == name; });
     if (found == active.end()) {
-        active.push_back(std::make_shared<Lane>(Lane{.name = name, .waiting = {}, .current = nullptr}));
+        active.push_back(std::make_shared<Lane>(
+            Lane{.name = name, .onlyLooks = name.startsWith(lookLane), .waiting = {}, .current = nullptr}));
         found = std::prev(active.end());
     }
     (*found)->waiting.push_back({.job = job, .work = std::move(work), .atTheEnd = atTheEnd});
@@ -277,7 +278,8 @@ void ThreadLanes::setAside(const std::shared_ptr<Lane>& lane)
     lane->setAside = true;
     lane->current->m_state = LaneJob::State::Hanging;
     ++m_shared->threadsSetAside;
-    auto next = std::make_shared<Lane>(Lane{.name = lane->name, .waiting = {}, .current = nullptr});
+    auto next = std::make_shared<Lane>(
+        Lane{.name = lane->name, .onlyLooks = lane->onlyLooks, .waiting = {}, .current = nullptr});
     next->waiting.swap(lane->waiting);
     if (!next->waiting.empty()) {
         m_shared->active.push_back(next);

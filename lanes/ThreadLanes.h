@@ -45,6 +45,7 @@ public:
     std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) override;
     bool await(const QString& lane, std::chrono::milliseconds patience) override;
 
+    bool awaitLooks(std::chrono::milliseconds patience) override;
     bool finish(std::chrono::milliseconds patience) override;
 
     /// Calls `hangs` with the mount point when work on a lane of it begins to hang, and `isBack` when it has returned.

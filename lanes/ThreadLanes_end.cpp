@@ -5,6 +5,7 @@
 #include "ThreadLanes_state.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace lapsa {
 
@@ -18,6 +19,26 @@ bool ThreadLanes::await(const QString& lane, std::chrono::milliseconds patience)
     lock.unlock();
     while (const Report report = nextReport(&name)) {
         report();
+    }
+    return ended;
+}
+
+bool ThreadLanes::awaitLooks(std::chrono::milliseconds patience)
+{
+    const auto end = std::chrono::steady_clock::now() + patience;
+    const auto isLook = [](const auto& active) { return active->onlyLooks && !active->setAside; };
+    const auto noneIsLeft = [&] { return std::ranges::none_of(m_shared->active, isLook); };
+    bool reported = true;
+    bool ended = false;
+    while (reported) { // a report may ask for another look
+        std::unique_lock lock(m_shared->mutex);
+        ended = m_shared->threadEnded.wait_until(lock, end, noneIsLeft);
+        lock.unlock();
+        reported = false;
+        while (const Report report = nextReport()) {
+            report();
+            reported = ended;
+        }
     }
     return ended;
 }

@@ -34,6 +34,7 @@ struct ThreadLanes::Finished
 struct ThreadLanes::Lane
 {
     QString name;
+    bool onlyLooks = false;
     std::deque<Piece> waiting;
     std::shared_ptr<LaneJob> current;
     bool hasThread = false;

@@ -81,6 +81,22 @@ private slots:
         QVERIFY(lanes.isIdle());
     }
 
+    void itKnowsWhatStillWaits()
+    {
+        TemporaryHome home;
+        ManualLanes lanes;
+        FileWriter writer(lanes);
+        const QString list = home.path(u"list"_s);
+        QVERIFY(!writer.isWaiting(list));
+
+        writer.write(list, content("old"), none);
+        QVERIFY(writer.isWaiting(list));
+        QVERIFY(!writer.isWaiting(home.path(u"other"_s)));
+
+        lanes.runAll();
+        QVERIFY(!writer.isWaiting(list));
+    }
+
     void theBytesAreMadeWhenTheirTurnComes()
     {
         TemporaryHome home;

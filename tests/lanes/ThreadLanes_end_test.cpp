@@ -46,6 +46,27 @@ private slots:
         QCOMPARE(reports, (QStringList{u"running"_s, u"kept"_s}));
     }
 
+    void looksAreAwaitedAndWhatTheyAskForButNotOtherWork()
+    {
+        ThreadLanes lanes(m_queue);
+        QStringList reports;
+        Gate look;
+        Gate copy;
+        lanes.run(u"/tmp/a"_s, copy.work([&] { reports << u"copied"_s; }));
+        lanes.look(u"/tmp/b"_s, look.work([&] {
+            reports << u"seen"_s;
+            lanes.look(u"/tmp/c"_s, noting(reports, u"seen next"_s));
+        }));
+        copy.awaitEntry();
+
+        QVERIFY(!lanes.awaitLooks(50ms));
+        QCOMPARE(reports, QStringList());
+        look.open();
+
+        QVERIFY(lanes.awaitLooks(60s));
+        QCOMPARE(reports, (QStringList{u"seen"_s, u"seen next"_s}));
+    }
+
     void theEndDoesNotWaitForWhatHangs()
     {
         Gate gate;

@@ -16,7 +16,17 @@ std::shared_ptr<LaneJob> ManualLanes::run(const QString& path, Work work)
     return runOn(path, std::move(work), AtTheEnd::Drop);
 }
 
+std::shared_ptr<LaneJob> ManualLanes::look(const QString&, Work work)
+{
+    return enqueue(std::move(work), AtTheEnd::Drop, true);
+}
+
 std::shared_ptr<LaneJob> ManualLanes::runOn(const QString&, Work work, AtTheEnd atTheEnd)
+{
+    return enqueue(std::move(work), atTheEnd, false);
+}
+
+std::shared_ptr<LaneJob> ManualLanes::enqueue(Work work, AtTheEnd atTheEnd, bool onlyLooks)
 {
     auto job = std::make_shared<LaneJob>([this](Report message) {
         if (m_runs == Runs::AtOnce) {
@@ -28,7 +38,7 @@ std::shared_ptr<LaneJob> ManualLanes::runOn(const QString&, Work work, AtTheEnd 
     if (m_ending && atTheEnd == AtTheEnd::Drop) {
         return job;
     }
-    m_waiting.push_back({.job = job, .work = std::move(work), .atTheEnd = atTheEnd});
+    m_waiting.push_back({.job = job, .work = std::move(work), .atTheEnd = atTheEnd, .onlyLooks = onlyLooks});
     if (m_runs == Runs::AtOnce) {
         runNext();
     }
@@ -44,6 +54,19 @@ QString ManualLanes::laneOf(const QString& path)
         }
     }
     return lane;
+}
+
+bool ManualLanes::awaitLooks(std::chrono::milliseconds)
+{
+    const auto nextLook = [this] { return std::ranges::find_if(m_waiting, &Waiting::onlyLooks); };
+    for (auto next = nextLook(); next != m_waiting.end(); next = nextLook()) {
+        const Waiting look = std::move(*next);
+        m_waiting.erase(next);
+        if (!look.job->stopRequested()) {
+            workOn(*look.job, look.work)();
+        }
+    }
+    return true;
 }
 
 bool ManualLanes::finish(std::chrono::milliseconds)
@@ -62,7 +85,7 @@ bool ManualLanes::await(const QString&, std::chrono::milliseconds)
 Lanes::Report ManualLanes::workOnNext()
 {
     while (!m_waiting.empty()) {
-        auto [job, work, atTheEnd] = std::move(m_waiting.front());
+        auto [job, work, atTheEnd, onlyLooks] = std::move(m_waiting.front());
         m_waiting.pop_front();
         if (!job->stopRequested()) {
             return workOn(*job, work);
@@ -86,7 +109,7 @@ Lanes::Report ManualLanes::workOn(LaneJob& job, const Work& work)
 
 Lanes::Report ManualLanes::takeNext()
 {
-    auto [job, work, atTheEnd] = std::move(m_waiting.front());
+    auto [job, work, atTheEnd, onlyLooks] = std::move(m_waiting.front());
     m_waiting.pop_front();
     return [this, job = std::move(job), work = std::move(work)] { workOn(*job, work)(); };
 }

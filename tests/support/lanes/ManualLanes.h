@@ -30,12 +30,14 @@ public:
 
     std::shared_ptr<LaneJob> run(const QString& path, Work work) override;
 
-    std::shared_ptr<LaneJob> look(const QString& path, Work work) override { return run(path, std::move(work)); }
+    std::shared_ptr<LaneJob> look(const QString& path, Work work) override;
 
     /// The longest of the mounts that the test has named, or "/".
     [[nodiscard]] QString laneOf(const QString& path) override;
     std::shared_ptr<LaneJob> runOn(const QString& lane, Work work, AtTheEnd atTheEnd) override;
 
+    /// Runs the looks that wait, and those that they ask for.
+    bool awaitLooks(std::chrono::milliseconds patience) override;
     /// Drops everything that was not begun.
     bool finish(std::chrono::milliseconds patience) override;
     /// Runs everything.
@@ -69,7 +71,10 @@ private:
         std::shared_ptr<LaneJob> job;
         Work work;
         AtTheEnd atTheEnd = AtTheEnd::Drop;
+        bool onlyLooks = false;
     };
+
+    std::shared_ptr<LaneJob> enqueue(Work work, AtTheEnd atTheEnd, bool onlyLooks);
 
     std::deque<Waiting> m_waiting;
     bool m_ending = false;
