@@ -53,8 +53,8 @@ LifespanRules::LifespanRules(const LapsaSettings& settings)
             continue;
         }
         for (const QString& extension : extensionsOf(rule.extensionsCSV)) {
-            if (!m_lifespans.contains(extension)) {
-                m_lifespans.insert(extension, bounded(rule.lifespanMinutes));
+            if (!m_byExtension.contains(extension)) {
+                m_byExtension.insert(extension, {.rule = rule.id, .minutes = bounded(rule.lifespanMinutes)});
             }
         }
     }
@@ -62,11 +62,22 @@ LifespanRules::LifespanRules(const LapsaSettings& settings)
 
 std::int64_t LifespanRules::lifespanFor(const QString& fileName) const
 {
+    const auto applying = applyingTo(fileName);
+    return applying ? applying->minutes : m_defaultLifespan;
+}
+
+std::optional<QUuid> LifespanRules::ruleFor(const QString& fileName) const
+{
+    const auto applying = applyingTo(fileName);
+    return applying ? std::optional(applying->rule) : std::nullopt;
+}
+
+std::optional<LifespanRules::Applying> LifespanRules::applyingTo(const QString& fileName) const
+{
     const QString extension = FileName::of(fileName).extension;
-    if (extension.isEmpty()) {
-        return m_defaultLifespan;
-    }
-    return m_lifespans.value(u'.' + extension.toLower(), m_defaultLifespan);
+    const auto applying =
+        extension.isEmpty() ? m_byExtension.cend() : m_byExtension.constFind(u'.' + extension.toLower());
+    return applying == m_byExtension.cend() ? std::nullopt : std::optional(*applying);
 }
 
 } // namespace lapsa

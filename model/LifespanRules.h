@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include <cstdint>
+#include <optional>
 
 namespace lapsa {
 
@@ -26,10 +27,20 @@ public:
     /// Minutes, 1 to 525600, for a file of that name: the first enabled rule that lists its extension applies, else the
     /// default. A file without an extension matches no rule.
     [[nodiscard]] std::int64_t lifespanFor(const QString& fileName) const;
+    /// The id of the rule that applies to a file of that name, if one does.
+    [[nodiscard]] std::optional<QUuid> ruleFor(const QString& fileName) const;
 
 private:
+    struct Applying
+    {
+        QUuid rule;
+        std::int64_t minutes = 0;
+    };
+
+    [[nodiscard]] std::optional<Applying> applyingTo(const QString& fileName) const;
+
     /// By extension with its dot; the first rule that lists an extension applies.
-    QHash<QString, std::int64_t> m_lifespans;
+    QHash<QString, Applying> m_byExtension;
     std::int64_t m_defaultLifespan;
 };
 
