@@ -77,10 +77,11 @@ void LapsaStore::saveNow()
     finishAdding();
     m_saveWorkItem.cancel();
     saveKnownPaths(); // first, so that no saved item lacks what is known about its path
+    // Before the items: until its record is on disk, the next start finds there what a copy in Recovery is.
+    writeRecords();
     m_environment.fileWriter.write(
         AppPaths::stateURL().toLocalFile(), [items = m_items] { return JSONEncoder::lapsa().encode(items); },
         logged(u"Lapsa state save failed"_s));
-    saveRecoveryNow();
 }
 
 void LapsaStore::saveKnownPaths()
@@ -115,6 +116,15 @@ void LapsaStore::saveSoon()
 }
 
 void LapsaStore::saveRecoveryNow()
+{
+    if (m_environment.fileWriter.isWaiting(AppPaths::stateURL().toLocalFile())) {
+        saveNow(); // else the items would come before the records
+    } else {
+        writeRecords();
+    }
+}
+
+void LapsaStore::writeRecords()
 {
     m_recoverySaveWorkItem.cancel();
     m_recordUnsavedSince.reset();

@@ -17,6 +17,8 @@
 #include "RecoveryActions.h"
 #include "RecoveryContent.h"
 #include "RecoveryPurge.h"
+#include "StoppedRemovals.h"
+#include "UnfinishedMoves.h"
 
 #include <QHash>
 #include <QList>
@@ -105,7 +107,7 @@ public:
 
     // ---- Saving
 
-    /// Hands `state.json`, then `recovery.json` to the writer. A failure is logged; the lists in memory stay.
+    /// Hands `recovery.json`, then `state.json` to the writer. A failure is logged; the lists in memory stay.
     void saveNow();
     /// Calls saveNow() in 0.3 seconds; replaces a call that is already waiting.
     void saveSoon();
@@ -162,8 +164,6 @@ public:
     void takeBackFromTrash(const Deletion& deletion, const std::function<void(const Result<QString>& path)>& done = {});
     void toggleLock(const LapsaItem& item);
     void lockItem(const QString& id);
-    /// The same for many at once: the first item of each id.
-    void lockItems(const QSet<QString>& ids);
     /// A new expiry `minutes`, at least 1, from now.
     void updateExpiration(const LapsaItem& item, std::int64_t minutes);
     void open(const LapsaItem& item);
@@ -171,6 +171,15 @@ public:
     void copyFilePath(const LapsaItem& item);
     /// The path of a folder item itself, else that of the folder that holds the file.
     void copyFolderPath(const LapsaItem& item);
+
+    // ---- Many items
+
+    /// The same as above for the first item of each id: one announcement and one save, however many there are.
+    void lockItems(const QSet<QString>& ids);
+    void unlockItems(const QSet<QString>& ids);
+    void updateExpirations(const QSet<QString>& ids, std::int64_t minutes);
+    /// Every item with one of the ids; the files stay where they are.
+    void removeItemsFromList(const QSet<QString>& ids);
 
     // ---- Expiry
 
@@ -182,7 +191,7 @@ public:
     /// Whether the item is due, but its file was being written to when it was to be copied to another file system.
     [[nodiscard]] bool isInUse(const QString& id) const { return m_inUse.contains(id); }
 
-    [[nodiscard]] std::optional<ItemWork> workOn(const QString& id) const override { return m_disposals.workOn(id); }
+    [[nodiscard]] std::optional<ItemWork> workOn(const QString& id) const override;
 
     [[nodiscard]] bool isWorking() const override { return m_disposals.isWorking(); }
 
@@ -234,6 +243,8 @@ public:
     void scanAutoCleanFolders();
     void addFileTypeRule();
     void removeFileTypeRule(const QUuid& id);
+    /// Moves a rule to another position, bounded to the list.
+    void moveFileTypeRule(const QUuid& id, qsizetype position);
     void addAutoCleanFolder(const QUrl& url);
     void removeAutoCleanFolder(const QUuid& id);
 
@@ -251,7 +262,14 @@ private:
     struct Scan;
     /// Called on a lane: for many locked items it takes long.
     using MakePlaces = std::function<std::shared_ptr<const ItemPlaces>()>;
+    /// Of copies to another disk.
+    enum class Leftovers
+    {
+        None,
+        Possible,
+    };
 
+    void writeRecords();
     void subscribeToSettings();
     void reactToSettings(const LapsaSettings& changed);
     void stopWhatIsNotWanted(const LapsaSettings& changed);
@@ -260,6 +278,14 @@ private:
     void noteEarlierItems(const QStringList& paths, const fileSystem::KnownPaths& remembered);
     void loadRecoveryItems();
     void tidyRecovery();
+    void finishWhatWasBegun(const unfinishedMoves::Found& found);
+    void finishMoves();
+    void endMove(const unfinishedMoves::Copy& copy, const std::optional<LapsaItem>& movedItem);
+    void forgetCopy(const QString& path);
+    void finishMove(const unfinishedMoves::Copy& copy, qsizetype next, const std::optional<LapsaItem>& movedItem);
+    void finishRecorded(const LapsaRecoveryItem& record);
+    void dropRecord(const LapsaRecoveryItem& record);
+    void finishPuttingBack(const LapsaRecoveryItem& record, Leftovers leftovers);
     void goOnWithRecovery();
     static void keepRecoveryList();
     [[nodiscard]] LaneSeries::Step lookStep(const AskedPaths& asked, const fileSystem::KnownPaths& known,
@@ -291,6 +317,7 @@ private:
                                        const QList<SeenPlace>& lockedPlaces) const;
     void showLongWork();
     bool heardOf(const LapsaItem& item, const DisposalOutcome& outcome);
+    void rememberWhatIsLeft(const QString& id, const DisposalOutcome& outcome);
     bool heardOfDeletion(const LapsaItem& item, const DisposalOutcome& outcome,
                          const std::function<void(const Deletion& deletion)>& done);
     void makeRecord(const LapsaItem& item, const QString& recoveryPath);
@@ -315,6 +342,7 @@ private:
     QList<LapsaItem> m_items;
     QList<LapsaRecoveryItem> m_recoveryItems;
     BusyItems m_inUse;
+    StoppedRemovals m_stoppedRemovals;
     /// When the oldest record that was not yet handed to the writer was made.
     std::optional<TimePoint> m_recordUnsavedSince;
     std::optional<QString> m_lastMessage;
@@ -325,6 +353,10 @@ private:
     PlaceLooks m_placeLooks;
     /// Whether a pass waits for where the locked items are.
     bool m_passWaits = false;
+    /// Copies without records whose originals may still stand. Their names are claimed.
+    QList<unfinishedMoves::Copy> m_unfinished;
+    /// The paths of those that lanes are asked about.
+    QSet<QString> m_finishing;
     QList<std::shared_ptr<FreeRound>> m_freeRounds;
     /// The ids of the items whose disk has not told yet whether a lock holds them back.
     QSet<QString> m_unanswered;

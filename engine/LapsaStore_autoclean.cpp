@@ -157,6 +157,22 @@ void LapsaStore::removeFileTypeRule(const QUuid& id)
     setSettings(changed);
 }
 
+void LapsaStore::moveFileTypeRule(const QUuid& id, qsizetype position)
+{
+    LapsaSettings changed = settings();
+    QList<LapsaFileTypeRule>& rules = changed.fileTypeRules;
+    const auto found = std::ranges::find(rules, id, &LapsaFileTypeRule::id);
+    if (found == rules.end()) {
+        return;
+    }
+    const qsizetype from = found - rules.begin();
+    const qsizetype target = std::clamp<qsizetype>(position, 0, rules.size() - 1);
+    if (from != target) {
+        rules.move(from, target);
+        setSettings(changed);
+    }
+}
+
 void LapsaStore::addAutoCleanFolder(const QUrl& url)
 {
     const std::optional<QString> path = fileSystem::standardizedPath(url);

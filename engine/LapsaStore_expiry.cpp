@@ -33,6 +33,7 @@ void LapsaStore::deleteExpiredItems()
     }
     // First, even while everything is paused.
     purgeExpiredRecovery();
+    finishMoves();
     if (settings().pauseAllCountdowns || m_passWaits) {
         return;
     }
@@ -54,7 +55,12 @@ void LapsaStore::deleteExpiredItems()
 void LapsaStore::handOverDue(const QStringList& lockedPaths, const QList<SeenPlace>& lockedPlaces)
 {
     const TimePoint now = m_environment.clock.now();
-    const QSet<QString> underWay = m_disposals.ids();
+    QSet<QString> underWay = m_disposals.ids();
+    for (const unfinishedMoves::Copy& copy : std::as_const(m_unfinished)) {
+        for (const LapsaItem& item : copy.items) {
+            underWay.insert(item.id);
+        }
+    }
     QList<LapsaItem> due;
     for (const LapsaItem& item : std::as_const(m_items)) {
         if (item.isExpired(now) && !item.locked && !m_inUse.rests(item, now) && !underWay.contains(item.id)) {
@@ -128,6 +134,7 @@ bool LapsaStore::heardOf(const LapsaItem& item, const DisposalOutcome& outcome)
 {
     using Fate = DisposalOutcome::Fate;
     saveAgedRecords();
+    rememberWhatIsLeft(item.id, outcome);
     switch (outcome.fate) {
     case Fate::HeldByLock:
     case Fate::Stopped:
@@ -137,6 +144,12 @@ bool LapsaStore::heardOf(const LapsaItem& item, const DisposalOutcome& outcome)
         emit willChange();
         m_inUse.add(item, outcome.wasCopied ? BusyItems::Cost::Copy : BusyItems::Cost::Little,
                     m_environment.clock.now());
+        return false;
+    case Fate::Unfinished:
+        systemLog(u"Lapsa failed to delete "_s + item.path + u": it was copied, but could not be removed"_s);
+        if (!outcome.recoveryPath.isEmpty()) {
+            m_unfinished.push_back({.path = outcome.recoveryPath, .items = {item}, .isSure = true});
+        }
         return false;
     case Fate::Failed:
         systemLog(u"Lapsa failed to delete "_s + item.path + u": "_s + outcome.error.description);

@@ -45,12 +45,6 @@ void LapsaStore::lockItem(const QString& id)
     lockItems({id});
 }
 
-void LapsaStore::lockItems(const QSet<QString>& ids)
-{
-    changeItems(ids, [](LapsaItem& item) { item.locked = true; });
-    keepWhatIsLocked(ids);
-}
-
 void LapsaStore::updateExpiration(const LapsaItem& item, std::int64_t minutes)
 {
     const auto found = firstItem(item.id);
@@ -115,6 +109,30 @@ void LapsaStore::copyFolderPath(const LapsaItem& item)
         };
     };
     m_environment.lanes.look(item.path, work);
+}
+
+std::optional<ItemWork> LapsaStore::workOn(const QString& id) const
+{
+    if (const std::optional<ItemWork> work = m_disposals.workOn(id)) {
+        return work;
+    }
+    if (!m_stoppedRemovals.contains(id)) {
+        return std::nullopt;
+    }
+    const auto item = std::ranges::find(m_items, id, &LapsaItem::id);
+    return item != m_items.cend() ? m_stoppedRemovals.find(*item) : std::nullopt;
+}
+
+/// As long as nothing more has become of the folder, what was left is left.
+void LapsaStore::rememberWhatIsLeft(const QString& id, const DisposalOutcome& outcome)
+{
+    using Fate = DisposalOutcome::Fate;
+    if (outcome.fate != Fate::Stopped && outcome.fate != Fate::HeldByLock) {
+        m_stoppedRemovals.remove(id);
+    } else if (const auto item = firstItem(id); outcome.filesLeft && item != m_items.end()) {
+        emit willChange();
+        m_stoppedRemovals.add(*item, *outcome.filesLeft);
+    }
 }
 
 QList<LapsaItem>::iterator LapsaStore::firstItem(const QString& id)

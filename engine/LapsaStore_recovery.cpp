@@ -135,7 +135,7 @@ void LapsaStore::heardOfCopy(RecoveryWay way, const RecoveryResult& result)
     // A deletion that fails is silent on purpose, including that of a path outside Recovery: the record goes anyway.
     // The record of a copy that is gone stays after a restore, until its retention has expired.
     const bool stays = way == RecoveryWay::PutBack
-                           ? result.error || result.copyGone
+                           ? result.error || result.copyGone || result.copyStays
                            : result.error && (result.error->code == ECANCELED || result.error->code == EBUSY);
     if (stays) {
         return;

@@ -63,9 +63,7 @@ RecoveryWork::RecoveryWork(std::shared_ptr<const RecoveryPlan> plan, std::functi
 
 RecoveryWork::~RecoveryWork()
 {
-    if (m_noted) {
-        restoreNote::drop(*m_noted);
-    }
+    dropNoted();
 }
 
 RecoveryResult RecoveryWork::run(std::size_t number, LaneJob& job)
@@ -112,7 +110,7 @@ RecoveryResult RecoveryWork::putBack(const LapsaRecoveryItem& record, const file
 {
     const QString folder = parentPath(record.originalPath);
     const bool known = std::exchange(m_lastFolder, folder) == folder;
-    Result<QString> moved = FileError::fromErrno(ENOENT);
+    Result<NewPlace> moved = FileError::fromErrno(ENOENT);
     if (known) {
         moved = moveToFreeName(m_batch, copy, record.originalPath, m_freeNames);
     }
@@ -124,24 +122,39 @@ RecoveryResult RecoveryWork::putBack(const LapsaRecoveryItem& record, const file
         moved = moveToFreeName(m_batch, copy, record.originalPath, m_freeNames);
     }
     if (!moved) {
-        m_noted.reset(); // stays on disk: something may be left in the folder
+        m_noted.clear(); // stays on disk: something may be left in the folder
         return {.id = record.id, .error = moved.error()};
     }
-    const bool otherPlace = moved.value() != record.originalPath;
-    return {.id = record.id, .path = std::move(moved).value(), .otherPlace = otherPlace};
+    if (moved.value().isCopy) {
+        m_noted.clear(); // stays on disk: the next start finishes it
+    }
+    return {.id = record.id,
+            .path = moved.value().path,
+            .otherPlace = moved.value().path != record.originalPath,
+            .copyStays = moved.value().isCopy};
 }
 
-/// Once for all copies that go to the same folder in a row.
+/// A start finds by the note what a power cut brings back: first it must be on the disk that it is gone.
+void RecoveryWork::dropNoted()
+{
+    m_batch.settleCopies();
+    restoreNote::drop(std::exchange(m_noted, {}));
+}
+
+// Once for all copies that go to the same folder: each write waits for the disk.
 void RecoveryWork::note(const LapsaRecoveryItem& record)
 {
-    if (m_noted && parentPath(m_noted->originalPath) == parentPath(record.originalPath)) {
+    const QString folder = parentPath(record.originalPath);
+    if (!m_noted.isEmpty() && parentPath(m_noted.constFirst().originalPath) == folder) {
         return;
     }
-    if (m_noted) {
-        restoreNote::drop(*m_noted);
+    dropNoted();
+    for (const LapsaRecoveryItem& other : m_plan->records) {
+        if (parentPath(other.originalPath) == folder) {
+            m_noted.push_back(other);
+        }
     }
-    m_noted = record;
-    restoreNote::write(record);
+    restoreNote::write(m_noted);
 }
 
 } // namespace lapsa

@@ -40,6 +40,8 @@ struct RecoveryResult
     QString path = {};
     /// Whether that is not where it was: its name was taken there.
     bool otherPlace = false;
+    /// Whether the copy, or a part of it, could not be removed from Recovery after that.
+    bool copyStays = false;
     /// Whether nothing was done because the copy is not in Recovery any more.
     bool copyGone = false;
     /// Why it failed: the copy is still there. ECANCELED if it was stopped, EBUSY if something else is done with the
@@ -77,6 +79,7 @@ private:
     [[nodiscard]] RecoveryResult handle(const LapsaRecoveryItem& record, const QString& name);
     [[nodiscard]] RecoveryResult putBack(const LapsaRecoveryItem& record, const fileSystem::BatchEntry& copy);
     void note(const LapsaRecoveryItem& record);
+    void dropNoted();
 
     std::shared_ptr<const RecoveryPlan> m_plan;
     std::function<void()> m_announce;
@@ -87,8 +90,8 @@ private:
     std::optional<QString> m_lastFolder;
     /// The one that is worked on.
     const LapsaRecoveryItem* m_current = nullptr;
-    /// The record that stands in the note on disk for the folder to which copies are being moved.
-    std::optional<LapsaRecoveryItem> m_noted;
+    /// The records that stand in the note on disk, of the folder to which copies are being moved.
+    QList<LapsaRecoveryItem> m_noted;
 };
 
 } // namespace lapsa

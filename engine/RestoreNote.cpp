@@ -12,6 +12,7 @@
 #include "JSONEncoder.h"
 
 #include <QList>
+#include <QSet>
 
 #include <mutex>
 #include <tuple>
@@ -53,24 +54,31 @@ void save(const QList<LapsaRecoveryItem>& records)
     }
 }
 
-QList<LapsaRecoveryItem> without(QList<LapsaRecoveryItem> records, const LapsaRecoveryItem& record)
+QList<LapsaRecoveryItem> without(QList<LapsaRecoveryItem> records, const QList<LapsaRecoveryItem>& others)
 {
-    records.removeIf([&record](const LapsaRecoveryItem& other) { return other.id == record.id; });
+    QSet<QUuid> ids;
+    for (const LapsaRecoveryItem& other : others) {
+        ids.insert(other.id);
+    }
+    records.removeIf([&ids](const LapsaRecoveryItem& record) { return ids.contains(record.id); });
     return records;
 }
 
 } // namespace
 
-void write(const LapsaRecoveryItem& record)
+void write(const QList<LapsaRecoveryItem>& records)
 {
     const std::lock_guard lock(changing());
-    save(without(stored(), record) << record);
+    save(without(stored(), records) + records);
 }
 
-void drop(const LapsaRecoveryItem& record)
+void drop(const QList<LapsaRecoveryItem>& records)
 {
+    if (records.isEmpty()) {
+        return;
+    }
     const std::lock_guard lock(changing());
-    save(without(stored(), record));
+    save(without(stored(), records));
 }
 
 QList<LapsaRecoveryItem> noted(TimePoint now)
@@ -92,12 +100,13 @@ QList<LapsaRecoveryItem> noted(TimePoint now)
     return all;
 }
 
-void removeLeftoversOf(const LapsaRecoveryItem& record)
+void removeLeftoversOf(const LapsaRecoveryItem& record, const std::function<void()>& finish)
 {
     const QString folder = parentPath(record.originalPath);
     if (fileSystem::isDirectory(folder)) {
         fileSystem::removeInterruptedCopies(folder);
-        drop(record);
+        finish();
+        drop({record});
     }
 }
 

@@ -8,6 +8,8 @@
 
 #include <QList>
 
+#include <functional>
+
 namespace lapsa {
 
 /// The note on disk of copies that are being moved back to other file systems. If the process ends, part of such a copy
@@ -16,15 +18,15 @@ namespace lapsa {
 namespace restoreNote {
 
 /// On disk when this returns. If it cannot be written (full disk), the restore continues: the file matters more.
-void write(const LapsaRecoveryItem& record);
-/// The restore of this record has ended.
-void drop(const LapsaRecoveryItem& record);
+void write(const QList<LapsaRecoveryItem>& records);
+/// The restores of these records have ended.
+void drop(const QList<LapsaRecoveryItem>& records);
 /// The noted records. From now on, those whose retention has expired are noted no more. Also removes what an
 /// interrupted write of the note has left.
 [[nodiscard]] QList<LapsaRecoveryItem> noted(TimePoint now);
-/// Removes what an unfinished restore of this record left behind, and drops the record. If its folder is missing now,
-/// the record stays: every later start tries again until its retention has expired.
-void removeLeftoversOf(const LapsaRecoveryItem& record);
+/// Removes what an unfinished restore of this record left behind, calls `finish`, and drops the record. If its folder
+/// is missing now, the record stays: every later start tries again until its retention has expired.
+void removeLeftoversOf(const LapsaRecoveryItem& record, const std::function<void()>& finish);
 
 } // namespace restoreNote
 

@@ -4,11 +4,16 @@
 #include "DisposalWork.h"
 
 #include "AppPaths.h"
+#include "FileCount.h"
 #include "FreeNameMove.h"
 #include "LaneJob.h"
 #include "WorkObserver.h"
 
+#include <QDeadlineTimer>
+
 #include <cerrno>
+#include <chrono>
+#include <limits>
 #include <utility>
 
 namespace lapsa {
@@ -20,7 +25,37 @@ namespace {
 /// In bytes.
 constexpr std::int64_t soonCopied = 1 << 20;
 
-/// The display name as one file name for the recovery folder: it can come from an edited file and contain anything.
+DisposalOutcome::Fate fateAfter(const FileError& error)
+{
+    using Fate = DisposalOutcome::Fate;
+    switch (error.code) {
+    case ETXTBSY:
+        return Fate::InUse;
+    case ECANCELED:
+        return Fate::Stopped;
+    case EINPROGRESS:
+        return Fate::Unfinished;
+    default:
+        return Fate::Failed;
+    }
+}
+
+/// Negative if it is not known. The end of the program does not wait for it.
+std::int64_t countLeft(const QString& folder, LaneJob& job)
+{
+    constexpr std::chrono::seconds longest{10};
+    const auto goesOn = [&job] {
+        job.alive();
+        return !job.stopRequested();
+    };
+    const std::optional<fileSystem::FileCount> count = fileSystem::countFiles(
+        folder,
+        {.most = std::numeric_limits<std::int64_t>::max(), .deadline = QDeadlineTimer(longest), .goesOn = goesOn});
+    return count && count->whole ? count->files : -1;
+}
+
+} // namespace
+
 QString recoveryFileName(const LapsaItem& item)
 {
     QString name = item.displayName;
@@ -30,8 +65,6 @@ QString recoveryFileName(const LapsaItem& item)
     }
     return name;
 }
-
-} // namespace
 
 /// Passes progress to the job, and asks it and the user's wish whether to go on.
 class DisposalWork::Observer final : public fileSystem::WorkObserver
@@ -48,6 +81,7 @@ public:
     void removed(std::int64_t entries) override
     {
         if (m_countsRemoved) {
+            m_removed = entries;
             m_job.report(entries, 0);
         } else {
             m_job.alive(); // the originals of a copy
@@ -56,10 +90,13 @@ public:
 
     [[nodiscard]] bool stopRequested() const override { return m_stop || m_job.stopRequested(); }
 
+    [[nodiscard]] bool removedAnything() const { return m_removed > 0; }
+
 private:
     LaneJob& m_job;
     const std::atomic<bool>& m_stop;
     bool m_countsRemoved;
+    std::int64_t m_removed = 0;
 };
 
 DisposalWork::DisposalWork(std::shared_ptr<const DisposalPlan> plan, LongWork announce)
@@ -110,9 +147,11 @@ DisposalOutcome DisposalWork::dispose(std::size_t number, LaneJob& job)
     m_batch.observe(nullptr);
     outcome.wasCopied = m_copied;
     if (!gone) {
-        const int code = gone.error().code;
-        outcome.fate = code == ETXTBSY ? Fate::InUse : code == ECANCELED ? Fate::Stopped : Fate::Failed;
+        outcome.fate = fateAfter(gone.error());
         outcome.error = gone.error();
+    }
+    if (outcome.fate == Fate::Stopped && observer.removedAnything()) {
+        outcome.filesLeft = countLeft(item.path, job);
     }
     return outcome;
 }
@@ -138,18 +177,19 @@ Result<void> DisposalWork::goTheWay(const LapsaItem& item, const fileSystem::Bat
     case DisposalWay::Recovery:
         break;
     }
-    Result<QString> moved = moveToRecovery(item, entry);
+    const Result<NewPlace> moved = moveToRecovery(item, entry);
     if (!moved) {
         return moved.error();
     }
-    outcome.recoveryPath = std::move(moved).value();
+    outcome.recoveryPath = moved.value().path;
+    outcome.fate = moved.value().isCopy ? DisposalOutcome::Fate::Unfinished : DisposalOutcome::Fate::Done;
     return {};
 }
 
-Result<QString> DisposalWork::moveToRecovery(const LapsaItem& item, const fileSystem::BatchEntry& entry)
+Result<NewPlace> DisposalWork::moveToRecovery(const LapsaItem& item, const fileSystem::BatchEntry& entry)
 {
     const QString name = u'/' + recoveryFileName(item);
-    Result<QString> moved = moveToFreeName(m_batch, entry, m_recoveryFolder + name, m_freeNames);
+    Result<NewPlace> moved = moveToFreeName(m_batch, entry, m_recoveryFolder + name, m_freeNames);
     if (!moved && moved.error().code == ENOENT) {
         // The recovery folder was removed; ask for it again, which creates it.
         m_recoveryFolder = AppPaths::recoveryDirectory().toLocalFile();

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "FileBatch.h"
-#include "FreeNames.h"
+#include "FreeNameMove.h"
 #include "ItemPlaces.h"
 #include "KnownPaths.h"
 #include "LapsaItem.h"
@@ -64,6 +64,8 @@ struct DisposalOutcome
         Stopped,
         /// It must be copied but is being written to.
         InUse,
+        /// Whole in Recovery or in the Trash, but it, or a part of the folder, could not be removed from its place.
+        Unfinished,
         Failed,
     };
 
@@ -73,13 +75,16 @@ struct DisposalOutcome
     /// Where it is in the Trash now, if the user deleted it by hand and it is there.
     std::optional<fileSystem::TrashedEntry> trashed = std::nullopt;
     bool wasFolder = false;
-    /// Whether much was copied, even if in vain.
-    bool wasCopied = false;
-    /// Whether the user, while it happened, wanted the file to stay.
-    bool cameTooLate = false;
+    bool wasCopied = false;   ///< Whether much was copied, even if in vain.
+    bool cameTooLate = false; ///< Whether the user, while it happened, wanted the file to stay.
+    /// After Stopped, if a part is gone: the files that are left; negative if they could not be counted.
+    std::optional<std::int64_t> filesLeft = std::nullopt;
     /// After Failed.
     FileError error = {};
 };
+
+/// The display name as one file name for the recovery folder: it can come from an edited file and contain anything.
+[[nodiscard]] QString recoveryFileName(const LapsaItem& item);
 
 /// Disposes of files on a lane. Belongs to one thread.
 class DisposalWork final
@@ -100,7 +105,7 @@ private:
     [[nodiscard]] bool isHeld(const LapsaItem& item, const fileSystem::EntryInfo& info) const;
     [[nodiscard]] Result<void> goTheWay(const LapsaItem& item, const fileSystem::BatchEntry& entry,
                                         DisposalOutcome& outcome);
-    [[nodiscard]] Result<QString> moveToRecovery(const LapsaItem& item, const fileSystem::BatchEntry& entry);
+    [[nodiscard]] Result<NewPlace> moveToRecovery(const LapsaItem& item, const fileSystem::BatchEntry& entry);
 
     std::shared_ptr<const DisposalPlan> m_plan;
     LongWork m_announce;

@@ -7,8 +7,8 @@
 
 namespace lapsa {
 
-Result<QString> moveToFreeName(fileSystem::Batch& batch, const fileSystem::BatchEntry& entry, const QString& wanted,
-                               FreeNames& freeNames)
+Result<NewPlace> moveToFreeName(fileSystem::Batch& batch, const fileSystem::BatchEntry& entry, const QString& wanted,
+                                FreeNames& freeNames)
 {
     // The first move is tried without listing the folder, and a name can be taken between the listing and the move. If
     // every try finds its name taken, that is no coincidence.
@@ -22,9 +22,10 @@ Result<QString> moveToFreeName(fileSystem::Batch& batch, const fileSystem::Batch
             continue;
         }
         moved = batch.move(entry, destination);
-        if (moved) {
+        const bool isCopy = !moved && moved.error().code == EINPROGRESS;
+        if (moved || isCopy) {
             freeNames.markTaken(destination);
-            return destination;
+            return NewPlace{.path = destination, .isCopy = isCopy};
         }
         freeNames.release(destination);
         if (moved.error().code != EEXIST) {

@@ -7,7 +7,7 @@
 
 namespace lapsa {
 
-/// What a lane is doing with the file of an item, for the user to see.
+/// What a lane is doing, or has done, with the file of an item, for the user to see.
 struct ItemWork
 {
     enum class Kind
@@ -18,6 +18,8 @@ struct ItemWork
         Removing,
         /// Its disk does not answer. Counts nothing.
         WaitingForDisk,
+        /// Not removed for good to the end. Counts the files that are left; negative if it is not known.
+        Stopped,
     };
 
     Kind kind = Kind::Moving;

@@ -20,10 +20,11 @@ public:
     ItemWorkSource& operator=(const ItemWorkSource&) = delete;
     virtual ~ItemWorkSource() = default;
 
-    /// What a lane has been doing with the file of the item with this id for more than half a second.
+    /// What a lane has been doing with the file of the item with this id for more than half a second, or what it left
+    /// when it was stopped.
     [[nodiscard]] virtual std::optional<ItemWork> workOn(const QString& id) const = 0;
 
-    /// Whether workOn() is worth asking.
+    /// Whether what workOn() tells may change by itself.
     [[nodiscard]] virtual bool isWorking() const = 0;
 };
 

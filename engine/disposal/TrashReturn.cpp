@@ -34,12 +34,15 @@ Result<QString> takeBack(fileSystem::Batch& batch, const fileSystem::TrashedEntr
         return made.error();
     }
     FreeNames freeNames;
-    Result<QString> moved = moveToFreeName(batch, entry, originalPath, freeNames);
-    if (moved) {
+    const Result<NewPlace> moved = moveToFreeName(batch, entry, originalPath, freeNames);
+    if (!moved) {
+        return moved.error();
+    }
+    if (!moved.value().isCopy) {
         // The readers of the Trash skip, and clean up, a record without an entry.
         std::ignore = batch.remove(record);
     }
-    return moved;
+    return moved.value().path;
 }
 
 } // namespace lapsa

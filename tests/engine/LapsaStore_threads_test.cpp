@@ -1,19 +1,10 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
-#include "AppPaths.h"
-#include "FileWriter.h"
-#include "LapsaStore.h"
-#include "QtMainQueue.h"
-#include "Recorders.h"
-#include "SettingsStore.h"
 #include "SteeredDisk.h"
-#include "StoreSetup.h"
-#include "SystemClock.h"
 #include "TemporaryHome.h"
-#include "ThreadLanes.h"
+#include "ThreadWorld.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTest>
 
@@ -26,39 +17,7 @@ namespace lapsa::test {
 
 namespace {
 
-constexpr int patience = 60'000;
-
-/// The store as the program has it: with threads, and the real time.
-struct ThreadWorld
-{
-    SystemClock clock;
-    QtMainQueue mainQueue;
-    ThreadLanes lanes{mainQueue};
-    RecordingAppearance appearance;
-    RecordingWorkspace workspace;
-    RecordingPasteboard pasteboard;
-    FileWriter fileWriter{lanes};
-    SettingsStore settingsStore{mainQueue, fileWriter};
-    LapsaStore store{settingsStore,
-                     {.clock = clock,
-                      .mainQueue = mainQueue,
-                      .lanes = lanes,
-                      .fileWriter = fileWriter,
-                      .appearance = appearance,
-                      .workspace = workspace,
-                      .pasteboard = pasteboard}};
-
-    ~ThreadWorld() { lanes.finish(10s); }
-
-    void add(const QStringList& paths)
-    {
-        bool added = false;
-        store.addFiles(urlsOf(paths), {}, [&added](const AddResult&) { added = true; });
-        QTRY_VERIFY_WITH_TIMEOUT(added, patience);
-    }
-
-    [[nodiscard]] static qsizetype copies() { return QDir(AppPaths::recoveryDirectory().toLocalFile()).count() - 2; }
-};
+constexpr int patience = ThreadWorld::patience;
 
 } // namespace
 

@@ -143,7 +143,8 @@ private:
     static Result<QString> movedToFreeName(const QString& from, const QString& wanted, FreeNames& names)
     {
         fileSystem::Batch batch({});
-        return moveToFreeName(batch, batch.find(from), wanted, names);
+        const Result<NewPlace> moved = moveToFreeName(batch, batch.find(from), wanted, names);
+        return moved ? Result<QString>(moved.value().path) : moved.error();
     }
 };
 
