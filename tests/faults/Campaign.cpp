@@ -67,14 +67,18 @@ Figures& Figures::operator+=(const Figures& other)
 {
     kills += other.kills;
     faults += other.faults;
+    ends += other.ends;
     doubled += other.doubled;
+    doubledLater += other.doubledLater;
+    unrecorded += other.unrecorded;
     failed += other.failed;
     return *this;
 }
 
-Campaign::Campaign(const FaultWorld& world, const Scenario& scenario)
+Campaign::Campaign(const FaultWorld& world, const Scenario& scenario, EngineLanes::Threads threads)
     : m_world(world)
     , m_scenario(scenario)
+    , m_threads(threads)
 {}
 
 Figures Campaign::run(const Selection& selection)
@@ -83,6 +87,7 @@ Figures Campaign::run(const Selection& selection)
     m_figures.calls = runPoint({}).calls;
     int kill = 0;
     int fault = 0;
+    int end = 0;
     int taken = 0;
     const auto runSelected = [&](const std::vector<Injection>& injections, int& number, int every) {
         for (const Injection& injection : injections) {
@@ -95,6 +100,7 @@ Figures Campaign::run(const Selection& selection)
     for (int call = 1; call <= m_figures.calls; ++call) {
         runSelected(killsAt(call), kill, selection.everyKill);
         runSelected(faultsAt(call), fault, selection.everyFault);
+        runSelected({{.kind = Injection::Kind::End, .call = call}}, end, selection.everyEnd);
     }
     return m_figures;
 }
@@ -136,15 +142,17 @@ RunEnd Campaign::runPoint(const Point& point)
     }
     QList<QByteArray> findings = {described(end)};
     findings += promise.broken(end.how == RunEnd::How::Killed ? Promise::After::Kill : Promise::After::Fault);
-    const int doubled = promise.doubled();
+    m_figures.doubled += promise.doubled() > 0 ? 1 : 0;
     const QByteArray again = described(runApart([this] { return startAgain(); }));
     findings.push_back(again.isEmpty() ? again : "the next start " + again);
     const QList<QByteArray> later = promise.broken(Promise::After::Restart);
     for (const QByteArray& finding : later) {
         findings.push_back("after the next start: " + finding);
     }
+    m_figures.doubledLater += promise.doubled() > 0 ? 1 : 0;
+    m_figures.unrecorded += promise.unrecorded() > 0 ? 1 : 0;
     findings.removeIf([](const QByteArray& finding) { return finding.isEmpty(); });
-    count(point, end, doubled, findings);
+    count(point, end, findings);
     return end;
 }
 
@@ -157,7 +165,7 @@ int Campaign::prepare() const
 
 int Campaign::act() const
 {
-    FaultProgram program(m_scenario.later);
+    FaultProgram program(m_scenario.later, m_threads);
     if (!m_scenario.startsInside) {
         program.load();
     }
@@ -176,15 +184,16 @@ int Campaign::startAgain() const
     return EXIT_SUCCESS;
 }
 
-void Campaign::count(const Point& point, const RunEnd& end, int doubled, const QList<QByteArray>& findings)
+void Campaign::count(const Point& point, const RunEnd& end, const QList<QByteArray>& findings)
 {
     const bool injects = point.injection.kind != Injection::Kind::Nothing;
-    if (end.injected) {
+    if (end.injected && point.injection.kind == Injection::Kind::End) {
+        ++m_figures.ends;
+    } else if (end.injected) {
         ++(point.injection.kills() ? m_figures.kills : m_figures.faults);
     } else if (point.before) {
         ++m_figures.faults;
     }
-    m_figures.doubled += doubled > 0 ? 1 : 0;
     if (findings.isEmpty()) {
         return;
     }
@@ -196,8 +205,9 @@ void Campaign::count(const Point& point, const RunEnd& end, int doubled, const Q
     if (!point.name.isEmpty()) {
         how = '(' + point.name + (injects ? ", " + point.injection.text() : "") + ')';
     }
-    std::printf("BROKEN  tools/faults --scenario %s %s   (%s)\n", m_scenario.name.constData(), how.constData(),
-                end.where.toPercentEncoding(" /:.-_").constData());
+    std::printf("BROKEN  tools/faults%s --scenario %s %s   (%s)\n",
+                m_threads == EngineLanes::Threads::Yes ? " --threads" : "", m_scenario.name.constData(),
+                how.constData(), end.where.toPercentEncoding(" /:.-_").constData());
     for (const QByteArray& finding : findings) {
         std::printf("        %s\n", finding.toPercentEncoding(" /:.,-_").constData());
     }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "EngineLanes.h"
 #include "Injection.h"
 #include "Scenario.h"
 
@@ -22,8 +23,14 @@ struct Figures
     int calls = 0;
     int kills = 0;
     int faults = 0;
+    /// How often the program was ended in the middle.
+    int ends = 0;
     /// Points after which a second whole copy or name of a file stood beside the first.
     int doubled = 0;
+    /// Points after which it still stood there when the next start had ended.
+    int doubledLater = 0;
+    /// Points after which something lay in Recovery without a record when the next start had ended.
+    int unrecorded = 0;
     int failed = 0;
     /// Of the promises above, how many lines were shown.
     int shown = 0;
@@ -38,6 +45,8 @@ struct Selection
     /// Each `every`-th kill and fault; 0 for none.
     int everyKill = 1;
     int everyFault = 1;
+    /// 0 for none: without threads nothing can be ended in the middle.
+    int everyEnd = 0;
     /// Of `jobs` workers, this is number `worker`.
     int jobs = 1;
     int worker = 0;
@@ -48,7 +57,8 @@ struct Selection
 class Campaign final
 {
 public:
-    Campaign(const FaultWorld& world, const Scenario& scenario);
+    explicit Campaign(const FaultWorld& world, const Scenario& scenario,
+                      EngineLanes::Threads threads = EngineLanes::Threads::No);
 
     /// Shows what is broken as it goes.
     Figures run(const Selection& selection);
@@ -73,10 +83,11 @@ private:
     [[nodiscard]] int prepare() const;
     [[nodiscard]] int act() const;
     [[nodiscard]] int startAgain() const;
-    void count(const Point& point, const RunEnd& end, int doubled, const QList<QByteArray>& findings);
+    void count(const Point& point, const RunEnd& end, const QList<QByteArray>& findings);
 
     const FaultWorld& m_world;
     const Scenario& m_scenario;
+    EngineLanes::Threads m_threads;
     Figures m_figures;
 };
 

@@ -6,6 +6,10 @@
 #include "JSONEncoder.h"
 #include "VersionLog.h"
 
+#include <unistd.h>
+
+#include <cstdlib>
+
 namespace lapsa::test {
 
 using namespace std::chrono_literals;
@@ -17,7 +21,8 @@ constexpr auto longestSaveDelay = 350ms;
 
 } // namespace
 
-FaultProgram::FaultProgram(std::chrono::minutes later)
+FaultProgram::FaultProgram(std::chrono::minutes later, EngineLanes::Threads threads)
+    : m_lanes(m_time, threads)
 {
     letTimePass(later);
 }
@@ -29,12 +34,18 @@ void FaultProgram::load()
     m_settingsStore.emplace(m_time, m_fileWriter);
     m_store.emplace(*m_settingsStore, LapsaStore::Environment{.clock = m_time,
                                                               .mainQueue = m_time,
-                                                              .lanes = m_lanes,
+                                                              .lanes = m_lanes.lanes(),
                                                               .fileWriter = m_fileWriter,
                                                               .appearance = m_appearance,
                                                               .workspace = m_workspace,
                                                               .pasteboard = m_pasteboard});
+    const QByteArray noRecords = JSONEncoder::lapsa().encode(QList<LapsaRecoveryItem>());
+    if (m_store->recoveryItems().isEmpty() && log.count(VersionLog::Recovery) > 0 &&
+        !log.isNewest(VersionLog::Recovery, noRecords)) {
+        log.setRecordsLost();
+    }
     m_cleanup.emplace(*m_store, m_warnings, CleanupService::Environment{.clock = m_time, .mainQueue = m_time});
+    settleLanes();
     noteVersions();
     log.setStarting(false);
 }
@@ -77,20 +88,51 @@ void FaultProgram::add(const QStringList& paths)
 
 void FaultProgram::quit()
 {
+    settleLanes();
     m_cleanup->stop();
+    save();
+    settleLanes();
+    VersionLog::shared().promise();
+}
+
+void FaultProgram::save()
+{
     noteVersions();
     m_store->saveNow();
+    noteVersions();
     if (m_settingsStore->savePending()) {
         m_settingsStore->saveNow();
     }
-    VersionLog::shared().promise();
 }
 
 void FaultProgram::settle()
 {
+    settleLanes();
     noteVersions();
     m_time.advance(longestSaveDelay);
+    settleLanes();
     VersionLog::shared().promise();
+}
+
+void FaultProgram::settleLanes()
+{
+    if (!m_lanes.settle([this] { noteVersions(); })) {
+        endNow();
+    }
+}
+
+void FaultProgram::endNow()
+{
+    if (m_cleanup) {
+        m_cleanup->stop();
+    }
+    m_lanes.lanes().awaitLooks(200ms);
+    m_lanes.lanes().finish(300ms);
+    save();
+    if (m_fileWriter.flush(500ms)) {
+        VersionLog::shared().promise();
+    }
+    ::_exit(EXIT_SUCCESS);
 }
 
 void FaultProgram::noteVersions() const

@@ -4,9 +4,9 @@
 #pragma once
 
 #include "CleanupService.h"
+#include "EngineLanes.h"
 #include "FileWriter.h"
 #include "LapsaStore.h"
-#include "ManualLanes.h"
 #include "ManualTime.h"
 #include "Recorders.h"
 #include "SettingsStore.h"
@@ -26,7 +26,7 @@ class FaultProgram final
 {
 public:
     /// So long after the moment at which a clock moved by hand starts.
-    explicit FaultProgram(std::chrono::minutes later = {});
+    explicit FaultProgram(std::chrono::minutes later = {}, EngineLanes::Threads threads = EngineLanes::Threads::No);
 
     /// Comes up as the program does, its first pass included.
     void start();
@@ -49,11 +49,16 @@ public:
 private:
     /// Tells what the lists are now, and lets their saves pass.
     void settle();
+    /// Waits for the lanes.
+    void settleLanes();
+    void save();
+    /// As the program ends when it is told to, whatever is under way.
+    [[noreturn]] void endNow();
     void noteVersions() const;
 
     ManualTime m_time;
-    ManualLanes m_lanes{ManualLanes::Runs::AtOnce};
-    FileWriter m_fileWriter{m_lanes};
+    EngineLanes m_lanes;
+    FileWriter m_fileWriter{m_lanes.lanes()};
     RecordingAppearance m_appearance;
     RecordingWorkspace m_workspace;
     RecordingPasteboard m_pasteboard;

@@ -40,6 +40,8 @@ QByteArray Injection::text() const
         return "kill-before " + number;
     case Kind::KillAfter:
         return "kill-after " + number;
+    case Kind::End:
+        return "end " + number;
     case Kind::Fail:
         return ::strerrorname_np(error) + rest;
     case Kind::FailAfter:
@@ -56,8 +58,14 @@ std::optional<Injection> Injection::ofText(const QByteArray& text)
     Injection injection;
     injection.call = words.back().toInt();
     if (words.size() == 2 && injection.call > 0) {
-        injection.kind = words[0] == "kill-before" ? Kind::KillBefore : Kind::KillAfter;
-        return words[0].startsWith("kill-") ? std::optional(injection) : std::nullopt;
+        constexpr std::array kinds = {Kind::KillBefore, Kind::KillAfter, Kind::End};
+        constexpr std::array names = {"kill-before", "kill-after", "end"};
+        const auto* const name = std::ranges::find_if(names, [&](const char* known) { return words[0] == known; });
+        if (name == names.end()) {
+            return std::nullopt;
+        }
+        injection.kind = kinds.at(static_cast<std::size_t>(name - names.begin()));
+        return injection;
     }
     constexpr int wordsOfFault = 3;
     if (words.size() != wordsOfFault || injection.call <= 0) {

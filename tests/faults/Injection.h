@@ -17,6 +17,8 @@ struct Injection
         Nothing,
         KillBefore,
         KillAfter,
+        /// Somebody ends the program while one of its threads stands before the call.
+        End,
         /// The call is not made and fails with `error`.
         Fail,
         /// The call is made, and reported as failed: an answer that was lost on its way.

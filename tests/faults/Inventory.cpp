@@ -72,7 +72,10 @@ std::vector<FileFound> filesBelow(const QByteArray& folder)
             if (S_ISDIR(status.st_mode)) {
                 folders.push_back(path);
             } else {
-                files.push_back({.path = path, .key = keyOf(path, status), .attributes = attributesOf(path, status)});
+                files.push_back({.path = path,
+                                 .key = keyOf(path, status),
+                                 .attributes = attributesOf(path, status),
+                                 .marked = ::lgetxattr(path.constData(), "user.lapsa.moving", nullptr, 0) >= 0});
             }
         }
     }

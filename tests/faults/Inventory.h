@@ -18,6 +18,8 @@ struct FileFound
     QByteArray key;
     /// Mode, time of the last change, the user's own attributes.
     QByteArray attributes;
+    /// Whether it carries the mark of a copy whose original may still stand.
+    bool marked = false;
 };
 
 /// Everything below a folder, in no order. Links are not followed.

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "EngineLanes.h"
+
 #include <QByteArray>
 #include <QDir>
 #include <QString>
@@ -20,7 +22,11 @@ struct Options
     int thin = 1;
     /// Each `every`-th fault, 0 for the usual selection. Kills are all run, unless `briefly`.
     int every = 0;
+    /// Each so many-th power cut, 0 for the usual selection. With a scenario, nothing but its power cuts is run.
+    int cuts = 0;
     int jobs = 2;
+    /// With threads, as the real program works; then it is also ended at each call.
+    bool threads = false;
     /// Only this scenario, or one of the other rows of the table.
     QByteArray scenario = {};
     /// Only this injection.
@@ -30,6 +36,11 @@ struct Options
     bool list = false;
     /// Where the worlds are made.
     QString folder = QDir::tempPath();
+
+    [[nodiscard]] EngineLanes::Threads lanes() const
+    {
+        return threads ? EngineLanes::Threads::Yes : EngineLanes::Threads::No;
+    }
 
     /// Nothing where something is wrong with them.
     [[nodiscard]] static std::optional<Options> of(int count, char* arguments[]);

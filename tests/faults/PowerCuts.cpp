@@ -10,12 +10,12 @@
 
 namespace lapsa::test {
 
-Figures runPowerCuts(const FaultWorld& world, int every, int jobs, int worker)
+Figures runPowerCuts(const FaultWorld& world, const CutSelection& selection)
 {
     Figures sum;
     const std::unique_ptr<DiskPair> disks = DiskPair::mountedIn(world);
     if (!disks) {
-        if (worker == 0) {
+        if (selection.worker == 0) {
             std::printf("Left out, for want of root, loop devices or XFS: power-cuts\n");
         }
         return sum;
@@ -27,18 +27,19 @@ Figures runPowerCuts(const FaultWorld& world, int every, int jobs, int worker)
     const auto cut = [&] { disks->cutPower(); };
     int point = 0;
     for (const Scenario& scenario : scenarios()) {
-        if (scenario.abilities != Abilities::All) {
+        const bool isWanted = selection.scenario.isEmpty() || selection.scenario == scenario.name;
+        if (!isWanted || scenario.abilities != Abilities::All) {
             continue;
         }
         Campaign campaign(world, scenario);
         const Figures atEnd = campaign.runUnder("power cut at the end", {}, before, cut);
-        if (worker == 0) {
+        if (selection.worker == 0) {
             sum += atEnd;
         }
         for (int call = 1; call <= atEnd.calls; ++call) {
             for (const auto kind : {Injection::Kind::KillBefore, Injection::Kind::KillAfter}) {
                 const int number = point++;
-                if (number % every == 0 && number / every % jobs == worker) {
+                if (number % selection.every == 0 && number / selection.every % selection.jobs == selection.worker) {
                     sum += campaign.runUnder("power cut", {.kind = kind, .call = call}, before, cut);
                 }
             }

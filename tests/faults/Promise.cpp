@@ -5,6 +5,7 @@
 
 #include "FaultWorld.h"
 #include "JSONDecoder.h"
+#include "LapsaRecoveryItem.h"
 #include "LapsaSettings.h"
 #include "VersionLog.h"
 
@@ -75,13 +76,18 @@ QList<QByteArray> Promise::broken(After after)
 {
     QList<QByteArray> findings;
     m_doubled = 0;
+    m_unrecorded = 0;
+    readRecords();
     const std::vector<FileFound> found = everything();
     for (const Remembered& wanted : m_remembered) {
-        findings.push_back(whereIs(wanted, found));
+        findings.push_back(whereIs(wanted, found, after));
     }
     for (const FileFound& file : found) {
         findings.push_back(strange(file, after));
         findings.push_back(withoutRecord(file));
+        if (const QByteArray finding = notListed(file); after == After::Restart) {
+            findings.push_back(finding);
+        }
     }
     checkOwnFiles(after, findings);
     findings.removeIf([](const QByteArray& finding) { return finding.isEmpty(); });
@@ -132,7 +138,7 @@ bool Promise::mayGo(const QByteArray& path) const
 }
 
 /// Empty where the file is where it may be.
-QByteArray Promise::whereIs(const Remembered& wanted, const std::vector<FileFound>& found)
+QByteArray Promise::whereIs(const Remembered& wanted, const std::vector<FileFound>& found, After after)
 {
     int names = 0;
     bool unfinished = false;
@@ -164,7 +170,9 @@ QByteArray Promise::whereIs(const Remembered& wanted, const std::vector<FileFoun
     }
     if (names > int(wanted.paths.size())) {
         ++m_doubled;
-        return m_scenario.mayDouble() ? QByteArray() : "two of one: " + wanted.file.path + " now at" + paths;
+        return m_scenario.mayDouble() && after != After::Restart
+                   ? QByteArray()
+                   : "two of one: " + wanted.file.path + " now at" + paths;
     }
     return {};
 }
@@ -175,6 +183,10 @@ QByteArray Promise::strange(const FileFound& file, After after) const
     const Spot spot = spotOf(file);
     if (spot == Spot::Unfinished) {
         return after == After::Restart ? "an unfinished copy is left: " + file.path : QByteArray();
+    }
+    // At its old place, a file whose removal from Recovery could not be confirmed may keep it.
+    if (file.marked && spot == Spot::Recovery && after == After::Restart) {
+        return "still marked as a copy: " + file.path;
     }
     if (spot == Spot::Own) {
         return after == After::Restart && file.path.endsWith(".tmp") ? "left over: " + file.path : QByteArray();
@@ -203,9 +215,41 @@ QByteArray Promise::withoutRecord(const FileFound& file) const
     return whole ? QByteArray() : "in the trash without a record: " + file.path;
 }
 
-void Promise::checkOwnFiles(After after, QList<QByteArray>& findings) const
+void Promise::readRecords()
+{
+    m_recorded.clear();
+    const auto records = JSONDecoder::lapsa().decodeList<LapsaRecoveryItem>(contentOf(m_data + "/recovery.json"));
+    for (const LapsaRecoveryItem& record : records.value_or(QList<LapsaRecoveryItem>())) {
+        const QByteArray path = record.recoveryPath.toUtf8();
+        m_recorded.insert(path.sliced(path.lastIndexOf('/') + 1));
+    }
+}
+
+/// Empty where the window of Recovery can put the copy back to where it was.
+QByteArray Promise::notListed(const FileFound& file)
+{
+    const QByteArray folder = m_data + "/Recovery/";
+    // What is to go may stay there if it cannot be removed. A start that could not read the lists knows no records.
+    if (spotOf(file) != Spot::Recovery || mayGo(file.path) || VersionLog::shared().recordsWereLost() ||
+        m_nothingWasSaved) {
+        return {};
+    }
+    const QByteArray inside = file.path.sliced(folder.size());
+    if (m_recorded.contains(inside.first(inside.indexOf('/') < 0 ? inside.size() : inside.indexOf('/')))) {
+        return {};
+    }
+    ++m_unrecorded;
+    return "in Recovery without a record: " + file.path;
+}
+
+void Promise::checkOwnFiles(After after, QList<QByteArray>& findings)
 {
     const VersionLog& log = VersionLog::shared();
+    if (after == After::Fault) {
+        // Until its end the program could save neither what came onto the list nor what left it.
+        m_nothingWasSaved = !log.keepsPromise(VersionLog::State, contentOf(m_data + "/state.json")) &&
+                            !log.keepsPromise(VersionLog::Recovery, contentOf(m_data + "/recovery.json"));
+    }
     constexpr std::pair<VersionLog::File, const char*> files[] = {{VersionLog::Settings, "/settings.json"},
                                                                   {VersionLog::State, "/state.json"},
                                                                   {VersionLog::Recovery, "/recovery.json"}};

@@ -8,6 +8,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QSet>
 
 namespace lapsa::test {
 
@@ -37,6 +38,9 @@ public:
     /// Of the last look: how many files had a second whole copy or name.
     [[nodiscard]] int doubled() const { return m_doubled; }
 
+    /// Of the last look: how many files lay in Recovery without a record.
+    [[nodiscard]] int unrecorded() const { return m_unrecorded; }
+
 private:
     enum class Spot
     {
@@ -62,17 +66,23 @@ private:
     [[nodiscard]] std::vector<FileFound> everything() const;
     [[nodiscard]] Spot spotOf(const FileFound& file) const;
     [[nodiscard]] bool mayGo(const QByteArray& path) const;
-    [[nodiscard]] QByteArray whereIs(const Remembered& wanted, const std::vector<FileFound>& found);
+    [[nodiscard]] QByteArray whereIs(const Remembered& wanted, const std::vector<FileFound>& found, After after);
     [[nodiscard]] QByteArray strange(const FileFound& file, After after) const;
     [[nodiscard]] QByteArray withoutRecord(const FileFound& file) const;
-    void checkOwnFiles(After after, QList<QByteArray>& findings) const;
+    [[nodiscard]] QByteArray notListed(const FileFound& file);
+    void readRecords();
+    void checkOwnFiles(After after, QList<QByteArray>& findings);
 
     const FaultWorld& m_world;
     const Scenario& m_scenario;
     QByteArray m_documents;
     QByteArray m_data;
     std::vector<Remembered> m_remembered;
+    /// The names in Recovery that have records.
+    QSet<QByteArray> m_recorded;
     int m_doubled = 0;
+    int m_unrecorded = 0;
+    bool m_nothingWasSaved = false;
 };
 
 } // namespace lapsa::test

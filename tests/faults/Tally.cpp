@@ -37,7 +37,10 @@ void Tally::add(std::size_t row, const Figures& figures)
     std::atomic_ref(sum.calls) = figures.calls;
     addTo(sum.kills, figures.kills);
     addTo(sum.faults, figures.faults);
+    addTo(sum.ends, figures.ends);
     addTo(sum.doubled, figures.doubled);
+    addTo(sum.doubledLater, figures.doubledLater);
+    addTo(sum.unrecorded, figures.unrecorded);
     addTo(sum.failed, figures.failed);
 }
 

@@ -3,9 +3,11 @@
 
 #include "TracedRun.h"
 
+#include "Deadline.h"
 #include "StoppedCall.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/ptrace.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -20,47 +22,8 @@ namespace lapsa::test {
 
 namespace {
 
-constexpr unsigned hangSeconds = 60;
 /// A signal may cut calls short as often as it likes, but not for ever: waiting it out is right.
 constexpr int mostInterruptions = 20;
-
-volatile std::sig_atomic_t timeIsOver = 0;
-
-void noteTheTime(int)
-{
-    timeIsOver = 1;
-}
-
-/// While one stands, a wait that takes too long is cut short.
-class Deadline final
-{
-public:
-    Deadline()
-    {
-        timeIsOver = 0;
-        struct sigaction action = {};
-        action.sa_handler = noteTheTime; // and no SA_RESTART
-        ::sigaction(SIGALRM, &action, nullptr);
-        ::alarm(hangSeconds);
-    }
-
-    Deadline(const Deadline&) = delete;
-    Deadline& operator=(const Deadline&) = delete;
-
-    ~Deadline() { ::alarm(0); }
-};
-
-/// The wait status of the process; nothing when the time is over.
-std::optional<int> waitFor(pid_t process)
-{
-    int status = 0;
-    while (::waitpid(process, &status, __WALL) < 0) {
-        if (errno != EINTR || timeIsOver != 0) {
-            return std::nullopt;
-        }
-    }
-    return timeIsOver != 0 ? std::nullopt : std::optional(status);
-}
 
 RunEnd endOf(std::optional<int> status)
 {
@@ -102,35 +65,66 @@ public:
         if (const std::optional<int> stopped = waitFor(m_process); !stopped || !WIFSTOPPED(*stopped)) {
             return endOf(stopped);
         }
-        ::ptrace(PTRACE_SETOPTIONS, m_process, nullptr, PTRACE_O_TRACESECCOMP | PTRACE_O_EXITKILL);
-        std::optional<int> status = goOn(0);
-        while (status && WIFSTOPPED(*status)) {
-            const bool atCall = *status >> 8 == (SIGTRAP | (PTRACE_EVENT_SECCOMP << 8));
-            status = atCall ? passCall() : goOn(WSTOPSIG(*status));
+        ::ptrace(PTRACE_SETOPTIONS, m_process, nullptr,
+                 PTRACE_O_TRACESECCOMP | PTRACE_O_TRACECLONE | PTRACE_O_EXITKILL);
+        goOn(m_process, 0);
+        while (!m_status) {
+            int status = 0;
+            const pid_t thread = ::waitpid(-1, &status, __WALL);
+            if (thread < 0 && (errno != EINTR || Deadline::isOver())) {
+                break;
+            }
+            if (thread > 0) {
+                handle(thread, status);
+            }
         }
-        if (!status) {
-            ::kill(m_process, SIGKILL);
-            ::waitpid(m_process, nullptr, __WALL);
+        if (!m_status) {
+            endByForce();
         }
-        const RunEnd end = endOf(status);
+        const RunEnd end = endOf(m_status);
         m_end.how = m_killed && end.how == RunEnd::How::Crashed ? RunEnd::How::Killed : end.how;
         m_end.code = end.code;
         return m_end;
     }
 
 private:
-    std::optional<int> goOn(int signal)
+    void handle(pid_t thread, int status)
     {
-        ::ptrace(PTRACE_CONT, m_process, nullptr, signal);
-        return waitFor(m_process);
+        if (!WIFSTOPPED(status)) {
+            if (thread == m_process) {
+                m_status = status;
+            }
+            return;
+        }
+        constexpr int eventShift = 16;
+        if (status >> 8 == (SIGTRAP | (PTRACE_EVENT_SECCOMP << 8))) {
+            passCall(thread);
+        } else {
+            // A new thread begins with a stop that nobody sent.
+            const bool isOfTracing = status >> eventShift != 0 || WSTOPSIG(status) == SIGSTOP;
+            goOn(thread, isOfTracing ? 0 : WSTOPSIG(status));
+        }
     }
 
-    /// Lets the call that the process stands before happen, or not; the answer is the process's next stop.
-    std::optional<int> passCall()
+    /// Its threads end before it.
+    void endByForce() const
     {
-        StoppedCall call(m_process);
+        ::kill(m_process, SIGKILL);
+        pid_t thread = 0;
+        for (int status = 0; thread >= 0 && (thread != m_process || WIFSTOPPED(status));) {
+            thread = ::waitpid(-1, &status, __WALL);
+        }
+    }
+
+    static void goOn(pid_t thread, int signal) { ::ptrace(PTRACE_CONT, thread, nullptr, signal); }
+
+    /// Lets the call that the thread stands before happen, or not.
+    void passCall(pid_t thread)
+    {
+        StoppedCall call(thread);
         if (call.writesIntoPipe()) {
-            return goOn(0);
+            goOn(thread, 0);
+            return;
         }
         ++m_end.calls;
         if (m_listCalls) {
@@ -138,9 +132,12 @@ private:
         }
         if (const int missing = missingAbility(call)) {
             call.refuse(missing);
-            return goOn(0);
+            goOn(thread, 0);
+        } else if (isMeant(call)) {
+            inject(thread, call);
+        } else {
+            goOn(thread, 0);
         }
-        return isMeant(call) ? inject(call) : goOn(0);
     }
 
     [[nodiscard]] bool isMeant(const StoppedCall& call)
@@ -164,53 +161,79 @@ private:
         return m_end.injected && reached && (m_injection.error != EINTR || m_repetitions < mostInterruptions);
     }
 
-    std::optional<int> inject(StoppedCall& call)
+    void inject(pid_t thread, StoppedCall& call)
     {
         switch (m_injection.kind) {
         case Injection::Kind::Nothing:
             break;
         case Injection::Kind::KillBefore:
-            return kill();
-        case Injection::Kind::KillAfter: {
-            const std::optional<int> returned = untilReturn();
-            return returned && WIFSTOPPED(*returned) ? kill() : returned;
-        }
+            kill();
+            return;
+        case Injection::Kind::KillAfter:
+            if (const std::optional<int> returned = untilReturn(thread); returned && WIFSTOPPED(*returned)) {
+                kill();
+            }
+            return;
+        case Injection::Kind::End:
+            askForTheEnd(thread);
+            break;
         case Injection::Kind::Fail:
             if (call.number() == SYS_close) {
-                return failAfterwards(); // a failing close() closes all the same
+                failAfterwards(thread); // a failing close() closes all the same
+                return;
             }
             call.refuse(m_injection.error);
             break;
         case Injection::Kind::FailAfter:
-            return failAfterwards();
+            failAfterwards(thread);
+            return;
         case Injection::Kind::Short:
             call.halve();
             break;
         }
-        return goOn(0);
+        goOn(thread, 0);
     }
 
-    std::optional<int> kill()
+    void kill()
     {
         m_killed = true;
         ::kill(m_process, SIGKILL);
-        return waitFor(m_process);
     }
 
-    std::optional<int> untilReturn()
+    /// Tells the main thread, and gives it the time to ask the others to stop before this one goes on.
+    void askForTheEnd(pid_t thread)
     {
-        ::ptrace(PTRACE_SYSCALL, m_process, nullptr, 0);
-        return waitFor(m_process);
-    }
-
-    std::optional<int> failAfterwards()
-    {
-        const std::optional<int> returned = untilReturn();
-        if (!returned || !WIFSTOPPED(*returned)) {
-            return returned;
+        constexpr int head = 3; // milliseconds
+        ::syscall(SYS_tgkill, m_process, m_process, SIGUSR1);
+        if (thread == m_process) {
+            return;
         }
-        StoppedCall(m_process).report(m_injection.error);
-        return goOn(0);
+        for (int waited = 0; waited < head; ++waited) {
+            int status = 0;
+            if (::waitpid(m_process, &status, __WALL | WNOHANG) == m_process) {
+                handle(m_process, status);
+            }
+            ::poll(nullptr, 0, 1);
+        }
+    }
+
+    std::optional<int> untilReturn(pid_t thread)
+    {
+        ::ptrace(PTRACE_SYSCALL, thread, nullptr, 0);
+        const std::optional<int> status = waitFor(thread);
+        if (status && !WIFSTOPPED(*status) && thread == m_process) {
+            m_status = status;
+        }
+        return status;
+    }
+
+    void failAfterwards(pid_t thread)
+    {
+        const std::optional<int> returned = untilReturn(thread);
+        if (returned && WIFSTOPPED(*returned)) {
+            StoppedCall(thread).report(m_injection.error);
+            goOn(thread, 0);
+        }
     }
 
     /// The error by which the file system says that it cannot do this at all; 0 where it can.
@@ -243,6 +266,8 @@ private:
     const TracedCall* m_kind = nullptr;
     int m_repetitions = 0;
     bool m_killed = false;
+    /// Of the whole process, once it has ended.
+    std::optional<int> m_status;
 };
 
 } // namespace

@@ -29,6 +29,7 @@ void VersionLog::clear()
 {
     m_versions = {};
     m_starting = false;
+    m_recordsWereLost = false;
 }
 
 void VersionLog::note(File file, QByteArrayView bytes)
@@ -47,6 +48,12 @@ void VersionLog::promise()
     for (Versions& versions : m_versions) {
         versions.promised = versions.count == 0 ? 0 : versions.count - 1;
     }
+}
+
+bool VersionLog::isNewest(File file, QByteArrayView bytes) const
+{
+    const Versions& versions = m_versions.at(file);
+    return versions.count > 0 && versions.digests.at(versions.count - 1) == digestOf(bytes);
 }
 
 bool VersionLog::knows(File file, QByteArrayView bytes) const

@@ -40,6 +40,15 @@ public:
 
     [[nodiscard]] bool starting() const { return m_starting; }
 
+    /// A start could not read the list of records, and replaced it.
+    void setRecordsLost() { m_recordsWereLost = true; }
+
+    [[nodiscard]] bool recordsWereLost() const { return m_recordsWereLost; }
+
+    [[nodiscard]] std::size_t count(File file) const { return m_versions.at(file).count; }
+
+    /// Whether the newest version holds these bytes.
+    [[nodiscard]] bool isNewest(File file, QByteArrayView bytes) const;
     /// Whether these bytes were noted.
     [[nodiscard]] bool knows(File file, QByteArrayView bytes) const;
     /// Whether they are the newest version at the last promise, or a later one.
@@ -63,6 +72,7 @@ private:
 
     std::array<Versions, files> m_versions{};
     bool m_starting = false;
+    bool m_recordsWereLost = false;
 };
 
 } // namespace lapsa::test

@@ -53,6 +53,7 @@ Selection selectionFor(const Scenario& scenario, const Options& options, int wor
         selection.everyFault = critical ? criticalFaults : briefFaults;
     }
     selection.everyKill *= options.thin;
+    selection.everyEnd = options.threads ? selection.everyKill : 0;
     selection.everyFault = options.every > 0 ? options.every : selection.everyFault * options.thin;
     return selection;
 }
@@ -72,17 +73,27 @@ public:
         std::size_t row = 0;
         for (const Scenario& scenario : scenarios()) {
             if (wanted(scenario.name) && canRun(scenario)) {
-                Tally::shared().add(row, Campaign(m_world, scenario).run(selectionFor(scenario, m_options, m_number)));
+                Tally::shared().add(
+                    row,
+                    Campaign(m_world, scenario, m_options.lanes()).run(selectionFor(scenario, m_options, m_number)));
             }
             ++row;
         }
-        runOthers(row);
+        if (!m_options.threads) {
+            runOthers(row);
+        }
     }
 
 private:
     [[nodiscard]] bool wanted(const QByteArray& name) const
     {
-        return m_options.scenario.isEmpty() || m_options.scenario == name;
+        return m_options.scenario.isEmpty() || (m_options.scenario == name && !onlyItsCuts());
+    }
+
+    [[nodiscard]] bool onlyItsCuts() const
+    {
+        return m_options.cuts > 0 &&
+               std::ranges::find(scenarios(), m_options.scenario, &Scenario::name) != scenarios().end();
     }
 
     [[nodiscard]] bool canRun(const Scenario& scenario) const { return m_world.mounted() || !scenario.onVolume; }
@@ -111,9 +122,13 @@ private:
         if (last && m_world.mounted() && wanted("races")) {
             Tally::shared().add(row + 3, runRaces(m_world, (m_options.briefly ? 10 : 200) / m_options.thin));
         }
-        if (wanted("power-cuts")) {
-            const int every = (m_options.briefly ? briefCuts : usualCuts) * m_options.thin;
-            Tally::shared().add(row + 4, runPowerCuts(m_world, every, m_options.jobs, m_number));
+        if (wanted("power-cuts") || onlyItsCuts()) {
+            const int usual = (m_options.briefly ? briefCuts : usualCuts) * m_options.thin;
+            Tally::shared().add(row + 4,
+                                runPowerCuts(m_world, {.scenario = onlyItsCuts() ? m_options.scenario : QByteArray(),
+                                                       .every = m_options.cuts > 0 ? m_options.cuts : usual,
+                                                       .jobs = m_options.jobs,
+                                                       .worker = m_number}));
         }
     }
 
@@ -156,25 +171,24 @@ bool runWorkers(const Options& options)
 
 void show(const char* name, const Figures& figures)
 {
-    std::printf("%-28s %6d %7d %7d %8d %7d\n", name, figures.calls, figures.kills, figures.faults, figures.doubled,
-                figures.failed);
+    std::printf("%-28s %6d %7d %7d %7d %8d %8d %8d %7d\n", name, figures.calls, figures.kills, figures.faults,
+                figures.ends, figures.doubled, figures.doubledLater, figures.unrecorded, figures.failed);
 }
 
 /// The table; the answer is how many points broke the promise.
 int showFigures(const std::vector<QByteArray>& names)
 {
     Figures sum;
-    std::printf("\n%-28s %6s %7s %7s %8s %7s\n", "", "calls", "kills", "faults", "doubled", "broken");
+    std::printf("\n%-28s %6s %7s %7s %7s %8s %8s %8s %7s\n", "", "", "", "", "", "", "after the", "next start", "");
+    std::printf("%-28s %6s %7s %7s %7s %8s %8s %8s %7s\n", "", "calls", "kills", "faults", "ends", "doubled", "doubled",
+                "unlisted", "broken");
     for (std::size_t row = 0; row < names.size(); ++row) {
         const Figures& figures = Tally::shared().row(row);
-        if (figures.kills + figures.faults + figures.failed == 0) {
+        if (figures.kills + figures.faults + figures.ends + figures.failed == 0) {
             continue;
         }
         show(names.at(row).constData(), figures);
-        sum.kills += figures.kills;
-        sum.faults += figures.faults;
-        sum.doubled += figures.doubled;
-        sum.failed += figures.failed;
+        sum += figures;
     }
     show("together", sum);
     return sum.failed;
@@ -190,7 +204,7 @@ int runOnly(const Options& options)
     const FaultWorld world(options.folder);
     silenceComplaints();
     const Injection injection = Injection::ofText(options.only).value_or(Injection{});
-    const Figures figures = Campaign(world, *found).runOnly(injection, options.calls);
+    const Figures figures = Campaign(world, *found, options.lanes()).runOnly(injection, options.calls);
     std::printf("%s\n", figures.failed == 0 ? "The promise holds." : "The promise is broken.");
     return figures.failed == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
@@ -224,7 +238,8 @@ int main(int argc, char* argv[])
 {
     const auto options = Options::of(argc, argv);
     if (!options) {
-        std::fprintf(stderr, "usage: tools/faults [--short] [--thin N | --every N] [--jobs N] [--in FOLDER] [--list]\n"
+        std::fprintf(stderr, "usage: tools/faults [--short] [--thin N | --every N] [--cuts N] [--threads] [--jobs N] "
+                             "[--in FOLDER] [--list]\n"
                              "                    [--scenario NAME [--only INJECTION] [--calls]]\n");
         return EXIT_FAILURE;
     }
