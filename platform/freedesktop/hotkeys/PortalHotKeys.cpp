@@ -15,6 +15,7 @@
 #include <QList>
 #include <QVariantMap>
 
+#include <algorithm>
 #include <utility>
 
 namespace lapsa {
@@ -33,7 +34,8 @@ QDBusMessage callOf(const QString& method)
     return QDBusMessage::createMethodCall(service, path, interface, method);
 }
 
-/// Unique among the sessions of this process.
+/// Unique among the sessions of this process, and the same at each start: desktops that do not know which program calls
+/// know its keys by it.
 QString newSessionToken()
 {
     static int count = 0;
@@ -143,7 +145,27 @@ private:
         }
         QDBusConnection::sessionBus().connect(service, m_session, sessionInterface, u"Closed"_s, this,
                                               SLOT(sessionClosed()));
-        bindShortcut();
+        listShortcuts();
+    }
+
+    /// The desktop may have kept the key since an earlier start. Some show their settings with each key that is bound.
+    void listShortcuts()
+    {
+        QDBusMessage call = callOf(u"ListShortcuts"_s);
+        call << QVariant::fromValue(QDBusObjectPath(m_session));
+        m_request = std::make_unique<PortalRequest>(call, QVariantMap(), [this](const PortalRequest::Answer& answer) {
+            if (answer && isAmong(answer->value(u"shortcuts"_s))) {
+                shortcutBound(answer);
+            } else {
+                bindShortcut();
+            }
+        });
+    }
+
+    [[nodiscard]] bool isAmong(const QVariant& shortcuts) const
+    {
+        const auto known = qdbus_cast<QList<PortalShortcut>>(shortcuts);
+        return std::ranges::find(known, m_key.identifier, &PortalShortcut::identifier) != known.end();
     }
 
     void bindShortcut()

@@ -18,6 +18,13 @@ namespace {
 
 constexpr int rootId = 0;
 
+/// Whether the taskbar of this desktop knows keys by the names of its toolkit, and cannot read "comma".
+bool readsKeysOfQt()
+{
+    const QList<QByteArray> desktops = qgetenv("XDG_CURRENT_DESKTOP").split(':');
+    return desktops.contains("KDE") || desktops.contains("LXQt");
+}
+
 /// The interface has its own names for the modifiers; the key itself has its X11 name.
 DBusMenuShortcut shortcutOf(const QString& portableText)
 {
@@ -27,7 +34,7 @@ DBusMenuShortcut shortcutOf(const QString& portableText)
             key = u"Control"_s;
         } else if (key == "Meta"_L1) {
             key = u"Super"_s;
-        } else if (key == ","_L1) {
+        } else if (key == ","_L1 && !readsKeysOfQt()) {
             key = u"comma"_s;
         } else if (key.size() == 1) {
             key = key.toLower();

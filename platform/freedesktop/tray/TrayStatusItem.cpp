@@ -25,12 +25,28 @@ constexpr auto taskbarPatience = 1500ms;
 /// The approximate size of an icon of which only a point is known.
 constexpr int iconExtent = 22;
 
+/// Whether the program and the taskbar are on one X server, so that it sees the pointer and the keys there.
+bool sharesServerWithTaskbar()
+{
+    return x11Connection() != nullptr && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+/// A taskbar shows the shortcuts of its menu, but leaves them to the program.
+QList<StatusMenuEntry> withHeardShortcuts(QList<StatusMenuEntry> entries)
+{
+    if (!sharesServerWithTaskbar()) {
+        for (StatusMenuEntry& entry : entries) {
+            entry.shortcut.clear();
+        }
+    }
+    return entries;
+}
+
 /// Where the icon was clicked, if known. Taskbars report clicks in their own units, and some report nothing, so the
 /// reported point is used only if the program is not on the taskbar's X server and cannot query the pointer.
 std::optional<QPoint> placeOfClick(const QPoint& reported)
 {
-    const bool pointerIsKnown = x11Connection() != nullptr && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-    if (pointerIsKnown) {
+    if (sharesServerWithTaskbar()) {
         return QCursor::pos();
     }
     return reported.isNull() ? std::nullopt : std::optional(reported);
@@ -63,7 +79,7 @@ TrayStatusItem::~TrayStatusItem() = default;
 void TrayStatusItem::setMenu(QList<StatusMenuEntry> entries)
 {
     m_entries = std::move(entries);
-    m_notifierItem.menu().setEntries(m_entries);
+    m_notifierItem.menu().setEntries(withHeardShortcuts(m_entries));
     m_taskbarMenuKeys.setEntries(m_entries);
     if (m_embedded) {
         setEmbeddedMenu();

@@ -7,6 +7,7 @@
 
 #include <QDBusArgument>
 #include <QDBusError>
+#include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QTimer>
 
@@ -15,6 +16,29 @@
 using namespace Qt::StringLiterals;
 
 namespace lapsa::test {
+
+/// (sa{sv})
+struct KnownShortcut
+{
+    QString identifier;
+    QVariantMap properties;
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const KnownShortcut& shortcut)
+{
+    argument.beginStructure();
+    argument << shortcut.identifier << shortcut.properties;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, KnownShortcut& shortcut)
+{
+    argument.beginStructure();
+    argument >> shortcut.identifier >> shortcut.properties;
+    argument.endStructure();
+    return argument;
+}
 
 namespace {
 
@@ -42,6 +66,8 @@ PlayedPortal::PlayedPortal(const QString& address, Manner create, Manner bind)
     , m_create(create)
     , m_bind(bind)
 {
+    qDBusRegisterMetaType<KnownShortcut>();
+    qDBusRegisterMetaType<QList<KnownShortcut>>();
     m_connection.registerVirtualObject(portalPath, this, QDBusConnection::SubPath);
     if (!m_connection.registerService(u"org.freedesktop.portal.Desktop"_s)) {
         qFatal("the name is taken");
@@ -64,6 +90,8 @@ bool PlayedPortal::handleMessage(const QDBusMessage& message, const QDBusConnect
         createSession(message);
     } else if (message.interface() == portalInterface && message.member() == u"BindShortcuts"_s) {
         bindShortcuts(message);
+    } else if (message.interface() == portalInterface && message.member() == u"ListShortcuts"_s) {
+        listShortcuts(message);
     } else if (message.member() == u"Close"_s) {
         closed.push_back({message.path(), message.interface()});
     } else {
@@ -91,6 +119,7 @@ void PlayedPortal::createSession(const QDBusMessage& message)
     ++sessionsAskedFor;
     const auto options = qdbus_cast<QVariantMap>(message.arguments().value(0));
     const QString session = placeOf(u"session"_s, message, options[u"session_handle_token"_s].toString());
+    lastSession = session;
     respond(message, m_create, options, {{u"session_handle"_s, session}});
 }
 
@@ -108,6 +137,17 @@ void PlayedPortal::bindShortcuts(const QDBusMessage& message)
     }
     shortcuts.endArray();
     respond(message, m_bind, qdbus_cast<QVariantMap>(message.arguments().value(3)), {});
+}
+
+void PlayedPortal::listShortcuts(const QDBusMessage& message)
+{
+    ++listsAskedFor;
+    QList<KnownShortcut> shortcuts;
+    for (const QString& identifier : std::as_const(known)) {
+        shortcuts.push_back({.identifier = identifier, .properties = {{u"trigger_description"_s, u"Meta+Shift+Y"_s}}});
+    }
+    respond(message, listFails ? Manner::Fails : Manner::Grants, qdbus_cast<QVariantMap>(message.arguments().value(1)),
+            {{u"shortcuts"_s, QVariant::fromValue(shortcuts)}});
 }
 
 void PlayedPortal::respond(const QDBusMessage& message, Manner manner, const QVariantMap& options,

@@ -9,6 +9,7 @@
 #include <QList>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVariantMap>
 
 #include <utility>
@@ -56,7 +57,13 @@ public:
     void activate(const QString& session, const QString& identifier);
     void closeSession(const QString& session);
 
+    /// The keys that it knows from an earlier start, of every session.
+    QStringList known;
+    /// Whether it is too old to say so.
+    bool listFails = false;
+    int listsAskedFor = 0;
     int sessionsAskedFor = 0;
+    QString lastSession;
     QList<Bound> bound;
     /// Paths and interfaces.
     QList<std::pair<QString, QString>> closed;
@@ -64,6 +71,7 @@ public:
 private:
     void createSession(const QDBusMessage& message);
     void bindShortcuts(const QDBusMessage& message);
+    void listShortcuts(const QDBusMessage& message);
     void respond(const QDBusMessage& message, Manner manner, const QVariantMap& options, const QVariantMap& results);
     void repeat(const QDBusMessage& signal);
 

@@ -109,6 +109,39 @@ private slots:
         QVERIFY(!key.fallenBack());
     }
 
+    void aKeyThatTheDesktopHasKeptIsNotBoundAgain()
+    {
+        PlayedPortal portal(m_bus.address());
+        portal.known = {u"other"_s, u"add"_s};
+        const CountedKey key;
+
+        QTRY_VERIFY_WITH_TIMEOUT(heard(portal, key), patience);
+
+        QCOMPARE(portal.bound.size(), 0);
+        QVERIFY(!key.fallenBack());
+    }
+
+    void aKeyThatTheDesktopHasNotKeptIsBound_data()
+    {
+        QTest::addColumn<bool>("listFails");
+        QTest::newRow("another is known") << false;
+        QTest::newRow("nobody can say") << true;
+    }
+
+    void aKeyThatTheDesktopHasNotKeptIsBound()
+    {
+        QFETCH(const bool, listFails);
+        PlayedPortal portal(m_bus.address());
+        portal.known = {u"other"_s};
+        portal.listFails = listFails;
+        const CountedKey key;
+
+        QTRY_VERIFY_WITH_TIMEOUT(heard(portal, key), patience);
+
+        QCOMPARE(portal.listsAskedFor, 1);
+        QCOMPARE(portal.bound.size(), 1);
+    }
+
     void keysOfOthersAreIgnored()
     {
         PlayedPortal portal(m_bus.address());
@@ -251,8 +284,8 @@ private:
     [[nodiscard]] static bool heard(PlayedPortal& portal, const CountedKey& key)
     {
         const int before = key.presses;
-        if (!portal.bound.isEmpty()) {
-            portal.activate(portal.bound.constLast().session, u"add"_s);
+        if (!portal.lastSession.isEmpty()) {
+            portal.activate(portal.lastSession, u"add"_s);
         }
         return QTest::qWaitFor([&key, before] { return key.presses > before; }, 200);
     }

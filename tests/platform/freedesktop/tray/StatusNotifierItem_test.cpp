@@ -6,6 +6,7 @@
 #include "ProcessFigures.h"
 #include "SessionBus.h"
 #include "StatusNotifierItem.h"
+#include "TrayStatusItem.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -185,8 +186,20 @@ private slots:
         QCOMPARE(propertyOf<StatusNotifierToolTip>(watcher, u"ToolTip"_s).title, u"Lapsa"_s);
     }
 
+    void theMenuIsLaidOutWithItsShortcuts_data()
+    {
+        QTest::addColumn<QByteArray>("desktop");
+        QTest::addColumn<QString>("comma");
+        QTest::newRow("Xfce") << QByteArray("XFCE") << u"comma"_s;
+        QTest::newRow("Plasma") << QByteArray("KDE") << u","_s;
+        QTest::newRow("LXQt") << QByteArray("X-Example:LXQt") << u","_s;
+    }
+
     void theMenuIsLaidOutWithItsShortcuts()
     {
+        QFETCH(const QByteArray, desktop);
+        QFETCH(const QString, comma);
+        qputenv("XDG_CURRENT_DESKTOP", desktop);
         const PlayedWatcher watcher(bus());
         StatusNotifierItem item(exampleProgram());
         item.menu().setEntries({{.title = u"A_b"_s, .shortcut = u"Ctrl+,"_s, .action = {}},
@@ -200,10 +213,24 @@ private slots:
         QCOMPARE(layout.children.size(), 3);
         QCOMPARE(layout.children[0].properties[u"label"_s].toString(), u"A__b"_s);
         QCOMPARE(qdbus_cast<DBusMenuShortcut>(layout.children[0].properties[u"shortcut"_s]),
-                 (DBusMenuShortcut{{u"Control"_s, u"comma"_s}}));
+                 (DBusMenuShortcut{{u"Control"_s, comma}}));
         QCOMPARE(layout.children[1].properties[u"type"_s].toString(), u"separator"_s);
         QCOMPARE(qdbus_cast<DBusMenuShortcut>(layout.children[2].properties[u"shortcut"_s]),
                  (DBusMenuShortcut{{u"Control"_s, u"q"_s}}));
+    }
+
+    void shortcutsThatNobodyHearsAreNotShown() // there is no X server here
+    {
+        const PlayedWatcher watcher(bus());
+        TrayStatusItem item(exampleProgram());
+        item.setMenu({{.title = u"Quit"_s, .shortcut = u"Ctrl+Q"_s, .action = {}}});
+        QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
+
+        const QDBusMessage reply = watcher.ask(menuPath, menuInterface, u"GetLayout"_s, {0, -1, QStringList()});
+
+        const auto layout = qdbus_cast<DBusMenuLayout>(reply.arguments().value(1));
+        QCOMPARE(layout.children.size(), 1);
+        QVERIFY(!layout.children[0].properties.contains(u"shortcut"_s));
     }
 
     void choosingAnEntryRunsItAndNothingElseDoes_data()
