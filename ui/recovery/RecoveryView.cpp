@@ -6,14 +6,12 @@
 #include "Accessibility.h"
 #include "AlertDialog.h"
 #include "Announcer.h"
-#include "ElidedLabel.h"
 #include "FocusRing.h"
 #include "LapsaStore.h"
 #include "Localized.h"
 #include "MainQueue.h"
 #include "Material.h"
-#include "PushButton.h"
-#include "RecoveryDelegate.h"
+#include "RecoveryFoot.h"
 #include "RecoveryListView.h"
 #include "RecoveryTexts.h"
 #include "TextLabel.h"
@@ -39,7 +37,6 @@ namespace {
 constexpr QSize leastExtent(400, 300);
 constexpr int margin = RecoveryListView::margin;
 constexpr int spacing = 12;
-constexpr int buttonSpacing = 10;
 constexpr auto second = 1s;
 /// Often enough for a bar that seems to move steadily.
 constexpr auto workInterval = 250ms;
@@ -123,25 +120,11 @@ QWidget* RecoveryView::makeList()
 
 QWidget* RecoveryView::makeFoot()
 {
-    auto* const foot = new QWidget(this);
-    auto* const row = new QHBoxLayout(foot);
-    row->setContentsMargins({});
-    row->setSpacing(buttonSpacing);
-    m_count = new ElidedLabel(calloutText, ColorRole::Secondary, foot);
-    m_count->setElideMode(Qt::ElideRight);
-    m_putBack = new PushButton(RecoveryDelegate::putBackText(), PushButton::Kind::Default, foot);
-    m_delete =
-        new PushButton(Localized::text(u"Delete now…"_s, u"Elimina ora…"_s), PushButton::Kind::Destructive, foot);
-    row->addWidget(m_count, 1, Qt::AlignVCenter);
-    row->addWidget(m_putBack);
-    row->addWidget(m_delete);
-    foot->setFixedHeight(m_putBack->sizeHint().height());
-    const auto onSelection = [this](PushButton* button, RecoveryRowLayout::Button meaning) {
-        connect(button, &PushButton::clicked, this, [this, meaning] { act(meaning, m_list->selectedRows()); });
-    };
-    onSelection(m_putBack, RecoveryRowLayout::Button::PutBack);
-    onSelection(m_delete, RecoveryRowLayout::Button::Delete);
-    return foot;
+    m_foot = new RecoveryFoot(this);
+    using enum RecoveryRowLayout::Button;
+    connect(m_foot, &RecoveryFoot::putBackClicked, this, [this] { act(PutBack, m_list->selectedRows()); });
+    connect(m_foot, &RecoveryFoot::deleteClicked, this, [this] { act(Delete, m_list->selectedRows()); });
+    return m_foot;
 }
 
 void RecoveryView::makeShortcuts()
@@ -194,7 +177,6 @@ bool RecoveryView::event(QEvent* event)
         break;
     case QEvent::ApplicationFontChange:
         m_field->setFont(fontFor(bodyText));
-        m_count->parentWidget()->setFixedHeight(m_putBack->sizeHint().height());
         break;
     default:
         break;
@@ -252,14 +234,13 @@ void RecoveryView::refreshFoot()
             const std::optional<RecoveryCopy> copy = m_model.copyAt(row);
             bytes = bytes && copy && copy->bytes ? std::optional(*bytes + *copy->bytes) : std::nullopt;
         }
-        m_count->setText(recoveryTexts::selectionText(rows.size(), bytes));
+        m_foot->setCount(recoveryTexts::selectionText(rows.size(), bytes));
     } else if (m_model.rowCount() != files) {
-        m_count->setText(recoveryTexts::hitsText(m_model.rowCount(), files));
+        m_foot->setCount(recoveryTexts::hitsText(m_model.rowCount(), files));
     } else {
-        m_count->setText(files > 0 ? recoveryTexts::countText(files, m_overview.bytes()) : QString());
+        m_foot->setCount(files > 0 ? recoveryTexts::countText(files, m_overview.bytes()) : QString());
     }
-    m_putBack->setVisible(!rows.isEmpty());
-    m_delete->setVisible(!rows.isEmpty());
+    m_foot->setButtonsShown(!rows.isEmpty());
 }
 
 /// There is a timer only while there is something to see.

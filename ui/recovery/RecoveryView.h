@@ -24,10 +24,9 @@ namespace lapsa {
 class AlertDialog;
 class Announcer;
 class Clock;
-class ElidedLabel;
 class LapsaStore;
 class MainQueue;
-class PushButton;
+class RecoveryFoot;
 class RecoveryListView;
 class ScheduledTask;
 class TextLabel;
@@ -95,9 +94,7 @@ private:
     QStackedWidget* m_pages = nullptr;
     RecoveryListView* m_list = nullptr;
     TextLabel* m_empty = nullptr;
-    ElidedLabel* m_count = nullptr;
-    PushButton* m_putBack = nullptr;
-    PushButton* m_delete = nullptr;
+    RecoveryFoot* m_foot = nullptr;
     Announcer* m_announcer = nullptr;
     QPointer<AlertDialog> m_question;
     /// Each exists while there is something to follow on the screen.

@@ -34,6 +34,20 @@ QString removingText(std::int64_t entries)
                : Localized::text(u"Removing… %1 files"_s, u"Rimozione… %1 file"_s).arg(Localized::number(entries));
 }
 
+QString stoppedText(std::int64_t filesLeft)
+{
+    if (filesLeft < 0) {
+        return Localized::text(u"Stopped: files are left"_s, u"Interrotta: restano dei file"_s);
+    }
+    if (filesLeft == 1) {
+        return Localized::text(u"Stopped: 1 file left"_s, u"Interrotta: resta 1 file"_s);
+    }
+    // The longer Italian text would hide a part of a large number.
+    constexpr std::int64_t large = 100'000;
+    const QString italian = filesLeft >= large ? u"Restano %1 file"_s : u"Interrotta: restano %1 file"_s;
+    return Localized::text(u"Stopped: %1 files left"_s, italian).arg(Localized::number(filesLeft));
+}
+
 } // namespace
 
 QString textFor(const ItemWork& work)
@@ -45,6 +59,8 @@ QString textFor(const ItemWork& work)
         return removingText(work.done);
     case ItemWork::Kind::WaitingForDisk:
         return Localized::waitingForDisk();
+    case ItemWork::Kind::Stopped:
+        return stoppedText(work.done);
     }
     return {};
 }

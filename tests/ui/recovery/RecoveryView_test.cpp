@@ -2,16 +2,20 @@
 // SPDX-License-Identifier: MIT
 
 #include "AlertDialog.h"
+#include "ElidedLabel.h"
 #include "FileTree.h"
 #include "PanelWorld.h"
 #include "PushButton.h"
+#include "RecoveryFoot.h"
 #include "RecoveryWorld.h"
 #include "StoreSetup.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -52,6 +56,29 @@ private slots:
         QVERIFY2(said.startsWith(u"from "_s) && said.contains(u"Downloads, removed in 23h 58min, 5 bytes"_s),
                  qPrintable(said));
         QCOMPARE(world.count(), u"2 files, 10 bytes"_s);
+    }
+
+    void largeTextLeavesTheCountWhole()
+    {
+        const QFont before = QApplication::font();
+        const auto restore = qScopeGuard([&] { QApplication::setFont(before); });
+        QFont large = before;
+        large.setPointSize(22);
+        QApplication::setFont(large);
+        RecoveryWorld world;
+        world.parkFiles({u"a.txt"_s, u"b.txt"_s});
+        world.show();
+
+        const int height = world.list().height();
+        world.press(Qt::Key_A, Qt::ControlModifier);
+        world.settle();
+
+        auto& foot = *world.view.findChild<RecoveryFoot*>();
+        auto& count = *foot.findChild<ElidedLabel*>();
+        QCOMPARE(count.text(), u"2 selected, 10 bytes"_s);
+        QVERIFY2(count.width() >= count.sizeHint().width(), qPrintable(QString::number(count.width())));
+        QVERIFY(!count.geometry().intersects(world.button(u"Put back"_s).geometry()));
+        QCOMPARE(world.list().height(), height);
     }
 
     void aButtonPutsItsFileBack()

@@ -52,6 +52,15 @@ void WorkTexts_test::everyWorkHasItsText_data()
     row("a million", {Kind::Removing, 1234567, 0}, u"Removing… 1,234,567 files"_s, u"Rimozione… 1.234.567 file"_s);
     row("a disk that does not answer", {Kind::WaitingForDisk, 7, 9}, u"Waiting for the disk"_s,
         u"In attesa del disco"_s);
+    row("a removal that was stopped", {Kind::Stopped, 12400, 0}, u"Stopped: 12,400 files left"_s,
+        u"Interrotta: restano 12.400 file"_s);
+    row("one that left a million", {Kind::Stopped, 1234567, 0}, u"Stopped: 1,234,567 files left"_s,
+        u"Restano 1.234.567 file"_s);
+    row("one that left one file", {Kind::Stopped, 1, 0}, u"Stopped: 1 file left"_s, u"Interrotta: resta 1 file"_s);
+    row("one that left empty folders", {Kind::Stopped, 0, 0}, u"Stopped: 0 files left"_s,
+        u"Interrotta: restano 0 file"_s);
+    row("one that left nobody knows how many", {Kind::Stopped, -1, 0}, u"Stopped: files are left"_s,
+        u"Interrotta: restano dei file"_s);
 }
 
 void WorkTexts_test::everyWorkHasItsText()
@@ -76,6 +85,7 @@ void WorkTexts_test::progressIsKnownWithATotalOnly_data()
     QTest::newRow("more than there was") << ItemWork{Kind::Moving, 300, 100} << true << 1.0;
     QTest::newRow("a copy of unknown size") << ItemWork{Kind::Moving, 25, 0} << false << 0.0;
     QTest::newRow("a removal") << ItemWork{Kind::Removing, 25, 0} << false << 0.0;
+    QTest::newRow("a removal that was stopped") << ItemWork{Kind::Stopped, 25, 0} << false << 0.0;
     QTest::newRow("a disk that does not answer") << ItemWork{Kind::WaitingForDisk, 25, 100} << false << 0.0;
 }
 
