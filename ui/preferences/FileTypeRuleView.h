@@ -6,7 +6,12 @@
 #include "LapsaFileTypeRule.h"
 #include "SettingBinding.h"
 
+#include <QSet>
+#include <QString>
 #include <QWidget>
+
+#include <cstdint>
+#include <optional>
 
 class QLineEdit;
 
@@ -14,6 +19,7 @@ namespace lapsa {
 
 class DurationEditor;
 class PushButton;
+class TextLabel;
 class Toggle;
 
 /// One file type rule as a card. It finds the rule by its id, so it may outlive the rule.
@@ -31,17 +37,48 @@ public:
     /// Puts the focus where a new rule is filled in.
     void focusExtensions();
 
+signals:
+    /// The user moves the card by so many places with the keyboard.
+    void stepped(int places);
+    /// So many listed items got the rule's time.
+    void applied(qsizetype count);
+    /// The user drags the card; the pointer's height in the coordinates of the screen.
+    void dragged(int height);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
 private:
     void makeControls(QWidget* stack);
+    void makeShortcut(Qt::Key key, int places);
+    void refreshTaken();
+    void makeOffer(QWidget* stack);
+    void setShown(QWidget& line, bool shown);
+    void refreshOffer();
+    void apply();
+    [[nodiscard]] QSet<QString> listedItems() const;
 
     LapsaStore& m_store;
     QUuid m_id;
     Binding<bool> m_enabled;
     Binding<QString> m_extensionsCSV;
+    Binding<std::int64_t> m_minutes;
     Toggle* m_toggle = nullptr;
     QLineEdit* m_extensions = nullptr;
+    /// Which extensions an earlier rule takes; hidden if none.
+    TextLabel* m_taken = nullptr;
     DurationEditor* m_lifespan = nullptr;
+    /// Gives a changed time to what is listed.
+    PushButton* m_offer = nullptr;
+    /// The time, in minutes, before it was changed here, until the change is applied or the card is hidden.
+    std::optional<std::int64_t> m_formerMinutes;
     PushButton* m_remove = nullptr;
+    /// Where the button was pressed on the card's ground, on the screen.
+    std::optional<QPoint> m_pressed;
+    bool m_dragging = false;
 };
 
 } // namespace lapsa

@@ -9,6 +9,7 @@
 
 namespace lapsa {
 
+class Announcer;
 class FileTypeRuleView;
 class LapsaStore;
 
@@ -26,9 +27,14 @@ public:
 
 private:
     void refreshCards();
+    [[nodiscard]] FileTypeRuleView* makeCard(const QUuid& id);
     void addRule();
+    void move(FileTypeRuleView& card, qsizetype position);
+    void drag(FileTypeRuleView& card, int height);
+    void bringTabOrderInLine();
 
     LapsaStore& m_store;
+    Announcer* m_announcer;
     QList<FileTypeRuleView*> m_cards;
 };
 
