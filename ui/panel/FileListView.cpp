@@ -3,47 +3,42 @@
 
 #include "FileListView.h"
 
+#include "FileListView_selection.h"
 #include "FileRowView.h"
 #include "FocusRing.h"
 #include "ItemWorkSource.h"
 #include "LapsaStore.h"
 #include "Localized.h"
-#include "ScrollFade.h"
 #include "Spotlight.h"
 #include "TextLabel.h"
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QStyle>
 
 #include <algorithm>
 
 namespace lapsa {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int rowSpacing = 10;
 constexpr int emptyPadding = 56;
 constexpr int ringRadius = 16;
-/// Gap between the rows and the scroll bar, which is in the margin.
-constexpr int barGap = 7;
 /// One wheel notch is three lines: about one row.
 constexpr int linesPerRow = 3;
 
 } // namespace
 
 FileListView::FileListView(const RowEnvironment& environment, QWidget* parent)
-    : QWidget(parent)
-    , m_store(environment.store)
+    : ScrolledList(parent)
     , m_rowEnvironment(environment)
+    , m_filter(environment.store)
     , m_spotlight(new Spotlight(this))
     , m_empty(new TextLabel(Localized::nothingHere(), captionText, ColorRole::Secondary, this))
-    , m_bar(new QScrollBar(Qt::Vertical, parent))
-    , m_topFade(new ScrollFade(Qt::TopEdge, this))
-    , m_bottomFade(new ScrollFade(Qt::BottomEdge, this))
 {
     m_empty->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    m_bar->setFocusPolicy(Qt::NoFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setFocusRadius(*this, ringRadius);
     connect(m_bar, &QScrollBar::valueChanged, this, &FileListView::bindRows);
@@ -52,10 +47,19 @@ FileListView::FileListView(const RowEnvironment& environment, QWidget* parent)
 
 void FileListView::refresh()
 {
-    m_empty->setText(Localized::nothingHere());
+    m_filter.refresh();
+    m_empty->setText(m_filter.text().isEmpty()
+                         ? Localized::nothingHere()
+                         : Localized::text(u"No name contains this text."_s, u"Nessun nome contiene questo testo."_s));
     m_empty->setVisible(count() == 0);
     keepAnchor();
     bindRows();
+    const qsizetype selected = m_selection.ids().size();
+    m_selection.keepOnly(m_filter.items());
+    if (m_selection.ids().size() != selected) {
+        showSelection();
+    }
+    emit listed(m_filter.text(), count(), m_rowEnvironment.store.items().size());
 }
 
 void FileListView::setNow(TimePoint now)
@@ -89,18 +93,11 @@ void FileListView::focusRow(const QString& id)
 
 void FileListView::resizeEvent(QResizeEvent* event)
 {
-    QWidget::resizeEvent(event);
+    ScrolledList::resizeEvent(event);
     const int width = this->width() - 2 * emptyPadding;
     m_empty->setGeometry(emptyPadding, emptyPadding, width, m_empty->heightForWidth(width));
-    placeBar();
     updateRange();
     bindRows();
-}
-
-void FileListView::moveEvent(QMoveEvent* event)
-{
-    QWidget::moveEvent(event);
-    placeBar();
 }
 
 void FileListView::showEvent(QShowEvent* event)
@@ -109,22 +106,20 @@ void FileListView::showEvent(QShowEvent* event)
     refresh();
 }
 
-void FileListView::wheelEvent(QWheelEvent* event)
-{
-    QApplication::sendEvent(m_bar, event);
-}
-
 void FileListView::keyPressEvent(QKeyEvent* event)
 {
     const Row* const focused = focusedRow();
-    const auto moveBy = [this, focused](qsizetype rows) {
+    const auto moveBy = [this, focused, event](qsizetype rows) {
         const FileRowView* const current = currentRow();
         if (focused != nullptr) {
-            moveCurrent(focused->index + rows, Qt::TabFocusReason);
+            Selecting::goTo(*this, focused->index + rows, event->modifiers());
         } else if (current != nullptr) {
-            moveCurrent(std::ranges::find(m_rows, current, &Row::view)->index, Qt::TabFocusReason);
+            Selecting::goTo(*this, std::ranges::find(m_rows, current, &Row::view)->index, event->modifiers());
         }
     };
+    if (Selecting::byKey(*this, *event)) {
+        return;
+    }
     const qsizetype page = std::max(1, height() / pitch());
     switch (event->key()) {
     case Qt::Key_Up:
@@ -140,10 +135,10 @@ void FileListView::keyPressEvent(QKeyEvent* event)
         moveBy(page);
         return;
     case Qt::Key_Home:
-        moveCurrent(0, Qt::TabFocusReason);
+        Selecting::goTo(*this, 0, event->modifiers());
         return;
     case Qt::Key_End:
-        moveCurrent(count() - 1, Qt::TabFocusReason);
+        Selecting::goTo(*this, count() - 1, event->modifiers());
         return;
     default:
         QWidget::keyPressEvent(event);
@@ -152,12 +147,13 @@ void FileListView::keyPressEvent(QKeyEvent* event)
 
 bool FileListView::event(QEvent* event)
 {
-    const bool done = QWidget::event(event);
+    const bool done = ScrolledList::event(event);
     // The toolkit passes a new font of the application to event() only, not to changeEvent().
     if (event->type() == QEvent::ApplicationFontChange || event->type() == QEvent::LayoutDirectionChange) {
-        placeBar();
         updateRange();
         bindRows();
+    } else if (event->type() == QEvent::Hide && !event->spontaneous()) {
+        clearSelection();
     }
     return done;
 }
@@ -173,31 +169,30 @@ bool FileListView::eventFilter(QObject* watched, QEvent* event)
     } else if (event->type() == QEvent::MouseButtonPress) {
         // Focus the row, not its button, so that the next key press does not remove a file. An immediate second click,
         // which the buttons ignore, is ignored here too.
-        auto* view = qobject_cast<FileRowView*>(watched);
-        view = view != nullptr ? view : qobject_cast<FileRowView*>(watched->parent());
+        auto* const row = qobject_cast<FileRowView*>(watched);
+        auto* const view = row != nullptr ? row : qobject_cast<FileRowView*>(watched->parent());
+        if (row != nullptr) {
+            Selecting::press(*this, *row, *static_cast<QMouseEvent*>(event));
+        }
         view->setFocus(Qt::MouseFocusReason);
+    } else if (event->type() == QEvent::ContextMenu) {
+        const auto* const row = qobject_cast<FileRowView*>(watched);
+        if (row != nullptr && m_selection.ids().size() > 1 && m_selection.ids().contains(row->item().id)) {
+            Selecting::openMenu(*this, *static_cast<QContextMenuEvent*>(event));
+            return true;
+        }
     }
     return QWidget::eventFilter(watched, event);
 }
 
 qsizetype FileListView::count() const
 {
-    return m_store.items().size();
+    return m_filter.items().size();
 }
 
 int FileListView::pitch() const
 {
     return FileRowView::rowHeight() + rowSpacing;
-}
-
-qsizetype FileListView::indexOf(const QString& id, qsizetype hint) const
-{
-    const QList<LapsaItem>& items = m_store.items();
-    if (hint < items.size() && items[hint].id == id) {
-        return hint;
-    }
-    const auto found = std::ranges::find(items, id, &LapsaItem::id);
-    return found != items.end() ? found - items.begin() : -1;
 }
 
 const FileListView::Row* FileListView::focusedRow() const
@@ -223,7 +218,7 @@ FileRowView* FileListView::currentRow() const
 void FileListView::keepAnchor()
 {
     const int offset = m_bar->value();
-    const qsizetype index = offset > 0 && !m_anchorId.isEmpty() ? indexOf(m_anchorId, m_anchorIndex) : -1;
+    const qsizetype index = offset > 0 && !m_anchorId.isEmpty() ? m_filter.indexOf(m_anchorId, m_anchorIndex) : -1;
     updateRange();
     if (index >= 0 && index != m_anchorIndex) {
         m_bar->setValue(offset + static_cast<int>(index - m_anchorIndex) * pitch());
@@ -238,24 +233,6 @@ void FileListView::updateRange()
     m_bar->setRange(0, std::max(0, length - height()));
     m_bar->setVisible(m_bar->maximum() > 0);
     updateFades();
-}
-
-void FileListView::updateFades()
-{
-    m_topFade->setGeometry(0, 0, width(), ScrollFade::extent);
-    m_bottomFade->setGeometry(0, height() - ScrollFade::extent, width(), ScrollFade::extent);
-    m_topFade->setVisible(m_bar->value() > 0);
-    m_bottomFade->setVisible(m_bar->value() < m_bar->maximum());
-    m_topFade->raise();
-    m_bottomFade->raise();
-}
-
-void FileListView::placeBar()
-{
-    const int extent = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_bar);
-    const int left = isRightToLeft() ? x() - barGap - extent : x() + width() + barGap;
-    m_bar->setGeometry(left, y(), extent, height());
-    m_bar->raise();
 }
 
 } // namespace lapsa

@@ -3,31 +3,29 @@
 
 #pragma once
 
-#include "LapsaItem.h"
+#include "ListFilter.h"
+#include "ListSelection.h"
 #include "RowEnvironment.h"
+#include "ScrolledList.h"
 #include "Time.h"
 
 #include <QList>
-#include <QScrollBar>
-#include <QWidget>
 
 #include <vector>
 
 class QAccessibleInterface;
+class QMenu;
 
 namespace lapsa {
 
 class FileRowView;
-class ScrollFade;
 class Spotlight;
 class TextLabel;
 
 /// The scrolling list of items. Only the rows on screen exist. A row moves with the item to which it is bound, and so
-/// do hover and focus. The cost does not depend on the number of items.
-///
-/// One row is current: Tab stops at it and its buttons, the arrow keys make another row current. The list itself can
-/// have the focus, but is not a Tab stop: from there the arrow keys move to its rows.
-class FileListView final : public QWidget
+/// do hover and focus. One row is current: Tab stops at it and its buttons, the arrow keys make another row current.
+/// The list itself can have the focus, but is not a Tab stop: from there the arrow keys move to its rows.
+class FileListView final : public ScrolledList
 {
     Q_OBJECT
 
@@ -41,8 +39,12 @@ public:
     /// The rows on screen, from top to bottom.
     [[nodiscard]] QList<FileRowView*> visibleRows() const;
 
-    /// The scroll bar, which lies beside the list in the parent's margin, not over the rows.
-    [[nodiscard]] QScrollBar& scrollBar() { return *m_bar; }
+    /// Shows only the items whose names contain the text; all if it is empty. Hidden items are no longer selected.
+    void setFilter(const QString& text);
+    void clearSelection();
+    [[nodiscard]] const QSet<QString>& selectedIds() const;
+    /// Fills `menu` with what can be done with all selected items.
+    void fillSelectionMenu(QMenu& menu);
 
     /// Gives the focus back to the row of an item that was covered. If the item is gone, the row now in its place gets
     /// it, or the list if it is empty.
@@ -54,13 +56,14 @@ public:
     [[nodiscard]] QAccessibleInterface* makeAccessible();
 
 signals:
-    void timeSheetRequested(const lapsa::LapsaItem& item);
+    void timeSheetRequested(const QList<lapsa::LapsaItem>& items);
+    void selectionChanged(qsizetype count);
+    /// Whenever the list may show others: how many of all items the filter lets through.
+    void listed(const QString& filter, qsizetype count, qsizetype total);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
-    void moveEvent(QMoveEvent* event) override;
     void showEvent(QShowEvent* event) override;
-    void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -74,10 +77,10 @@ private:
 
     class Accessible;
     class AccessibleItem;
+    class Selecting;
 
     [[nodiscard]] qsizetype count() const;
     [[nodiscard]] int pitch() const;
-    [[nodiscard]] qsizetype indexOf(const QString& id, qsizetype hint) const;
     /// The row that has the focus or contains the focused button.
     [[nodiscard]] const Row* focusedRow() const;
     /// The row where Tab stops: the current one while it is bound, else the first visible one, if any.
@@ -88,7 +91,6 @@ private:
     void bindRows();
     [[nodiscard]] std::vector<qsizetype> wantedIndexes() const;
     void assignRows(const std::vector<qsizetype>& wanted, std::vector<Row>& from);
-    [[nodiscard]] FileRowView* takeRow(std::vector<Row>& from, const QString& id) const;
     [[nodiscard]] FileRowView* spareRow(std::vector<Row>& from);
     void place(const Row& row);
     void replaceCurrent(const std::vector<Row>& unbound);
@@ -98,11 +100,12 @@ private:
     void scrollToBlock(qsizetype first, qsizetype last);
     void showLight();
     [[nodiscard]] QString stateOf(const LapsaItem& item) const;
-    void placeBar();
-    void updateFades();
+    void showSelection();
+    void addNextAction(QMenu& menu);
 
-    LapsaStore& m_store;
     RowEnvironment m_rowEnvironment;
+    ListFilter m_filter;
+    ListSelection m_selection;
     TimePoint m_now;
     std::vector<Row> m_rows;
     std::vector<Row> m_spare;
@@ -112,9 +115,6 @@ private:
     QString m_currentId;
     Spotlight* m_spotlight;
     TextLabel* m_empty;
-    QScrollBar* m_bar;
-    ScrollFade* m_topFade;
-    ScrollFade* m_bottomFade;
 };
 
 } // namespace lapsa

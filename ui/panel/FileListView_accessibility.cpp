@@ -31,14 +31,15 @@ class FileListView::AccessibleItem final : public QAccessibleInterface, public Q
 public:
     AccessibleItem(FileListView& list, qsizetype index)
         : m_list(&list)
-        , m_id(list.m_store.items()[index].id)
+        , m_id(list.m_filter.items()[index].id)
         , m_index(index)
     {}
 
     [[nodiscard]] qsizetype index() const
     {
-        m_index =
-            m_list != nullptr ? std::max<qsizetype>(m_list->indexOf(m_id, std::max<qsizetype>(m_index, 0)), -1) : -1;
+        m_index = m_list != nullptr
+                      ? std::max<qsizetype>(m_list->m_filter.indexOf(m_id, std::max<qsizetype>(m_index, 0)), -1)
+                      : -1;
         return m_index;
     }
 
@@ -66,7 +67,7 @@ public:
         if (!isValid()) {
             return {};
         }
-        const LapsaItem& item = m_list->m_store.items()[m_index];
+        const LapsaItem& item = m_list->m_filter.items()[m_index];
         switch (text) {
         case QAccessible::Name:
             return item.displayName;
@@ -94,6 +95,8 @@ public:
     {
         QAccessible::State state;
         state.focusable = true;
+        state.selectable = true;
+        state.selected = m_list != nullptr && m_list->m_selection.ids().contains(m_id);
         state.offscreen = true;
         state.invalid = !isValid();
         return state;
@@ -187,7 +190,7 @@ public:
 private:
     [[nodiscard]] QAccessibleInterface* item(int index) const
     {
-        const QString& id = m_list.m_store.items()[index].id;
+        const QString& id = m_list.m_filter.items()[index].id;
         for (const auto& [known, interface] : std::as_const(m_order)) {
             if (known == id) {
                 return QAccessible::accessibleInterface(interface);

@@ -13,8 +13,9 @@ namespace lapsa {
 
 void FileListView::reveal(const QStringList& ids)
 {
+    setFilter({}); // it may hide them
     const QSet<QString> wanted(ids.begin(), ids.end());
-    const QList<LapsaItem>& items = m_store.items();
+    const QList<LapsaItem>& items = m_filter.items();
     qsizetype first = -1;
     qsizetype last = -1;
     // From the end, where the new items are: the others need not be searched.

@@ -13,6 +13,23 @@
 
 namespace lapsa {
 
+namespace {
+
+/// Takes the row of an item out of the others; null if none shows it.
+template <typename Row>
+FileRowView* takeRow(std::vector<Row>& from, const QString& id)
+{
+    const auto found = std::ranges::find(from, id, [](const Row& row) { return row.view->item().id; });
+    if (found == from.end()) {
+        return nullptr;
+    }
+    FileRowView* const view = found->view;
+    from.erase(found);
+    return view;
+}
+
+} // namespace
+
 void FileListView::bindRows()
 {
     const Row* const focused = focusedRow();
@@ -32,11 +49,12 @@ void FileListView::bindRows()
         m_spare.push_back(row);
     }
 
-    const QList<LapsaItem>& items = m_store.items();
+    const QList<LapsaItem>& items = m_filter.items();
     for (const Row& row : m_rows) {
         row.view->setItem(items[row.index]);
         row.view->setWork(m_rowEnvironment.work.workOn(items[row.index].id));
         row.view->setNow(m_now);
+        row.view->setSelected(m_selection.ids().contains(items[row.index].id));
         place(row);
     }
     showLight();
@@ -55,7 +73,7 @@ void FileListView::assignRows(const std::vector<qsizetype>& wanted, std::vector<
 {
     std::vector<qsizetype> unbound;
     for (const qsizetype index : wanted) {
-        if (FileRowView* const view = takeRow(from, m_store.items()[index].id)) {
+        if (FileRowView* const view = takeRow(from, m_filter.items()[index].id)) {
             m_rows.push_back({view, index});
         } else {
             unbound.push_back(index);
@@ -76,23 +94,12 @@ std::vector<qsizetype> FileListView::wantedIndexes() const
         wanted.push_back(index);
     }
     if (const Row* const focused = focusedRow()) {
-        const qsizetype index = indexOf(focused->view->item().id, focused->index);
+        const qsizetype index = m_filter.indexOf(focused->view->item().id, focused->index);
         if (index >= 0 && (index < first || index >= end)) {
             wanted.push_back(index);
         }
     }
     return wanted;
-}
-
-FileRowView* FileListView::takeRow(std::vector<Row>& from, const QString& id) const
-{
-    const auto found = std::ranges::find(from, id, [](const Row& row) { return row.view->item().id; });
-    if (found == from.end()) {
-        return nullptr;
-    }
-    FileRowView* const view = found->view;
-    from.erase(found);
-    return view;
 }
 
 FileRowView* FileListView::spareRow(std::vector<Row>& from)
@@ -108,7 +115,8 @@ FileRowView* FileListView::spareRow(std::vector<Row>& from)
         }
     }
     auto* const view = new FileRowView(m_rowEnvironment, this);
-    connect(view, &FileRowView::timeSheetRequested, this, [this, view] { emit timeSheetRequested(view->item()); });
+    connect(view, &FileRowView::timeSheetRequested, this, [this, view] { emit timeSheetRequested({view->item()}); });
+    connect(view, &FileRowView::menuFilled, this, &FileListView::addNextAction);
     view->installEventFilter(this);
     for (QWidget* const child : view->findChildren<QWidget*>()) {
         child->installEventFilter(this);
@@ -129,8 +137,8 @@ void FileListView::place(const Row& row)
 void FileListView::replaceCurrent(const std::vector<Row>& unbound)
 {
     const auto row = std::ranges::find(unbound, m_currentId, [](const Row& bound) { return bound.view->item().id; });
-    if (row != unbound.end() && indexOf(m_currentId, row->index) < 0) {
-        m_currentId = count() > 0 ? m_store.items()[std::min(row->index, count() - 1)].id : QString();
+    if (row != unbound.end() && m_filter.indexOf(m_currentId, row->index) < 0) {
+        m_currentId = count() > 0 ? m_filter.items()[std::min(row->index, count() - 1)].id : QString();
     }
 }
 

@@ -14,6 +14,7 @@
 #include "RowLook.h"
 #include "WorkBar.h"
 
+#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QIcon>
 #include <QKeyEvent>
@@ -116,11 +117,26 @@ void FileRowView::setLight(double strength)
     }
 }
 
+void FileRowView::setSelected(bool selected)
+{
+    if (std::exchange(m_selected, selected) == selected) {
+        return;
+    }
+    update();
+    QAccessible::State changed;
+    changed.selected = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
 void FileRowView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setOpacity(waitsForDisk() ? rowLook::waitingOpacity : 1);
     rowLook::paintGround(painter, rect(), palette(), m_light);
+    if (m_selected) {
+        rowLook::paintSelection(painter, rect(), palette());
+    }
 }
 
 void FileRowView::resizeEvent(QResizeEvent* event)
@@ -136,10 +152,12 @@ void FileRowView::contextMenuEvent(QContextMenuEvent* event)
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->setFont(fontFor(bodyText));
     fillContextMenu(*menu);
+    emit menuFilled(*menu);
     // What is at the path may have changed since the row was made.
     connect(&m_environment.kinds, &ItemKinds::found, menu, [this, menu] {
         menu->clear();
         fillContextMenu(*menu);
+        emit menuFilled(*menu);
     });
     m_environment.kinds.lookUp(m_item.path);
     const bool byKeyboard = event->reason() == QContextMenuEvent::Keyboard;
@@ -149,7 +167,8 @@ void FileRowView::contextMenuEvent(QContextMenuEvent* event)
 void FileRowView::keyPressEvent(QKeyEvent* event)
 {
     const bool opens = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;
-    if (opens && hasFocus() && !event->isAutoRepeat()) {
+    const bool selects = event->modifiers().testFlag(Qt::ControlModifier);
+    if (opens && !selects && hasFocus() && !event->isAutoRepeat()) {
         emit timeSheetRequested();
         return;
     }

@@ -68,8 +68,14 @@ public:
 
     [[nodiscard]] double light() const { return m_light; }
 
+    void setSelected(bool selected);
+
+    [[nodiscard]] bool isSelected() const { return m_selected; }
+
 signals:
     void timeSheetRequested();
+    /// The row's menu is about to open; others may add to it.
+    void menuFilled(QMenu& menu);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -86,6 +92,7 @@ private:
     void refreshRemaining();
     void showKind();
     void refreshWork();
+    [[nodiscard]] bool isWorkedOn() const;
     [[nodiscard]] bool waitsForDisk() const;
     /// Moves the focus along the row and its buttons; false at either end.
     bool moveFocusAlong(int step);
@@ -96,6 +103,7 @@ private:
     std::optional<ItemWork> m_work;
     bool m_workTold = false;
     double m_light = 0;
+    bool m_selected = false;
     FileIconView* m_icon;
     ElidedLabel* m_name;
     ElidedLabel* m_remaining;

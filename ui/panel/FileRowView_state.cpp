@@ -71,7 +71,7 @@ QString FileRowView::remainingText(const LapsaItem& item, TimePoint now)
 void FileRowView::refreshRemaining()
 {
     const QString text = stateText();
-    m_remaining->setRole(m_item.locked && !m_work ? ColorRole::Notice : ColorRole::Secondary);
+    m_remaining->setRole(m_item.locked && !isWorkedOn() ? ColorRole::Notice : ColorRole::Secondary);
     m_remaining->setText(text);
     // Screen readers ask RowAccessible for the text. They are told of a change here, but not of every per cent.
     if (!m_workTold && text != accessibleDescription()) {
@@ -83,10 +83,15 @@ void FileRowView::refreshRemaining()
 void FileRowView::refreshWork()
 {
     m_workBar->setProgress(m_work ? workTexts::progressOf(*m_work) : std::nullopt);
-    m_workBar->setVisible(m_work && !waitsForDisk());
+    m_workBar->setVisible(isWorkedOn() && !waitsForDisk());
     m_icon->setOpacity(waitsForDisk() ? rowLook::waitingOpacity : 1);
     // As faint as text may be.
     m_name->setRole(waitsForDisk() ? ColorRole::Secondary : ColorRole::Primary);
+}
+
+bool FileRowView::isWorkedOn() const
+{
+    return m_work && m_work->kind != ItemWork::Kind::Stopped;
 }
 
 bool FileRowView::waitsForDisk() const

@@ -18,6 +18,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace lapsa {
 
@@ -45,9 +46,9 @@ constexpr QuickChoice quickChoices[] = {{u"10m", 10}, {u"2h", 120}, {u"1d", 1440
 
 } // namespace
 
-ItemTimeView::ItemTimeView(const LapsaItem& item, LapsaStore& store, const Clock& clock, QWidget* parent)
+ItemTimeView::ItemTimeView(const QList<LapsaItem>& items, LapsaStore& store, const Clock& clock, QWidget* parent)
     : QWidget(parent)
-    , m_item(item)
+    , m_items(items)
     , m_store(store)
     , m_clock(clock)
 {
@@ -61,7 +62,9 @@ ItemTimeView::ItemTimeView(const LapsaItem& item, LapsaStore& store, const Clock
     heading->setSpacing(titleSpacing);
     heading->addWidget(new TextLabel(title, sheetTitleText, ColorRole::Primary, this));
     auto* const name = new ElidedLabel(bodyText, ColorRole::Secondary, this);
-    name->setText(item.displayName);
+    name->setText(items.size() == 1
+                      ? items.first().displayName
+                      : Localized::text(u"%1 items"_s, u"%1 elementi"_s).arg(Localized::number(items.size())));
     heading->addWidget(name);
     column->addLayout(heading);
     column->addWidget(makeDuration());
@@ -79,7 +82,8 @@ QSize ItemTimeView::sizeHint() const
 void ItemTimeView::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    const double minutes = secondsBetween(m_clock.now(), m_item.expiresAt) / secondsPerMinute;
+    const TimePoint first = std::ranges::min_element(m_items, {}, &LapsaItem::expiresAt)->expiresAt;
+    const double minutes = secondsBetween(m_clock.now(), first) / secondsPerMinute;
     setMinutes(std::max<std::int64_t>(static_cast<std::int64_t>(minutes), 1));
     m_firstStop->setFocus(Qt::OtherFocusReason);
 }
@@ -152,7 +156,15 @@ void ItemTimeView::setMinutes(std::int64_t minutes)
 
 void ItemTimeView::save()
 {
-    m_store.updateExpiration(m_item, m_minutes);
+    if (m_items.size() == 1) {
+        m_store.updateExpiration(m_items.first(), m_minutes);
+    } else {
+        QSet<QString> ids;
+        for (const LapsaItem& item : std::as_const(m_items)) {
+            ids.insert(item.id);
+        }
+        m_store.updateExpirations(ids, m_minutes);
+    }
     emit dismissRequested();
 }
 

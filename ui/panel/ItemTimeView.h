@@ -5,6 +5,7 @@
 
 #include "LapsaItem.h"
 
+#include <QList>
 #include <QWidget>
 
 #include <cstdint>
@@ -16,15 +17,16 @@ class DurationEditor;
 class LapsaStore;
 class TextLabel;
 
-/// Sets an item's remaining time. The content of a sheet: it requests to be dismissed and stores only on "Save".
+/// Sets the remaining time of items. The content of a sheet: it requests to be dismissed and stores only on "Save".
 class ItemTimeView final : public QWidget
 {
     Q_OBJECT
 
 public:
-    ItemTimeView(const LapsaItem& item, LapsaStore& store, const Clock& clock, QWidget* parent = nullptr);
+    /// For one item or several, at least one.
+    ItemTimeView(const QList<LapsaItem>& items, LapsaStore& store, const Clock& clock, QWidget* parent = nullptr);
 
-    [[nodiscard]] const LapsaItem& item() const { return m_item; }
+    [[nodiscard]] const LapsaItem& item() const { return m_items.first(); }
 
     [[nodiscard]] QSize sizeHint() const override;
 
@@ -42,7 +44,7 @@ private:
     void setMinutes(std::int64_t minutes);
     void save();
 
-    LapsaItem m_item;
+    QList<LapsaItem> m_items;
     LapsaStore& m_store;
     const Clock& m_clock;
     /// Replaced as soon as the sheet is shown.

@@ -14,9 +14,9 @@
 #include "FileIconSource.h"
 #include "FileListView.h"
 #include "FocusRing.h"
-#include "ItemTimeView.h"
 #include "LapsaStore.h"
 #include "LinkButton.h"
+#include "ListFilterField.h"
 #include "Localized.h"
 #include "MainQueue.h"
 #include "Material.h"
@@ -41,7 +41,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr QSize panelSize(430, 560);
 constexpr int padding = 24;
 constexpr int spacing = 18;
 constexpr auto tickInterval = 1000ms;
@@ -55,7 +54,7 @@ LapsaPanelView::LapsaPanelView(const Environment& environment, std::function<voi
 {
     installAccessibility();
     installPanelAccessibility();
-    setFixedSize(panelSize);
+    setFixedSize(extent);
     setWindowTitle(u"Lapsa"_s);
     m_undo = new DeletionUndo(environment.store, this);
     auto* const column = new QVBoxLayout(this);
@@ -66,7 +65,13 @@ LapsaPanelView::LapsaPanelView(const Environment& environment, std::function<voi
     column->addWidget(makeMessage());
     column->addWidget(makeCount());
     column->addWidget(makeList(), 1);
+    auto* const filter = new ListFilterField(*m_list, this);
+    column->insertWidget(column->indexOf(m_list), filter);
     m_announcer = new Announcer(this);
+    connect(filter, &ListFilterField::filtered, m_announcer, &Announcer::announce);
+    connect(m_list, &FileListView::selectionChanged, m_announcer, [this](qsizetype count) {
+        m_announcer->announce(Localized::text(u"%1 selected"_s, u"%1 selezionati"_s).arg(Localized::number(count)));
+    });
     new FocusRing(*this);
 
     connect(&m_environment.store, &LapsaStore::willChange, this, &LapsaPanelView::noteChange);
@@ -77,7 +82,11 @@ LapsaPanelView::LapsaPanelView(const Environment& environment, std::function<voi
     connect(m_list, &FileListView::timeSheetRequested, this, &LapsaPanelView::showTimeSheet);
 }
 
-LapsaPanelView::~LapsaPanelView() = default;
+LapsaPanelView::~LapsaPanelView()
+{
+    // A list that is destroyed is hidden first, and says that nothing is selected any more.
+    m_list->disconnect(m_announcer);
+}
 
 FileChooser* LapsaPanelView::chooser() const
 {
@@ -266,30 +275,6 @@ void LapsaPanelView::showChooser()
     connect(m_chooser, &QDialog::finished, this, [this] { m_lastFolder = m_chooser->folder(); });
     connect(m_chooser, &QDialog::accepted, this, [this] { addChosenFiles(m_chooser->chosen()); });
     m_chooser->open();
-}
-
-void LapsaPanelView::showTimeSheet(const LapsaItem& item)
-{
-    if (m_sheet != nullptr) {
-        return;
-    }
-    auto* const view = new ItemTimeView(item, m_environment.store, m_environment.clock, this);
-    m_sheetItemId = item.id;
-    m_sheet = new Sheet(*this, view);
-    connect(view, &ItemTimeView::dismissRequested, m_sheet, &Sheet::dismiss);
-    connect(m_sheet, &Sheet::dismissed, this, [this] {
-        m_sheet = nullptr;
-        m_list->focusRow(m_sheetItemId);
-    });
-}
-
-/// The sheet belongs to its row: it closes when the item is gone.
-void LapsaPanelView::dismissSheetOfVanishedItem()
-{
-    const QList<LapsaItem>& items = m_environment.store.items();
-    if (m_sheet != nullptr && std::ranges::find(items, m_sheetItemId, &LapsaItem::id) == items.end()) {
-        m_sheet->dismiss();
-    }
 }
 
 } // namespace lapsa

@@ -52,6 +52,8 @@ public:
         const ItemWorkSource& work;
     };
 
+    /// Its size where there is room for it.
+    static constexpr QSize extent{430, 560};
     LapsaPanelView(const Environment& environment, std::function<void()> openPreferences, QWidget* parent = nullptr);
     ~LapsaPanelView() override;
 
@@ -75,7 +77,6 @@ private:
     [[nodiscard]] QWidget* makeMessage();
     [[nodiscard]] QWidget* makeCount();
     [[nodiscard]] QWidget* makeList();
-
     void noteChange();
     void noteDueItems();
     void announceGoneItems();
@@ -89,9 +90,8 @@ private:
     void showAdded(const AddResult& result);
     void showUndo();
     void showChooser();
-    void showTimeSheet(const LapsaItem& item);
+    void showTimeSheet(const QList<LapsaItem>& items);
     void dismissSheetOfVanishedItem();
-
     Environment m_environment;
     std::function<void()> m_openPreferences;
     std::unique_ptr<ScheduledTask> m_clock;
@@ -114,7 +114,7 @@ private:
     /// The folder that the chooser showed last; empty until then.
     QString m_lastFolder;
     QPointer<Sheet> m_sheet;
-    QString m_sheetItemId;
+    QStringList m_sheetItemIds;
 };
 
 } // namespace lapsa

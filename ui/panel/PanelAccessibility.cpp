@@ -32,6 +32,8 @@ public:
     {
         QAccessible::State state = QAccessibleWidget::state();
         state.focusable = true;
+        state.selectable = true;
+        state.selected = static_cast<FileRowView*>(widget())->isSelected();
         return state;
     }
 

@@ -2,29 +2,23 @@
 // SPDX-License-Identifier: MIT
 
 #include "FileListView.h"
+#include "FileTree.h"
 #include "LinkButton.h"
 #include "PanelWorld.h"
+#include "Privileges.h"
 #include "RowIconButton.h"
 #include "TextLabel.h"
 
 #include <QFile>
 #include <QTest>
 
+#include <unistd.h>
+
 #include <chrono>
 
 using namespace Qt::StringLiterals;
 
 namespace lapsa::test {
-
-namespace {
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
 
 /// "Delete now" and what brings the file back, on real files.
 class DeletionUndoTest final : public QObject
@@ -195,6 +189,28 @@ private slots:
         QVERIFY(!QFile::exists(file));
         QCOMPARE(contentOf(entry), QByteArray("another's"));
         QVERIFY2(shownMessage().startsWith(u"a.txt could not be put back: "_s), qUtf8Printable(shownMessage()));
+    }
+
+    void theTrashOfAnotherDiskGivesItBackToo()
+    {
+        if (!PrivateMounts::available()) {
+            QSKIP("a second file system is mounted for this test, which needs root");
+        }
+        PrivateMounts mounts;
+        mounts.mountTemporary(m_world->home.makeFolder(u"other"_s));
+        setWay(false, true);
+        const QString file = m_world->home.makeFile(u"other/a.txt"_s, "mine");
+        const QString trash = u"other/.Trash-%1/"_s.arg(::geteuid());
+        list(file);
+        deleteRow();
+        QVERIFY(!QFile::exists(file));
+        QCOMPARE(m_world->home.names(trash + u"files"_s), QStringList{u"a.txt"_s});
+
+        undo();
+
+        QCOMPARE(contentOf(file), QByteArray("mine"));
+        QCOMPARE(m_world->home.names(trash + u"files"_s), QStringList());
+        QCOMPARE(m_world->home.names(trash + u"info"_s), QStringList());
     }
 
     void anEntryWhoseRecordIsAnothersStays()

@@ -25,6 +25,7 @@ using Kind = ItemWork::Kind;
 
 constexpr ItemWork moving{Kind::Moving, 43, 100};
 constexpr ItemWork removing{Kind::Removing, 12400, 0};
+constexpr ItemWork stopped{Kind::Stopped, 12400, 0};
 constexpr ItemWork waiting{Kind::WaitingForDisk, 0, 0};
 
 /// How often a row told that its description has changed.
@@ -80,6 +81,7 @@ private slots:
 
     void theWorkStandsInPlaceOfTheRemainingTime();
     void theWorkOfALockedItemIsNotOrange();
+    void whatAStoppedRemovalLeftStandsThereWithoutABar();
     void theBarLiesOnTheLowerEdgeInsideTheCorners_data();
     void theBarLiesOnTheLowerEdgeInsideTheCorners();
     void nothingMovesWhenWorkBeginsAndEnds();
@@ -127,6 +129,27 @@ void FileRowView_work_test::theWorkOfALockedItemIsNotOrange()
     QCOMPARE(shown.label(1).role(), ColorRole::Secondary);
 }
 
+void FileRowView_work_test::whatAStoppedRemovalLeftStandsThereWithoutABar()
+{
+    ShownRow shown;
+    shown.row.setWork(removing);
+    LapsaItem locked = shown.row.item();
+    locked.locked = true;
+    shown.row.setItem(locked);
+
+    shown.row.setWork(stopped);
+
+    QCOMPARE(shown.state(), u"Stopped: 12,400 files left"_s);
+    QCOMPARE(shown.label(1).role(), ColorRole::Notice);
+    QVERIFY(!shown.bar().isVisible());
+    QCOMPARE(shown.label(0).role(), ColorRole::Primary);
+    const QAccessibleInterface* const row = QAccessible::queryAccessibleInterface(&shown.row);
+    QCOMPARE(row->text(QAccessible::Description), u"Stopped: 12,400 files left"_s);
+
+    shown.row.setWork(std::nullopt);
+    QCOMPARE(shown.state(), u"locked"_s);
+}
+
 void FileRowView_work_test::theBarLiesOnTheLowerEdgeInsideTheCorners_data()
 {
     QTest::addColumn<double>("points");
@@ -164,7 +187,7 @@ void FileRowView_work_test::nothingMovesWhenWorkBeginsAndEnds()
     };
     const QList<QRect> before = places();
 
-    for (const ItemWork& work : {moving, removing, waiting}) {
+    for (const ItemWork& work : {moving, removing, waiting, stopped}) {
         shown.row.setWork(work);
         QCOMPARE(places(), before);
     }
@@ -249,8 +272,10 @@ void FileRowView_work_test::aScreenReaderIsToldOfTheBeginningAndTheEndOnly()
     QCOMPARE(descriptionsTold(), 1);
     shown.row.setWork(waiting);
     QCOMPARE(descriptionsTold(), 2);
-    shown.row.setWork(std::nullopt);
+    shown.row.setWork(stopped);
     QCOMPARE(descriptionsTold(), 3);
+    shown.row.setWork(std::nullopt);
+    QCOMPARE(descriptionsTold(), 4);
     QAccessible::installUpdateHandler(nullptr);
 }
 
