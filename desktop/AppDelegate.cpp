@@ -230,8 +230,9 @@ void AppDelegate::applicationWillTerminate()
     m_terminated = true;
     made(m_cleanupService, "cleanup service").stop();
     made(m_hotKeyManager, "hot key manager").unregister();
-    // First, so that what the lanes have done is saved as well.
-    m_environment.lanes.finish(longestEnd / 2);
+    // First, so that what was just opened, and what the lanes have done, is saved as well.
+    m_environment.lanes.awaitLooks(longestEnd / 5);
+    m_environment.lanes.finish(longestEnd * 3 / 10);
     saveEverything();
 }
 

@@ -21,6 +21,7 @@
 #include "ListService.h"
 #include "Motion.h"
 #include "PointerMonitor.h"
+#include "PortalIdentity.h"
 #include "ProgramIdentity.h"
 #include "QtMainQueue.h"
 #include "QtPasteboard.h"
@@ -161,6 +162,7 @@ int runDelegate(const QApplication& application, AppDelegate& delegate, MainQueu
 
 End runApplication(const QApplication& application, const SessionEnds& session, const QList<QUrl>& files)
 {
+    introduceToPortal(program.id);
     SystemClock clock;
     QtMainQueue mainQueue;
     HangingMounts hangingMounts(mainQueue);

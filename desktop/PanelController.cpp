@@ -96,7 +96,7 @@ void PanelController::showAt(StatusButton* button, const std::optional<QRect>& i
     }
     m_popover->setBehavior(behavior());
     const QRect workArea = screenOf(icon).availableGeometry();
-    m_popover->present(popoverPlacement(icon, workArea, m_popover->content().size()), workArea);
+    m_popover->present(popoverPlacement(icon, workArea, LapsaPanelView::extent), workArea);
     for (QWidget* const window :
          {static_cast<QWidget*>(m_preferencesWindow.get()), static_cast<QWidget*>(m_recoveryWindow.get())}) {
         if (window != nullptr && window->isVisible()) {

@@ -55,8 +55,9 @@ QPoint cornerBeside(const QRect& icon, PopoverPlacement::Side side, const QSize&
 
 } // namespace
 
-PopoverPlacement popoverPlacement(const std::optional<QRect>& icon, const QRect& workArea, const QSize& size)
+PopoverPlacement popoverPlacement(const std::optional<QRect>& icon, const QRect& workArea, const QSize& wantedSize)
 {
+    const QSize size = wantedSize.boundedTo(workArea.size());
     const int right = workArea.x() + workArea.width();
     const int bottom = workArea.y() + workArea.height();
     const QRect anchor = icon.value_or(QRect(right - 1, workArea.y(), 0, 0));

@@ -27,7 +27,8 @@ struct PopoverPlacement
 };
 
 /// Centred below an icon in the upper half of the screen, above one in the lower half, beside one in a taskbar along
-/// the left or right edge, and entirely inside `workArea`. Without an icon: in the top right corner.
+/// the left or right edge, and entirely inside `workArea`, smaller than `size` if need be. Without an icon: in the top
+/// right corner.
 [[nodiscard]] PopoverPlacement popoverPlacement(const std::optional<QRect>& icon, const QRect& workArea,
                                                 const QSize& size);
 

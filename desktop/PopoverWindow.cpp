@@ -194,6 +194,7 @@ void PopoverWindow::moveTo(const PopoverPlacement& placement, const QRect& workA
     const QRect window = placement.rect.marginsAdded(around);
     setFixedSize(window.size());
     move(window.topLeft());
+    m_content->setFixedSize(placement.rect.size());
     m_content->setGeometry(QRect(QPoint(around.left(), around.top()), placement.rect.size()));
 }
 

@@ -92,6 +92,20 @@ private slots:
         QVERIFY(program.delegate->quitting());
     }
 
+    void whatWasOpenedJustBeforeTheEndIsStillOnTheList()
+    {
+        DelegateWorld program;
+        const QString file = program.home.makeFile(u"a.txt"_s);
+        program.start();
+        program.lanes.setRuns(ManualLanes::Runs::WhenTheTestSaysSo);
+        program.delegate->applicationOpen({QUrl::fromLocalFile(file)});
+        QVERIFY(!program.lists(file));
+
+        program.delegate->applicationWillTerminate();
+
+        QVERIFY(program.lists(file));
+    }
+
     void theEndGivesTheKeyBackAndSavesAtOnce()
     {
         DelegateWorld program;

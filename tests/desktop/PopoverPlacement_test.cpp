@@ -103,11 +103,20 @@ private slots:
         QCOMPARE(placement.side, Side::AboveIcon);
     }
 
-    void whereThereIsTooLittleRoomItsTopLeftCornerIsInSight()
+    void whereThereIsTooLittleRoomItIsSmaller_data()
     {
-        const PopoverPlacement placement = popoverPlacement(QRect(100, 0, 24, 24), QRect(0, 24, 400, 300), panel);
+        QTest::addColumn<QRect>("area");
+        QTest::addColumn<QRect>("rect");
+        QTest::newRow("too low") << QRect(0, 24, 900, 500) << QRect(0, 24, 430, 500);
+        QTest::newRow("too low and too narrow") << QRect(0, 24, 400, 300) << QRect(0, 24, 400, 300);
+    }
 
-        QCOMPARE(placement.rect.topLeft(), QPoint(0, 24));
+    void whereThereIsTooLittleRoomItIsSmaller()
+    {
+        QFETCH(const QRect, area);
+        QFETCH(const QRect, rect);
+
+        QCOMPARE(popoverPlacement(QRect(100, 0, 24, 24), area, panel).rect, rect);
     }
 
     void anotherWindowNeverLiesUnderItWhereThereIsRoom_data()

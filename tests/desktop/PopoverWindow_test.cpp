@@ -42,6 +42,19 @@ private slots:
         QCOMPARE(window.content().geometry(), QRect(24, 0, 430, 560));
     }
 
+    void theContentIsAsSmallAsItsPlace()
+    {
+        auto* const content = new QWidget;
+        content->setFixedSize(430, 560);
+        PopoverWindow window({m_windowSystem, m_pointer}, content);
+
+        window.present({.rect = QRect(place.topLeft(), QSize(430, 500)), .side = PopoverPlacement::Side::BelowIcon},
+                       workArea);
+
+        QCOMPARE(content->size(), QSize(430, 500));
+        QCOMPARE(window.size(), QSize(430, 500));
+    }
+
     void theShadowFallsOffWithTheSquareOfTheDistance()
     {
         PopoverWindow window({m_windowSystem, m_pointer}, new QWidget);

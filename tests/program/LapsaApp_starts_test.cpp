@@ -56,6 +56,31 @@ private:
     int m_calls;
 };
 
+/// A desktop portal that only notes what it is asked.
+class AskedPortal final : public QDBusVirtualObject
+{
+public:
+    explicit AskedPortal(QDBusConnection bus)
+        : m_bus(std::move(bus))
+    {
+        m_bus.registerVirtualObject(u"/org/freedesktop/portal"_s, this, QDBusConnection::SubPath);
+        m_bus.registerService(u"org.freedesktop.portal.Desktop"_s);
+    }
+
+    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) override
+    {
+        calls.push_back(message.member() + u' ' + message.arguments().value(0).toString());
+        return false;
+    }
+
+    QStringList calls;
+
+private:
+    QDBusConnection m_bus;
+};
+
 } // namespace
 
 /// The program as a whole, from outside: one process per session.
@@ -239,6 +264,17 @@ private slots:
         QCOMPARE(lapsa.terminate(), 0);
         QCOMPARE(storedPaths(*m_home), QStringList{file});
         QCOMPARE(lapsa.standardError(), QByteArray());
+    }
+
+    void thePortalIsToldFirstWhichProgramThisIs()
+    {
+        AskedPortal portal(QDBusConnection::connectToBus(m_bus->address(), u"portal"_s));
+        const LapsaProcess lapsa;
+
+        QTRY_VERIFY_WITH_TIMEOUT(portal.calls.size() > 1, 20'000);
+        QDBusConnection::disconnectFromBus(u"portal"_s);
+
+        QCOMPARE(portal.calls.first(), u"Register org.lapsa.Lapsa"_s);
     }
 
     void anActionOnTheBusIsCarriedOut()

@@ -10,6 +10,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 #include <QTest>
 
 #include <optional>
@@ -119,6 +120,35 @@ private slots:
         press(u"Tab"_s, {text(u"Theme"_s, u"Tema"_s), text(u"System"_s, u"Sistema"_s), role(u"radio button"_s), u"1 "_s,
                          u" 3"_s});
         press(u"Right"_s, {u"Dark"_s, u"2 "_s, u" 3"_s});
+    }
+
+    void theFilterOfThePanelIsHeard_data() { addLanguages(); }
+
+    void theFilterOfThePanelIsHeard()
+    {
+        begin();
+        openPanel();
+
+        press(u"b"_s, {text(u"Filter by name"_s, u"Filtra per nome"_s), text(u"1 of 3"_s, u"1 di 3"_s)});
+        press(u"Down"_s, {u"beta.pdf"_s, u"1 "_s, u" 1"_s});
+    }
+
+    void theRecoveryWindowIsHeard_data() { addLanguages(); }
+
+    void theRecoveryWindowIsHeard()
+    {
+        begin();
+        QCOMPARE(m_lapsa->terminate(), 0);
+        letFirstFileExpireIn(-60);
+        m_lapsa.emplace();
+        QVERIFY(succeeds([this] { return storedList(m_desktop->home(), u"recovery.json"_s).size() == 1; }));
+        const qsizetype before = m_reader->said().size();
+
+        QCOMPARE(QProcess::execute(u"gapplication"_s, {u"action"_s, u"org.lapsa.Lapsa"_s, u"recovery"_s}), 0);
+
+        hear(before, {text(u"Recovery"_s, u"Recupero"_s)});
+        press(u"Down"_s, {u"alpha.txt"_s, text(u"removed in"_s, u"rimosso tra"_s)});
+        press(u"Return"_s, {text(u"alpha.txt is back in"_s, u"alpha.txt è di nuovo in"_s)});
     }
 
     void aFileThatGoesByItselfIsHeard_data()
