@@ -44,6 +44,7 @@ void Gallery::paintEverything()
         paintPanel();
         paintInUse();
         paintWork();
+        paintMany();
         paintSheet();
         paintPreferences();
         paintRecovery();

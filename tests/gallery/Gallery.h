@@ -20,6 +20,7 @@ class QLineEdit;
 namespace lapsa {
 
 class LapsaPanelView;
+class PreferencesView;
 class RecoveryView;
 
 } // namespace lapsa
@@ -66,8 +67,11 @@ private:
     void paintInUse();
     /// Rows whose files are being moved and removed, and one whose disk does not answer.
     void paintWork();
+    /// Selected rows with their menu, and the list filtered by name.
+    void paintMany();
     void paintSheet();
     void paintPreferences();
+    void paintRules(Scene& scene, PreferencesView& view);
     void paintRecovery();
     void paintRecoveryMessages(Scene& scene, RecoveryView& window);
     /// Right to left, large text, and the row of the preferences.

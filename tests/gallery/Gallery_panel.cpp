@@ -66,7 +66,8 @@ void showWork(const LapsaPanelView& panel)
 {
     constexpr ItemWork works[] = {{ItemWork::Kind::Moving, 43, 100},
                                   {ItemWork::Kind::WaitingForDisk, 0, 0},
-                                  {ItemWork::Kind::Removing, 12400, 0}};
+                                  {ItemWork::Kind::Removing, 12400, 0},
+                                  {ItemWork::Kind::Stopped, 12400, 0}};
     const QList<FileRowView*> rows = panel.findChild<FileListView*>()->visibleRows();
     for (std::size_t index = 0; index < std::min(std::size(works), static_cast<std::size_t>(rows.size())); ++index) {
         rows.at(static_cast<qsizetype>(index))->setWork(works[index]);
@@ -225,6 +226,36 @@ void Gallery::paintWork()
     const auto largePanel = shownPanel(scene);
     showWork(*largePanel);
     save(*largePanel, u"panel-work-large-text"_s);
+    QApplication::setFont(usual);
+}
+
+void Gallery::paintMany()
+{
+    Scene scene;
+    fill(scene);
+    const auto panel = shownPanel(scene);
+    auto& list = *panel->findChild<FileListView*>();
+    QTest::mouseClick(row(*panel, 0), Qt::LeftButton, Qt::ControlModifier);
+    QTest::mouseClick(row(*panel, 2), Qt::LeftButton, Qt::ControlModifier);
+    save(*panel, u"panel-selected"_s);
+    QMenu menu;
+    list.fillSelectionMenu(menu);
+    menu.setFont(fontFor(bodyText));
+    menu.popup({});
+    save(menu, u"selection-menu"_s);
+    menu.hide();
+    QTest::keyClicks(panel.get(), u"re"_s);
+    save(*panel, u"panel-filtered"_s);
+    panel->setLayoutDirection(Qt::RightToLeft);
+    save(*panel, u"panel-filtered-right-to-left"_s);
+
+    const QFont usual = QApplication::font();
+    QFont large = usual;
+    large.setPointSizeF(20);
+    QApplication::setFont(large);
+    const auto largePanel = shownPanel(scene);
+    QTest::keyClicks(largePanel.get(), u"re"_s);
+    save(*largePanel, u"panel-filtered-large-text"_s);
     QApplication::setFont(usual);
 }
 

@@ -5,7 +5,9 @@
 #include "Gallery.h"
 #include "PreferencesView.h"
 #include "RecordingDesktop.h"
+#include "RulesTab.h"
 #include "SplashView.h"
+#include "Stepper.h"
 
 #include <QApplication>
 #include <QDir>
@@ -14,6 +16,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <tuple>
 
@@ -60,6 +63,24 @@ private:
 
 } // namespace
 
+/// The second rule has extensions that the first one takes; the time of the first one is changed.
+void Gallery::paintRules(Scene& scene, PreferencesView& view)
+{
+    const auto setSecondRule = [&scene](const QString& extensions) {
+        scene.world.changeSettings(
+            [&](LapsaSettings& settings) { settings.fileTypeRules[1].extensionsCSV = extensions; });
+        QApplication::processEvents();
+    };
+    const QString before = scene.world.store().settings().fileTypeRules[1].extensionsCSV;
+    setSecondRule(u".exe,.zip,.7z"_s);
+    save(view, u"preferences-rules-taken"_s);
+    setSecondRule(before);
+    scene.add(u"Backup.zip"_s, 7 * 24 * 60);
+    scene.add(u"Fonts.zip"_s, 7 * 24 * 60);
+    QTest::keyClick(view.findChild<RulesTab*>()->findChild<Stepper*>(), Qt::Key_Up);
+    save(view, u"preferences-rules-offer"_s);
+}
+
 void Gallery::paintPreferences()
 {
     using Tab = PreferencesView::Tab;
@@ -79,6 +100,7 @@ void Gallery::paintPreferences()
     save(view, u"preferences-general-end"_s);
     view.showTab(Tab::Rules);
     save(view, u"preferences-rules"_s);
+    paintRules(scene, view);
     const Downloads downloads;
     scene.world.home.makeFolder(u"Downloads"_s);
     view.showTab(Tab::Folders);
