@@ -4,10 +4,14 @@
 #include "DisplayApplication.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 
 #include <optional>
 
 namespace lapsa {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -41,6 +45,18 @@ private:
 };
 
 } // namespace
+
+QString ownIconThemes(const QString& id)
+{
+    const QString folder = QCoreApplication::applicationDirPath();
+    // In the build folder, or installed.
+    for (const QString& themes : {folder + u"/share/icons"_s, QDir::cleanPath(folder + u"/../share/icons"_s)}) {
+        if (QFile::exists(u"%1/hicolor/symbolic/apps/%2-symbolic.svg"_s.arg(themes, id))) {
+            return themes;
+        }
+    }
+    return {};
+}
 
 bool hasDisplay()
 {

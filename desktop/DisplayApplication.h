@@ -6,8 +6,13 @@
 #include <memory>
 
 class QApplication;
+class QString;
 
 namespace lapsa {
+
+/// The folder of icon themes that belongs to this program file and has the symbolic icon of `id`, or an empty text. It
+/// is as safe from other users as the program itself. Call after creating the application.
+[[nodiscard]] QString ownIconThemes(const QString& id);
 
 /// Whether the environment names a display, or a toolkit platform that needs none.
 [[nodiscard]] bool hasDisplay();

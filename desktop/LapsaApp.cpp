@@ -179,7 +179,9 @@ End runApplication(const QApplication& application, const SessionEnds& session, 
     FreedesktopWorkspace workspace;
     QtPasteboard pasteboard;
     FreedesktopNotificationCentre notificationCentre(program);
-    const std::unique_ptr<StatusBar> statusBar = makeStatusBar(program);
+    ProgramIdentity inTray = program;
+    inTray.iconThemes = ownIconThemes(program.id);
+    const std::unique_ptr<StatusBar> statusBar = makeStatusBar(inTray);
     const std::unique_ptr<HotKeys> hotKeys = makeHotKeys();
     const std::unique_ptr<FileManagerSelection> fileManagerSelection = makeFileManagerSelection();
     const std::unique_ptr<FolderPicker> folderPicker = makeFolderPicker();

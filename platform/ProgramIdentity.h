@@ -19,6 +19,9 @@ struct ProgramIdentity
     QString shortName;
     /// The folder of the program's drawings, such as ":/viewer".
     QString drawings;
+    /// A folder with icon themes that other programs can read, with the icons "ID-symbolic" and "ID-open-symbolic";
+    /// empty if there is none.
+    QString iconThemes = {};
 
     /// The object path on the session bus: "/org/example/Viewer" (Desktop Entry Specification, "D-Bus Activation").
     [[nodiscard]] QString objectPath() const { return u'/' + QString(id).replace(u'.', u'/').replace(u'-', u'_'); }

@@ -61,8 +61,9 @@ StatusNotifierItem::~StatusNotifierItem()
     bus.unregisterObject(menuPathText);
 }
 
-void StatusNotifierItem::setImages(const QList<QImage>& images)
+void StatusNotifierItem::setIcon(const QString& name, const QList<QImage>& images)
 {
+    m_iconName = name;
     m_pixmaps.clear();
     for (const QImage& image : images) {
         m_pixmaps.push_back(statusNotifierPixmap(image));

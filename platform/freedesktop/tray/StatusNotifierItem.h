@@ -27,11 +27,11 @@ class StatusNotifierItem final : public QObject
     Q_PROPERTY(QString Title READ title SCRIPTABLE true)
     Q_PROPERTY(QString Status READ status SCRIPTABLE true)
     Q_PROPERTY(int WindowId READ windowId SCRIPTABLE true)
-    Q_PROPERTY(QString IconThemePath READ iconName SCRIPTABLE true)
+    Q_PROPERTY(QString IconThemePath READ iconThemePath SCRIPTABLE true)
     Q_PROPERTY(QString IconName READ iconName SCRIPTABLE true)
     Q_PROPERTY(lapsa::StatusNotifierPixmaps IconPixmap READ iconPixmap SCRIPTABLE true)
-    Q_PROPERTY(QString OverlayIconName READ iconName SCRIPTABLE true)
-    Q_PROPERTY(QString AttentionIconName READ iconName SCRIPTABLE true)
+    Q_PROPERTY(QString OverlayIconName READ noIcon SCRIPTABLE true)
+    Q_PROPERTY(QString AttentionIconName READ noIcon SCRIPTABLE true)
     Q_PROPERTY(lapsa::StatusNotifierToolTip ToolTip READ toolTip SCRIPTABLE true)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu SCRIPTABLE true)
     Q_PROPERTY(QDBusObjectPath Menu READ menuPath SCRIPTABLE true)
@@ -40,7 +40,9 @@ public:
     explicit StatusNotifierItem(const ProgramIdentity& identity);
     ~StatusNotifierItem() override;
 
-    void setImages(const QList<QImage>& images);
+    /// The name of an icon in the themes of the program; tray hosts prefer it to the images. Without a name, they show
+    /// the images.
+    void setIcon(const QString& name, const QList<QImage>& images);
     void setToolTip(const QString& toolTip);
 
     [[nodiscard]] DBusMenu& menu() { return m_menu; }
@@ -58,8 +60,11 @@ public:
 
     [[nodiscard]] int windowId() const { return 0; }
 
-    /// Empty: a tray host would prefer a named icon to the drawn one.
-    [[nodiscard]] QString iconName() const { return {}; }
+    [[nodiscard]] QString iconThemePath() const { return m_identity.iconThemes; }
+
+    [[nodiscard]] QString iconName() const { return m_iconName; }
+
+    [[nodiscard]] QString noIcon() const { return {}; }
 
     [[nodiscard]] StatusNotifierPixmaps iconPixmap() const { return m_pixmaps; }
 
@@ -104,6 +109,7 @@ private:
     QString m_service;
     QDBusServiceWatcher m_watcher;
     DBusMenu m_menu;
+    QString m_iconName;
     StatusNotifierPixmaps m_pixmaps;
     QString m_toolTip;
     bool m_shown = false;

@@ -26,9 +26,13 @@ public:
 
     void setHighlighted(bool highlighted) { m_highlighted = highlighted; }
 
-    /// Sets the colour that the taskbar requests for icons, if any. Without one, the icon uses its own colour, which is
-    /// visible on light and dark taskbars.
+    /// Sets the colour that the taskbar requests for icons, if any. Without one, the icon is light with a dark outline,
+    /// which is visible on taskbars of any colour.
     void setForeground(const std::optional<QColor>& foreground) { m_foreground = foreground; }
+
+    /// What to add to the name of the program for the icon of its theme that taskbars recolour themselves; empty if the
+    /// taskbar requests a colour, which such an icon need not get, and if there is no image.
+    [[nodiscard]] QString themedSuffix() const;
 
     /// `extent` pixels wide and high, transparent around the drawing.
     [[nodiscard]] QImage image(int extent) const;
@@ -38,6 +42,8 @@ public:
     [[nodiscard]] QIcon icon() const;
 
 private:
+    [[nodiscard]] QImage drawn(int extent, const QColor& color) const;
+
     QString m_drawings;
     QByteArray m_drawing;
     int m_size = 18;

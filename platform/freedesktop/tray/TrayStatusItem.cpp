@@ -55,7 +55,8 @@ std::optional<QPoint> placeOfClick(const QPoint& reported)
 } // namespace
 
 TrayStatusItem::TrayStatusItem(const ProgramIdentity& identity)
-    : m_icon(identity.drawings)
+    : m_identity(identity)
+    , m_icon(identity.drawings)
     , m_notifierItem(identity)
 {
     m_embedding.setSingleShot(true);
@@ -143,7 +144,9 @@ void TrayStatusItem::setHighlighted(bool highlighted)
 void TrayStatusItem::showIcon()
 {
     m_icon.setForeground(x11TrayForeground());
-    m_notifierItem.setImages(m_icon.images());
+    const QString suffix = m_icon.themedSuffix();
+    const bool themed = !m_identity.iconThemes.isEmpty() && !suffix.isEmpty();
+    m_notifierItem.setIcon(themed ? m_identity.id + suffix : QString(), m_icon.images());
     if (m_embedded) {
         m_embedded->setIcon(m_icon.icon());
     }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "ProgramIdentity.h"
 #include "StatusButton.h"
 #include "StatusItem.h"
 #include "StatusNotifierItem.h"
@@ -48,6 +49,7 @@ private:
     void clickedAt(const std::optional<QPoint>& place);
     void popUpMenu(const QPoint& place);
 
+    ProgramIdentity m_identity;
     TrayIcon m_icon;
     QString m_toolTip;
     QList<StatusMenuEntry> m_entries;

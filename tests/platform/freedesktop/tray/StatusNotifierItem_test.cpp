@@ -155,7 +155,7 @@ private slots:
         QImage image(1, 2, QImage::Format_ARGB32);
         image.setPixel(0, 0, 0x11223344);
         image.setPixel(0, 1, 0xFF00FF00);
-        item.setImages({image});
+        item.setIcon({}, {image});
         QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, patience);
 
         const auto icon = propertyOf<StatusNotifierPixmaps>(watcher, u"IconPixmap"_s);

@@ -6,10 +6,12 @@
 
 #include <QGuiApplication>
 #include <QImage>
+#include <QPainter>
 #include <QTest>
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -39,12 +41,14 @@ QColor middleOf(const QImage& image)
     return image.pixelColor(image.rect().center());
 }
 
-QImage statusIcon(bool highlighted = false)
+/// Without a foreground: for a taskbar that requests no colour.
+QImage statusIcon(const std::optional<QColor>& foreground = std::nullopt, bool highlighted = false)
 {
     TrayIcon icon(exampleProgram().drawings);
     if (!icon.setTemplateImage(u"StatusIcon"_s, 18)) {
         qFatal("no such image");
     }
+    icon.setForeground(foreground);
     icon.setHighlighted(highlighted);
     return icon.image(extent);
 }
@@ -57,23 +61,45 @@ class TrayIconTest final : public QObject
 
 private slots:
 
-    void itShowsOnLightAndOnDarkTaskbars_data()
+    void itShowsOnTaskbarsOfAnyColour_data()
     {
         QTest::addColumn<QColor>("taskbar");
+        QTest::newRow("mid blue") << QColor(0x29, 0x80, 0xB9);
+        QTest::newRow("mid grey") << QColor(0x80, 0x80, 0x80);
         QTest::newRow("white") << QColor(Qt::white);
         QTest::newRow("light grey") << QColor(0xF0, 0xF0, 0xF0);
         QTest::newRow("dark grey") << QColor(0x2B, 0x2B, 0x2B);
         QTest::newRow("black") << QColor(Qt::black);
     }
 
-    void itShowsOnLightAndOnDarkTaskbars()
+    void itShowsOnTaskbarsOfAnyColour()
     {
         QFETCH(const QColor, taskbar);
+        QImage shown(extent, extent, QImage::Format_RGB32);
+        shown.fill(taskbar);
+        QPainter(&shown).drawImage(0, 0, statusIcon());
 
-        const QColor drawn = middleOf(statusIcon());
+        int visible = 0;
+        for (int i = 0; i < extent * extent; ++i) {
+            visible += contrast(shown.pixelColor(i % extent, i / extent), taskbar) >= 3 ? 1 : 0;
+        }
 
-        QCOMPARE(drawn.alpha(), 255);
-        QVERIFY2(contrast(drawn, taskbar) >= 3, qPrintable(QString::number(contrast(drawn, taskbar))));
+        // A tenth of the ground is what a ring and a sheet of two pixels' strength cover.
+        QVERIFY2(visible >= extent * extent / 10, qPrintable(QString::number(visible)));
+    }
+
+    void theOutlineIsOnlyForTaskbarsThatRequestNoColour()
+    {
+        TrayIcon icon(exampleProgram().drawings);
+        QVERIFY(icon.setTemplateImage(u"StatusIcon"_s, 18));
+        icon.setForeground(QColor(Qt::white));
+
+        const QImage image = icon.image(extent);
+
+        for (int i = 0; i < extent * extent; ++i) {
+            const QColor pixel = image.pixelColor(i % extent, i / extent);
+            QVERIFY(pixel.alpha() == 0 || pixel.red() == 255);
+        }
     }
 
     void ofTheDrawingOnlyTheShapeCounts()
@@ -89,8 +115,8 @@ private slots:
 
     void theHighlightIsAGroundBehindTheDrawing()
     {
-        const QImage plain = statusIcon();
-        const QImage highlighted = statusIcon(true);
+        const QImage plain = statusIcon(QColor(Qt::black));
+        const QImage highlighted = statusIcon(QColor(Qt::black), true);
 
         QCOMPARE(plain.pixelColor(extent / 2, 1).alpha() > 0, true); // the ring reaches the edge
         QCOMPARE(plain.pixelColor(2, 2).alpha(), 0);
