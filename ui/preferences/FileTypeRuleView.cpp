@@ -16,6 +16,7 @@
 
 #include <QApplication>
 #include <QHideEvent>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QMouseEvent>
@@ -24,6 +25,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace lapsa {
 
@@ -134,8 +136,7 @@ void FileTypeRuleView::mouseMoveEvent(QMouseEvent* event)
 {
     const QPoint place = event->globalPosition().toPoint();
     if (!m_dragging && m_pressed && (place - *m_pressed).manhattanLength() >= QApplication::startDragDistance()) {
-        m_dragging = true;
-        setCursor(Qt::ClosedHandCursor);
+        startDrag();
     }
     if (m_dragging) {
         emit dragged(place.y());
@@ -145,10 +146,40 @@ void FileTypeRuleView::mouseMoveEvent(QMouseEvent* event)
 void FileTypeRuleView::mouseReleaseEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton) {
-        m_pressed.reset();
-        m_dragging = false;
+        endDrag();
+    }
+}
+
+void FileTypeRuleView::startDrag()
+{
+    m_dragging = true;
+    setCursor(Qt::ClosedHandCursor);
+    grabKeyboard(); // for Escape
+    emit dragStarted();
+}
+
+void FileTypeRuleView::endDrag()
+{
+    if (std::exchange(m_dragging, false)) {
+        releaseKeyboard();
         unsetCursor();
     }
+    m_pressed.reset();
+}
+
+/// Escape ends a drag. Otherwise it would close the window.
+bool FileTypeRuleView::event(QEvent* event)
+{
+    const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
+    if (!m_dragging || !isKey) {
+        return QWidget::event(event);
+    }
+    event->accept(); // what is typed meanwhile is for nobody
+    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        endDrag();
+        emit dragCancelled();
+    }
+    return true;
 }
 
 void FileTypeRuleView::makeControls(QWidget* stack)
@@ -230,9 +261,7 @@ void FileTypeRuleView::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
     if (!event->spontaneous()) {
-        m_pressed.reset();
-        m_dragging = false;
-        unsetCursor();
+        endDrag();
         m_formerMinutes.reset();
         refreshOffer();
     }

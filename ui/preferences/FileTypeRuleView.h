@@ -42,10 +42,15 @@ signals:
     void stepped(int places);
     /// So many listed items got the rule's time.
     void applied(qsizetype count);
+    /// The user begins to drag the card.
+    void dragStarted();
     /// The user drags the card; the pointer's height in the coordinates of the screen.
     void dragged(int height);
+    /// The user wants the card back where the drag began.
+    void dragCancelled();
 
 protected:
+    bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -53,6 +58,8 @@ protected:
 
 private:
     void makeControls(QWidget* stack);
+    void startDrag();
+    void endDrag();
     void makeShortcut(Qt::Key key, int places);
     void refreshTaken();
     void makeOffer(QWidget* stack);

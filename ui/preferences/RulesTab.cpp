@@ -46,6 +46,8 @@ FileTypeRuleView* RulesTab::makeCard(const QUuid& id)
             [this, card](int places) { move(*card, m_cards.indexOf(card) + places); });
     connect(card, &FileTypeRuleView::applied, m_announcer,
             [this](qsizetype count) { m_announcer->announce(ruleTexts::applied(count)); });
+    connect(card, &FileTypeRuleView::dragStarted, this, [this, card] { m_dragStart = m_cards.indexOf(card); });
+    connect(card, &FileTypeRuleView::dragCancelled, this, [this, card] { move(*card, m_dragStart); });
     connect(card, &FileTypeRuleView::dragged, this, [this, card](int height) { drag(*card, height); });
     return card;
 }
@@ -57,7 +59,7 @@ void RulesTab::move(FileTypeRuleView& card, qsizetype position)
     }
     m_store.moveFileTypeRule(card.id(), position);
     refreshCards();
-    bringTabOrderInLine();
+    bringOrderInLine();
     reveal(card);
     m_announcer->announce(ruleTexts::position(position, m_cards.size()));
 }
@@ -77,11 +79,12 @@ void RulesTab::drag(FileTypeRuleView& card, int height)
     }
 }
 
-/// From card to card, as they stand.
-void RulesTab::bringTabOrderInLine()
+/// From card to card, as they stand: the Tab key, and what a screen reader lists, which follows the stacking order.
+void RulesTab::bringOrderInLine()
 {
     QWidget* last = &addButton();
     for (FileTypeRuleView* const card : std::as_const(m_cards)) {
+        card->raise();
         QList<QWidget*> controls;
         for (QWidget* next = card->nextInFocusChain(); next != card; next = next->nextInFocusChain()) {
             if (card->isAncestorOf(next) && (next->focusPolicy() & Qt::TabFocus) != 0) {

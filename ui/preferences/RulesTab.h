@@ -31,11 +31,13 @@ private:
     void addRule();
     void move(FileTypeRuleView& card, qsizetype position);
     void drag(FileTypeRuleView& card, int height);
-    void bringTabOrderInLine();
+    void bringOrderInLine();
 
     LapsaStore& m_store;
     Announcer* m_announcer;
     QList<FileTypeRuleView*> m_cards;
+    /// Where the card that is dragged stood before.
+    qsizetype m_dragStart = 0;
 };
 
 } // namespace lapsa

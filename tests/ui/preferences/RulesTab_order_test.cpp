@@ -9,6 +9,7 @@
 #include "Stepper.h"
 #include "TextLabel.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QLineEdit>
 #include <QTest>
@@ -156,6 +157,50 @@ private slots:
 
         QCOMPARE(world.stored(), (QStringList{programs, pictures, archives}));
         QCOMPARE(world.shown(), world.stored());
+    }
+
+    void escapePutsADraggedCardBack()
+    {
+        RulesWorld world;
+        FileTypeRuleView& card = *world.cards().first();
+        const QPoint ground(3, 3);
+        const QWidget& last = *world.cards().last();
+        const QPoint belowLast = card.mapFromGlobal(last.mapToGlobal(last.rect().center())) + QPoint(0, 2);
+        QTest::mousePress(&card, Qt::LeftButton, {}, ground);
+        QTest::mouseMove(&card, ground + QPoint(0, QApplication::startDragDistance()));
+        QTest::mouseMove(&card, belowLast);
+        world.settle();
+        QVERIFY(world.stored().first() != archives);
+
+        QTest::keyClick(world.view.windowHandle(), Qt::Key_Escape);
+        world.settle();
+
+        QCOMPARE(world.stored(), (QStringList{archives, programs, pictures}));
+        QCOMPARE(world.shown(), world.stored());
+        QVERIFY(world.view.isVisible());
+        QTest::mouseMove(&card, belowLast);
+        QCOMPARE(world.stored(), (QStringList{archives, programs, pictures}));
+        QTest::mouseRelease(&card, Qt::LeftButton, {}, ground);
+        QCOMPARE(QWidget::keyboardGrabber(), nullptr);
+    }
+
+    void aScreenReaderListsTheCardsAsTheyStand()
+    {
+        RulesWorld world;
+        world.field(0).setFocus();
+        QTest::keyClick(&world.field(0), Qt::Key_Down, Qt::AltModifier);
+        world.settle();
+
+        const QAccessibleInterface* const column =
+            QAccessible::queryAccessibleInterface(world.cards().first()->parentWidget());
+        QList<FileTypeRuleView*> listed;
+        for (int child = 0; child < column->childCount(); ++child) {
+            if (auto* const card = qobject_cast<FileTypeRuleView*>(column->child(child)->object())) {
+                listed.push_back(card);
+            }
+        }
+
+        QCOMPARE(listed, world.cards());
     }
 
     void aCardSaysWhichOfItsExtensionsAnEarlierRuleHas()
