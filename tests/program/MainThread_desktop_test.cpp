@@ -57,6 +57,12 @@ private slots:
     void inADayOfUseTheMainThreadTouchesNoPathOfTheUsers()
     {
         m_desktop.startXfceTaskbar();
+        const HelperProcess notifications(
+            u"dunst"_s,
+            {u"-conf"_s, home().makeFile(u"dunstrc"_s, "[global]\n  mouse_left_click = do_action, close_current\n"
+                                                       "  origin = top-left\n  idle_threshold = 0\n"
+                                                       "  timeout = 0\n")});
+        QTRY_VERIFY_WITH_TIMEOUT(m_desktop.bus().hasOwner(u"org.freedesktop.Notifications"_s), patience);
         const QString trace = home().path(u"trace"_s);
         fillHome();
         auto lapsa = LapsaProcess::startedBy(traceOfPaths(trace));
@@ -137,8 +143,10 @@ private:
     void useAll(LapsaProcess& lapsa)
     {
         for (const auto step :
-             {&MainThreadDesktopTest::pass, &MainThreadDesktopTest::open, &MainThreadDesktopTest::show,
-              &MainThreadDesktopTest::removeByHand, &MainThreadDesktopTest::addSelection}) {
+             {&MainThreadDesktopTest::pass, &MainThreadDesktopTest::keep, &MainThreadDesktopTest::putBack,
+              &MainThreadDesktopTest::open, &MainThreadDesktopTest::choose, &MainThreadDesktopTest::show,
+              &MainThreadDesktopTest::removeByHand, &MainThreadDesktopTest::undo,
+              &MainThreadDesktopTest::addSelection}) {
             (this->*step)();
             if (QTest::currentTestFailed()) {
                 return;
@@ -157,6 +165,52 @@ private:
         QVERIFY(!QFile::exists(home().path(u"files/due.txt"_s)));
         QVERIFY(!QFile::exists(otherDisk(u"due.iso"_s)));
     }
+
+    /// The warning about the file that goes soon.
+    void keep()
+    {
+        const auto kept = [this] {
+            const QJsonArray items = storedList(home(), u"state.json"_s);
+            return std::ranges::any_of(items, [](const QJsonValue& item) { return item[u"locked"_s].toBool(); });
+        };
+        QVERIFY(succeeds([&kept] {
+            if (const std::optional<QRect> bubble = VirtualDisplay::windowOfClass(u"Dunst"_s); bubble && !kept()) {
+                VirtualDisplay::click(bubble->center());
+            }
+            return kept();
+        }));
+    }
+
+    /// All that is in Recovery, with the keys of its window.
+    void putBack()
+    {
+        const auto isOpen = [] {
+            constexpr QSize extent(520, 420);
+            const QList<QRect> windows = VirtualDisplay::windowsOfClass(u"lapsa"_s);
+            return std::ranges::find(windows, extent, &QRect::size) != windows.cend();
+        };
+        action(u"recovery"_s);
+        QVERIFY(succeeds([&] {
+            if (isOpen()) {
+                VirtualDisplay::press(u"Down"_s);
+                VirtualDisplay::press(u"ctrl+a"_s);
+                VirtualDisplay::press(u"Return"_s);
+                constexpr int moving = 1000;
+                std::ignore = QTest::qWaitFor([this] { return isEmptyRecovery(); }, moving);
+            }
+            return isEmptyRecovery();
+        }));
+        QVERIFY(QFile::exists(home().path(u"files/due.txt"_s)));
+        QVERIFY(QFile::exists(otherDisk(u"due.iso"_s)));
+        QVERIFY(succeeds([&isOpen] {
+            if (isOpen()) {
+                VirtualDisplay::press(u"Escape"_s);
+            }
+            return !isOpen();
+        }));
+    }
+
+    [[nodiscard]] bool isEmptyRecovery() const { return home().names(u".local/share/Lapsa/Recovery"_s).isEmpty(); }
 
     /// A second start with files.
     void open()
@@ -178,6 +232,26 @@ private:
         action(u"open-data-folder"_s);
     }
 
+    /// A click on the drop zone opens the dialog for files; nothing is chosen.
+    void choose()
+    {
+        constexpr QPoint dropZone(215, 150);
+        const auto windows = [] { return VirtualDisplay::windowsOfClass(u"lapsa"_s).size(); };
+        action(u"open-lapsa"_s);
+        QVERIFY(comesTrue(&DesktopSession::lapsaPanel));
+        const qsizetype before = windows();
+        VirtualDisplay::click(DesktopSession::lapsaPanel()->topLeft() + dropZone);
+        QVERIFY(comesTrue([&] { return windows() > before; }));
+        VirtualDisplay::press(u"Down"_s);
+        VirtualDisplay::press(u"Up"_s);
+        QVERIFY(succeeds([&] {
+            if (windows() > before) {
+                VirtualDisplay::press(u"Escape"_s);
+            }
+            return windows() == before;
+        }));
+    }
+
     /// With the keys, in the first row of the panel.
     void removeByHand()
     {
@@ -192,6 +266,18 @@ private:
             constexpr int saving = 1000;
             std::ignore = QTest::qWaitFor([&] { return storedPaths(home()).size() < before.size(); }, saving);
             return storedPaths(home()).size() < before.size();
+        }));
+    }
+
+    void undo()
+    {
+        QVERIFY(succeeds([this] {
+            if (!isEmptyRecovery()) {
+                VirtualDisplay::press(u"ctrl+z"_s);
+                constexpr int moving = 1000;
+                std::ignore = QTest::qWaitFor([this] { return isEmptyRecovery(); }, moving);
+            }
+            return isEmptyRecovery();
         }));
     }
 
