@@ -5,6 +5,7 @@
 #include "LapsaProcess.h"
 #include "PathCalls.h"
 #include "Settling.h"
+#include "StackedWindows.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -144,9 +145,8 @@ private:
     {
         for (const auto step :
              {&MainThreadDesktopTest::pass, &MainThreadDesktopTest::keep, &MainThreadDesktopTest::putBack,
-              &MainThreadDesktopTest::open, &MainThreadDesktopTest::choose, &MainThreadDesktopTest::show,
-              &MainThreadDesktopTest::removeByHand, &MainThreadDesktopTest::undo,
-              &MainThreadDesktopTest::addSelection}) {
+              &MainThreadDesktopTest::open, &MainThreadDesktopTest::removeByHand, &MainThreadDesktopTest::undo,
+              &MainThreadDesktopTest::choose, &MainThreadDesktopTest::show, &MainThreadDesktopTest::addSelection}) {
             (this->*step)();
             if (QTest::currentTestFailed()) {
                 return;
@@ -235,20 +235,23 @@ private:
     /// A click on the drop zone opens the dialog for files; nothing is chosen.
     void choose()
     {
-        constexpr QPoint dropZone(215, 150);
-        const auto windows = [] { return VirtualDisplay::windowsOfClass(u"lapsa"_s).size(); };
+        static constexpr QPoint dropZone(215, 150);
+        const auto chooser = [] { return windowTitled(u"Choose files or folders"_s).has_value(); };
         action(u"open-lapsa"_s);
         QVERIFY(comesTrue(&DesktopSession::lapsaPanel));
-        const qsizetype before = windows();
-        VirtualDisplay::click(DesktopSession::lapsaPanel()->topLeft() + dropZone);
-        QVERIFY(comesTrue([&] { return windows() > before; }));
+        QVERIFY(succeeds([&chooser] {
+            if (!chooser()) {
+                VirtualDisplay::click(DesktopSession::lapsaPanel()->topLeft() + dropZone);
+            }
+            return chooser();
+        }));
         VirtualDisplay::press(u"Down"_s);
         VirtualDisplay::press(u"Up"_s);
-        QVERIFY(succeeds([&] {
-            if (windows() > before) {
+        QVERIFY(succeeds([&chooser] {
+            if (chooser()) {
                 VirtualDisplay::press(u"Escape"_s);
             }
-            return windows() == before;
+            return !chooser();
         }));
     }
 
@@ -258,7 +261,7 @@ private:
         const QStringList before = storedPaths(home());
         QVERIFY(succeeds([&] {
             action(u"open-lapsa"_s);
-            VirtualDisplay::press(u"Home"_s);
+            VirtualDisplay::press(u"Down"_s);
             for (int stop = 0; stop < 4; ++stop) {
                 VirtualDisplay::press(u"Tab"_s);
             }
@@ -269,8 +272,10 @@ private:
         }));
     }
 
+    /// With the panel's key, after the removal by hand.
     void undo()
     {
+        QVERIFY(succeeds([this] { return !isEmptyRecovery(); }));
         QVERIFY(succeeds([this] {
             if (!isEmptyRecovery()) {
                 VirtualDisplay::press(u"ctrl+z"_s);
