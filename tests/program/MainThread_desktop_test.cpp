@@ -1,18 +1,15 @@
 // SPDX-FileCopyrightText: The Lapsa authors
 // SPDX-License-Identifier: MIT
 
+#include "DataOfADay.h"
 #include "DesktopSession.h"
 #include "LapsaProcess.h"
 #include "PathCalls.h"
 #include "Settling.h"
 #include "StackedWindows.h"
 
-#include <QDateTime>
 #include <QFile>
-#include <QImage>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -27,23 +24,6 @@ namespace lapsa::test {
 namespace {
 
 constexpr int patience = 60'000;
-
-QString inMinutes(int minutes)
-{
-    return QDateTime::currentDateTimeUtc().addSecs(qint64{minutes} * 60).toString(Qt::ISODate);
-}
-
-QJsonObject item(const QString& path, int minutes)
-{
-    static int count = 0;
-    return {{u"addedAt"_s, inMinutes(-1000)},
-            {u"displayName"_s, path.section(u'/', -1)},
-            {u"expiresAt"_s, inMinutes(minutes)},
-            {u"fiveMinuteWarningSent"_s, false},
-            {u"id"_s, u"00000000-0000-4000-8000-%1"_s.arg(++count, 12, 10, QChar(u'0'))},
-            {u"locked"_s, false},
-            {u"path"_s, path}};
-}
 
 } // namespace
 
@@ -65,7 +45,7 @@ private slots:
                                                        "  timeout = 0\n")});
         QTRY_VERIFY_WITH_TIMEOUT(m_desktop.bus().hasOwner(u"org.freedesktop.Notifications"_s), patience);
         const QString trace = home().path(u"trace"_s);
-        fillHome();
+        makeDataOfADay(home(), m_otherDisk);
         auto lapsa = LapsaProcess::startedBy(traceOfPaths(trace));
         const qint64 mainThread = lapsa.pid();
 
@@ -87,59 +67,6 @@ private:
     [[nodiscard]] const TemporaryHome& home() const { return m_desktop.home(); }
 
     [[nodiscard]] QString otherDisk(const QString& name) const { return m_otherDisk.filePath(name); }
-
-    /// Files that are due, nearly due and far from it, here and on another disk; a watched folder; a copy in Recovery
-    /// whose time is over.
-    void fillHome() const
-    {
-        const QString picture = home().makeFile(u"files/picture.png"_s);
-        QVERIFY(QImage(300, 300, QImage::Format_RGB32).save(picture));
-        QFile other(otherDisk(u"due.iso"_s));
-        QVERIFY(other.open(QIODevice::WriteOnly) && other.write(QByteArray(100'000, 'x')) > 0);
-        home().makeFile(u"files/folder/inside.txt"_s);
-        home().makeFile(u"watched/new.zip"_s);
-        home().makeFile(u"shown/chosen.txt"_s);
-        writeList(u"state.json"_s,
-                  {item(home().makeFile(u"files/due.txt"_s), -1), item(other.fileName(), -1),
-                   item(home().makeFile(u"files/soon.txt"_s), 3), item(picture, 1000),
-                   item(home().path(u"files/folder"_s), 2000), item(home().path(u"files/gone.txt"_s), 3000)});
-        home().writeDataFile(u"Recovery/old.txt"_s, "old\n");
-        writeList(u"recovery.json"_s, {QJsonObject{{u"deletedAt"_s, inMinutes(-2000)},
-                                                   {u"displayName"_s, u"old.txt"_s},
-                                                   {u"id"_s, u"00000000-0000-4000-8000-00000000abcd"_s},
-                                                   {u"originalPath"_s, home().path(u"files/old.txt"_s)},
-                                                   {u"purgeAfter"_s, inMinutes(-1)},
-                                                   {u"recoveryPath"_s, home().dataPath(u"Recovery/old.txt"_s)}}});
-        home().writeDataFile(u"settings.json"_s, QJsonDocument(settings()).toJson());
-    }
-
-    [[nodiscard]] QJsonObject settings() const
-    {
-        const QJsonObject rule{{u"applyFileTypeRules"_s, true},
-                               {u"createdAt"_s, inMinutes(-2000)},
-                               {u"enabled"_s, true},
-                               {u"folderPath"_s, home().path(u"watched"_s)},
-                               {u"id"_s, u"00000000-0000-4000-8000-000000000002"_s},
-                               {u"includeExistingFiles"_s, true},
-                               {u"lastScanAt"_s, u"0001-01-01T00:00:00Z"_s},
-                               {u"lifespanMinutes"_s, 10080}};
-        return {{u"autoCleanFolders"_s, QJsonArray{rule}},
-                {u"defaultExpirationMinutes"_s, 120},
-                {u"enableExpiryNotifications"_s, true},
-                {u"fileTypeRules"_s, QJsonArray()},
-                {u"keepPanelOpen"_s, true},
-                {u"notifyBeforeMinutes"_s, 5},
-                {u"pauseAllCountdowns"_s, false},
-                {u"recoveryRetentionHours"_s, 24},
-                {u"theme"_s, u"dark"_s},
-                {u"useRecoveryWindow"_s, true},
-                {u"useTrash"_s, false}};
-    }
-
-    void writeList(const QString& name, const QJsonArray& list) const
-    {
-        home().writeDataFile(name, QJsonDocument(list).toJson());
-    }
 
     void useAll(LapsaProcess& lapsa)
     {
