@@ -14,6 +14,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <tuple>
 
@@ -24,6 +25,8 @@ namespace lapsa::test {
 namespace {
 
 constexpr int patience = 60'000;
+const QByteArray dunstSettings = "[global]\n  mouse_left_click = do_action, close_current\n  origin = top-left\n"
+                                 "  idle_threshold = 0\n  timeout = 0\n";
 
 } // namespace
 
@@ -38,11 +41,7 @@ private slots:
     void inADayOfUseTheMainThreadTouchesNoPathOfTheUsers()
     {
         m_desktop.startXfceTaskbar();
-        const HelperProcess notifications(
-            u"dunst"_s,
-            {u"-conf"_s, home().makeFile(u"dunstrc"_s, "[global]\n  mouse_left_click = do_action, close_current\n"
-                                                       "  origin = top-left\n  idle_threshold = 0\n"
-                                                       "  timeout = 0\n")});
+        const HelperProcess notifications(u"dunst"_s, {u"-conf"_s, home().makeFile(u"dunstrc"_s, dunstSettings)});
         QTRY_VERIFY_WITH_TIMEOUT(m_desktop.bus().hasOwner(u"org.freedesktop.Notifications"_s), patience);
         const QString trace = home().path(u"trace"_s);
         makeDataOfADay(home(), m_otherDisk);
@@ -111,11 +110,7 @@ private:
     /// All that is in Recovery, with the keys of its window.
     void putBack()
     {
-        const auto isOpen = [] {
-            constexpr QSize extent(520, 420);
-            const QList<QRect> windows = VirtualDisplay::windowsOfClass(u"lapsa"_s);
-            return std::ranges::find(windows, extent, &QRect::size) != windows.cend();
-        };
+        const auto isOpen = [] { return windowTitled(u"Recovery"_s).has_value(); };
         action(u"recovery"_s);
         QVERIFY(succeeds([&] {
             if (isOpen()) {
@@ -129,12 +124,7 @@ private:
         }));
         QVERIFY(QFile::exists(home().path(u"files/due.txt"_s)));
         QVERIFY(QFile::exists(otherDisk(u"due.iso"_s)));
-        QVERIFY(succeeds([&isOpen] {
-            if (isOpen()) {
-                VirtualDisplay::press(u"Escape"_s);
-            }
-            return !isOpen();
-        }));
+        pressUntil(u"Escape"_s, [&isOpen] { return !isOpen(); });
     }
 
     [[nodiscard]] bool isEmptyRecovery() const { return home().names(u".local/share/Lapsa/Recovery"_s).isEmpty(); }
@@ -172,14 +162,7 @@ private:
             }
             return chooser();
         }));
-        VirtualDisplay::press(u"Down"_s);
-        VirtualDisplay::press(u"Up"_s);
-        QVERIFY(succeeds([&chooser] {
-            if (chooser()) {
-                VirtualDisplay::press(u"Escape"_s);
-            }
-            return !chooser();
-        }));
+        pressUntil(u"Escape"_s, [&chooser] { return !chooser(); });
     }
 
     /// With the keys, in the first row of the panel.
@@ -227,6 +210,16 @@ private:
                 std::ignore = QTest::qWaitFor([&] { return storedPaths(home()).contains(file); }, saving);
             }
             return storedPaths(home()).contains(file);
+        }));
+    }
+
+    static void pressUntil(const QString& keys, const std::function<bool()>& seen)
+    {
+        QVERIFY(succeeds([&] {
+            if (!seen()) {
+                VirtualDisplay::press(keys);
+            }
+            return seen();
         }));
     }
 
