@@ -62,7 +62,9 @@ void bringToFront(QWidget& window)
 
 PanelController::PanelController(const Environment& environment)
     : m_environment(environment)
-{}
+{
+    connect(&m_environment.windowSystem, &WindowSystem::compositingChanged, this, &PanelController::adaptToCompositing);
+}
 
 PanelController::~PanelController()
 {
@@ -164,6 +166,14 @@ void PanelController::applyTheme(const QWidget* window)
 AlertDialog* PanelController::alert() const
 {
     return m_alert;
+}
+
+void PanelController::adaptToCompositing()
+{
+    material::setTranslucencyAvailable(m_environment.windowSystem.compositingAvailable());
+    if (m_popover) {
+        m_popover->adaptToCompositing();
+    }
 }
 
 void PanelController::ensurePopover()

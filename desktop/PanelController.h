@@ -76,6 +76,7 @@ signals:
 
 private:
     void showAt(StatusButton* button, const std::optional<QRect>& icon);
+    void adaptToCompositing();
     void ensurePopover();
     void makePreferencesWindow();
     void makeRecoveryWindow();

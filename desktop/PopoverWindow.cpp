@@ -101,14 +101,13 @@ void PopoverWindow::present(const PopoverPlacement& placement, const QRect& work
     if (comesUp) {
         m_hadFocus = false;
         m_pressedElsewhere = false;
-        adaptToDesktop();
+        prepareNativeWindow();
     }
-    m_place = placement.rect;
+    m_placement = placement;
     m_workArea = workArea;
-    moveTo(placement, workArea);
+    layOut();
     if (comesUp) {
         startAnimation(placement.side);
-        create();
         m_environment.windowSystem.keepOutOfTaskbars(*windowHandle());
     }
     standBelow(nullptr);
@@ -120,7 +119,7 @@ void PopoverWindow::present(const PopoverPlacement& placement, const QRect& work
 
 QRect PopoverWindow::beside(const QRect& frame) const
 {
-    return besidePopover(frame, m_place, m_workArea);
+    return besidePopover(frame, m_placement.rect, m_workArea);
 }
 
 void PopoverWindow::childEvent(QChildEvent* event)
@@ -173,29 +172,45 @@ void PopoverWindow::hideEvent(QHideEvent* event)
     }
 }
 
-void PopoverWindow::adaptToDesktop()
+void PopoverWindow::prepareNativeWindow()
 {
-    // A compositing manager may have started or stopped since; the native window must be created anew for that.
-    const bool translucent = material::translucencyAvailable();
     // A window manager that has not noticed the hiding yet would assume that the window still has the focus.
-    const bool tooEarly = m_hidden.isValid() && !m_hidden.hasExpired(windowManagerPatience);
-    if (testAttribute(Qt::WA_TranslucentBackground) != translucent || tooEarly) {
+    if (m_hidden.isValid() && !m_hidden.hasExpired(windowManagerPatience)) {
         destroy();
-        setAttribute(Qt::WA_TranslucentBackground, translucent);
     }
+    if (windowHandle() == nullptr) {
+        // With an alpha channel even where nothing is translucent now: compositing may begin while it is shown.
+        setAttribute(Qt::WA_TranslucentBackground);
+        create();
+    }
+    setAttribute(Qt::WA_TranslucentBackground, material::translucencyAvailable());
 }
 
-void PopoverWindow::moveTo(const PopoverPlacement& placement, const QRect& workArea)
+void PopoverWindow::adaptToCompositing()
 {
+    if (!isVisible() || testAttribute(Qt::WA_TranslucentBackground) == material::translucencyAvailable()) {
+        return;
+    }
+    m_appearance.stop();
+    setWindowOpacity(1);
+    setAttribute(Qt::WA_TranslucentBackground, material::translucencyAvailable());
+    layOut();
+    update();
+    m_content->update();
+}
+
+void PopoverWindow::layOut()
+{
+    const QRect& place = m_placement.rect;
     QMargins around;
     if (testAttribute(Qt::WA_TranslucentBackground)) {
-        around = boundedBy(shadowFor(placement.side), placement.rect, workArea);
+        around = boundedBy(shadowFor(m_placement.side), place, m_workArea);
     }
-    const QRect window = placement.rect.marginsAdded(around);
+    const QRect window = place.marginsAdded(around);
     setFixedSize(window.size());
     move(window.topLeft());
-    m_content->setFixedSize(placement.rect.size());
-    m_content->setGeometry(QRect(QPoint(around.left(), around.top()), placement.rect.size()));
+    m_content->setFixedSize(place.size());
+    m_content->setGeometry(QRect(QPoint(around.left(), around.top()), place.size()));
 }
 
 void PopoverWindow::startAnimation(PopoverPlacement::Side side)

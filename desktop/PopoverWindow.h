@@ -61,6 +61,9 @@ public:
     /// Appears with its content at that place inside the work area, or moves there if it is already shown.
     void present(const PopoverPlacement& placement, const QRect& workArea);
 
+    /// Rounded with a shadow or square without one, as material::translucencyAvailable() says now, also while shown.
+    void adaptToCompositing();
+
     /// Where to place a window whose preferred frame is `frame`: beside the popover if that would cover it.
     [[nodiscard]] QRect beside(const QRect& frame) const;
 
@@ -77,8 +80,8 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    void adaptToDesktop();
-    void moveTo(const PopoverPlacement& placement, const QRect& workArea);
+    void prepareNativeWindow();
+    void layOut();
     void startAnimation(PopoverPlacement::Side side);
     void focusMovedTo(QWindow* window);
     void standBelow(QWindow* active);
@@ -92,7 +95,7 @@ private:
     Environment m_environment;
     QWidget* m_content;
     /// Its frame without the shadow, and the available area.
-    QRect m_place;
+    PopoverPlacement m_placement;
     QRect m_workArea;
     Behavior m_behavior = Behavior::ApplicationDefined;
     CloseReason m_closeReason = CloseReason::Asked;

@@ -44,6 +44,7 @@ void SplashView::setTranslucent(bool translucent)
     setContentsMargins(around);
     setFixedSize(extent.grownBy(around));
     m_rendered = {};
+    update();
 }
 
 QString SplashView::defaultPictures()

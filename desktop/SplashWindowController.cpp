@@ -13,6 +13,8 @@
 #include <QTimer>
 #include <QVariantAnimation>
 
+#include <tuple>
+
 namespace lapsa {
 
 using namespace Qt::StringLiterals;
@@ -35,15 +37,24 @@ QVariantAnimation* makeFade(QWidget& window)
     return fade;
 }
 
-QWidget* makeWindow()
+/// Its picture stays where it is, whatever is around it.
+void adapt(SplashView& window)
+{
+    window.setTranslucent(material::translucencyAvailable());
+    QRect picture(QPoint(), SplashView::extent);
+    picture.moveCenter(QGuiApplication::primaryScreen()->geometry().center());
+    window.move(picture.topLeft() - window.contentsRect().topLeft());
+}
+
+SplashView* makeWindow()
 {
     auto* const window = new SplashView;
     window->setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    window->setTranslucent(material::translucencyAvailable());
     window->setWindowTitle(u"Lapsa"_s);
-    QRect picture(QPoint(), SplashView::extent);
-    picture.moveCenter(QGuiApplication::primaryScreen()->geometry().center());
-    window->move(picture.topLeft() - window->contentsRect().topLeft());
+    // With an alpha channel even where nothing is translucent now: compositing may begin while it is shown.
+    window->setTranslucent(true);
+    std::ignore = window->winId();
+    adapt(*window);
     return window;
 }
 
@@ -52,7 +63,11 @@ QWidget* makeWindow()
 void SplashWindowController::showSplash(std::chrono::duration<double> duration, const WindowSystem& windowSystem)
 {
     material::setTranslucencyAvailable(windowSystem.compositingAvailable());
-    QWidget* const window = makeWindow();
+    SplashView* const window = makeWindow();
+    QObject::connect(&windowSystem, &WindowSystem::compositingChanged, window, [window, &windowSystem] {
+        material::setTranslucencyAvailable(windowSystem.compositingAvailable());
+        adapt(*window);
+    });
     QVariantAnimation* const fade = makeFade(*window);
     window->setWindowOpacity(0);
     window->show();

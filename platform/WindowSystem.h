@@ -3,25 +3,28 @@
 
 #pragma once
 
+#include <QObject>
+
 class QWindow;
 
 namespace lapsa {
 
 /// Window system features that the toolkit does not offer.
-class WindowSystem
+class WindowSystem : public QObject
 {
-public:
-    WindowSystem() = default;
-    WindowSystem(const WindowSystem&) = delete;
-    WindowSystem& operator=(const WindowSystem&) = delete;
-    virtual ~WindowSystem() = default;
+    Q_OBJECT
 
-    /// Whether windows can be translucent now. This may change at any time: ask again before showing a window.
+public:
+    /// Whether windows can be translucent now.
     [[nodiscard]] virtual bool compositingAvailable() const = 0;
 
     /// Keeps a window out of taskbars and pagers until it is hidden: call it before each show. Does nothing on window
     /// systems without such a state.
     virtual void keepOutOfTaskbars(const QWindow& window) = 0;
+
+signals:
+    /// Compositing may have ended or begun.
+    void compositingChanged();
 };
 
 } // namespace lapsa

@@ -15,11 +15,24 @@ namespace lapsa {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// "The compositing manager owns the selection _NET_WM_CM_Sn" (Extended Window Manager Hints).
+const QByteArray compositingSelection = "_NET_WM_CM_S";
+
+} // namespace
+
+FreedesktopWindowSystem::FreedesktopWindowSystem()
+    : m_compositingManager(compositingSelection)
+{
+    connect(&m_compositingManager, &X11ManagerWatch::ownerChanged, this, &WindowSystem::compositingChanged);
+    connect(&m_kwin, &KWinCompositing::activeChanged, this, &WindowSystem::compositingChanged);
+}
+
 bool FreedesktopWindowSystem::compositingAvailable() const
 {
     if (xcb_connection_t* const connection = x11Connection()) {
-        // "The compositing manager owns the selection _NET_WM_CM_Sn" (Extended Window Manager Hints).
-        return x11ManagerOf(connection, "_NET_WM_CM_S") != XCB_WINDOW_NONE;
+        return x11ManagerOf(connection, compositingSelection) != XCB_WINDOW_NONE && m_kwin.active().value_or(true);
     }
     return QGuiApplication::platformName().startsWith("wayland"_L1);
 }

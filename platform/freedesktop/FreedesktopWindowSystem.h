@@ -3,7 +3,9 @@
 
 #pragma once
 
+#include "KWinCompositing.h"
 #include "WindowSystem.h"
+#include "X11ManagerWatch.h"
 
 namespace lapsa {
 
@@ -11,9 +13,17 @@ namespace lapsa {
 /// translucent and have no taskbar state.
 class FreedesktopWindowSystem final : public WindowSystem
 {
+    Q_OBJECT
+
 public:
+    FreedesktopWindowSystem();
+
     [[nodiscard]] bool compositingAvailable() const override;
     void keepOutOfTaskbars(const QWindow& window) override;
+
+private:
+    X11ManagerWatch m_compositingManager;
+    KWinCompositing m_kwin;
 };
 
 } // namespace lapsa

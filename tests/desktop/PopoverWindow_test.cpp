@@ -82,6 +82,34 @@ private slots:
         QCOMPARE(window.geometry(), place);
     }
 
+    void aShownPopoverGetsItsShadowWhenCompositingBegins()
+    {
+        PopoverWindow window({m_windowSystem, m_pointer}, new QWidget);
+        window.present({.rect = place, .side = PopoverPlacement::Side::BelowIcon}, workArea);
+        const WId native = window.winId();
+
+        material::setTranslucencyAvailable(true);
+        window.adaptToCompositing();
+
+        QCOMPARE(window.size(), QSize(24 + 430 + 24, 560 + 30));
+        QCOMPARE(window.pos() + window.content().pos(), place.topLeft());
+        QCOMPARE(window.winId(), native); // a new one would lose the focus, and its dialogs
+    }
+
+    void aShownPopoverLosesItsShadowWhenCompositingEnds()
+    {
+        material::setTranslucencyAvailable(true);
+        PopoverWindow window({m_windowSystem, m_pointer}, new QWidget);
+        window.present({.rect = place, .side = PopoverPlacement::Side::BelowIcon}, workArea);
+
+        material::setTranslucencyAvailable(false);
+        window.adaptToCompositing();
+
+        QCOMPARE(window.geometry(), place);
+        QCOMPARE(window.content().geometry(), QRect(QPoint(), place.size()));
+        QCOMPARE(window.windowOpacity(), 1.0);
+    }
+
 private:
     PlainWindowSystem m_windowSystem;
     PlayedPointer m_pointer;

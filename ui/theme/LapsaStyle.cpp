@@ -84,8 +84,8 @@ LapsaStyle::LapsaStyle()
 void LapsaStyle::polish(QWidget* widget)
 {
     QProxyStyle::polish(widget);
-    if (auto* const menu = qobject_cast<QMenu*>(widget); menu != nullptr && m_translucencyAvailable) {
-        makeRound(*menu);
+    if (auto* const menu = qobject_cast<QMenu*>(widget); menu != nullptr) {
+        prepare(*menu);
     }
     if (qobject_cast<QScrollBar*>(widget) != nullptr || qobject_cast<QComboBox*>(widget) != nullptr) {
         widget->setAttribute(Qt::WA_Hover);

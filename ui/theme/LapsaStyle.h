@@ -26,8 +26,8 @@ public:
 
     [[nodiscard]] bool animationsEnabled() const { return m_animationsEnabled; }
 
-    /// False until the desktop reports that it composites windows.
-    void setTranslucencyAvailable(bool available) { m_translucencyAvailable = available; }
+    /// False until the desktop reports that it composites windows. A change closes open menus, whose shape it decides.
+    void setTranslucencyAvailable(bool available);
 
     [[nodiscard]] bool translucencyAvailable() const { return m_translucencyAvailable; }
 
@@ -75,8 +75,9 @@ private:
 
     static void drawMenuGround(const QStyleOption& option, QPainter& painter, const QWidget* widget);
     static void drawMenuItem(const QStyleOption& option, QPainter& painter, const QWidget* widget);
-    /// Gives a menu round corners and a shadow. Needs a compositing window manager.
-    void makeRound(QMenu& menu);
+    void prepare(QMenu& menu);
+    /// Gives a menu round corners and a shadow, which need a compositing window manager, or takes them away.
+    void shape(QMenu& menu) const;
     [[nodiscard]] static QSize menuItemSize(const QStyleOption& option, const QSize& size);
     static void drawToolTip(const QStyleOption& option, QPainter& painter);
 

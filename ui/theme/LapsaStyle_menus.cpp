@@ -7,6 +7,7 @@
 #include "Painting.h"
 #include "ThemePalette.h"
 
+#include <QApplication>
 #include <QCursor>
 #include <QMenu>
 #include <QMouseEvent>
@@ -15,6 +16,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <tuple>
 #include <utility>
 
 namespace lapsa {
@@ -60,24 +62,50 @@ int leadingRoom(const QStyleOptionMenuItem& item)
 
 } // namespace
 
-void LapsaStyle::makeRound(QMenu& menu)
+void LapsaStyle::setTranslucencyAvailable(bool available)
 {
+    if (m_translucencyAvailable == available) {
+        return;
+    }
+    m_translucencyAvailable = available;
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        auto* const menu = qobject_cast<QMenu*>(window);
+        if (menu != nullptr && menu->testAttribute(Qt::WA_WState_Polished)) {
+            menu->close();
+            shape(*menu);
+        }
+    }
+}
+
+void LapsaStyle::prepare(QMenu& menu)
+{
+    // The native window has an alpha channel in any case: a menu may outlast the end or the start of compositing.
     menu.setAttribute(Qt::WA_TranslucentBackground);
-    menu.setContentsMargins(shadowRoom);
+    std::ignore = menu.winId();
     menu.installEventFilter(this);
+    shape(menu);
+}
+
+void LapsaStyle::shape(QMenu& menu) const
+{
+    menu.setAttribute(Qt::WA_TranslucentBackground, m_translucencyAvailable);
+    menu.setContentsMargins(m_translucencyAvailable ? shadowRoom : QMargins());
 }
 
 bool LapsaStyle::eventFilter(QObject* watched, QEvent* event)
 {
     auto* const menu = qobject_cast<QMenu*>(watched);
-    if (menu != nullptr && event->type() == QEvent::Show) {
+    if (!isRound(menu)) {
+        return QProxyStyle::eventFilter(watched, event);
+    }
+    if (event->type() == QEvent::Show) {
         const QRect frame = menu->geometry();
         const QPoint pointer = QCursor::pos();
         menu->move(frame.topLeft() +
                    QPoint(shiftFor(frame.left(), frame.right(), pointer.x(), {shadowRoom.left(), shadowRoom.right()}),
                           shiftFor(frame.top(), frame.bottom(), pointer.y(), {shadowRoom.top(), shadowRoom.bottom()})));
     }
-    if (menu != nullptr && event->type() == QEvent::MouseButtonPress) {
+    if (event->type() == QEvent::MouseButtonPress) {
         const QPoint place = static_cast<QMouseEvent*>(event)->position().toPoint();
         if (!menu->rect().marginsRemoved(shadowRoom).contains(place)) {
             menu->close(); // a click on the shadow is outside the menu

@@ -44,9 +44,14 @@ xcb_atom_t x11ExistingAtom(xcb_connection_t* connection, const QByteArray& name)
     return atom ? atom->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
+QByteArray x11SelectionOfScreen(const QByteArray& selection)
+{
+    return selection + QByteArray::number(screenNumber());
+}
+
 xcb_window_t x11ManagerOf(xcb_connection_t* connection, const QByteArray& selection)
 {
-    const xcb_atom_t atom = x11ExistingAtom(connection, selection + QByteArray::number(screenNumber()));
+    const xcb_atom_t atom = x11ExistingAtom(connection, x11SelectionOfScreen(selection));
     if (atom == XCB_ATOM_NONE) {
         return XCB_WINDOW_NONE;
     }

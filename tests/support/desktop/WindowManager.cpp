@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 
 #include <optional>
+#include <tuple>
 
 namespace lapsa::test {
 
@@ -43,10 +44,26 @@ std::optional<ManagedWindow> windowOfId(const QString& id)
                          .frame = inner.adjusted(-margin(1), -margin(3), margin(2), margin(4))};
 }
 
+/// An argument would hold against the setting for good.
+QStringList argumentsFor(WindowManager::Compositing compositing)
+{
+    if (compositing == WindowManager::Compositing::Never) {
+        return {u"--compositor=off"_s};
+    }
+    WindowManager::setCompositing(false);
+    return {u"--vblank=off"_s};
+}
+
 } // namespace
 
-WindowManager::WindowManager()
-    : m_process(u"xfwm4"_s, {u"--compositor=off"_s})
+void WindowManager::setCompositing(bool on)
+{
+    std::ignore = outputOf(u"xfconf-query"_s, {u"-c"_s, u"xfwm4"_s, u"-p"_s, u"/general/use_compositing"_s, u"-n"_s,
+                                               u"-t"_s, u"bool"_s, u"-s"_s, on ? u"true"_s : u"false"_s});
+}
+
+WindowManager::WindowManager(Compositing compositing)
+    : m_process(u"xfwm4"_s, argumentsFor(compositing))
 {
     awaitWindowManager();
 }

@@ -27,7 +27,16 @@ struct ManagedWindow
 class WindowManager final
 {
 public:
-    WindowManager();
+    enum class Compositing
+    {
+        Never,
+        /// Off at first; setCompositing() turns it on and off.
+        BySetting,
+    };
+
+    explicit WindowManager(Compositing compositing = Compositing::Never);
+
+    static void setCompositing(bool on);
 
     /// All windows that it manages, the lowest first.
     [[nodiscard]] static QList<ManagedWindow> stacking();

@@ -77,13 +77,22 @@ public:
     QList<NotificationRequest> requests;
 };
 
-/// A window system without a compositing manager.
+/// A window system without a compositing manager, until a test starts one.
 class PlainWindowSystem final : public WindowSystem
 {
 public:
-    [[nodiscard]] bool compositingAvailable() const override { return false; }
+    [[nodiscard]] bool compositingAvailable() const override { return m_compositing; }
+
+    void setCompositing(bool compositing)
+    {
+        m_compositing = compositing;
+        emit compositingChanged();
+    }
 
     void keepOutOfTaskbars(const QWindow& /*window*/) override {}
+
+private:
+    bool m_compositing = false;
 };
 
 /// Mouse buttons that a test presses.
