@@ -169,9 +169,10 @@ End runApplication(const QApplication& application, const SessionEnds& session, 
     ThreadLanes lanes(mainQueue);
     lanes.onHanging([&hangingMounts](const QString& mountPoint) { hangingMounts.hangs(mountPoint); },
                     [&hangingMounts](const QString& mountPoint) { hangingMounts.isBack(mountPoint); });
-    // The desktop's accent is read before our palette replaces the desktop's.
+    // The desktop's accent and scheme are read before our palette replaces the desktop's.
     FreedesktopAppearance appearance(
-        [accent = accentOf(QApplication::palette())](ColorScheme scheme) { return themePalette(scheme, accent); });
+        [accent = accentOf(QApplication::palette())](ColorScheme scheme) { return themePalette(scheme, accent); },
+        schemeOf(QApplication::palette()));
     const FreedesktopMotionPreference motionPreference;
     motion::setAllowedByDesktop(motionPreference.animationsEnabled());
     QObject::connect(&motionPreference, &MotionPreference::animationsEnabledChanged, &application,

@@ -26,7 +26,7 @@ MAY_USE = {
     "selection": {"clipboard", "x11", "platform", "base"},
     "tray": {"x11", "platform", "base"},
     "hotkeys": {"x11", "portal", "platform", "base"},
-    "session": {"portal", "process", "platform", "base"},
+    "session": {"x11", "portal", "process", "platform", "base"},
     "freedesktop": {"selection", "tray", "hotkeys", "session", "x11", "platform", "base"},
 
     # Threads, and the text of the mount table.

@@ -13,15 +13,19 @@ class QPalette;
 namespace lapsa {
 
 class PortalSetting;
+class XSettings;
 
 /// Applies the palette of the current scheme to the whole application. Without a forced scheme, it follows the
-/// desktop's settings portal live; light until the portal has answered, and without a portal.
+/// desktop live: its settings portal; if that has no preference or there is none, the name of the theme that its
+/// settings daemon shares on X11.
 class FreedesktopAppearance final : public Appearance
 {
     Q_OBJECT
 
 public:
-    explicit FreedesktopAppearance(std::function<QPalette(ColorScheme)> paletteFor);
+    /// `toolkitScheme` is the scheme of the desktop's own palette. It holds where the desktop tells nothing else.
+    explicit FreedesktopAppearance(std::function<QPalette(ColorScheme)> paletteFor,
+                                   ColorScheme toolkitScheme = ColorScheme::Light);
     ~FreedesktopAppearance() override;
 
     void setForcedScheme(std::optional<ColorScheme> scheme) override;
@@ -30,14 +34,17 @@ public:
 
 private:
     void follow();
+    [[nodiscard]] ColorScheme desktopScheme() const;
     void apply(ColorScheme scheme);
 
     std::function<QPalette(ColorScheme)> m_paletteFor;
+    ColorScheme m_toolkitScheme;
     std::optional<ColorScheme> m_forced;
     std::optional<ColorScheme> m_applied;
     ColorScheme m_scheme = ColorScheme::Light;
-    /// Created when the desktop's setting is first needed.
+    /// Created when the desktop's settings are first needed.
     std::unique_ptr<PortalSetting> m_setting;
+    std::unique_ptr<XSettings> m_xSettings;
 };
 
 } // namespace lapsa

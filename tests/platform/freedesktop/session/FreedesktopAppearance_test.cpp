@@ -145,6 +145,20 @@ private slots:
                                   patience);
     }
 
+    void thePaletteOfTheToolkitHoldsWhereThePortalHasNoPreference()
+    {
+        PlayedPortal portal(m_bus.address(), noPreference, PlayedPortal::Version::New);
+        FreedesktopAppearance appearance(paletteFor, ColorScheme::Dark);
+
+        appearance.setForcedScheme(std::nullopt);
+        QCOMPARE(appearance.scheme(), ColorScheme::Dark);
+
+        portal.change(preferLight);
+        QTRY_COMPARE_WITH_TIMEOUT(appearance.scheme(), ColorScheme::Light, patience);
+        portal.change(noPreference);
+        QTRY_COMPARE_WITH_TIMEOUT(appearance.scheme(), ColorScheme::Dark, patience);
+    }
+
     void aSwitchOfTheDesktopReachesOpenWindowsLive()
     {
         PlayedPortal portal(m_bus.address(), noPreference, PlayedPortal::Version::New);
