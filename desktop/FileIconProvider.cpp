@@ -22,10 +22,11 @@ namespace {
 
 constexpr QSize iconSize(24, 24);
 
+/// Another theme has other icons.
 QString keyOf(const QUrl& url)
 {
     const QString extension = FileName::of(lastPathComponent(url.path())).extension.toLower();
-    return extension.isEmpty() ? u"_blank"_s : extension;
+    return QIcon::themeName() + u'/' + (extension.isEmpty() ? u"_blank"_s : extension);
 }
 
 /// Scaled to fit if the theme has only a smaller icon.

@@ -12,9 +12,9 @@
 
 namespace lapsa {
 
-/// The icons of files, one per extension, so that repainting a list asks the desktop once for each extension. Files and
-/// folders without an extension share the icon that was found for the first such path whose kind is known. Main thread
-/// only.
+/// The icons of files, one per extension and theme, so that repainting a list asks the desktop once for each extension.
+/// Files and folders without an extension share the icon that was found for the first such path whose kind is known.
+/// Main thread only.
 class FileIconProvider final : public FileIconSource
 {
 public:

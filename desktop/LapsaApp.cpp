@@ -15,6 +15,7 @@
 #include "FreedesktopWorkspace.h"
 #include "HangingMounts.h"
 #include "HotKeys.h"
+#include "IconThemes.h"
 #include "LapsaInterface.h"
 #include "LapsaStyle.h"
 #include "LaunchArguments.h"
@@ -173,6 +174,10 @@ End runApplication(const QApplication& application, const SessionEnds& session, 
     FreedesktopAppearance appearance(
         [accent = accentOf(QApplication::palette())](ColorScheme scheme) { return themePalette(scheme, accent); },
         schemeOf(QApplication::palette()));
+    const QString iconTheme = QIcon::themeName();
+    useIconsFor(appearance.scheme(), iconTheme);
+    QObject::connect(&appearance, &Appearance::schemeChanged, &application,
+                     [iconTheme](ColorScheme scheme) { useIconsFor(scheme, iconTheme); });
     const FreedesktopMotionPreference motionPreference;
     motion::setAllowedByDesktop(motionPreference.animationsEnabled());
     QObject::connect(&motionPreference, &MotionPreference::animationsEnabledChanged, &application,
