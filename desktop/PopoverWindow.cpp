@@ -204,7 +204,9 @@ void PopoverWindow::layOut()
     const QRect& place = m_placement.rect;
     QMargins around;
     if (testAttribute(Qt::WA_TranslucentBackground)) {
-        around = boundedBy(shadowFor(m_placement.side), place, m_workArea);
+        // Where the compositor decides on the place, neither the icon nor an edge of the screen is known to be near.
+        around = m_environment.windowSystem.honoursPlaces() ? boundedBy(shadowFor(m_placement.side), place, m_workArea)
+                                                            : shadow.margins();
     }
     const QRect window = place.marginsAdded(around);
     setFixedSize(window.size());

@@ -18,6 +18,9 @@ public:
     /// Whether windows can be translucent now.
     [[nodiscard]] virtual bool compositingAvailable() const = 0;
 
+    /// Whether windows appear where the program puts them, rather than where the compositor wants them.
+    [[nodiscard]] virtual bool honoursPlaces() const = 0;
+
     /// Keeps a window out of taskbars and pagers until it is hidden: call it before each show. Does nothing on window
     /// systems without such a state.
     virtual void keepOutOfTaskbars(const QWindow& window) = 0;

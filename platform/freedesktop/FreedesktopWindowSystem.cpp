@@ -37,6 +37,15 @@ bool FreedesktopWindowSystem::compositingAvailable() const
     return QGuiApplication::platformName().startsWith("wayland"_L1);
 }
 
+/// Sway and its kin put the windows of XWayland in the middle. Their common library names itself as the window manager.
+bool FreedesktopWindowSystem::honoursPlaces() const
+{
+    if (xcb_connection_t* const connection = x11Connection()) {
+        return x11WindowManagerName(connection) != "wlroots wm";
+    }
+    return !QGuiApplication::platformName().startsWith("wayland"_L1);
+}
+
 void FreedesktopWindowSystem::keepOutOfTaskbars(const QWindow& window)
 {
     xcb_connection_t* const connection = x11Connection();

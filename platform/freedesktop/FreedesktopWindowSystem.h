@@ -19,6 +19,7 @@ public:
     FreedesktopWindowSystem();
 
     [[nodiscard]] bool compositingAvailable() const override;
+    [[nodiscard]] bool honoursPlaces() const override;
     void keepOutOfTaskbars(const QWindow& window) override;
 
 private:

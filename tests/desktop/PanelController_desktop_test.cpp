@@ -78,6 +78,25 @@ private slots:
         QCOMPARE(world.panel().geometry(), QRect(850, 0, 430, 560));
     }
 
+    void aWindowManagerThatPutsWindowsInTheMiddleIsKnownByItsName()
+    {
+        const std::unique_ptr<WindowSystem> windowSystem = makeWindowSystem();
+        QVERIFY(windowSystem->honoursPlaces());
+        const QString check =
+            QString::fromUtf8(outputOf(u"xprop"_s, {u"-root"_s, u"-notype"_s, u"_NET_SUPPORTING_WM_CHECK"_s}))
+                .section(u"# "_s, 1)
+                .trimmed();
+        const auto name = [&check](const QString& value) {
+            std::ignore = outputOf(u"xprop"_s, {u"-id"_s, check, u"-f"_s, u"_NET_WM_NAME"_s, u"8u"_s, u"-set"_s,
+                                                u"_NET_WM_NAME"_s, value});
+        };
+
+        name(u"wlroots wm"_s);
+        QVERIFY(!windowSystem->honoursPlaces());
+        name(u"Xfwm4"_s);
+        QVERIFY(windowSystem->honoursPlaces());
+    }
+
     void aClickOnAnotherProgramClosesATransientPanel()
     {
         const OpenPanel world(false);

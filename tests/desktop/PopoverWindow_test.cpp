@@ -42,6 +42,19 @@ private slots:
         QCOMPARE(window.content().geometry(), QRect(24, 0, 430, 560));
     }
 
+    void theShadowIsWholeWhereTheCompositorDecidesOnThePlace()
+    {
+        PlainWindowSystem windowSystem;
+        windowSystem.placesHonoured = false;
+        PopoverWindow window({windowSystem, m_pointer}, new QWidget);
+        material::setTranslucencyAvailable(true);
+
+        window.present({.rect = QRect(370, 0, 430, 560), .side = PopoverPlacement::Side::BelowIcon}, workArea);
+
+        QCOMPARE(window.size(), QSize(24 + 430 + 24, 18 + 560 + 30));
+        QCOMPARE(window.content().geometry(), QRect(24, 18, 430, 560));
+    }
+
     void theContentIsAsSmallAsItsPlace()
     {
         auto* const content = new QWidget;

@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 
 #include <cstdint>
+#include <cstring>
 
 namespace lapsa {
 
@@ -22,6 +23,18 @@ int screenNumber()
     xcb_parse_display(nullptr, &name, &display, &screen);
     const auto host = xcbPointer(name);
     return screen;
+}
+
+/// At most a few words.
+QByteArray valueOf(xcb_connection_t* connection, xcb_window_t window, const QByteArray& property)
+{
+    constexpr std::uint32_t longest = 64;
+    const auto cookie =
+        xcb_get_property(connection, false, window, x11ExistingAtom(connection, property), XCB_ATOM_ANY, 0, longest);
+    const auto reply = xcbPointer(xcb_get_property_reply(connection, cookie, nullptr));
+    return reply ? QByteArray(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                              xcb_get_property_value_length(reply.get()))
+                 : QByteArray();
 }
 
 } // namespace
@@ -58,6 +71,18 @@ xcb_window_t x11ManagerOf(xcb_connection_t* connection, const QByteArray& select
     const auto cookie = xcb_get_selection_owner(connection, atom);
     const auto owner = xcbPointer(xcb_get_selection_owner_reply(connection, cookie, nullptr));
     return owner ? owner->owner : xcb_window_t(XCB_WINDOW_NONE);
+}
+
+QByteArray x11WindowManagerName(xcb_connection_t* connection)
+{
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    const QByteArray check = valueOf(connection, root, "_NET_SUPPORTING_WM_CHECK");
+    xcb_window_t manager = XCB_WINDOW_NONE;
+    if (check.size() != sizeof manager) {
+        return {};
+    }
+    std::memcpy(&manager, check.constData(), sizeof manager);
+    return valueOf(connection, manager, "_NET_WM_NAME");
 }
 
 } // namespace lapsa

@@ -22,4 +22,7 @@ namespace lapsa {
 /// (Inter-Client Communication Conventions Manual, 2.8); XCB_WINDOW_NONE without an owner.
 [[nodiscard]] xcb_window_t x11ManagerOf(xcb_connection_t* connection, const QByteArray& selection);
 
+/// How the window manager names itself (_NET_SUPPORTING_WM_CHECK, Extended Window Manager Hints); empty without one.
+[[nodiscard]] QByteArray x11WindowManagerName(xcb_connection_t* connection);
+
 } // namespace lapsa

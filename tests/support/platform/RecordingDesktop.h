@@ -89,7 +89,11 @@ public:
         emit compositingChanged();
     }
 
+    [[nodiscard]] bool honoursPlaces() const override { return placesHonoured; }
+
     void keepOutOfTaskbars(const QWindow& /*window*/) override {}
+
+    bool placesHonoured = true;
 
 private:
     bool m_compositing = false;
