@@ -205,6 +205,7 @@ TABLE = {
     "tools/bench --loop": ours("bench"),
     "tools/bench --engine --benchmark_filter='put back'": ours("bench"),
     "tools/bench --answers --starts 11": ours("bench"),
+    "tools/bench --panel --benchmark_filter='open Recovery'": ours("bench"),
     "tools/bench --panel": ours("bench"),
     'timeout -s INT 125 strace -f -tt -p "$(pgrep -x lapsa)"': Look(
         "takes two minutes, and a container need not let it trace",
