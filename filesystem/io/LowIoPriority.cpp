@@ -3,7 +3,6 @@
 
 #include "LowIoPriority.h"
 
-#include <linux/ioprio.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -11,15 +10,22 @@ namespace lapsa {
 
 namespace {
 
+// As ioprio_set(2) has them. Not <linux/ioprio.h>: in some releases of Linux 6.1 it cannot be read by a C++ compiler.
+constexpr int whoProcess = 1;
+constexpr int bestEffortClass = 2;
+constexpr int idleClass = 3;
+constexpr int classShift = 13;
+constexpr int classMask = 7;
+
 constexpr int thisThread = 0;
 
 /// The lowest of the ordinary class. The idle class would wait for as long as anybody else uses the disk, perhaps for
 /// ever.
-constexpr int lowest = IOPRIO_PRIO_VALUE(IOPRIO_CLASS_BE, 7);
+constexpr int lowest = (bestEffortClass << classShift) | 7;
 
 void set(int priority)
 {
-    ::syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, thisThread, priority);
+    ::syscall(SYS_ioprio_set, whoProcess, thisThread, priority);
 }
 
 } // namespace
@@ -37,8 +43,8 @@ void LowIoPriority::lower()
         return;
     }
     m_asked = true;
-    const auto before = static_cast<int>(::syscall(SYS_ioprio_get, IOPRIO_WHO_PROCESS, thisThread));
-    if (before >= 0 && before != lowest && IOPRIO_PRIO_CLASS(before) != IOPRIO_CLASS_IDLE) {
+    const auto before = static_cast<int>(::syscall(SYS_ioprio_get, whoProcess, thisThread));
+    if (before >= 0 && before != lowest && ((before >> classShift) & classMask) != idleClass) {
         m_before = before;
         set(lowest);
     }
