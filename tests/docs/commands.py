@@ -163,6 +163,7 @@ def tells_the_session(world, command):
 BUILDS = "builds, or installs what is missing; the tests of tools/try-fresh do that on a bare machine"
 TAKES_LONG = "takes minutes to hours, and is run by hand and by .ci/run"
 INSTALLS = "changes the machine; tools/package --check does it in a bare one"
+INSTALLS_DESKTOPS = "installs whole desktops and takes minutes for each"
 INSTALLS_FILE_MANAGERS = "installs all file managers; FileManagers_desktop_test asks those that are here"
 INSTALLED = "writes into the real home; Installation_test installs into folders of its own"
 CMAKE = {"cmake": ["bash", "-c", "cmake --help; cmake --install"]}
@@ -187,6 +188,8 @@ TABLE = {
     "tools/test -L 'hostile|services'": ours("test"),
     "tools/test -R '^(FileSystem|FileBatch|Trash|SystemLog|Language|UserFolders|DebouncedTask)'": ours("test"),
     "tools/file-managers": ours("file-managers", INSTALLS_FILE_MANAGERS),
+    "tools/desktops": ours("desktops", INSTALLS_DESKTOPS),
+    "tools/desktops --only xfce": ours("desktops", INSTALLS_DESKTOPS),
     "tools/package": ours("package", BUILDS),
     "sudo apt install ./build/package/lapsa_*.deb": Look(INSTALLS, {"apt": ["apt", "--help"]}, words=("install",)),
     "sudo apt remove lapsa": Look(INSTALLS, {"apt": ["apt", "--help"]}, words=("remove",)),

@@ -1,0 +1,97 @@
+# SPDX-FileCopyrightText: The Lapsa authors
+# SPDX-License-Identifier: MIT
+"""Lapsa's real program on a desktop: started, ended, asked what it has on its list, found on the screen."""
+
+import json
+import os
+import signal
+import subprocess
+import time
+
+from screen import changed_box, click, key, middle, picture
+from session import NotThere, on_the_bus, output, wait_until
+
+NAME = "org.lapsa.Lapsa"
+WM_CLASS = "Lapsa"
+
+
+class Lapsa:
+    def __init__(self, tour, build):
+        self.tour = tour
+        self.program = str(build / "lapsa")
+        self.control = str(build / "lapsactl")
+        self.icon = None
+
+    def start(self):
+        """Starts it, and finds its icon: what is drawn in the taskbar then."""
+        time.sleep(1)
+        before = picture()
+        bar = self.tour.windows.bar()
+        self.tour.session.start("lapsa", self.program)
+        wait_until("Lapsa on the bus", lambda: on_the_bus(NAME), 20)
+        self.wait_for_rest()
+        left, top, right, bottom = wait_until("the icon", lambda: self.drawn_since(before, bar), 15)
+        # What stands at the left of a new icon moves, and the icons are at the right.
+        self.icon = max(left, right - (bar[3] - bar[1])), top, right, bottom
+        return before, picture(), self.icon
+
+    def drawn_since(self, before, bar):
+        first = changed_box(before, picture(), bar)
+        time.sleep(0.5)
+        second = changed_box(before, picture(), bar)
+        return second if first == second and second and second[2] - second[0] >= 6 else None
+
+    def end(self, how=signal.SIGTERM):
+        if not self.tour.session.running("lapsa"):
+            raise NotThere("Lapsa, which had ended by itself,")
+        if not self.tour.session.end("lapsa", how):
+            raise NotThere("the end of Lapsa")
+        time.sleep(1)
+
+    def ended(self):
+        return not self.tour.session.running("lapsa")
+
+    def windows(self, title=None):
+        return self.tour.windows.of_class(WM_CLASS, title)
+
+    def panel(self):
+        """x, y, width, height and window of the open panel."""
+        found = [window for window in self.windows("Lapsa")
+                 if window[2] > 300 and window[3] > 300 and not self.tour.windows.greets(window[4])]
+        return found[0] if found else None
+
+    def click_icon(self, button=1):
+        if self.ended():
+            raise NotThere("Lapsa, which had ended by itself,")
+        click(*middle(self.icon), button)
+
+    def open_panel(self):
+        if not self.panel():
+            self.click_icon()
+        wait_until("the panel", self.panel, 8)
+        time.sleep(0.6)
+        return self.panel()
+
+    def wait_for_rest(self):
+        wait_until("the end of the greeting", lambda: not self.windows("Lapsa"), 12)
+
+    def be_at_rest(self):
+        """Closes what a point left open, so that it does not decide the next one."""
+        key("Escape")
+        if self.panel() and not self.ended():
+            self.click_icon()
+            wait_until("the panel's end", lambda: not self.panel(), 5)
+
+    def items(self):
+        text = output(self.control, "list", "--json")
+        return json.loads(text) if text else []
+
+    def lists(self, path):
+        return any(str(path) in map(str, item.values()) for item in self.items())
+
+    def add(self, path, lifespan):
+        output(self.control, "add", "--for", lifespan, str(path))
+        wait_until(f"{path.name} on the list", lambda: self.lists(path))
+
+    def start_again(self):
+        return subprocess.run([self.program], env=os.environ, capture_output=True, timeout=20, check=False).returncode
