@@ -3,6 +3,8 @@
 
 #include "FreedesktopWindowSystem.h"
 
+#include "KWinCompositing.h"
+#include "X11ManagerWatch.h"
 #include "X11Screen.h"
 
 #include <QGuiApplication>
@@ -23,16 +25,19 @@ const QByteArray compositingSelection = "_NET_WM_CM_S";
 } // namespace
 
 FreedesktopWindowSystem::FreedesktopWindowSystem()
-    : m_compositingManager(compositingSelection)
+    : m_compositingManager(std::make_unique<X11ManagerWatch>(compositingSelection))
+    , m_kwin(std::make_unique<KWinCompositing>())
 {
-    connect(&m_compositingManager, &X11ManagerWatch::ownerChanged, this, &WindowSystem::compositingChanged);
-    connect(&m_kwin, &KWinCompositing::activeChanged, this, &WindowSystem::compositingChanged);
+    connect(m_compositingManager.get(), &X11ManagerWatch::ownerChanged, this, &WindowSystem::compositingChanged);
+    connect(m_kwin.get(), &KWinCompositing::activeChanged, this, &WindowSystem::compositingChanged);
 }
+
+FreedesktopWindowSystem::~FreedesktopWindowSystem() = default;
 
 bool FreedesktopWindowSystem::compositingAvailable() const
 {
     if (xcb_connection_t* const connection = x11Connection()) {
-        return x11ManagerOf(connection, compositingSelection) != XCB_WINDOW_NONE && m_kwin.active().value_or(true);
+        return x11ManagerOf(connection, compositingSelection) != XCB_WINDOW_NONE && m_kwin->active().value_or(true);
     }
     return QGuiApplication::platformName().startsWith("wayland"_L1);
 }

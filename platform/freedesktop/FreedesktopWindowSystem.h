@@ -3,11 +3,14 @@
 
 #pragma once
 
-#include "KWinCompositing.h"
 #include "WindowSystem.h"
-#include "X11ManagerWatch.h"
+
+#include <memory>
 
 namespace lapsa {
+
+class KWinCompositing;
+class X11ManagerWatch;
 
 /// The X server and its compositing manager, which may start and stop at any time. On Wayland, windows can always be
 /// translucent and have no taskbar state.
@@ -17,14 +20,15 @@ class FreedesktopWindowSystem final : public WindowSystem
 
 public:
     FreedesktopWindowSystem();
+    ~FreedesktopWindowSystem() override;
 
     [[nodiscard]] bool compositingAvailable() const override;
     [[nodiscard]] bool honoursPlaces() const override;
     void keepOutOfTaskbars(const QWindow& window) override;
 
 private:
-    X11ManagerWatch m_compositingManager;
-    KWinCompositing m_kwin;
+    std::unique_ptr<X11ManagerWatch> m_compositingManager;
+    std::unique_ptr<KWinCompositing> m_kwin;
 };
 
 } // namespace lapsa
