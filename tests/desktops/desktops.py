@@ -187,7 +187,7 @@ class Mate(Desktop):
 class PlasmaX11(Desktop):
     name, title, current = "plasma", "Plasma on X11", "KDE"
     packages = ("plasma-workspace", "plasma-desktop", "kwin-x11", "dolphin")
-    activated = ("org.a11y.Bus", "org.kde.kglobalaccel", "org.kde.kded5")
+    activated = ("org.a11y.Bus", "org.kde.kglobalaccel", "org.kde.kded5", "org.kde.ActivityManager")
     environment = {"KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5"}
     file_manager, file_manager_class = ("dolphin",), "dolphin"
 

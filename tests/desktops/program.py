@@ -8,7 +8,7 @@ import signal
 import subprocess
 import time
 
-from screen import changed_box, click, key, middle, picture
+from screen import alike, changed_box, click, do, key, middle, picture
 from session import NotThere, on_the_bus, output, wait_until
 
 NAME = "org.lapsa.Lapsa"
@@ -21,6 +21,7 @@ class Lapsa:
         self.program = str(build / "lapsa")
         self.control = str(build / "lapsactl")
         self.icon = None
+        self.look = None
 
     def start(self):
         """Starts it, and finds its icon: what is drawn in the taskbar then."""
@@ -33,7 +34,18 @@ class Lapsa:
         left, top, right, bottom = wait_until("the icon", lambda: self.drawn_since(before, bar), 15)
         # What stands at the left of a new icon moves, and the icons are at the right.
         self.icon = max(left, right - (bar[3] - bar[1])), top, right, bottom
-        return before, picture(), self.icon
+        after = picture()
+        self.look = after.crop(self.icon)
+        return before, after, self.icon
+
+    def find_icon(self):
+        """Finds the icon again where others may have come beside it or the taskbar is a new one."""
+        do("mousemove", 20, 400)
+        wait_until("the icon", self.icon_moved_to, 15)
+
+    def icon_moved_to(self):
+        self.icon, difference = alike(self.look, picture(), self.tour.windows.bar())
+        return difference < 12
 
     def drawn_since(self, before, bar):
         first = changed_box(before, picture(), bar)

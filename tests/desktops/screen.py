@@ -35,6 +35,14 @@ def stroke_colour(before, after, box):
     return tuple(sum(colour[i] for colour in strongest) // len(strongest) for i in range(3))
 
 
+def alike(part, whole, area):
+    """The place inside of an area that looks most like a small picture, and how much it differs on average."""
+    places = [(x, y, x + part.width, y + part.height) for x in range(area[0], area[2] - part.width + 1)
+              for y in range(area[1], area[3] - part.height + 1)]
+    differences = {place: sum(ImageStat.Stat(ImageChops.difference(part, whole.crop(place))).mean) / 3 for place in places}
+    return min(differences.items(), key=lambda found: found[1])
+
+
 def brightness(image):
     return ImageStat.Stat(image.convert("L")).mean[0]
 
@@ -117,6 +125,9 @@ class Windows:
     def states(self, window):
         return {self.display.get_atom_name(atom) for atom in self.property(window, "_NET_WM_STATE") or []}
 
+    def composited(self):
+        return self.display.get_selection_owner(self.display.intern_atom("_NET_WM_CM_S0")) != X.NONE
+
     def greets(self, window):
         """Whether it is the picture that a program shows while it starts."""
         kinds = self.property(window, "_NET_WM_WINDOW_TYPE") or []
@@ -171,5 +182,5 @@ def window_manager_ready():
                       lambda: "window id" in output("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), 25)
 
 
-__all__ = ["Image", "Windows", "black_share", "brightness", "changed_box", "click", "do", "drag", "key", "middle",
+__all__ = ["Image", "Windows", "alike", "black_share", "brightness", "changed_box", "click", "do", "drag", "key", "middle",
            "picture", "save", "stroke_colour", "window_manager_ready"]
