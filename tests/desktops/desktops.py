@@ -59,6 +59,7 @@ class Desktop:
     packages = ()
     activated = ("org.a11y.Bus",)
     environment = {}
+    new_icons_come_first = False
     file_manager = ()
     file_manager_class = ""
 
@@ -189,6 +190,7 @@ class PlasmaX11(Desktop):
     packages = ("plasma-workspace", "plasma-desktop", "kwin-x11", "dolphin")
     activated = ("org.a11y.Bus", "org.kde.kglobalaccel", "org.kde.kded5", "org.kde.ActivityManager")
     environment = {"KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5"}
+    new_icons_come_first = True
     file_manager, file_manager_class = ("dolphin",), "dolphin"
 
     def start_programs(self):

@@ -42,8 +42,7 @@ def icon_colour(tour):
     tour.lapsa.end()
     before, bar = picture(), tour.windows.bar()
     tour.session.start("neighbour", sys.executable, NEIGHBOUR)
-    box = wait_until("the neighbour's icon", lambda: tour.lapsa.drawn_since(before, bar))
-    box = max(box[0], box[2] - (bar[3] - bar[1])), *box[1:]
+    box = tour.lapsa.new_icon(before, bar)
     neighbour = stroke_colour(before, picture(), box)
     tour.session.end("neighbour")
     tour.lapsa.start()

@@ -31,12 +31,17 @@ class Lapsa:
         self.tour.session.start("lapsa", self.program)
         wait_until("Lapsa on the bus", lambda: on_the_bus(NAME), 20)
         self.wait_for_rest()
-        left, top, right, bottom = wait_until("the icon", lambda: self.drawn_since(before, bar), 15)
-        # What stands at the left of a new icon moves, and the icons are at the right.
-        self.icon = max(left, right - (bar[3] - bar[1])), top, right, bottom
+        self.icon = self.new_icon(before, bar)
         after = picture()
         self.look = after.crop(self.icon)
         return before, after, self.icon
+
+    def new_icon(self, before, bar):
+        """The place of the icon that has come: the others make room, so that more is drawn anew than the icon."""
+        left, top, right, bottom = wait_until("the icon", lambda: self.drawn_since(before, bar), 15)
+        if self.tour.desktop.new_icons_come_first:
+            return left, top, min(right, left + bottom - top), bottom
+        return max(left, right - (bar[3] - bar[1])), top, right, bottom
 
     def find_icon(self):
         """Finds the icon again where others may have come beside it or the taskbar is a new one."""
