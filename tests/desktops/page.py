@@ -11,7 +11,7 @@ runs the same tour with Lapsa on each: with a real pointer and real keys. It loo
 processes. This page is what it wrote; nothing in the table is entered by hand.
 
 - **seen**: the point works; the text says what was measured.
-- **fails**: it does not, and why.
+- **fails**: it does not, or the tour did not find what it looked for; the text says which.
 - **not possible**: the desktop does not allow it; the reason is what the desktop answers.
 - **not tried**: the tour does not drive this point on this desktop yet.
 
