@@ -179,6 +179,8 @@ def hot_key(tour):
         key("super+shift+y")
         wait_until("the selected file on the list", lambda: tour.lapsa.lists(path), 6)
         wait_until("the panel", tour.lapsa.panel, 5)
+        # An icon of the desktop's, of its clipboard for example, may have come beside it.
+        tour.lapsa.find_icon(while_open=True)
         return f"seen: from {tour.desktop.file_manager[0]}"
     finally:
         close_file_manager(tour)

@@ -43,14 +43,15 @@ class Lapsa:
             return left, top, min(right, left + bottom - top), bottom
         return max(left, right - (bar[3] - bar[1])), top, right, bottom
 
-    def find_icon(self):
-        """Finds the icon again where others may have come beside it or the taskbar is a new one."""
+    def find_icon(self, while_open=False):
+        """Finds the icon again where others may have come beside it or the taskbar is a new one. It looks different while
+        the panel is open."""
         do("mousemove", 20, 400)
-        wait_until("the icon", self.icon_moved_to, 15)
+        wait_until("the icon", lambda: self.icon_moved_to(40 if while_open else 12), 30)
 
-    def icon_moved_to(self):
+    def icon_moved_to(self, limit):
         self.icon, difference = alike(self.look, picture(), self.tour.windows.bar())
-        return difference < 12
+        return difference < limit
 
     def drawn_since(self, before, bar):
         first = changed_box(before, picture(), bar)
