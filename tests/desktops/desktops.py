@@ -187,8 +187,10 @@ class Mate(Desktop):
 
 class PlasmaX11(Desktop):
     name, title, current = "plasma", "Plasma on X11", "KDE"
-    packages = ("plasma-workspace", "plasma-desktop", "kwin-x11", "dolphin")
-    activated = ("org.a11y.Bus", "org.kde.kglobalaccel", "org.kde.kded5", "org.kde.ActivityManager")
+    packages = ("plasma-workspace", "plasma-desktop", "kwin-x11", "xdg-desktop-portal-kde", "dolphin")
+    activated = ("org.a11y.Bus", "org.kde.kglobalaccel", "org.kde.kded5", "org.kde.ActivityManager",
+                 "org.freedesktop.portal.Desktop", "org.freedesktop.impl.portal.desktop.kde",
+                 "org.freedesktop.impl.portal.PermissionStore")
     environment = {"KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5"}
     new_icons_come_first = True
     file_manager, file_manager_class = ("dolphin",), "dolphin"

@@ -25,9 +25,9 @@ class Lapsa:
 
     def start(self):
         """Starts it, and finds its icon: what is drawn in the taskbar then."""
-        time.sleep(1)
-        before = picture()
         bar = self.tour.windows.bar()
+        # A taskbar that still fades from one colour to another differs everywhere.
+        before = wait_until("a taskbar at rest", lambda: self.at_rest(bar), 15)
         self.tour.session.start("lapsa", self.program)
         wait_until("Lapsa on the bus", lambda: on_the_bus(NAME), 20)
         self.wait_for_rest()
@@ -35,6 +35,12 @@ class Lapsa:
         after = picture()
         self.look = after.crop(self.icon)
         return before, after, self.icon
+
+    def at_rest(self, bar):
+        first = picture()
+        time.sleep(1)
+        second = picture()
+        return second if not changed_box(first, second, bar, limit=4) else None
 
     def new_icon(self, before, bar):
         """The place of the icon that has come: the others make room, so that more is drawn anew than the icon."""
@@ -86,7 +92,7 @@ class Lapsa:
     def open_panel(self):
         if not self.panel():
             self.click_icon()
-        wait_until("the panel", self.panel, 8)
+        wait_until(f"the panel after a click at {middle(self.icon)} on {self.icon}", self.panel, 8)
         time.sleep(0.6)
         return self.panel()
 
