@@ -24,6 +24,8 @@ namespace {
 constexpr auto taskbarPatience = 1500ms;
 /// The approximate size of an icon of which only a point is known.
 constexpr int iconExtent = 22;
+/// In milliseconds: shorter than between two clicks of any hand.
+constexpr qint64 repetitionLimit = 30;
 
 /// Whether the program and the taskbar are on one X server, so that it sees the pointer and the keys there.
 bool sharesServerWithTaskbar()
@@ -185,10 +187,15 @@ void TrayStatusItem::showEmbedded()
 
 void TrayStatusItem::clickedAt(const std::optional<QPoint>& place)
 {
+    // For the second press of a double click, waybar calls twice at once: the panel would open and close again unseen.
+    if (m_sinceClick.isValid() && m_sinceClick.elapsed() < repetitionLimit) {
+        return;
+    }
     if (place) {
         m_clicked = place;
     }
     emit clicked(frame());
+    m_sinceClick.start(); // after what the click did, which may take longer
 }
 
 void TrayStatusItem::popUpMenu(const QPoint& place)

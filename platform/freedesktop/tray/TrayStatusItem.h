@@ -11,6 +11,7 @@
 #include "TrayIcon.h"
 #include "TrayMenu.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QSystemTrayIcon>
 #include <QTimer>
@@ -61,6 +62,7 @@ private:
     QTimer m_embedding;
     /// Where the icon was last clicked: a status notifier item does not know its position.
     std::optional<QPoint> m_clicked;
+    QElapsedTimer m_sinceClick;
 };
 
 } // namespace lapsa

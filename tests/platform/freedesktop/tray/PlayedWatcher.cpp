@@ -52,6 +52,15 @@ QDBusMessage PlayedWatcher::ask(const QString& path, const QString& interface, c
     return m_bus.call(call, QDBus::BlockWithGui, patience);
 }
 
+void PlayedWatcher::activateTwice(int x, int y) const
+{
+    auto call = QDBusMessage::createMethodCall(items.constFirst(), u"/StatusNotifierItem"_s,
+                                               u"org.kde.StatusNotifierItem"_s, u"Activate"_s);
+    call.setArguments({x, y});
+    m_bus.send(call);
+    m_bus.send(call);
+}
+
 SilentWatcher::SilentWatcher(const SessionBus& bus)
     : m_bus(QDBusConnection::connectToBus(bus.address(), u"silent tray host"_s))
 {

@@ -38,6 +38,9 @@ public:
     [[nodiscard]] QDBusMessage ask(const QString& path, const QString& interface, const QString& method,
                                    const QVariantList& arguments) const;
 
+    /// The click of a tray host that calls for the press and again for the double click, without waiting.
+    void activateTwice(int x, int y) const;
+
     QStringList items;
 
 public slots: // NOLINT(readability-redundant-access-specifiers): these are the methods on the bus
