@@ -6,10 +6,13 @@ import os
 import shutil
 from pathlib import Path
 
+from desktop import Desktop
+from gnome import Gnome, GnomeWithoutTray
+from plasma_wayland import PlasmaWayland
 from screen import window_manager_ready
-from session import Session, on_the_bus, output, wait_until
+from session import on_the_bus, output, wait_until
+from sway import Sway
 
-WATCHER = "org.kde.StatusNotifierWatcher"
 XFCONFD = "/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"
 XFCE_NOTIFYD = "/usr/lib/x86_64-linux-gnu/xfce4/notifyd/xfce4-notifyd"
 XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
@@ -50,48 +53,6 @@ type=statusnotifier
 [tray]
 type=tray
 """
-
-
-class Desktop:
-    """What the tour asks of a desktop. None from a setting means: this desktop's is not driven yet."""
-
-    name = title = current = ""
-    packages = ()
-    activated = ("org.a11y.Bus",)
-    environment = {}
-    new_icons_come_first = False
-    file_manager = ()
-    file_manager_class = ""
-
-    def __init__(self, logs):
-        self.session = Session(self.name, logs, activated=self.activated,
-                               environment={"XDG_CURRENT_DESKTOP": self.current, **self.environment})
-
-    def begin(self):
-        self.session.start("a11y", "/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
-        self.start_programs()
-        wait_until("a tray", lambda: on_the_bus(WATCHER), 60)
-
-    def start_programs(self):
-        raise NotImplementedError
-
-    def start_bar(self):
-        raise NotImplementedError
-
-    def set_dark(self, dark):
-        return None
-
-    def set_text_scale(self, percent):
-        return None
-
-    def set_compositing(self, on):
-        return None
-
-    def open_folder(self, folder):
-        self.session.start("file-manager", *self.file_manager, str(folder))
-
-    def versions(self):
-        return ", ".join(f"{package} {output('dpkg-query', '-W', '-f=${Version}', package)}" for package in self.packages)
 
 
 class Xfce(Desktop):
@@ -155,8 +116,9 @@ class LXQt(Desktop):
 class Mate(Desktop):
     name, title, current = "mate", "MATE", "MATE"
     packages = ("mate-panel", "marco", "mate-notification-daemon", "mate-settings-daemon", "caja")
+    # The notification daemon ends when it has had nothing to show for half a minute; the bus starts it again.
     activated = ("org.a11y.Bus", "ca.desrt.dconf", "org.mate.panel.applet.NotificationAreaAppletFactory",
-                 "org.mate.panel.applet.WnckletFactory")
+                 "org.mate.panel.applet.WnckletFactory", "org.freedesktop.mate.Notifications")
     file_manager, file_manager_class = ("caja", "--no-desktop"), "Caja"
 
     def start_programs(self):
@@ -166,7 +128,6 @@ class Mate(Desktop):
         self.session.start("window-manager", "marco")
         window_manager_ready()
         self.start_bar()
-        self.session.start("notifications", "/usr/lib/mate-notification-daemon/mate-notification-daemon")
 
     def start_bar(self):
         self.session.start("bar", "mate-panel")
@@ -214,7 +175,7 @@ class PlasmaX11(Desktop):
         return True
 
 
-ALL = (Xfce, LXQt, PlasmaX11, Mate)
+ALL = (Xfce, LXQt, PlasmaX11, Mate, PlasmaWayland, Gnome, GnomeWithoutTray, Sway)
 
 
 def programs_missing(desktop):

@@ -57,6 +57,8 @@ def save(path):
 
 
 class Windows:
+    why_not_composited = "nobody owns _NET_WM_CM_S0, so there is no compositing to end"
+
     def __init__(self):
         self.display = display.Display()
         self.root = self.display.screen().root
@@ -109,6 +111,34 @@ class Windows:
                 continue
         return found
 
+    def places_are_possible(self):
+        """Raises NotPossible where a program cannot place its windows."""
+
+    def before_menu(self):
+        return self.pop_ups()
+
+    def menu_since(self, before):
+        return self.pop_ups() - before
+
+    def size(self):
+        screen = self.root.get_geometry()
+        return screen.width, screen.height
+
+    def put(self, window, x, y, width, height):
+        do("windowsize", window.id, width, height)
+        do("windowmove", window.id, x, y)
+
+    def close(self, window):
+        try:
+            do("windowclose", window.id)
+        except subprocess.CalledProcessError:  # it went with the one before it
+            pass
+
+    def shows_in_taskbar(self, window):
+        """What a taskbar would show the window for; empty where it is left out."""
+        missing = {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"} - self.states(window)
+        return f"without {', '.join(sorted(missing))}" if missing else ""
+
     def pop_ups(self):
         """Menus and the like: visible windows on the root that no window manager has placed."""
         found = set()
@@ -139,23 +169,26 @@ class Windows:
 
     def bar(self):
         """The area of the taskbar: what the work area leaves of the screen at the top or the bottom."""
-        x, y, width, height = self.work_area()
-        screen = self.root.get_geometry()
-        if y > 0:
-            return 0, 0, screen.width, y
-        if y + height < screen.height:
-            return 0, y + height, screen.width, screen.height
-        raise NotThere("a taskbar that reserves its place")
+        return bar_beside(self.work_area(), self.size())
+
+
+def bar_beside(work_area, screen):
+    _, y, _, height = work_area
+    if y > 0:
+        return 0, 0, screen[0], y
+    if y + height < screen[1]:
+        return 0, y + height, screen[0], screen[1]
+    raise NotThere("a taskbar that reserves its place")
 
 
 def do(*arguments):
     subprocess.run(["xdotool", *map(str, arguments)], check=True, capture_output=True, timeout=20)
 
 
-def click(x, y, button=1):
+def click(x, y, button=1, times=1):
     do("mousemove", x, y)
     time.sleep(0.2)
-    do("click", button)
+    do("click", "--repeat", times, "--delay", 80, button)
 
 
 def key(*combinations):
@@ -182,5 +215,5 @@ def window_manager_ready():
                       lambda: "window id" in output("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), 25)
 
 
-__all__ = ["Image", "Windows", "alike", "black_share", "brightness", "changed_box", "click", "do", "drag", "key", "middle",
+__all__ = ["Image", "Windows", "alike", "bar_beside", "black_share", "brightness", "changed_box", "click", "do", "drag", "key", "middle",
            "picture", "save", "stroke_colour", "window_manager_ready"]

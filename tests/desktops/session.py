@@ -27,6 +27,10 @@ class NotThere(Exception):
     """What was waited for did not come; the text says what."""
 
 
+class NotPossible(Exception):
+    """The desktop does not allow what was tried; the text is the reason that it gives."""
+
+
 def wait_until(what, condition, seconds=10):
     deadline = time.monotonic() + seconds
     while not (result := condition()):
@@ -49,6 +53,8 @@ class Session:
 
     def __init__(self, name, logs, screen="1280x900", activated=(), environment=None):
         self.processes = {}
+        # What the programs on a nested compositor have instead of the outer display.
+        self.inner = {}
         self.folder = Path(tempfile.mkdtemp(prefix=f"lapsa-{name}."))
         self.logs = logs / name
         shutil.rmtree(self.logs, ignore_errors=True)
@@ -104,9 +110,12 @@ class Session:
     def start(self, name, *command, environment=None, **options):
         with open(self.logs / f"{name}.log", "ab") as log:
             process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True,
-                                       env={**os.environ, **(environment or {})}, cwd=self.home, **options)
+                                       env={**self.for_programs(), **(environment or {})}, cwd=self.home, **options)
         self.processes[name] = process
         return process
+
+    def for_programs(self):
+        return {**os.environ, **self.inner}
 
     def running(self, name):
         return name in self.processes and self.processes[name].poll() is None
