@@ -2,9 +2,11 @@
 # SPDX-License-Identifier: MIT
 """What the tour asks of every desktop."""
 
+import signal
+
 from buttons import shown_button
 from screen import Windows, click, key
-from session import Session, on_the_bus, output, wait_until
+from session import NotPossible, Session, on_the_bus, output, wait_until
 
 WATCHER = "org.kde.StatusNotifierWatcher"
 
@@ -25,7 +27,8 @@ class Desktop:
     file_manager = ()
     file_manager_class = ""
 
-    def __init__(self, logs):
+    def __init__(self, logs, program):
+        self.program = program
         self.session = Session(self.name, logs, activated=self.activated,
                                environment={"XDG_CURRENT_DESKTOP": self.current, **self.environment})
 
@@ -66,6 +69,18 @@ class Desktop:
 
     def hot_key_is_possible(self):
         """Raises NotPossible with the reason where the desktop has no global hot keys for programs."""
+
+    def answer_questions(self, windows):
+        """What the desktop asks its user when Lapsa starts."""
+
+    def use_dash(self, right_click):
+        raise NotPossible("the desktop has no dash with the programs in it")
+
+    def kill_bar(self):
+        self.session.end("bar", signal.SIGKILL)
+
+    def end_display(self):
+        self.session.end("Xvfb")
 
     def open_folder(self, folder):
         self.session.start("file-manager", *self.file_manager, str(folder))

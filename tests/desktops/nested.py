@@ -4,11 +4,12 @@
 those of the desktops on X11. The windows are known to the compositor alone, which is asked for them."""
 
 import os
+import shutil
 from pathlib import Path
 
 from desktop import Desktop
 from screen import bar_beside, changed_box, picture
-from session import wait_until
+from session import output, wait_until
 
 SCREEN = 1280, 900
 
@@ -71,8 +72,22 @@ class NestedWindows:
 
 
 class NestedDesktop(Desktop):
+    portals = ()
+
+    def portals_folder(self):
+        """A desktop has its own portals alone; the portal takes those of others where its own offer nothing."""
+        folder = self.session.folder / "portals"
+        folder.mkdir()
+        for name in self.portals:
+            shutil.copy(f"/usr/share/xdg-desktop-portal/portals/{name}.portal", folder)
+        return str(folder)
+
+    def end_display(self):
+        self.session.end("window-manager")
+
     def start_compositor(self, *command, **options):
-        self.session.environment["XDG_SESSION_TYPE"] = os.environ["XDG_SESSION_TYPE"] = "wayland"
+        os.environ["XDG_SESSION_TYPE"] = "wayland"
+        os.environ["XDG_DESKTOP_PORTAL_DIR"] = self.portals_folder()
         process = self.session.start("window-manager", *command, **options)
         runtime = Path(os.environ["XDG_RUNTIME_DIR"])
         socket = wait_until("the compositor", lambda: [path.name for path in runtime.glob("wayland-*")
@@ -82,6 +97,9 @@ class NestedDesktop(Desktop):
         # Without it XWayland refuses everyone, where the compositor has made one.
         for key in (*runtime.glob(".mutter-Xwaylandauth.*"), *runtime.glob("xauth_*")):
             self.session.inner["XAUTHORITY"] = str(key)
+        # The programs that the bus starts are on this display too.
+        told = {**self.session.inner, **{name: os.environ[name] for name in ("XDG_SESSION_TYPE", "XDG_DESKTOP_PORTAL_DIR")}}
+        output("dbus-update-activation-environment", *[f"{name}={value}" for name, value in told.items()])
 
 
 def inner_display(pid):

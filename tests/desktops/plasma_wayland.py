@@ -6,12 +6,13 @@ import itertools
 import json
 import shutil
 import tempfile
+import time
 
 from buttons import shown_button
 from gi.repository import Gio, GLib
 from nested import NestedDesktop, NestedWindows
 from screen import click
-from session import output, wait_until
+from session import NotThere, output, wait_until
 
 SERVICE = "org.kde.KWin"
 ASK = """var found = [], all = workspace.clientList();
@@ -30,6 +31,12 @@ for (var i = 0; i < all.length; ++i)
         all[i].setMaximize(false, false);
         all[i].frameGeometry = {x: %d, y: %d, width: %d, height: %d};
     }
+print("%s{}");
+"""
+CLOSE = """var all = workspace.clientList();
+for (var i = 0; i < all.length; ++i)
+    if (String(all[i].internalId) == "%s")
+        all[i].closeWindow();
 print("%s{}");
 """
 
@@ -67,8 +74,16 @@ class KWinWindows(NestedWindows):
     def work_area(self):
         return tuple(self.run(ASK)["area"])
 
+    def bar(self):
+        """Its right half: the windows have their buttons on the left."""
+        left, top, right, bottom = super().bar()
+        return (left + right) // 2, top, right, bottom
+
     def put(self, window, x, y, width, height):
         self.run(PUT, window["id"], x, y, width, height)
+
+    def close(self, window):
+        self.run(CLOSE, window["id"])
 
 
 class PlasmaWayland(NestedDesktop):
@@ -79,6 +94,8 @@ class PlasmaWayland(NestedDesktop):
                  "org.freedesktop.impl.portal.PermissionStore")
     environment = {"KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5", "QT_LOGGING_RULES": "kwin_scripting.debug=true",
                    "QT_FORCE_STDERR_LOGGING": "1", "KWIN_COMPOSE": "Q"}
+    portals = ("kde",)
+    questions = 0
     new_icons_come_first = True
     file_manager, file_manager_class = ("dolphin",), "dolphin"
 
@@ -94,6 +111,19 @@ class PlasmaWayland(NestedDesktop):
 
     def start_bar(self):
         self.session.start("bar", "plasmashell")
+
+    def answer_questions(self, windows):
+        """The portal shows the keys that a program wants in a window of the settings, when it asks for the first time."""
+        def question():
+            return [window for window in windows.ask() if window["title"].startswith("Shortcuts")]
+        try:
+            asked = wait_until("the portal's question", question, 6)
+        except NotThere:
+            return
+        self.questions += 1
+        time.sleep(1)
+        windows.close(asked[0])
+        wait_until("the end of the portal's question", lambda: not question(), 8)
 
     def set_dark(self, dark):
         output("plasma-apply-colorscheme", "BreezeDark" if dark else "BreezeLight")

@@ -2,13 +2,12 @@
 # SPDX-License-Identifier: MIT
 """The points of the tour that change the desktop under Lapsa, and its end."""
 
-import signal
 import time
 from pathlib import Path
 
 from points import inside, point
 from program import NAME
-from screen import black_share, brightness, picture
+from screen import black_share, brightness, key, picture, save
 from session import NotPossible, NotThere, on_the_bus, wait_until
 
 
@@ -60,7 +59,8 @@ def scale_200(tour):
 
 @point("the taskbar is killed and comes back")
 def bar_killed(tour):
-    tour.session.end("bar", signal.SIGKILL)
+    tour.lapsa.need_icon()
+    tour.desktop.kill_bar()
     time.sleep(2)
     tour.desktop.start_bar()
     wait_until("the tray", lambda: on_the_bus("org.kde.StatusNotifierWatcher"), 60)
@@ -100,13 +100,32 @@ def start_again(tour):
     return "seen"
 
 
+@point("the icon in the dash opens the panel")
+def dash(tour):
+    tour.desktop.use_dash(right_click=False)
+    wait_until("the panel", tour.lapsa.panel, 8)
+    if not tour.lapsa.icon:
+        time.sleep(1)
+        save(tour.picture)
+    return "seen"
+
+
+@point("an action of the icon in the dash opens the preferences")
+def dash_actions(tour):
+    tour.desktop.use_dash(right_click=True)
+    wait_until("the preferences", lambda: tour.lapsa.windows("Preferences"), 8)
+    key("ctrl+w")
+    wait_until("the end of the preferences", lambda: not tour.lapsa.windows("Preferences"), 5)
+    return "seen"
+
+
 @point("the end of the session")
 def end_of_session(tour):
     """The window manager, the bar and then the display go away, as when the user logs out."""
     state = Path(tour.session.home) / ".local/share/Lapsa/state.json"
     assert on_the_bus(NAME), "Lapsa does not run"
     process = tour.session.processes["lapsa"]
-    tour.session.end("Xvfb")
+    tour.desktop.end_display()
     try:
         process.wait(10)
     except Exception as failure:

@@ -62,8 +62,8 @@ def hot_key(tour):
         click(*icon)
         time.sleep(0.5)
         key("super+shift+y")
-        wait_until("the selected file on the list", lambda: tour.lapsa.lists(path), 6)
-        wait_until("the panel", tour.lapsa.panel, 5)
+        wait_until("the panel", tour.lapsa.panel, 6)
+        wait_until("the selected file on the list, as the panel did,", lambda: tour.lapsa.lists(path), 6)
         return f"seen: from {tour.desktop.file_manager[0]}"
     finally:
         close_file_manager(tour)

@@ -33,6 +33,7 @@ class Lapsa:
         self.tour.session.start("lapsa", self.program)
         wait_until("Lapsa on the bus", lambda: on_the_bus(NAME), 20)
         self.wait_for_rest()
+        self.tour.desktop.answer_questions(self.tour.windows)
         self.icon = self.new_icon(before, bar)
         after = picture()
         self.look = after.crop(self.icon)

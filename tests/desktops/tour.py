@@ -102,7 +102,7 @@ def visit(kind, arguments):
     """Notes the points seen on one desktop. Runs in a process of its own, whose environment becomes the desktop's."""
     if kind.refuses_root and os.geteuid() == 0:
         be_an_ordinary_user()
-    desktop = kind(arguments.logs)
+    desktop = kind(arguments.logs, arguments.build / "lapsa")
     result = {"versions": desktop.versions()}
     try:
         desktop.begin()
