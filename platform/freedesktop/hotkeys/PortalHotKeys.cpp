@@ -129,7 +129,10 @@ private:
     void createSession()
     {
         m_request = std::make_unique<PortalRequest>(
-            callOf(u"CreateSession"_s), QVariantMap{{u"session_handle_token"_s, newSessionToken()}},
+            callOf(u"CreateSession"_s),
+            // KDE's portal takes keys only here; told of them later, it opens its settings and binds nothing.
+            QVariantMap{{u"session_handle_token"_s, newSessionToken()},
+                        {u"shortcuts"_s, QVariant::fromValue(wantedShortcuts())}},
             [this](const PortalRequest::Answer& answer) { sessionCreated(answer); });
     }
 
@@ -162,6 +165,12 @@ private:
         });
     }
 
+    [[nodiscard]] QList<PortalShortcut> wantedShortcuts() const
+    {
+        return {
+            {m_key.identifier, {{u"description"_s, m_key.description}, {u"preferred_trigger"_s, triggerOf(m_key)}}}};
+    }
+
     [[nodiscard]] bool isAmong(const QVariant& shortcuts) const
     {
         const auto known = qdbus_cast<QList<PortalShortcut>>(shortcuts);
@@ -170,11 +179,10 @@ private:
 
     void bindShortcut()
     {
-        const QList<PortalShortcut> shortcuts{
-            {m_key.identifier, {{u"description"_s, m_key.description}, {u"preferred_trigger"_s, triggerOf(m_key)}}}};
         const QString noParentWindow;
         QDBusMessage call = callOf(u"BindShortcuts"_s);
-        call << QVariant::fromValue(QDBusObjectPath(m_session)) << QVariant::fromValue(shortcuts) << noParentWindow;
+        call << QVariant::fromValue(QDBusObjectPath(m_session)) << QVariant::fromValue(wantedShortcuts())
+             << noParentWindow;
         m_request = std::make_unique<PortalRequest>(
             call, QVariantMap(), [this](const PortalRequest::Answer& answer) { shortcutBound(answer); });
     }

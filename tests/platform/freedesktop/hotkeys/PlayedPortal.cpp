@@ -120,6 +120,11 @@ void PlayedPortal::createSession(const QDBusMessage& message)
     const auto options = qdbus_cast<QVariantMap>(message.arguments().value(0));
     const QString session = placeOf(u"session"_s, message, options[u"session_handle_token"_s].toString());
     lastSession = session;
+    if (takesKeysWithTheSession) {
+        for (const auto& shortcut : qdbus_cast<QList<KnownShortcut>>(options[u"shortcuts"_s])) {
+            known.push_back(shortcut.identifier);
+        }
+    }
     respond(message, m_create, options, {{u"session_handle"_s, session}});
 }
 

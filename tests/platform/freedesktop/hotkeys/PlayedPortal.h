@@ -61,6 +61,8 @@ public:
     QStringList known;
     /// Whether it is too old to say so.
     bool listFails = false;
+    /// As KDE's portal of Plasma 5.27: it learns the keys from the options of the session, and binds none later.
+    bool takesKeysWithTheSession = false;
     int listsAskedFor = 0;
     int sessionsAskedFor = 0;
     QString lastSession;

@@ -74,7 +74,6 @@ private slots:
     void anActivationCallsTheHandlerOnce_data()
     {
         QTest::addColumn<Manner>("manner");
-
         QTest::newRow("as documented") << Manner::Grants;
         QTest::newRow("answered before the reply") << Manner::GrantsAtOnce;
         QTest::newRow("requests at another path") << Manner::GrantsElsewhere;
@@ -109,16 +108,17 @@ private slots:
         QVERIFY(!key.fallenBack());
     }
 
-    void aKeyThatTheDesktopHasKeptIsNotBoundAgain()
+    void aKeyThatTheDesktopHasIsNotBoundAgain()
     {
-        PlayedPortal portal(m_bus.address());
-        portal.known = {u"other"_s, u"add"_s};
-        const CountedKey key;
-
-        QTRY_VERIFY_WITH_TIMEOUT(heard(portal, key), patience);
-
-        QCOMPARE(portal.bound.size(), 0);
-        QVERIFY(!key.fallenBack());
+        for (const bool fromTheSession : {false, true}) {
+            PlayedPortal portal(m_bus.address());
+            portal.takesKeysWithTheSession = fromTheSession;
+            portal.known = {u"other"_s, fromTheSession ? u"another"_s : u"add"_s};
+            const CountedKey key;
+            QTRY_VERIFY_WITH_TIMEOUT(heard(portal, key), patience);
+            QCOMPARE(portal.bound.size(), 0);
+            QVERIFY(!key.fallenBack());
+        }
     }
 
     void aKeyThatTheDesktopHasNotKeptIsBound_data()
