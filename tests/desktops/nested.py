@@ -17,6 +17,7 @@ SCREEN = 1280, 900
 class NestedWindows:
     """x, y, width, height and identity of each window come from the compositor, in ask()."""
 
+    without_button = "skips taskbar and pager"
     why_not_composited = "under Wayland the compositor is the display itself"
 
     def ask(self):

@@ -57,6 +57,7 @@ def save(path):
 
 
 class Windows:
+    without_button = "skips taskbar and pager"
     why_not_composited = "nobody owns _NET_WM_CM_S0, so there is no compositing to end"
 
     def __init__(self):
@@ -185,9 +186,16 @@ def do(*arguments):
     subprocess.run(["xdotool", *map(str, arguments)], check=True, capture_output=True, timeout=20)
 
 
-def click(x, y, button=1, times=1):
+def move_to(x, y):
+    """In two steps: a program under XWayland that was only entered, not moved in, does not heed the click."""
+    do("mousemove", x - 3, y)
+    time.sleep(0.15)
     do("mousemove", x, y)
     time.sleep(0.2)
+
+
+def click(x, y, button=1, times=1):
+    move_to(x, y)
     do("click", "--repeat", times, "--delay", 80, button)
 
 
@@ -198,8 +206,7 @@ def key(*combinations):
 
 
 def drag(start, end):
-    do("mousemove", *start)
-    time.sleep(0.3)
+    move_to(*start)
     do("mousedown", 1)
     steps = 12
     for step in range(1, steps + 1):

@@ -16,10 +16,13 @@ output X11-1 bg #7a8fa6 solid_color
 default_border none
 bindsym Mod4+Shift+y exec gapplication action org.lapsa.Lapsa add-selection
 """
-WAYBAR = {"layer": "top", "position": "top", "height": 30, "modules-left": ["wlr/taskbar"], "modules-right": ["tray"]}
+WAYBAR = {"layer": "top", "position": "top", "height": 30, "modules-left": ["wlr/taskbar"], "modules-right": ["tray"],
+          "wlr/taskbar": {"format": "{title}"}}
 
 
 class SwayWindows(NestedWindows):
+    without_button = "the taskbar shows nothing of it"
+
     def ask(self):
         found = []
         todo = [json.loads(output("swaymsg", "-r", "-t", "get_tree"))]
@@ -86,12 +89,13 @@ class Sway(NestedDesktop):
         self.session.start("bar", "waybar")
 
     def open_folder(self, folder):
-        # A file manager that Lapsa can ask is one under XWayland.
-        self.session.start("file-manager", "thunar", str(folder), environment={"GDK_BACKEND": "x11"})
+        # A file manager that Lapsa can ask is one under XWayland; files are dropped from a Wayland program.
+        backend = "wayland" if "dropped" in folder.name else "x11"
+        self.session.start("file-manager", "thunar", str(folder), environment={"GDK_BACKEND": backend})
 
     def choose_row(self, row, menu):
-        """With the pointer: waybar does not get the keys. The rows are 24 pixels high."""
-        click((menu[0] + menu[2]) // 2, menu[1] + 13 + 24 * (row - 1))
+        """With the pointer: waybar does not get the keys. The rows are 24 pixels high; the first lies on the bar's edge."""
+        click((menu[0] + menu[2]) // 2, menu[1] + 24 * (row - 1))
 
     def press_lock(self, box, windows):
         """dunst draws no buttons: the middle one of the pointer is its way to the first action."""
