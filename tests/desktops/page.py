@@ -8,7 +8,8 @@ HEAD = """# Desktops
 
 `tools/desktops` starts each desktop in a virtual display, with a home folder, a runtime folder and buses of its own, and
 runs the same tour with Lapsa on each: with a real pointer and real keys. It looks at the screen, at the list and at the
-processes. This page is what it wrote; nothing in the table is entered by hand.
+processes. This page is what it wrote; nothing in the table is entered by hand. Wayland's compositors run in a window of the
+virtual display, so that the pointer, the keys and the pictures are the same as on X11; Lapsa runs under XWayland there.
 
 - **seen**: the point works; the text says what was measured.
 - **fails**: it does not, or the tour did not find what it looked for; the text says which.

@@ -4,6 +4,7 @@
 
 import json
 import os
+import time
 from pathlib import Path
 
 from nested import NestedDesktop, NestedWindows
@@ -58,7 +59,8 @@ class SwayWindows(NestedWindows):
         before = picture()
         output("swaymsg", f"[con_id={window['id']}] kill")
         wait_until("the panel's end", lambda: all(other["id"] != window["id"] for other in self.ask()), 5)
-        if changed_box(before, picture(), (0, 0, taskbar[2] // 2, taskbar[3])):
+        time.sleep(1.5)  # until the bar is drawn anew
+        if changed_box(before, picture(), (0, 0, taskbar[2] // 2, taskbar[3]), limit=15):
             raise NotPossible("sway tells taskbars of all windows; zwlr_foreign_toplevel_management_v1 can leave none out")
         return ""
 
