@@ -175,6 +175,13 @@ bool FileListView::eventFilter(QObject* watched, QEvent* event)
             Selecting::press(*this, *row, *static_cast<QMouseEvent*>(event));
         }
         view->setFocus(Qt::MouseFocusReason);
+    } else if (event->type() == QEvent::MouseButtonDblClick) {
+        // Selecting is undone by the same click, however soon it comes.
+        const auto* const row = qobject_cast<FileRowView*>(watched);
+        const auto& click = *static_cast<QMouseEvent*>(event);
+        if (row != nullptr && click.modifiers().testFlag(Qt::ControlModifier)) {
+            Selecting::press(*this, *row, click);
+        }
     } else if (event->type() == QEvent::ContextMenu) {
         const auto* const row = qobject_cast<FileRowView*>(watched);
         if (row != nullptr && m_selection.ids().size() > 1 && m_selection.ids().contains(row->item().id)) {
