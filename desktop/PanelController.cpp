@@ -97,8 +97,9 @@ void PanelController::showAt(StatusButton* button, const std::optional<QRect>& i
         return;
     }
     m_popover->setBehavior(behavior());
-    const QRect workArea = screenOf(icon).availableGeometry();
-    m_popover->present(popoverPlacement(icon, workArea, LapsaPanelView::extent), workArea);
+    const QScreen& screen = screenOf(icon);
+    const QRect workArea = screen.availableGeometry();
+    m_popover->present(popoverPlacement(icon, workArea, screen.geometry(), LapsaPanelView::extent), workArea);
     for (QWidget* const window :
          {static_cast<QWidget*>(m_preferencesWindow.get()), static_cast<QWidget*>(m_recoveryWindow.get())}) {
         if (window != nullptr && window->isVisible()) {

@@ -53,14 +53,35 @@ QPoint cornerBeside(const QRect& icon, PopoverPlacement::Side side, const QSize&
     return centred;
 }
 
+/// Where the tray probably is: at the right end of a taskbar that lies along the top or bottom edge, at the lower end
+/// of one along a side.
+QRect probableIcon(const QRect& workArea, const QRect& screen)
+{
+    const int right = workArea.x() + workArea.width();
+    const int bottom = workArea.y() + workArea.height();
+    const int above = workArea.y() - screen.y();
+    const int below = screen.y() + screen.height() - bottom;
+    const int onTheLeft = workArea.x() - screen.x();
+    const int onTheRight = screen.x() + screen.width() - right;
+    const int largest = std::max({above, below, onTheLeft, onTheRight});
+    if (above == largest) {
+        return {right - 1, workArea.y() - above, 1, above};
+    }
+    if (below == largest) {
+        return {right - 1, bottom, 1, below};
+    }
+    return onTheLeft == largest ? QRect(screen.x(), bottom - 1, onTheLeft, 1) : QRect(right, bottom - 1, onTheRight, 1);
+}
+
 } // namespace
 
-PopoverPlacement popoverPlacement(const std::optional<QRect>& icon, const QRect& workArea, const QSize& wantedSize)
+PopoverPlacement popoverPlacement(const std::optional<QRect>& icon, const QRect& workArea, const QRect& screen,
+                                  const QSize& wantedSize)
 {
     const QSize size = wantedSize.boundedTo(workArea.size());
     const int right = workArea.x() + workArea.width();
     const int bottom = workArea.y() + workArea.height();
-    const QRect anchor = icon.value_or(QRect(right - 1, workArea.y(), 0, 0));
+    const QRect anchor = icon.value_or(probableIcon(workArea, screen));
     const PopoverPlacement::Side side = sideOf(anchor.center(), workArea);
     const QPoint wanted = cornerBeside(anchor, side, size);
     const QPoint corner(startInside(wanted.x(), size.width(), workArea.x(), right),

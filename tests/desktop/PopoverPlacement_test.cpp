@@ -13,6 +13,7 @@ namespace {
 
 constexpr QSize panel(430, 560);
 /// Full HD with a taskbar of 30 pixels at the top.
+constexpr QRect screen(0, 0, 1920, 1080);
 constexpr QRect workArea(0, 30, 1920, 1050);
 
 using Side = PopoverPlacement::Side;
@@ -54,7 +55,7 @@ private slots:
         QFETCH(const QPoint, corner);
         QFETCH(const Side, side);
 
-        const PopoverPlacement placement = popoverPlacement(icon, workArea, panel);
+        const PopoverPlacement placement = popoverPlacement(icon, workArea, screen, panel);
 
         QCOMPARE(placement.rect, QRect(corner, panel));
         QCOMPARE(placement.side, side);
@@ -80,24 +81,54 @@ private slots:
         // Taskbars of 40 pixels at both edges.
         const QRect between(40, 0, 1840, 1080);
 
-        const PopoverPlacement placement = popoverPlacement(icon, between, panel);
+        const PopoverPlacement placement = popoverPlacement(icon, between, screen, panel);
 
         QCOMPARE(placement.rect, QRect(corner, panel));
         QCOMPARE(placement.side, side);
     }
 
-    void withoutAnIconItComesUpInTheTopRightCorner()
+    void withoutAnIconItOpensInTheCornerOfTheTray_data()
     {
-        const PopoverPlacement placement = popoverPlacement(std::nullopt, workArea, panel);
+        QTest::addColumn<QRect>("workArea");
+        QTest::addColumn<QPoint>("corner");
+        QTest::addColumn<Side>("side");
+        QTest::newRow("taskbar at the top") << workArea << QPoint(1490, 30) << Side::BelowIcon;
+        QTest::newRow("no taskbar") << screen << QPoint(1490, 0) << Side::BelowIcon;
+        QTest::newRow("at the bottom") << QRect(0, 0, 1920, 1040) << QPoint(1490, 480) << Side::AboveIcon;
+        QTest::newRow("at the left edge") << QRect(40, 0, 1880, 1080) << QPoint(40, 520) << Side::RightOfIcon;
+        QTest::newRow("at the right edge") << QRect(0, 0, 1880, 1080) << QPoint(1450, 520) << Side::LeftOfIcon;
+        QTest::newRow("a menu bar above, a larger taskbar below")
+            << QRect(0, 24, 1920, 1016) << QPoint(1490, 480) << Side::AboveIcon;
+        QTest::newRow("two alike, above and below") << QRect(0, 28, 1920, 1024) << QPoint(1490, 28) << Side::BelowIcon;
+    }
 
-        QCOMPARE(placement.rect, QRect(QPoint(1490, 30), panel));
+    void withoutAnIconItOpensInTheCornerOfTheTray()
+    {
+        QFETCH(const QRect, workArea);
+        QFETCH(const QPoint, corner);
+        QFETCH(const Side, side);
+
+        const PopoverPlacement placement = popoverPlacement(std::nullopt, workArea, screen, panel);
+
+        QCOMPARE(placement.rect, QRect(corner, panel));
+        QCOMPARE(placement.side, side);
+    }
+
+    void theCornerOfAScreenLeftOfTheFirst()
+    {
+        constexpr QRect left(-1600, -200, 1600, 900);
+        constexpr QRect aboveItsTaskbar(-1600, -200, 1600, 860);
+
+        const PopoverPlacement placement = popoverPlacement(std::nullopt, aboveItsTaskbar, left, panel);
+
+        QCOMPARE(placement.rect, QRect(QPoint(-430, 100), panel));
     }
 
     void onAScreenToTheLeftItStaysThere()
     {
         const QRect left(-1280, 0, 1280, 1024);
 
-        const PopoverPlacement placement = popoverPlacement(QRect(-30, 1000, 24, 24), left, panel);
+        const PopoverPlacement placement = popoverPlacement(QRect(-30, 1000, 24, 24), left, left, panel);
 
         QCOMPARE(placement.rect, QRect(QPoint(-430, 440), panel));
         QCOMPARE(placement.side, Side::AboveIcon);
@@ -116,7 +147,7 @@ private slots:
         QFETCH(const QRect, area);
         QFETCH(const QRect, rect);
 
-        QCOMPARE(popoverPlacement(QRect(100, 0, 24, 24), area, panel).rect, rect);
+        QCOMPARE(popoverPlacement(QRect(100, 0, 24, 24), area, area, panel).rect, rect);
     }
 
     void anotherWindowNeverLiesUnderItWhereThereIsRoom_data()
