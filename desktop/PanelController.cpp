@@ -38,6 +38,11 @@ const QScreen& screenOf(const std::optional<QRect>& icon)
     return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
 }
 
+PopoverPlacement placementOn(const QScreen& screen, const std::optional<QRect>& icon)
+{
+    return popoverPlacement(icon, screen.availableGeometry(), screen.geometry(), LapsaPanelView::extent);
+}
+
 /// The screen with the mouse pointer.
 const QScreen& currentScreen()
 {
@@ -98,8 +103,10 @@ void PanelController::showAt(StatusButton* button, const std::optional<QRect>& i
     }
     m_popover->setBehavior(behavior());
     const QScreen& screen = screenOf(icon);
-    const QRect workArea = screen.availableGeometry();
-    m_popover->present(popoverPlacement(icon, workArea, screen.geometry(), LapsaPanelView::extent), workArea);
+    m_popover->present(placementOn(screen, icon), screen.availableGeometry());
+    m_icon = icon;
+    disconnect(m_workAreaWatch);
+    m_workAreaWatch = connect(&screen, &QScreen::availableGeometryChanged, this, &PanelController::adaptToWorkArea);
     for (QWidget* const window :
          {static_cast<QWidget*>(m_preferencesWindow.get()), static_cast<QWidget*>(m_recoveryWindow.get())}) {
         if (window != nullptr && window->isVisible()) {
@@ -174,6 +181,15 @@ void PanelController::adaptToCompositing()
     material::setTranslucencyAvailable(m_environment.windowSystem.compositingAvailable());
     if (m_popover) {
         m_popover->adaptToCompositing();
+    }
+}
+
+/// A taskbar came, went or grew.
+void PanelController::adaptToWorkArea()
+{
+    if (m_popover && m_popover->isVisible()) {
+        const QScreen& screen = screenOf(m_icon);
+        m_popover->moveTo(placementOn(screen, m_icon), screen.availableGeometry());
     }
 }
 

@@ -77,6 +77,7 @@ signals:
 private:
     void showAt(StatusButton* button, const std::optional<QRect>& icon);
     void adaptToCompositing();
+    void adaptToWorkArea();
     void ensurePopover();
     void makePreferencesWindow();
     void makeRecoveryWindow();
@@ -88,6 +89,9 @@ private:
 
     Environment m_environment;
     std::unique_ptr<PopoverWindow> m_popover;
+    /// What the panel was last opened at.
+    std::optional<QRect> m_icon;
+    QMetaObject::Connection m_workAreaWatch;
     std::unique_ptr<PreferencesView> m_preferencesWindow;
     std::unique_ptr<RecoveryView> m_recoveryWindow;
     QPointer<AlertDialog> m_alert;

@@ -117,6 +117,17 @@ void PopoverWindow::present(const PopoverPlacement& placement, const QRect& work
     watchClicks();
 }
 
+void PopoverWindow::moveTo(const PopoverPlacement& placement, const QRect& workArea)
+{
+    if (m_appearance.state() == QAbstractAnimation::Running) {
+        m_appearance.stop(); // it leads to the earlier place
+        setWindowOpacity(1);
+    }
+    m_placement = placement;
+    m_workArea = workArea;
+    layOut();
+}
+
 QRect PopoverWindow::beside(const QRect& frame) const
 {
     return besidePopover(frame, m_placement.rect, m_workArea);

@@ -60,6 +60,8 @@ public:
 
     /// Appears with its content at that place inside the work area, or moves there if it is already shown.
     void present(const PopoverPlacement& placement, const QRect& workArea);
+    /// While it is shown; changes neither the focus nor the order of windows.
+    void moveTo(const PopoverPlacement& placement, const QRect& workArea);
 
     /// Rounded with a shadow or square without one, as material::translucencyAvailable() says now, also while shown.
     void adaptToCompositing();

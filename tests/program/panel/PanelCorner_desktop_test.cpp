@@ -8,6 +8,9 @@
 #include <QTest>
 
 #include <cstdlib>
+#include <optional>
+
+using namespace Qt::StringLiterals;
 
 namespace lapsa::test {
 
@@ -65,6 +68,25 @@ private slots:
         QVERIFY2(distance > 0 && distance <= border, qPrintable(QString::number(distance)));
         QVERIFY(upright ? std::abs(panel.bottom() - screen.bottom()) <= border
                         : std::abs(panel.right() - screen.right()) <= border);
+    }
+
+    void aTaskbarThatComesWhileThePanelIsOpenCoversNoneOfIt()
+    {
+        DesktopSession desktop(u"1280x620x24"_s);
+        const LapsaProcess lapsa;
+        QVERIFY(comesTrue([&desktop] { return desktop.bus().hasOwner(u"org.lapsa.Lapsa"_s); }));
+        LapsaProcess second;
+        QCOMPARE(second.exitCode(), 0);
+        QVERIFY(comesTrue(&DesktopSession::lapsaPanel));
+        QCOMPARE(DesktopSession::lapsaPanel()->top(), 0);
+
+        desktop.startXfceTaskbar();
+
+        QVERIFY(comesTrue([&desktop] {
+            const std::optional<QRect> icon = desktop.trayIcon();
+            const std::optional<QRect> panel = DesktopSession::lapsaPanel();
+            return icon && panel && panel->top() > icon->bottom();
+        }));
     }
 };
 
