@@ -21,6 +21,7 @@
 #include <QUrl>
 
 #include <chrono>
+#include <cmath>
 #include <utility>
 
 namespace lapsa {
@@ -38,9 +39,18 @@ const QScreen& screenOf(const std::optional<QRect>& icon)
     return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
 }
 
+/// Where text and all else is drawn larger, the toolkit rounds up: a window of that size would cover a line of the
+/// taskbar.
+QRect workAreaOf(const QScreen& screen)
+{
+    const double ratio = screen.devicePixelRatio();
+    const int line = ratio == std::floor(ratio) ? 0 : 1;
+    return screen.availableGeometry().adjusted(0, 0, -line, -line);
+}
+
 PopoverPlacement placementOn(const QScreen& screen, const std::optional<QRect>& icon)
 {
-    return popoverPlacement(icon, screen.availableGeometry(), screen.geometry(), LapsaPanelView::extent);
+    return popoverPlacement(icon, workAreaOf(screen), screen.geometry(), LapsaPanelView::extent);
 }
 
 /// The screen with the mouse pointer.
@@ -103,7 +113,7 @@ void PanelController::showAt(StatusButton* button, const std::optional<QRect>& i
     }
     m_popover->setBehavior(behavior());
     const QScreen& screen = screenOf(icon);
-    m_popover->present(placementOn(screen, icon), screen.availableGeometry());
+    m_popover->present(placementOn(screen, icon), workAreaOf(screen));
     m_icon = icon;
     disconnect(m_workAreaWatch);
     m_workAreaWatch = connect(&screen, &QScreen::availableGeometryChanged, this, &PanelController::adaptToWorkArea);
@@ -189,7 +199,7 @@ void PanelController::adaptToWorkArea()
 {
     if (m_popover && m_popover->isVisible()) {
         const QScreen& screen = screenOf(m_icon);
-        m_popover->moveTo(placementOn(screen, m_icon), screen.availableGeometry());
+        m_popover->moveTo(placementOn(screen, m_icon), workAreaOf(screen));
     }
 }
 

@@ -70,6 +70,37 @@ private slots:
                         : std::abs(panel.right() - screen.right()) <= border);
     }
 
+    void aLargePanelCoversNoLineOfTheTaskbar_data()
+    {
+        QTest::addColumn<int>("height");
+        for (int height = 868; height < 874; ++height) {
+            QTest::addRow("%d", height) << height;
+        }
+    }
+
+    void aLargePanelCoversNoLineOfTheTaskbar()
+    {
+        QFETCH(const int, height);
+        DesktopSession desktop(u"1280x%1x24"_s.arg(height));
+        desktop.startXfceTaskbar(Edge::Bottom);
+        qputenv("QT_SCALE_FACTOR", "1.586");
+        const LapsaProcess lapsa;
+        QVERIFY(comesTrue([&desktop] { return desktop.trayIcon(); }));
+
+        LapsaProcess second;
+        QCOMPARE(second.exitCode(), 0);
+        qunsetenv("QT_SCALE_FACTOR");
+
+        constexpr int taskbar = 29; // with the line along its edge
+        std::optional<QRect> panel;
+        QVERIFY(comesTrue([&panel] {
+            panel = VirtualDisplay::windowOfClass(u"lapsa"_s);
+            return panel && panel->height() > 800;
+        }));
+        QCOMPARE_LE(panel->y() + panel->height(), height - taskbar);
+        QCOMPARE_GE(panel->y(), 0);
+    }
+
     void aTaskbarThatComesWhileThePanelIsOpenCoversNoneOfIt()
     {
         DesktopSession desktop(u"1280x620x24"_s);
